@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+
+namespace Brindle {
+
+class Console;
+
+/// What a console line is, which decides how it is shown.
+enum class ConsoleLineKind { Text, Remark, Error };
+
+/// Someone who sees every line of a console, such as the console pane. An observer takes itself off the console that it
+/// was attached to in its destructor.
+class ConsoleObserver {
+public:
+    ConsoleObserver() = default;
+    ConsoleObserver(const ConsoleObserver&) = delete;
+    ConsoleObserver& operator=(const ConsoleObserver&) = delete;
+    virtual ~ConsoleObserver();
+
+    /// One line as it is shown: indented, in UTF-8, without its line end.
+    virtual void onConsoleLine(ConsoleLineKind kind, const std::string& line) = 0;
+
+private:
+    friend class Console;
+    Console* _console = nullptr;
+};
+
+} // namespace Brindle
