@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <iomanip>
 #include <iostream>
+#include <locale>
 #include <sstream>
 
 namespace Brindle {
@@ -13,22 +14,29 @@ namespace Brindle {
 namespace {
 
 constexpr std::size_t longestShown = 1000; // characters
+constexpr std::string_view ellipsis = "...";
 constexpr std::string_view blanksPerLevel = "  ";
 
 bool isContinuationByte(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
 }
 
+bool isControl(char byte) {
+    return (byte >= 0 && byte < ' ' && byte != '\t') || byte == '\x7f';
+}
+
 /// The text, cut to the longest that is shown: bytes that continue a UTF-8 character are not counted.
 std::string shortened(std::string_view text) {
     std::size_t characters = 0;
+    std::size_t cut = 0; // where the characters end that fit before the ellipsis
     for (std::size_t position = 0; position < text.size(); ++position) {
-        if (!isContinuationByte(text[position]) && ++characters > longestShown) {
-            constexpr std::string_view ellipsis = "...";
-            while (characters > longestShown - ellipsis.size())
-                characters -= isContinuationByte(text[--position]) ? 0 : 1;
-            return std::string(text.substr(0, position)).append(ellipsis);
-        }
+        if (isContinuationByte(text[position]))
+            continue;
+        if (characters == longestShown)
+            return std::string(text.substr(0, cut)).append(ellipsis);
+        if (characters == longestShown - ellipsis.size())
+            cut = position;
+        ++characters;
     }
     return std::string(text);
 }
@@ -110,6 +118,7 @@ void Console::openTimer() {
 void Console::closeTimer(const std::string& text) {
     const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - _timerStart;
     std::ostringstream seconds;
+    seconds.imbue(std::locale::classic());
     seconds << std::fixed << std::setprecision(3) << elapsed.count() << " s";
     print(text, seconds.str());
 }
@@ -139,13 +148,16 @@ void Console::showLine(ConsoleLineKind kind, const std::string& text) {
         for (unsigned level = 0; level < _level; ++level)
             line += blanksPerLevel;
         line += text;
+        std::ranges::replace_if(line, isControl, '?'); // a terminal would obey them
     }
     (kind == ConsoleLineKind::Error ? std::cerr : std::cout) << line << std::endl;
     if (_logFile.is_open())
         _logFile << line << std::endl;
-    const auto observers = _observers; // an observer may take itself off while it is told
-    for (ConsoleObserver* observer : observers)
-        observer->onConsoleLine(kind, line);
+    const auto observers = _observers; // while it is told, an observer may take itself or another one off
+    for (ConsoleObserver* observer : observers) {
+        if (std::ranges::find(_observers, observer) != _observers.end())
+            observer->onConsoleLine(kind, line);
+    }
 }
 
 ConsoleObserver::~ConsoleObserver() {

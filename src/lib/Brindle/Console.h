@@ -12,8 +12,8 @@
 namespace Brindle {
 
 /// Where progress and errors are told to the user. Each line goes to standard output (errors to standard error), to the
-/// full log file when there is one, and to the observers. A text of several lines is shown as several lines; a line
-/// and every part of an exception are shown up to 1,000 characters.
+/// full log file when there is one, and to the observers. A text of several lines is shown as several lines,
+/// control characters other than tabs as "?"; a line and every part of an exception are shown up to 1,000 characters.
 class Console {
 public:
     Console() = default;

@@ -1,0 +1,272 @@
+#include "ConsoleTest.h"
+#include "ForeignLocale.h"
+
+#include <Brindle/Build.h>
+#include <Brindle/Console.h>
+
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <functional>
+#include <iostream>
+#include <memory>
+
+using namespace Brindle;
+
+using Action = std::function<void(Console&)>;
+
+Q_DECLARE_METATYPE(Action)
+Q_DECLARE_METATYPE(std::shared_ptr<Brindle::Exception>)
+
+namespace {
+
+/// Keeps what it is told, each line after its kind's initial.
+class Listener : public ConsoleObserver {
+public:
+    void onConsoleLine(ConsoleLineKind kind, const std::string& line) override {
+        heard += QString("TRE"[static_cast<int>(kind)]) + ":" + QString::fromStdString(line);
+        if (then)
+            then();
+    }
+
+    QStringList heard;
+    std::function<void()> then; ///< What is done on each line.
+};
+
+QString readFile(const QString& filename) {
+    QFile file(filename);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+} // namespace
+
+void ConsoleTest::init() {
+    _output.str({});
+    _errors.str({});
+    _standardOutput = std::cout.rdbuf(_output.rdbuf());
+    _standardError = std::cerr.rdbuf(_errors.rdbuf());
+}
+
+void ConsoleTest::cleanup() {
+    std::cout.rdbuf(_standardOutput);
+    std::cerr.rdbuf(_standardError);
+}
+
+void ConsoleTest::lines_data() {
+    QTest::addColumn<Action>("act");
+    QTest::addColumn<QString>("output");
+    QTest::addColumn<QString>("errors");
+    const auto row = [](const char* name, Action act, const char* output, const char* errors) {
+        QTest::newRow(name) << std::move(act) << output << errors;
+    };
+    row(
+        "text", [](Console& to) { to.print("Running velmora"); }, "Running velmora\n", "");
+    row(
+        "remark", [](Console& to) { to.remark("100% done"); }, "100% done\n", "");
+    row(
+        "error", [](Console& to) { to.error("Bad width"); }, "", "Bad width\n");
+    row(
+        "argument", [](Console& to) { to.print("Writing %...", "a%b"); }, "Writing a%b...\n", "");
+    row(
+        "first place only", [](Console& to) { to.print("% and %", "x"); }, "x and %\n", "");
+    row(
+        "empty argument", [](Console& to) { to.print("Writing %", ""); }, "Writing %\n", "");
+    row(
+        "argument without a place", [](Console& to) { to.print("Writing", "x"); }, "Writing\n", "");
+    row(
+        "several lines",
+        [](Console& to) {
+            to.indent();
+            to.print("one\n\ntwo\n");
+        },
+        "  one\n\n  two\n\n", "");
+    row(
+        "control characters", [](Console& to) { to.print(std::string("a\x1b[31mb\0c\r\td\x7f", 13)); },
+        "a?[31mb?c?\td?\n", "");
+    row(
+        "levels",
+        [](Console& to) {
+            to.print("a");
+            to.indent();
+            to.indent();
+            to.remark("b");
+            to.error("c");
+            to.unindent();
+            to.print("d");
+        },
+        "a\n    b\n  d\n", "    c\n");
+    row(
+        "no level below the first",
+        [](Console& to) {
+            to.unindent();
+            to.indent();
+            to.print("a");
+        },
+        "  a\n", "");
+}
+
+void ConsoleTest::lines() {
+    QFETCH(Action, act);
+    Console tested;
+    act(tested);
+    QTEST(QString::fromStdString(_output.str()), "output");
+    QTEST(QString::fromStdString(_errors.str()), "errors");
+}
+
+void ConsoleTest::longTexts_data() {
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("shown");
+    const QString longest(1000, 'x');
+    const QString kept(997, 'x');
+    const QString umlauts(997, QChar(0xe4));
+    const QString rocket = QString::fromUtf8("\xf0\x9f\x9a\x80");
+    QTest::newRow("1000") << longest << longest;
+    QTest::newRow("1001") << longest + "y" << kept + "...";
+    QTest::newRow("1000 of several bytes") << umlauts + rocket.repeated(3) << umlauts + rocket.repeated(3);
+    QTest::newRow("1001 of several bytes") << umlauts + rocket.repeated(4) << umlauts + "...";
+    QTest::newRow("each line by itself") << longest + "\n" + longest + "y\nz" << longest + "\n" + kept + "...\nz";
+}
+
+void ConsoleTest::longTexts() {
+    QFETCH(QString, text);
+    QFETCH(QString, shown);
+    Console tested;
+    tested.print(text.toStdString());
+    QCOMPARE(QString::fromStdString(_output.str()), shown + "\n");
+}
+
+void ConsoleTest::exceptions_data() {
+    using Shared = std::shared_ptr<Exception>;
+    QTest::addColumn<Shared>("exception");
+    QTest::addColumn<QString>("shown");
+    const auto with = [](std::initializer_list<Exception::Field> fields, const std::string& message = "Bad value") {
+        return Shared(std::make_shared<Fatal>(located(Fatal(message), Location{}, fields)));
+    };
+    const Location place{"src/bin/velmora/IPLeaf", "parse", 12};
+    QTest::newRow("message") << with({}) << "Bad value\n";
+    QTest::newRow("field") << with({{"value", "7"}}) << "Bad value (value: 7)\n";
+    QTest::newRow("fields in order") << with({{"value", "7"}, {"bitCount", ""}})
+                                     << "Bad value (value: 7, bitCount: )\n";
+    QTest::newRow("several lines") << with({{"value", "7"}}, "Bad\nvalue") << "Bad\nvalue (value: 7)\n";
+    QTest::newRow("long parts") << with({{"value", std::string(2000, 'v')}}, std::string(1001, 'm'))
+                                << QString(997, 'm') + "... (value: " + QString(997, 'v') + "...)\n";
+    QTest::newRow("place") << Shared(std::make_shared<Critical>(located(Critical("Bad"), place)))
+                           << (isDebug() ? "Bad [src/bin/velmora/IPLeaf, parse, line 12]\n" : "Bad\n");
+}
+
+void ConsoleTest::exceptions() {
+    QFETCH(std::shared_ptr<Brindle::Exception>, exception);
+    Console tested;
+    tested.error(*exception);
+    QTEST(QString::fromStdString(_errors.str()), "shown");
+    QCOMPARE(_output.str(), std::string());
+    QCOMPARE(tested.getErrorCount(), 1UL);
+}
+
+void ConsoleTest::errorsAreCounted() {
+    Console tested;
+    tested.print("text");
+    tested.remark("remark");
+    QCOMPARE(tested.getErrorCount(), 0UL);
+    tested.error("two\nlines");
+    tested.error(InvalidRequest("two\nlines"));
+    QCOMPARE(tested.getErrorCount(), 2UL);
+}
+
+void ConsoleTest::logFile() {
+    const QTemporaryDir folder;
+    const QString first = folder.filePath("first.log");
+    const QString second = folder.filePath("second.log");
+    QFile old(first);
+    QVERIFY(old.open(QIODevice::WriteOnly) && old.write("from an earlier run\n") > 0);
+    old.close();
+
+    Console tested;
+    tested.print("not in a file");
+    tested.setFullLogFile(first.toStdString());
+    tested.indent();
+    tested.print("text");
+    tested.error("error");
+    QCOMPARE(readFile(first), QString("  text\n  error\n")); // at once, not at the end
+    tested.setFullLogFile(second.toStdString());
+    tested.remark("remark");
+    tested.setFullLogFile("");
+    tested.print("not in a file");
+    QCOMPARE(readFile(first), QString("  text\n  error\n"));
+    QCOMPARE(readFile(second), QString("  remark\n"));
+
+    const std::string unusable = folder.filePath("none/x.log").toStdString();
+    try {
+        tested.setFullLogFile(unusable);
+        QFAIL("a file in a missing folder was opened");
+    } catch (const Critical& failure) {
+        QCOMPARE(failure.getMessage(), std::string("Unable to open log file"));
+        QCOMPARE(failure.getField("filename"), unusable);
+    }
+    QVERIFY_EXCEPTION_THROWN(tested.setFullLogFile(folder.path().toStdString()), Critical);
+    tested.print("still shown");
+    QVERIFY(_output.str().ends_with("  still shown\n"));
+}
+
+void ConsoleTest::observers() {
+    Listener lasting;
+    {
+        Console tested;
+        tested.attach(lasting);
+        tested.attach(lasting); // once is enough
+        {
+            Listener passing;
+            tested.attach(passing);
+            tested.indent();
+            tested.print("%", "a");
+            tested.remark("b");
+            tested.error("c\nd");
+            QCOMPARE(passing.heard, (QStringList{"T:  a", "R:  b", "E:  c", "E:  d"}));
+        }
+        tested.print("e");
+        QCOMPARE(lasting.heard, (QStringList{"T:  a", "R:  b", "E:  c", "E:  d", "T:  e"}));
+    }
+
+    Console other;
+    Console another;
+    lasting.heard.clear();
+    other.attach(lasting);
+    another.attach(lasting); // leaves the first one
+    other.detach(lasting);   // not attached there any more
+    another.attach(lasting); // still attached here
+    other.print("f");
+    another.print("g");
+    another.detach(lasting);
+    another.print("h");
+    QCOMPARE(lasting.heard, QStringList{"T:g"});
+}
+
+void ConsoleTest::observersThatChangeWhileTheyAreTold() {
+    Console tested;
+    Listener first;
+    auto second = std::make_unique<Listener>();
+    Listener third;
+    for (Listener* listener : {&first, second.get(), &third})
+        tested.attach(*listener);
+    first.then = [&] {
+        second.reset();
+        tested.detach(first);
+    };
+    tested.print("a");
+    tested.print("b");
+    QCOMPARE(first.heard, QStringList{"T:a"});
+    QCOMPARE(third.heard, (QStringList{"T:a", "T:b"}));
+}
+
+void ConsoleTest::timer() {
+    const ForeignLocale foreign;
+    Console tested;
+    tested.openTimer();
+    QTest::qSleep(20);
+    tested.closeTimer("Done in %");
+    const auto match =
+        QRegularExpression("^Done in ([0-9]+\\.[0-9]{3}) s\n$").match(QString::fromStdString(_output.str()));
+    QVERIFY2(match.hasMatch(), _output.str().c_str());
+    const double seconds = match.captured(1).toDouble();
+    QVERIFY(seconds >= 0.02 && seconds < 60);
+}
