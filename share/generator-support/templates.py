@@ -1,0 +1,21 @@
+# Turns the templates of an IP, which are real files around a default entity name, into its output.
+
+import re
+
+
+def renameEntity(template, defaultName, name):
+    """The template with the entity 'defaultName' called 'name'.
+
+    The default name may have parts joined to it by "_" (as in NAME_pkg or tb_NAME). Where it stands in upper
+    case, as in the macros of a Verilog header, the new name is put in upper case, too.
+    """
+    newNames = {defaultName: name, defaultName.upper(): name.upper()}
+    pattern = r'(?<![A-Za-z0-9])(%s|%s)(?![A-Za-z0-9])' % (defaultName, defaultName.upper())
+    return re.sub(pattern, lambda match: newNames[match.group(1)], template)
+
+
+def replaceLine(template, line, replacement):
+    """The template with its one line 'line' replaced by a list of lines."""
+    lines = template.split('\n')
+    place = lines.index(line)
+    return '\n'.join(lines[:place] + replacement + lines[place + 1:])

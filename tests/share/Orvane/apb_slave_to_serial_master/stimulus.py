@@ -1,0 +1,91 @@
+"""Input pins of the design, one line per pclk cycle, and what a response line means."""
+
+import random
+
+from hdl_tools import require
+
+RESPONSE_PREADY, RESPONSE_PSLVERR, RESPONSE_IRQ, RESPONSE_SCLK, RESPONSE_MOSI = 32, 33, 34, 35, 36
+RESPONSE_CS_N = slice(37, 41)
+RESPONSE_SPI = slice(35, 41)
+RESPONSE_CHECKED = slice(32, 41)
+SPI_AT_RESET = "001111"
+
+ID, CTRL, DIV, CS, TXDATA, RXDATA, STATUS, INT_ENABLE, INT_STATUS, FIFO_CTRL = range(0, 0x28, 4)
+
+ENABLE, CPHA, CPOL, LSB_FIRST, LOOPBACK = (1 << bit for bit in range(5))
+AUTO = 1 << 8
+DONE, RX_AVAIL, TX_OVERFLOW, RX_OVERRUN, RX_UNDERFLOW = range(5)
+FLUSH_TX, FLUSH_RX = 1, 2
+
+FIFO_DEPTH = 16
+
+
+def read_data(response):
+    """prdata as a number."""
+    require("X" not in response[:32], f"prdata is {response[:32]}")
+    return int(response[:32], 2)
+
+
+class Cycle:
+    """What the inputs are in one pclk cycle. The cycle ends with the rising edge of the same number."""
+
+    __slots__ = ("presetn", "psel", "penable", "pwrite", "paddr", "pwdata", "miso")
+
+    def __init__(self, presetn, psel, penable, pwrite, paddr, pwdata, miso):
+        self.presetn = presetn
+        self.psel = psel
+        self.penable = penable
+        self.pwrite = pwrite
+        self.paddr = paddr
+        self.pwdata = pwdata
+        self.miso = miso
+
+    def is_access(self):
+        return self.presetn and self.psel and self.penable
+
+    def line(self):
+        return (f"{self.presetn}{self.psel}{self.penable}{self.pwrite}"
+                f"{self.paddr:08b}{self.pwdata:032b}{self.miso}")
+
+
+class Stimulus:
+    """Builds the cycles. Every input that means nothing in a cycle is random, MISO always is."""
+
+    def __init__(self, seed):
+        self.random = random.Random(seed)
+        self.cycles = []
+        self.scenarios = []
+
+    def begin(self, name, checker):
+        """Starts a scenario with a reset; 'checker' gets the scenario's cycles and responses."""
+        self.scenarios.append((name, checker, len(self.cycles)))
+        self.reset()
+
+    def reset(self, count=2):
+        for _ in range(count):
+            self._add(0, 0, 0)
+
+    def idle(self, count=1):
+        for _ in range(count):
+            self._add(1, 0, self.random.getrandbits(1))
+
+    def write(self, address, data):
+        """Returns the number of the edge at which the write takes effect, counted from the scenario's start."""
+        return self._access(1, address, data)
+
+    def read(self, address):
+        return self._access(0, address, self.random.getrandbits(32))
+
+    def setup_only(self, address, data):
+        """A selected cycle without penable, which must do nothing."""
+        self._add(1, 1, 0, 1, address, data)
+
+    def _access(self, write, address, data):
+        self._add(1, 1, 0, write, address, data)
+        self._add(1, 1, 1, write, address, data)
+        return len(self.cycles) - 1 - self.scenarios[-1][2]
+
+    def _add(self, presetn, psel, penable, pwrite=None, paddr=None, pwdata=None):
+        bits = self.random.getrandbits
+        self.cycles.append(Cycle(presetn, psel, penable, bits(1) if pwrite is None else pwrite,
+                                 bits(8) if paddr is None else paddr, bits(32) if pwdata is None else pwdata, bits(1)))
