@@ -1,0 +1,38 @@
+#include <Brindle/FileDialog.h>
+
+#include <Brindle/DirectoryDialog.h>
+#include <Brindle/SaveFileDialog.h>
+
+namespace Brindle {
+
+namespace {
+
+FileDialog::SaveFileNameFunction saveFileNameFunction;
+FileDialog::DirectoryFunction directoryFunction;
+
+} // namespace
+
+QString FileDialog::getSaveFileName(QWidget* parent, const QString& caption, const QString& path,
+                                    const QString& filter) {
+    if (saveFileNameFunction)
+        return saveFileNameFunction(parent, caption, path, filter);
+    SaveFileDialog dialog(parent, caption, path, filter);
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().constFirst() : QString();
+}
+
+QString FileDialog::getDirectory(QWidget* parent, const QString& caption, const QString& path) {
+    if (directoryFunction)
+        return directoryFunction(parent, caption, path);
+    DirectoryDialog dialog(parent, caption, path);
+    return dialog.exec() == QDialog::Accepted ? dialog.getChosenPath() : QString();
+}
+
+void FileDialog::setSaveFileNameFunction(SaveFileNameFunction function) {
+    saveFileNameFunction = std::move(function);
+}
+
+void FileDialog::setDirectoryFunction(DirectoryFunction function) {
+    directoryFunction = std::move(function);
+}
+
+} // namespace Brindle

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QFileDialog>
+
+QT_BEGIN_NAMESPACE
+class QLineEdit;
+QT_END_NAMESPACE
+
+namespace Brindle {
+
+/// Base of the dialogs that ask for a path: Qt's own dialog on every desktop, in a size that shows all columns.
+class PathDialog : public QFileDialog {
+    Q_OBJECT
+
+protected:
+    PathDialog(QWidget* parent, const QString& caption, const QString& filter);
+
+    /// The field in which the name is typed.
+    QLineEdit* getNameEdit() const;
+    /// The typed name as an absolute path; a leading "~" stands for the home folder.
+    QString getTypedPath() const;
+
+    /// Tells the user why what was typed cannot be taken, and lets it be typed over.
+    void refuse(const QString& reason);
+};
+
+} // namespace Brindle

@@ -1,0 +1,28 @@
+#include <Brindle/ThemeResources.h>
+
+#include <Brindle/Exception.h>
+#include <Brindle/QtLabel.h>
+
+#include <QFile>
+
+// Q_INIT_RESOURCE does not work inside a namespace.
+static void initializeBrindleResources() {
+    Q_INIT_RESOURCE(Brindle);
+    Q_INIT_RESOURCE(BrindleImages);
+}
+
+namespace Brindle {
+
+void ThemeResources::load() {
+    [[maybe_unused]] static const bool loaded = (initializeBrindleResources(), true);
+}
+
+QByteArray ThemeResources::read(const QString& path) {
+    load();
+    QFile file(QStringLiteral(":/Brindle/") + path);
+    if (!file.open(QIODevice::ReadOnly))
+        throw located(InternalError("Unknown resource"), BRINDLE_HERE, {{"path", getLabel(path)}});
+    return file.readAll();
+}
+
+} // namespace Brindle

@@ -1,0 +1,93 @@
+#include <Quillon/ConsoleWidget.h>
+
+#include <Brindle/Console.h>
+#include <Brindle/QtLabel.h>
+#include <Brindle/Theme.h>
+
+#include <QAction>
+#include <QFontDatabase>
+#include <QKeySequence>
+#include <QScrollBar>
+#include <QTextBlock>
+
+namespace Quillon {
+
+namespace {
+
+constexpr int fewestLines = 3; // that stay visible in the smallest pane
+
+const char* colorOf(Brindle::ConsoleLineKind kind) {
+    switch (kind) {
+    case Brindle::ConsoleLineKind::Error:
+        return "error";
+    case Brindle::ConsoleLineKind::Remark:
+        return "remark";
+    case Brindle::ConsoleLineKind::Text:
+        break;
+    }
+    return "text";
+}
+
+} // namespace
+
+ConsoleWidget::ConsoleWidget(QWidget* parent) : QPlainTextEdit(parent) {
+    setReadOnly(true);
+    setUndoRedoEnabled(false);
+    setMaximumBlockCount(historyLength);
+    setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    setAccessibleName(tr("Console"));
+    setAccessibleDescription(tr("Progress and errors"));
+    setPlaceholderText(tr("Progress and errors are shown here."));
+    addMenuActions();
+    Brindle::console.attach(*this);
+}
+
+QSize ConsoleWidget::minimumSizeHint() const {
+    const int margins = 2 * (frameWidth() + static_cast<int>(document()->documentMargin()));
+    return {QPlainTextEdit::minimumSizeHint().width(), fewestLines * fontMetrics().lineSpacing() + margins};
+}
+
+void ConsoleWidget::onConsoleLine(Brindle::ConsoleLineKind kind, const std::string& line) {
+    QScrollBar* bar = verticalScrollBar();
+    const bool isFollowing = bar->value() == bar->maximum();
+    const int droppedLines = blockCount() == historyLength ? document()->firstBlock().lineCount() : 0;
+    const int place = bar->value() - droppedLines;
+    QTextCharFormat format;
+    format.setForeground(Brindle::theme.getColor(colorOf(kind)));
+    QTextCursor cursor(document());
+    cursor.movePosition(QTextCursor::End);
+    cursor.beginEditBlock();
+    if (!document()->isEmpty())
+        cursor.insertBlock();
+    cursor.insertText(Brindle::toQString(line), format);
+    cursor.endEditBlock();
+    bar->setValue(isFollowing ? bar->maximum() : place);
+}
+
+QAction* ConsoleWidget::addMenuAction(const QString& text, const char* iconName, const QKeySequence& shortcut) {
+    auto* action = new QAction(Brindle::theme.getIcon(iconName), text, this);
+    action->setShortcut(shortcut);
+    action->setShortcutContext(Qt::WidgetShortcut);
+    addAction(action);
+    return action;
+}
+
+void ConsoleWidget::addMenuActions() {
+    setContextMenuPolicy(Qt::ActionsContextMenu);
+    QAction* copyAction = addMenuAction(tr("&Copy"), "copy", QKeySequence::Copy);
+    copyAction->setEnabled(false);
+    connect(copyAction, &QAction::triggered, this, &QPlainTextEdit::copy);
+    connect(this, &QPlainTextEdit::copyAvailable, copyAction, &QAction::setEnabled);
+
+    QAction* selectAllAction = addMenuAction(tr("Select &All"), "select-all", QKeySequence::SelectAll);
+    connect(selectAllAction, &QAction::triggered, this, &QPlainTextEdit::selectAll);
+
+    QAction* clearAction = addMenuAction(tr("C&lear"), "clear", QKeySequence());
+    clearAction->setEnabled(false);
+    connect(clearAction, &QAction::triggered, this, &QPlainTextEdit::clear);
+    connect(this, &QPlainTextEdit::textChanged, clearAction,
+            [this, clearAction] { clearAction->setEnabled(!document()->isEmpty()); });
+}
+
+} // namespace Quillon

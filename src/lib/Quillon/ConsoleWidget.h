@@ -1,0 +1,34 @@
+#pragma once
+
+#include <Brindle/ConsoleObserver.h>
+
+#include <QPlainTextEdit>
+
+QT_BEGIN_NAMESPACE
+class QAction;
+class QKeySequence;
+QT_END_NAMESPACE
+
+namespace Quillon {
+
+/// The pane that shows what the console prints from the pane's construction on: errors and remarks in the theme's
+/// colours, the last 10,000 lines. It follows the end unless the user has scrolled up. Its context menu copies, selects
+/// and clears.
+class ConsoleWidget : public QPlainTextEdit, private Brindle::ConsoleObserver {
+    Q_OBJECT
+
+public:
+    /// Number of lines that are kept.
+    static constexpr int historyLength = 10'000;
+
+    explicit ConsoleWidget(QWidget* parent);
+
+    QSize minimumSizeHint() const override;
+
+private:
+    void onConsoleLine(Brindle::ConsoleLineKind kind, const std::string& line) override;
+    QAction* addMenuAction(const QString& text, const char* iconName, const QKeySequence& shortcut);
+    void addMenuActions();
+};
+
+} // namespace Quillon

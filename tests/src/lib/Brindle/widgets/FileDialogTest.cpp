@@ -1,0 +1,127 @@
+#include "FileDialogTest.h"
+
+#include "DialogRobot.h"
+
+#include <Brindle/FileDialog.h>
+
+#include <QDir>
+#include <QFile>
+#include <QLineEdit>
+#include <QTest>
+
+using Brindle::FileDialog;
+using Steps = QList<DialogRobot::Step>;
+
+Q_DECLARE_METATYPE(Steps)
+
+namespace {
+
+const QString caption = QStringLiteral("Choose");
+
+DialogRobot::Step confirmProposal(const QString& expectedName) {
+    return [expectedName](QWidget* dialog) {
+        auto* nameEdit = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+        QCOMPARE(nameEdit->text(), expectedName);
+        QTest::keyClick(nameEdit, Qt::Key_Return);
+    };
+}
+
+} // namespace
+
+void FileDialogTest::initTestCase() {
+    QVERIFY(_folder.isValid());
+    QVERIFY(QDir(_folder.path()).mkpath(QStringLiteral("sub")));
+    for (const char* name : {"old.vhd", "plain"})
+        QVERIFY(QFile(_folder.filePath(QLatin1String(name))).open(QIODevice::WriteOnly));
+}
+
+void FileDialogTest::save_data() {
+    QTest::addColumn<QString>("proposed");
+    QTest::addColumn<Steps>("steps");
+    QTest::addColumn<QString>("chosen"); // below the folder; empty when cancelled
+    const auto enter = DialogRobot::enterName;
+    const auto press = DialogRobot::press;
+    const auto cancel = DialogRobot::cancel;
+    QTest::newRow("proposal") << "fir.vhd" << Steps{confirmProposal("fir.vhd")} << "fir.vhd";
+    QTest::newRow("proposal in a missing folder")
+        << "gone/deep/fir.vhd" << Steps{confirmProposal("fir.vhd")} << "fir.vhd";
+    QTest::newRow("no name proposed") << ".vhd" << Steps{confirmProposal(QString()), cancel()} << QString();
+    QTest::newRow("extension left out") << "x.vhd" << Steps{enter("fir")} << "fir.vhd";
+    QTest::newRow("extension given") << "x.vhd" << Steps{enter("fir.vhd")} << "fir.vhd";
+    QTest::newRow("other extension") << "x.vhd" << Steps{enter("fir.txt")} << "fir.txt";
+    QTest::newRow("version number") << "x.vhd" << Steps{enter("fir_v1.2")} << "fir_v1.2.vhd";
+    QTest::newRow("final point") << "x.vhd" << Steps{enter("fir.")} << "fir.vhd";
+    QTest::newRow("in a folder") << "x.vhd" << Steps{enter("sub/fir")} << "sub/fir.vhd";
+    QTest::newRow("enters a folder") << "x.vhd" << Steps{enter("sub"), enter("fir")} << "sub/fir.vhd";
+    QTest::newRow("missing folder") << "x.vhd" << Steps{enter("gone/fir"), press("OK"), enter("fir")} << "fir.vhd";
+    QTest::newRow("replaces") << "x.vhd" << Steps{enter("old.vhd"), press("Yes")} << "old.vhd";
+    QTest::newRow("replaces the completed name") << "x.vhd" << Steps{enter("old"), press("Yes")} << "old.vhd";
+    QTest::newRow("does not replace") << "x.vhd" << Steps{enter("old"), press("No"), enter("new")} << "new.vhd";
+    QTest::newRow("cancelled") << "x.vhd" << Steps{cancel()} << QString();
+}
+
+void FileDialogTest::save() {
+    QFETCH(QString, proposed);
+    QFETCH(Steps, steps);
+    QFETCH(QString, chosen);
+    const DialogRobot robot(steps);
+    const QString path =
+        FileDialog::getSaveFileName(nullptr, caption, _folder.filePath(proposed), QStringLiteral("VHDL (*.vhd)"));
+    QCOMPARE(path, chosen.isEmpty() ? QString() : _folder.filePath(chosen));
+    QVERIFY(robot.isDone());
+}
+
+void FileDialogTest::directory_data() {
+    QTest::addColumn<QString>("proposed");
+    QTest::addColumn<Steps>("steps");
+    QTest::addColumn<QString>("chosen");
+    const auto enter = DialogRobot::enterName;
+    const auto press = DialogRobot::press;
+    const auto cancel = DialogRobot::cancel;
+    QTest::newRow("proposal that does not exist") << "bridge" << Steps{confirmProposal("bridge")} << "bridge";
+    QTest::newRow("proposal by the button") << "bridge" << Steps{press("Choose")} << "bridge";
+    QTest::newRow("proposal with missing parents") << "a/b/c" << Steps{confirmProposal("a/b/c")} << "a/b/c";
+    QTest::newRow("proposal that exists") << "sub" << Steps{confirmProposal("sub")} << "sub";
+    QTest::newRow("new name") << "bridge" << Steps{enter("other")} << "other";
+    QTest::newRow("existing name") << "bridge" << Steps{enter("sub")} << "sub";
+    QTest::newRow("nothing typed") << "bridge" << Steps{enter(QString())} << QString("");
+    QTest::newRow("file") << "bridge" << Steps{enter("plain"), press("OK"), enter("other")} << "other";
+    QTest::newRow("below a file") << "bridge" << Steps{enter("plain/x"), press("OK"), cancel()} << QString();
+    QTest::newRow("cancelled") << "bridge" << Steps{cancel()} << QString();
+}
+
+void FileDialogTest::directory() {
+    QFETCH(QString, proposed);
+    QFETCH(Steps, steps);
+    QFETCH(QString, chosen);
+    const DialogRobot robot(steps);
+    const QString path = FileDialog::getDirectory(nullptr, caption, _folder.filePath(proposed));
+    QCOMPARE(path, chosen.isNull() ? QString() : QDir::cleanPath(_folder.filePath(chosen)));
+    QVERIFY(robot.isDone());
+    QVERIFY2(path.isEmpty() || path.endsWith(QLatin1String("sub")) || !QFile::exists(_folder.filePath("bridge")),
+             "creates nothing");
+}
+
+void FileDialogTest::functionsReplaceDialogs() {
+    QStringList asked;
+    FileDialog::setSaveFileNameFunction(
+        [&](QWidget*, const QString& title, const QString& path, const QString& filter) {
+            asked = QStringList{title, path, filter};
+            return QStringLiteral("/answer.vhd");
+        });
+    FileDialog::setDirectoryFunction([&](QWidget*, const QString& title, const QString& path) {
+        asked = QStringList{title, path};
+        return QStringLiteral("/answer");
+    });
+    QCOMPARE(FileDialog::getSaveFileName(nullptr, "a", "b", "c"), QStringLiteral("/answer.vhd"));
+    QCOMPARE(asked, QStringList({"a", "b", "c"}));
+    QCOMPARE(FileDialog::getDirectory(nullptr, "d", "e"), QStringLiteral("/answer"));
+    QCOMPARE(asked, QStringList({"d", "e"}));
+
+    FileDialog::setSaveFileNameFunction(nullptr);
+    FileDialog::setDirectoryFunction(nullptr);
+    const DialogRobot robot({DialogRobot::cancel(), DialogRobot::cancel()});
+    QCOMPARE(FileDialog::getSaveFileName(nullptr, "a", "b", "c"), QString());
+    QCOMPARE(FileDialog::getDirectory(nullptr, "d", "e"), QString());
+    QVERIFY(robot.isDone());
+}

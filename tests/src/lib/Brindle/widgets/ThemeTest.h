@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QObject>
+
+class ThemeTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void findsThemeByName_data();
+    void findsThemeByName();
+    void refusesUnknownNames();
+    void textIsLegibleOnEveryGround_data();
+    void textIsLegibleOnEveryGround();
+    void paletteTextIsLegible_data();
+    void paletteTextIsLegible();
+    void iconsStandOut_data();
+    void iconsStandOut();
+    void imagesHaveBothDensities_data();
+    void imagesHaveBothDensities();
+    void styleSheetIsSound_data();
+    void styleSheetIsSound();
+    void wheelChangesOnlyFocusedInputs_data();
+    void wheelChangesOnlyFocusedInputs();
+    void popupShowsSeparatorsAsHairlines();
+    void capCarriesItsChild();
+};

@@ -1,0 +1,21 @@
+#include "FileDialogTest.h"
+#include "TableDelegateTest.h"
+#include "ThemeTest.h"
+
+#include <QApplication>
+#include <QTest>
+
+template <class Test>
+static int run(int argc, char** argv) {
+    Test test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+int main(int argc, char** argv) {
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    const QApplication application(argc, argv);
+    int failures = run<ThemeTest>(argc, argv);
+    failures += run<FileDialogTest>(argc, argv);
+    failures += run<TableDelegateTest>(argc, argv);
+    return failures;
+}

@@ -1,0 +1,222 @@
+#include "ApplicationTest.h"
+
+#include <Quillon/Application.h>
+
+#include <Brindle/Exception.h>
+#include <Brindle/Theme.h>
+
+#include <QDialog>
+#include <QEventLoop>
+#include <QMenu>
+#include <QPushButton>
+#include <QSettings>
+#include <QTest>
+#include <QTimer>
+
+#include <stdexcept>
+#include <vector>
+
+using Quillon::Application;
+
+namespace {
+
+/// An application with command line arguments of its own.
+class Program {
+public:
+    explicit Program(const std::vector<const char*>& arguments = {"velmora"}) {
+        for (const char* argument : arguments)
+            _argv.push_back(const_cast<char*>(argument));
+        _argc = static_cast<int>(_argv.size());
+        _argv.push_back(nullptr);
+        _application = Application::create(_argc, _argv.data(), "Velm", "Velmora", 1, 2, 30, true);
+    }
+
+    Application* operator->() { return _application.get(); }
+
+private:
+    int _argc = 0;
+    std::vector<char*> _argv;
+    std::unique_ptr<Application> _application;
+};
+
+enum Thrown { Critical, Standard, Number };
+enum Place { InSlot, InNestedLoop, InModalDialog, InMenu, InPressedButton, BeforeTheLoop };
+
+[[noreturn]] void throwOne(Thrown thrown) {
+    if (thrown == Critical)
+        throw located(Brindle::Critical("critical"), BRINDLE_HERE, {{"key", "value"}});
+    if (thrown == Standard)
+        throw std::out_of_range("standard");
+    throw 42;
+}
+
+/// What leaves the loop: the dynamic type and what it says.
+QString caughtFromExec() {
+    try {
+        return QStringLiteral("result %1").arg(Application::exec());
+    } catch (const Brindle::Critical& exception) {
+        return QStringLiteral("%1 %2").arg(exception.what(), exception.getField("key").c_str());
+    } catch (const std::out_of_range& exception) {
+        return exception.what();
+    } catch (int number) {
+        return QString::number(number);
+    }
+}
+
+class ThrowingWidget : public QWidget {
+public:
+    explicit ThrowingWidget(Thrown thrown) : _thrown(thrown) {}
+
+protected:
+    void showEvent(QShowEvent*) override { throwOne(_thrown); }
+
+private:
+    Thrown _thrown;
+};
+
+} // namespace
+
+void ApplicationTest::tellsWhoItIs() {
+    QVERIFY(!Quillon::application);
+    {
+        Program program;
+        QCOMPARE(static_cast<QApplication*>(Quillon::application), qApp);
+        QCOMPARE(program->getFullVersion(), QStringLiteral("1.2.30"));
+        QCOMPARE(QSettings().organizationName(), QStringLiteral("Orvane"));
+        QCOMPARE(QSettings().applicationName(), QStringLiteral("Velmora"));
+        QVERIFY(program->getDisclaimer().contains(program->getFullName()));
+        QVERIFY(!program->getDisclaimer().contains(QLatin1Char('%')));
+    }
+    QVERIFY(!Quillon::application);
+}
+
+void ApplicationTest::takesItsOptionsOutOfTheArguments_data() {
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<bool>("isAboutSuppressed");
+    QTest::addColumn<QStringList>("left");
+    QTest::newRow("none") << QStringList{"velmora"} << false << QStringList{"velmora"};
+    QTest::newRow("first") << QStringList{"velmora", "-no-about", "x"} << true << QStringList{"velmora", "x"};
+    QTest::newRow("last, twice") << QStringList{"velmora", "-no-about", "x", "-no-about"} << true
+                                 << QStringList{"velmora", "x"};
+    QTest::newRow("others stay") << QStringList{"velmora", "-check", "-help", "no-about"} << false
+                                 << QStringList{"velmora", "-check", "-help", "no-about"};
+    QTest::newRow("program of that name") << QStringList{"-no-about"} << false << QStringList{"-no-about"};
+}
+
+void ApplicationTest::takesItsOptionsOutOfTheArguments() {
+    QFETCH(QStringList, arguments);
+    QFETCH(bool, isAboutSuppressed);
+    QFETCH(QStringList, left);
+    std::vector<QByteArray> texts;
+    for (const QString& argument : arguments)
+        texts.push_back(argument.toLatin1());
+    Program program(std::vector<const char*>(texts.begin(), texts.end()));
+    QCOMPARE(program->isAboutSuppressed(), isAboutSuppressed);
+    QCOMPARE(QCoreApplication::arguments(), left);
+}
+
+void ApplicationTest::themeComesFromSettings_data() {
+    QTest::addColumn<QVariant>("stored");
+    QTest::addColumn<int>("code");
+    QTest::newRow("dark") << QVariant("dark") << int(Brindle::Theme::Dark);
+    QTest::newRow("absent") << QVariant() << int(Brindle::Theme::Light);
+    QTest::newRow("unknown") << QVariant("sepia") << int(Brindle::Theme::Light);
+    QTest::newRow("wrong type") << QVariant(QStringList{"dark", "x"}) << int(Brindle::Theme::Light);
+}
+
+void ApplicationTest::themeComesFromSettings() {
+    QFETCH(QVariant, stored);
+    QFETCH(int, code);
+    QSettings settings("Orvane", "Velmora");
+    settings.setValue("theme", stored);
+    settings.sync();
+    {
+        const Program program;
+        QCOMPARE(int(Brindle::theme.getCode()), code);
+        QCOMPARE(QApplication::palette().color(QPalette::Window), Brindle::theme.getColor("window"));
+        QVERIFY(!QPixmap(":/Brindle/rocket.png").isNull());
+    }
+    settings.remove("theme");
+}
+
+void ApplicationTest::secondApplicationIsRefused() {
+    const Program program;
+    QVERIFY_EXCEPTION_THROWN(Program(), Brindle::InvalidRequest);
+    QVERIFY(Quillon::application);
+}
+
+void ApplicationTest::returnsTheResultOfTheLoop() {
+    const Program program;
+    QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(7); });
+    QCOMPARE(caughtFromExec(), QStringLiteral("result 7"));
+}
+
+void ApplicationTest::exceptionsLeaveEveryLoop_data() {
+    QTest::addColumn<int>("thrown");
+    QTest::addColumn<int>("place");
+    QTest::addColumn<QString>("caught");
+    const std::pair<const char*, Thrown> kinds[] = {
+        {"Brindle::Critical", Critical}, {"std::out_of_range", Standard}, {"int", Number}};
+    const std::pair<const char*, Place> places[] = {
+        {"slot", InSlot}, {"nested loop", InNestedLoop},       {"modal dialog", InModalDialog},
+        {"menu", InMenu}, {"pressed button", InPressedButton}, {"before the loop", BeforeTheLoop}};
+    const QString texts[] = {"critical value", "standard", "42"};
+    for (const auto& [kindName, kind] : kinds) {
+        for (const auto& [placeName, place] : places)
+            QTest::addRow("%s: %s", kindName, placeName) << int(kind) << int(place) << texts[kind];
+    }
+}
+
+void ApplicationTest::exceptionsLeaveEveryLoop() {
+    QFETCH(int, thrown);
+    QFETCH(int, place);
+    QFETCH(QString, caught);
+    const auto throwIt = [kind = static_cast<Thrown>(thrown)] { throwOne(kind); };
+    const Program program;
+    ThrowingWidget throwing(static_cast<Thrown>(thrown));
+    QPushButton button;
+    QObject::connect(&button, &QPushButton::pressed, &button, throwIt);
+    bool wentOn = false;
+    if (place == BeforeTheLoop) {
+        throwing.show();
+    } else {
+        QTimer::singleShot(0, qApp, [&] {
+            if (place == InSlot)
+                throwIt();
+            if (place == InPressedButton) {
+                QTest::mousePress(&button, Qt::LeftButton);
+                return;
+            }
+            QTimer::singleShot(10, qApp, throwIt);
+            if (place == InNestedLoop)
+                QEventLoop().exec();
+            if (place == InModalDialog)
+                QCOMPARE(QDialog().exec(), int(QDialog::Rejected));
+            if (place == InMenu)
+                QCOMPARE(QMenu("menu").exec(), nullptr);
+            wentOn = true;
+        });
+    }
+    QTimer::singleShot(5000, qApp, [] { QCoreApplication::exit(-1); }); // a loop that is not left
+    QCOMPARE(caughtFromExec(), caught);
+    QCOMPARE(wentOn, place == InNestedLoop || place == InModalDialog || place == InMenu);
+
+    // Nothing is left behind: the next loop and the next dialog run as ever.
+    QTimer::singleShot(0, qApp, [&] {
+        QDialog dialog;
+        QTimer::singleShot(0, &dialog, &QDialog::accept);
+        QCoreApplication::exit(dialog.exec() == QDialog::Accepted ? 3 : 4);
+    });
+    QCOMPARE(caughtFromExec(), QStringLiteral("result 3"));
+}
+
+void ApplicationTest::firstExceptionIsKept() {
+    const Program program;
+    ThrowingWidget first(Standard);
+    ThrowingWidget second(Number);
+    first.show();
+    second.show();
+    QCOMPARE(caughtFromExec(), QStringLiteral("standard"));
+    QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(3); });
+    QCOMPARE(caughtFromExec(), QStringLiteral("result 3"));
+}

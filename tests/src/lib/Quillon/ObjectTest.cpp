@@ -1,0 +1,81 @@
+#include "ObjectTest.h"
+
+#include <Quillon/Owned.h>
+
+#include <Brindle/Exception.h>
+
+#include <QTest>
+
+namespace {
+
+enum Step { PreCreate, Construction, PostCreate, None };
+
+QStringList steps;
+
+void take(const char* name, bool fails) {
+    steps << name;
+    if (fails)
+        throw Brindle::FactoryFailed(name);
+}
+
+/// Notes each step of its life and fails in the one that it is told to.
+class Probe : public Quillon::Object {
+public:
+    Probe(Step failing, int) { take("construct", failing == Construction); }
+    ~Probe() override { steps << "destroy"; }
+
+    static void preCreate(Step failing, int) {
+        Object::preCreate();
+        take("preCreate", failing == PreCreate);
+    }
+    void postCreate(Step failing, int) {
+        take("postCreate", failing == PostCreate);
+        Object::postCreate();
+    }
+    void preDestroy() override {
+        Object::preDestroy();
+        steps << (getRecord() ? "preDestroy, reportable" : "preDestroy");
+    }
+
+    std::string getAlias() const override { return "Probe"; }
+
+protected:
+    std::string _getLabel() const override { return getUpdatedLabel(Object::_getLabel(), "Probe"); }
+};
+
+} // namespace
+
+void ObjectTest::runsEveryStep_data() {
+    QTest::addColumn<int>("failing");
+    QTest::addColumn<QStringList>("expected");
+    QTest::newRow("none fails") << int(None)
+                                << QStringList{"preCreate", "construct", "postCreate", "use", "preDestroy", "destroy"};
+    QTest::newRow("preCreate fails") << int(PreCreate) << QStringList{"preCreate", "failed: preCreate"};
+    QTest::newRow("construction fails") << int(Construction)
+                                        << QStringList{"preCreate", "construct", "failed: construct"};
+    QTest::newRow("postCreate fails") << int(PostCreate)
+                                      << QStringList{"preCreate",  "construct", "postCreate",
+                                                     "preDestroy", "destroy",   "failed: postCreate"};
+}
+
+void ObjectTest::runsEveryStep() {
+    QFETCH(int, failing);
+    QFETCH(QStringList, expected);
+    steps.clear();
+    try {
+        const Quillon::Owned<Probe> probe = Quillon::create<Probe>(static_cast<Step>(failing), 5);
+        steps << "use";
+    } catch (const Brindle::FactoryFailed& error) {
+        steps << QStringLiteral("failed: ") + error.what();
+    }
+    QCOMPARE(steps, expected);
+}
+
+void ObjectTest::describesItself() {
+    const Quillon::Owned<Probe> probe = Quillon::create<Probe>(None, 5);
+    QCOMPARE(probe->getLabel(), std::string("Object/Probe"));
+    QVERIFY(probe->getRecord());
+    QCOMPARE(probe->getRecord()->getHeader(), std::string("Probe"));
+    const Probe unfinished(None, 5);
+    QVERIFY(!unfinished.getRecord());
+}

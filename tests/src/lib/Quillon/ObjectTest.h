@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QObject>
+
+class ObjectTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void runsEveryStep_data();
+    void runsEveryStep();
+    void describesItself();
+};
