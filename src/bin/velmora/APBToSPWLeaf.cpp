@@ -1,0 +1,73 @@
+#include <velmora/APBToSPWLeaf.h>
+
+#include <velmora/ArgumentDictionary.h>
+#include <velmora/GenerateFlow.h>
+#include <velmora/GeneratorScript.h>
+#include <velmora/IPLeaf.h>
+#include <velmora/OutputDirectory.h>
+#include <velmora/SettingsKeys.h>
+
+#include <Brindle/FileDialog.h>
+
+#include <QDir>
+#include <QSettings>
+
+namespace Velmora {
+
+APBToSPWLeaf::APBToSPWLeaf(IPLeaf* ipLeaf)
+    : _ipLeaf(ipLeaf),
+      _form(this, QStringLiteral("APBToSPWLeaf")),
+      _entityEdit(_form.addLine(tr("Entity name"), SettingsKeys::entity)) {
+    _form.addStretch();
+    _form.addButtons(this, &APBToSPWLeaf::onReset, &APBToSPWLeaf::onGenerate);
+    load();
+}
+
+APBToSPWLeaf::~APBToSPWLeaf() {
+    APBToSPWLeaf::save();
+}
+
+void APBToSPWLeaf::load() {
+    _form.load();
+}
+
+void APBToSPWLeaf::save() {
+    _form.save();
+}
+
+void APBToSPWLeaf::onReset() {
+    _form.reset();
+}
+
+GeneratedFiles APBToSPWLeaf::getIP() const {
+    const GeneratorScript script(_ipLeaf->getScriptFilename(), BRINDLE_HERE);
+    ArgumentDictionary arguments(BRINDLE_HERE);
+    arguments.add("%%ENTITY_NAME%%", _entityEdit->text().toStdString());
+    return script.generateFiles(arguments);
+}
+
+void APBToSPWLeaf::onGenerate() {
+    const QString directory = chooseDirectory();
+    if (directory.isEmpty())
+        return;
+    const Brindle::Location here = BRINDLE_HERE;
+    runGeneration(
+        "Generating " + _ipLeaf->getName(), FailureRules::bridge, here, [this] { return isFullyConfigured(); },
+        [&] { writeGeneratedFiles(directory, getIP(), here); });
+}
+
+/// The directory that the user chooses and the settings remember; empty when the user cancels.
+QString APBToSPWLeaf::chooseDirectory() {
+    QSettings settings;
+    settings.beginGroup(_form.getGroup());
+    const QString proposed =
+        settings.value(SettingsKeys::path, QDir::currentPath() + "/" + _entityEdit->text()).toString();
+    const QString directory = Brindle::FileDialog::getDirectory(this, tr("Choose a directory"), proposed);
+    if (!directory.isEmpty()) {
+        settings.setValue(SettingsKeys::path, directory);
+        settings.sync();
+    }
+    return directory;
+}
+
+} // namespace Velmora

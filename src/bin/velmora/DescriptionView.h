@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QString>
+#include <QUrl>
+#include <QWebView>
+
+namespace Velmora {
+
+/// Shows the description page of an IP. The page comes from the installation and is nothing but a document: scripts,
+/// plugins, storage and everything that is not a file are switched off, and links are only reported. It takes the
+/// theme's colours.
+class DescriptionView : public QWebView {
+    Q_OBJECT
+
+public:
+    /// Whether the file exists is decided here; its page is made and loaded when the view is first shown, since a
+    /// catalogue may have a thousand of them.
+    explicit DescriptionView(const QString& htmlFilename, QWidget* parent = nullptr);
+
+protected:
+    void showEvent(QShowEvent* event) override;
+
+private:
+    void preparePage();
+
+    QUrl _pendingUrl; ///< What is still to be loaded; empty afterwards.
+};
+
+} // namespace Velmora

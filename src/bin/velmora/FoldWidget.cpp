@@ -1,0 +1,72 @@
+#include <velmora/FoldWidget.h>
+
+#include <velmora/SettingsKeys.h>
+
+#include <QLabel>
+#include <QSettings>
+
+namespace Velmora {
+
+namespace {
+
+constexpr int animationTime = 200; // ms
+
+} // namespace
+
+FoldWidget::FoldWidget(const QString& title, QWidget* parent) : QWidget(parent), _contentLayout(new QGridLayout) {
+    auto* layout = new QGridLayout;
+    layout->setContentsMargins(0, 0, 0, 0);
+
+    _toggle = new QToolButton(this);
+    _toggle->setText(title);
+    _toggle->setStyleSheet(QStringLiteral("QToolButton { border: none; } QToolButton::checked { color: inherit; }"));
+    _toggle->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    _toggle->setArrowType(Qt::RightArrow);
+    _toggle->setCheckable(true);
+    _toggle->setChecked(false);
+    layout->addWidget(_toggle, 0, 0);
+    layout->addWidget(new QLabel(QStringLiteral("<hr />"), this), 0, 1);
+
+    _body = new QWidget(this);
+    _body->setMaximumHeight(0);
+    _body->setMinimumHeight(0);
+    _animation.setTargetObject(_body);
+    _animation.setPropertyName("maximumHeight");
+    layout->addWidget(_body, 1, 0, 1, -1);
+
+    connect(_toggle, &QToolButton::clicked, this, &FoldWidget::onTogglePressed);
+    setLayout(layout);
+}
+
+FoldWidget::~FoldWidget() {
+    if (!_contentLayout->parent())
+        delete _contentLayout; // never finalized
+}
+
+void FoldWidget::addWidget(QWidget* widget, int row, int column, Qt::Alignment alignment) {
+    _contentLayout->addWidget(widget, row, column, alignment);
+}
+
+void FoldWidget::addWidget(QWidget* widget, int row, int column, int rowSpan, int columnSpan, Qt::Alignment alignment) {
+    _contentLayout->addWidget(widget, row, column, rowSpan, columnSpan, alignment);
+}
+
+void FoldWidget::setColumnStretch(int column, int stretch) {
+    _contentLayout->setColumnStretch(column, stretch);
+}
+
+void FoldWidget::finalize() {
+    _body->setLayout(_contentLayout);
+    const QString animations = QSettings().value(SettingsKeys::animations, "Always").toString();
+    _animation.setDuration(animations == QLatin1String("Never") ? 0 : animationTime);
+    _animation.setStartValue(0);
+    _animation.setEndValue(_contentLayout->sizeHint().height());
+}
+
+void FoldWidget::onTogglePressed(bool checked) {
+    _toggle->setArrowType(checked ? Qt::DownArrow : Qt::RightArrow);
+    _animation.setDirection(checked ? QAbstractAnimation::Forward : QAbstractAnimation::Backward);
+    _animation.start(QAbstractAnimation::KeepWhenStopped);
+}
+
+} // namespace Velmora

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QGridLayout>
+#include <QPropertyAnimation>
+#include <QToolButton>
+#include <QWidget>
+
+namespace Velmora {
+
+/// A titled section of a form that opens and closes, at first closed. It is filled with `addWidget` and completed,
+/// once, with `finalize`, which fixes the height that it opens to.
+class FoldWidget : public QWidget {
+    Q_OBJECT
+
+public:
+    FoldWidget(const QString& title, QWidget* parent);
+    ~FoldWidget() override;
+
+    /// Place a field in the section's grid; the widget becomes a child of the section when it is finalized.
+    void addWidget(QWidget* widget, int row, int column, Qt::Alignment alignment = {});
+    void addWidget(QWidget* widget, int row, int column, int rowSpan, int columnSpan, Qt::Alignment alignment = {});
+    void setColumnStretch(int column, int stretch);
+
+    /// Installs the fields and takes the animation setting and the section's height as they are now.
+    void finalize();
+
+public Q_SLOTS:
+    void onTogglePressed(bool checked);
+
+private:
+    QGridLayout* const _contentLayout; // the body's after `finalize`
+    QToolButton* _toggle = nullptr;
+    QWidget* _body = nullptr;
+    QPropertyAnimation _animation;
+};
+
+} // namespace Velmora

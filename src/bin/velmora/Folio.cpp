@@ -1,0 +1,110 @@
+#include <velmora/Folio.h>
+
+#include <velmora/AboutLeaf.h>
+#include <velmora/IPsLeaf.h>
+#include <velmora/SettingsLeaf.h>
+
+#include <Brindle/Theme.h>
+#include <Quillon/Application.h>
+
+#include <QGridLayout>
+#include <QVBoxLayout>
+#include <QVariant>
+
+namespace Velmora {
+
+Folio::Folio(QWidget* parent) : QWidget(parent) {
+    auto* buttonColumn = new QWidget(this);
+    buttonColumn->setFixedWidth(124);
+    auto* columnLayout = new QVBoxLayout;
+    columnLayout->setSpacing(12);
+    columnLayout->setContentsMargins(0, 0, 12, 0);
+    buttonColumn->setLayout(columnLayout);
+
+    _stack = new QStackedWidget(this);
+    _titleLabel = new QLabel(this);
+    _titleLabel->setObjectName(QStringLiteral("titleLabel"));
+    _titleLabel->setIndent(1);
+    _titleLabel->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    _buttonGroup.setExclusive(true);
+
+    const auto addLeaf = [this, columnLayout](const char* name, QToolButton* button, QWidget* page) {
+        button->setObjectName(QLatin1String(name));
+        columnLayout->addWidget(button);
+        _buttonGroup.addButton(button, _stack->count());
+        _stack->addWidget(page);
+    };
+    addLeaf("IPs", createButton(QStringLiteral("IPs"), "ip", false), new IPsLeaf(this));
+    columnLayout->addStretch(1);
+    addLeaf("About", createButton(tr("About"), "about", true), Brindle::theme.getCapWidget(new AboutLeaf(this)));
+    addLeaf("Settings", createButton(tr("Settings"), "settings", true), new SettingsLeaf(this));
+    connect(&_buttonGroup, SIGNAL(buttonClicked(int)), this, SLOT(setLeaf(int)));
+
+    auto* layout = new QGridLayout;
+    layout->setColumnStretch(1, 1);
+    layout->setRowStretch(1, 1);
+    layout->addWidget(buttonColumn, 0, 0, 2, 1);
+    layout->addWidget(_titleLabel, 0, 1);
+    layout->addWidget(_stack, 1, 1, 1, 3);
+    setLayout(layout);
+
+    if (QAbstractButton* button = _buttonGroup.button(getAboutLeafIndex()))
+        button->click();
+}
+
+QToolButton* Folio::createButton(const QString& text, const std::string& iconName, bool checked) {
+    auto* button = new QToolButton;
+    button->setText(text);
+    button->setFixedWidth(100);
+    button->setAutoRaise(true);
+    button->setCheckable(true);
+    button->setChecked(checked);
+    button->setIconSize(QSize(32, 32));
+    button->setIcon(Brindle::theme.getIcon(iconName));
+    button->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    return button;
+}
+
+void Folio::setLeaf(int index) {
+    _stack->setCurrentIndex(index);
+}
+
+void Folio::enableLeaf(unsigned long index) {
+    if (QAbstractButton* button = findButton(index))
+        button->setEnabled(true);
+}
+
+void Folio::disableLeaf(unsigned long index) {
+    if (QAbstractButton* button = findButton(index))
+        button->setEnabled(false);
+}
+
+void Folio::raiseLeaf(unsigned long index) {
+    if (QAbstractButton* button = findButton(index))
+        button->click();
+}
+
+QAbstractButton* Folio::findButton(unsigned long index) const {
+    return index < static_cast<unsigned long>(_stack->count()) ? _buttonGroup.button(static_cast<int>(index)) : nullptr;
+}
+
+int Folio::getCurrentIndex() const {
+    return _stack->currentIndex();
+}
+
+int Folio::getAboutLeafIndex() const {
+    if (Quillon::application->isAboutSuppressed())
+        return -1;
+    for (int index = 0; index < _stack->count(); ++index) {
+        const QWidget* page = _stack->widget(index);
+        if (page && dynamic_cast<AboutLeaf*>(page->property("child").value<QWidget*>()))
+            return index;
+    }
+    return -1;
+}
+
+void Folio::setTitle(const QString& title) {
+    _titleLabel->setText(QStringLiteral("<b>") + title + QStringLiteral("</b>"));
+}
+
+} // namespace Velmora

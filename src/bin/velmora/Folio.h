@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QButtonGroup>
+#include <QLabel>
+#include <QStackedWidget>
+#include <QToolButton>
+#include <QWidget>
+
+#include <string>
+
+namespace Velmora {
+
+/// The pages of the window (IP browser, About, Settings) with a column of buttons that choose among them and a title
+/// line. A button's id is the index of its page.
+class Folio : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit Folio(QWidget* parent);
+
+    /// Enable or disable the button with that id, if there is one; the page stays.
+    void enableLeaf(unsigned long index);
+    void disableLeaf(unsigned long index);
+    /// Clicks the button with that id, if there is one.
+    void raiseLeaf(unsigned long index);
+
+    int getCurrentIndex() const;
+    /// Index of the About page; -1 when there is none or it is suppressed.
+    int getAboutLeafIndex() const;
+
+    /// Shows the title in bold above the page.
+    void setTitle(const QString& title);
+
+public Q_SLOTS:
+    /// Shows the page with that index.
+    void setLeaf(int index);
+
+private:
+    QAbstractButton* findButton(unsigned long index) const;
+    QToolButton* createButton(const QString& text, const std::string& iconName, bool checked);
+
+    QButtonGroup _buttonGroup;
+    QStackedWidget* _stack = nullptr;
+    QLabel* _titleLabel = nullptr;
+};
+
+} // namespace Velmora

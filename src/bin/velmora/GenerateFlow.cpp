@@ -1,0 +1,49 @@
+#include <velmora/GenerateFlow.h>
+
+#include <Brindle/Console.h>
+#include <Brindle/Exception.h>
+
+namespace Velmora {
+
+namespace {
+
+using Brindle::console;
+
+std::string aborted(const std::string& reason) {
+    return "Processing aborted [" + reason + "]";
+}
+
+/// Runs the work; what it throws is shown. True when it threw nothing.
+bool runGuarded(const FailureRule& rule, const Brindle::Location& caller, const std::function<void()>& work) {
+    const std::string unknown = "something strange...";
+    try {
+        work();
+        return true;
+    } catch (const Brindle::Exception& exception) {
+        if (rule.wrapsInHouse)
+            console.error(Brindle::reworded<Brindle::Fatal>(aborted(exception.getMessage()), exception));
+        else
+            console.error(exception);
+    } catch (const std::exception& exception) {
+        const std::string reason = rule.showsStandardText ? exception.what() : unknown;
+        console.error(Brindle::located(Brindle::Fatal(aborted(reason)), caller));
+    } catch (...) {
+        console.error(Brindle::located(Brindle::Fatal(aborted(unknown)), caller));
+    }
+    return false;
+}
+
+} // namespace
+
+void runGeneration(const std::string& title, const FailureRule& rule, const Brindle::Location& caller,
+                   const std::function<bool()>& check, const std::function<void()>& work) {
+    console.print(title);
+    console.indent();
+    if (!check())
+        console.print("Generating failed");
+    else
+        console.print(runGuarded(rule, caller, work) ? "Generating done" : rule.closingLine);
+    console.unindent();
+}
+
+} // namespace Velmora

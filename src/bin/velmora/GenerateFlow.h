@@ -1,0 +1,29 @@
+#pragma once
+
+#include <Brindle/Location.h>
+
+#include <functional>
+#include <string>
+
+namespace Velmora {
+
+/// How a family of forms shows what ended a generation.
+struct FailureRule {
+    bool wrapsInHouse;       ///< An in-house exception is shown as "Processing aborted [" its message "]".
+    bool showsStandardText;  ///< A standard one is shown with its text; otherwise as "something strange...".
+    const char* closingLine; ///< Printed after the error.
+};
+
+namespace FailureRules {
+inline constexpr FailureRule bridge{false, true, "Generating Failed"};
+inline constexpr FailureRule filter{true, false, "Generating failed"};
+} // namespace FailureRules
+
+/// One generation as the console tells it: the title, then, indented, what the check and the work print and "Generating
+/// done". When the check fails, which has told why, "Generating failed" ends it; when the work throws, the exception as
+/// one error and the rule's closing line. A wrapped exception keeps its named fields and location; what is not of the
+/// in-house family is located at `caller`.
+void runGeneration(const std::string& title, const FailureRule& rule, const Brindle::Location& caller,
+                   const std::function<bool()>& check, const std::function<void()>& work);
+
+} // namespace Velmora

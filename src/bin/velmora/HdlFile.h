@@ -1,0 +1,26 @@
+#pragma once
+
+#include <Brindle/Location.h>
+
+#include <QFile>
+#include <QString>
+
+namespace Velmora {
+
+/// A file that takes generated HDL. Constructing it opens the file, which empties it. Everything that is thrown is
+/// located at `caller`.
+class HdlFile {
+public:
+    /// Throws Brindle::Fatal "Unable to open file " and the path.
+    HdlFile(const QString& path, const Brindle::Location& caller);
+
+    /// Writes the text, which holds its bytes one a character, with its protected regions enciphered. Throws
+    /// Brindle::Fatal when the markers are out of order or not everything could be written, and what Sealwork throws.
+    void write(const QString& text);
+
+private:
+    QFile _file;
+    Brindle::Location _caller;
+};
+
+} // namespace Velmora

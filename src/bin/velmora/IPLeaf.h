@@ -1,0 +1,69 @@
+#pragma once
+
+#include <velmora/IPDescription.h>
+
+#include <Brindle/Strings.h>
+
+#include <QSplitter>
+#include <QUrl>
+#include <QWidget>
+
+#include <string>
+
+namespace Velmora {
+
+/// The page of one IP: its HTML description above, its configuration form (when the IP is one that the program knows)
+/// below.
+class IPLeaf : public QWidget {
+    Q_OBJECT
+
+public:
+    /// Reads the description file and builds the page. Throws Brindle::Critical when the file cannot be read or is
+    /// wrong.
+    explicit IPLeaf(const std::string& descriptionFilename);
+
+    /// Installs the configuration form, once; it becomes a child of the page. Throws Brindle::Critical for a null
+    /// widget and for a second one.
+    void setConfigurationWidget(QWidget* widget);
+
+    const std::string& getName() const { return _description.name; }
+    const std::string& getUID() const { return _description.uid; }
+    const std::string& getCompany() const { return _description.company; }
+    const std::string& getCategory() const { return _description.category; }
+    /// A view of the variants, valid as long as the leaf lives.
+    Brindle::strings getVariants() const;
+    /// Absolute path of the generator script; empty when the IP has none.
+    const std::string& getScriptFilename() const { return _description.scriptFilename; }
+    /// The name in lower case with every blank replaced by "_".
+    std::string getEscapedName() const;
+
+    bool isFromCompany(const std::string& company) const { return getCompany() == company; }
+    bool isFromCategory(const std::string& category) const { return getCategory() == category; }
+    bool isForVariant(const std::string& variant) const;
+
+    bool isOVSystolic() const { return isOurs("Systolic"); }
+    bool isOVTranspose() const { return isOurs("Transpose"); }
+    bool isOVTransposeDual() const { return isOurs("Transpose dual"); }
+    bool isOVTransposeSymmetric() const { return isOurs("Transpose symmetric"); }
+    bool isOVMacFir() const { return isOurs("Mac fir"); }
+    bool isOVScope() const { return isOurs("Scope"); }
+    bool isOVStartupScope() const { return isOurs("Startup Scope"); }
+    bool isOVSERDES() const { return isOurs("SER/DES"); }
+    bool isAPBToSPW() const { return isOurs("APB slave to serial master"); }
+
+public Q_SLOTS:
+    /// Opens a link of the description page outside the program.
+    void onLinkClicked(const QUrl& url);
+
+private:
+    bool isOurs(const char* name) const;
+    void createDescriptionView();
+    void createConfigurationWidget();
+
+    const std::string _descriptionFilename;
+    const IPDescription _description;
+    QWidget* _configurationWidget = nullptr;
+    QSplitter* _splitter = nullptr;
+};
+
+} // namespace Velmora

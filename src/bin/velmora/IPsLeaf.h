@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QComboBox>
+#include <QModelIndex>
+#include <QStackedWidget>
+#include <QWidget>
+
+#include <map>
+#include <string>
+
+class QStandardItem;
+
+namespace Velmora {
+
+class Folio;
+class IPLeaf;
+class IPTreeView;
+
+/// The IP browser: the catalogue as a tree with filters on the left, the page of the current IP on the right. It is
+/// built from the catalogue as the handler holds it at construction and owns the pages from then on.
+class IPsLeaf : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit IPsLeaf(Folio* folio);
+
+    /// The variant that the user wants to see; empty for all.
+    QString getVariantFilter() const;
+    /// The beginning of the category that the user wants to see; empty for all.
+    QString getCategoryFilter() const;
+
+protected:
+    void showEvent(QShowEvent* event) override;
+
+public Q_SLOTS:
+    /// Shows the page of the IP at that index of the tree; a category leaves the page as it is.
+    void onIPSelected(const QModelIndex& index);
+
+private:
+    using CategoryNodes = std::map<std::string, QStandardItem*>;
+
+    void createWidgets();
+    void fillTree();
+    void fillCategories();
+    QStandardItem* createItem(IPLeaf& leaf) const;
+    QStandardItem* getCategoryNode(const std::string& category, CategoryNodes& nodes);
+
+    Folio* const _folio; // the page's parent
+    QComboBox* _variantCombo = nullptr;
+    IPTreeView* _treeView = nullptr;
+    QComboBox* _categoryCombo = nullptr;
+    QStackedWidget* _leafStack = nullptr;
+};
+
+} // namespace Velmora

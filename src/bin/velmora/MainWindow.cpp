@@ -1,0 +1,72 @@
+#include <velmora/MainWindow.h>
+
+#include <velmora/Folio.h>
+#include <velmora/SettingsKeys.h>
+#include <velmora/StyleSheetPause.h>
+
+#include <Quillon/Application.h>
+#include <Quillon/ConsoleWidget.h>
+
+#include <QCloseEvent>
+#include <QIcon>
+#include <QPixmap>
+#include <QSettings>
+
+namespace Velmora {
+
+MainWindow::MainWindow() {
+    setWindowTitle(Quillon::application->applicationName());
+    setWindowIcon(QIcon(QPixmap(QStringLiteral(":/Brindle/rocket.png"))));
+    {
+        const StyleSheetPause pause;
+        _ipHandler = IPHandler::create(this);
+        createWidgets();
+    }
+    resize(1000, 600);
+    loadSettings();
+    show();
+}
+
+void MainWindow::createWidgets() {
+    _consoleSplitter = new QSplitter(Qt::Vertical, this);
+    _consoleSplitter->setObjectName(QStringLiteral("ConsoleSplitter"));
+
+    _folio = new Folio(this);
+    _folio->setObjectName(QStringLiteral("Folio"));
+    _consoleSplitter->addWidget(_folio);
+
+    auto* console = new Quillon::ConsoleWidget(this);
+    console->setObjectName(QStringLiteral("Console"));
+    _consoleSplitter->addWidget(console);
+
+    _consoleSplitter->setSizes({7500, 2500});
+    setCentralWidget(_consoleSplitter);
+}
+
+void MainWindow::loadSettings() {
+    const QSettings settings;
+    if (settings.value(SettingsKeys::isMaximized).toBool()) {
+        showMaximized();
+    } else {
+        restoreGeometry(settings.value(SettingsKeys::geometry).toByteArray());
+        show();
+    }
+    restoreState(settings.value(SettingsKeys::windowState).toByteArray(), 0);
+    _consoleSplitter->restoreState(settings.value(SettingsKeys::consoleSplitter).toByteArray());
+}
+
+void MainWindow::saveSettings() {
+    QSettings settings;
+    settings.setValue(SettingsKeys::geometry, saveGeometry());
+    settings.setValue(SettingsKeys::windowState, saveState(0));
+    settings.setValue(SettingsKeys::isMaximized, isMaximized());
+    settings.setValue(SettingsKeys::consoleSplitter, _consoleSplitter->saveState());
+    settings.sync();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    saveSettings();
+    QMainWindow::closeEvent(event);
+}
+
+} // namespace Velmora

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <velmora/IPHandler.h>
+
+#include <QMainWindow>
+#include <QSplitter>
+
+namespace Velmora {
+
+class Folio;
+
+/// The program's window: the folio of pages above the console. It keeps its geometry, state and splitter between runs.
+class MainWindow : public QMainWindow {
+    Q_OBJECT
+
+public:
+    /// Builds the catalogue, then the window, and shows it. Throws what the catalogue throws.
+    MainWindow();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void createWidgets();
+    void loadSettings();
+    void saveSettings();
+
+    Quillon::Owned<IPHandler> _ipHandler;
+    Folio* _folio = nullptr;
+    QSplitter* _consoleSplitter = nullptr;
+};
+
+} // namespace Velmora

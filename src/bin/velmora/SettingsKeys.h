@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+
+/// The names under which the program keeps its state and its users' preferences in the settings store.
+namespace Velmora::SettingsKeys {
+
+inline const QString geometry = QStringLiteral("geometry");
+inline const QString windowState = QStringLiteral("windowState");
+inline const QString isMaximized = QStringLiteral("isMaximized");
+inline const QString consoleSplitter = QStringLiteral("consoleSplitter");
+
+inline const QString theme = QStringLiteral("theme");
+inline const QString animations = QStringLiteral("animations");
+inline const QString size = QStringLiteral("size");
+
+// Fields of the generator forms, each below a group named after the form's class.
+inline const QString entity = QStringLiteral("Entity");
+inline const QString path = QStringLiteral("Path");
+
+} // namespace Velmora::SettingsKeys

@@ -1,0 +1,60 @@
+#include <velmora/MainWindow.h>
+
+#include <Brindle/Console.h>
+#include <Brindle/Exception.h>
+#include <Brindle/QtLabel.h>
+#include <Quillon/Application.h>
+
+#include <QDateTime>
+
+#include <algorithm>
+
+namespace {
+
+using Brindle::console;
+
+Brindle::InternalError processingAborted(const std::string& reason) {
+    return Brindle::located(Brindle::InternalError("Processing aborted [" + reason + "]"),
+                            {"src/bin/velmora/main", "main", 80});
+}
+
+/// Shows the window until it is closed. Whatever ends it by an exception leaves as one of the in-house family.
+int runWindow() {
+    try {
+        Velmora::MainWindow window;
+        window.show();
+        return Quillon::Application::exec();
+    } catch (const Brindle::Exception&) {
+        throw;
+    } catch (const std::exception& exception) {
+        throw processingAborted(exception.what());
+    } catch (...) {
+        throw processingAborted("something strange...");
+    }
+}
+
+/// The number of errors, as far as an exit status can tell it.
+int errorStatus() {
+    constexpr unsigned long largestStatus = 255;
+    return static_cast<int>(std::min(console.getErrorCount(), largestStatus));
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const auto application = Quillon::Application::create(argc, argv, "Velm", "Velmora", 1, 0, 0, true);
+    console.setFullLogFile("");
+    console.print("Running velmora", "");
+    console.indent();
+    console.openTimer();
+    const QString started = QDateTime::currentDateTime().toString(QStringLiteral("dd/MM/yyyy - hh:mm"));
+    console.print("Started on " + Brindle::getLabel(started), "");
+    try {
+        return runWindow();
+    } catch (const Brindle::Exception& exception) {
+        console.error(exception);
+    }
+    console.closeTimer(console.getErrorCount() == 0 ? "Running velmora succeed in %" : "Running velmora failed in %");
+    console.unindent();
+    return errorStatus();
+}

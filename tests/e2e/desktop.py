@@ -1,0 +1,72 @@
+"""Drives the real program on a display of its own, with mouse and keyboard alone."""
+
+import os
+import subprocess
+import time
+
+TIMEOUT = 60  # seconds for anything that is waited for
+
+
+class Desktop:
+    """The program, running on the display that the environment names, with settings and a working directory of its own."""
+
+    def __init__(self, program, prefix, folder):
+        self.folder = folder
+        self.log = open(os.path.join(folder, "console.txt"), "w+")
+        environment = dict(os.environ, ORVANE_PREFIX=prefix, XDG_CONFIG_HOME=os.path.join(folder, "config"), QT_QPA_PLATFORM="xcb")
+        self.process = subprocess.Popen([program], env=environment, cwd=folder, stdout=self.log, stderr=self.log)
+        self.window = self.wait_for("the window", self._find_window)
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.process.kill()
+        self.process.wait()
+        self.log.close()
+
+    def console(self):
+        self.log.flush()
+        with open(self.log.name) as log:
+            return log.read()
+
+    def wait_for(self, what, condition):
+        deadline = time.monotonic() + TIMEOUT
+        while time.monotonic() < deadline:
+            result = condition()
+            if result:
+                return result
+            if self.process.poll() is not None:
+                break
+            time.sleep(0.05)
+        raise AssertionError("no %s within %d s; the console holds:\n%s" % (what, TIMEOUT, self.console()))
+
+    def dialog(self, title):
+        """Waits for the dialog with that title and gives it the keyboard."""
+        found = self.wait_for("dialog '%s'" % title, lambda: self._search("--name", "^%s$" % title))
+        self._xdotool("windowfocus", "--sync", found[-1])
+
+    def click(self, x, y):
+        """Clicks into the window, at logical pixels from its upper left corner."""
+        self._xdotool("mousemove", "--window", self.window, str(x), str(y), "click", "1")
+        time.sleep(0.2)
+
+    def key(self, *keys):
+        self._xdotool("key", *keys)
+
+    def type(self, text):
+        self._xdotool("type", "--delay", "5", text)
+
+    def _find_window(self):
+        windows = self._search("--onlyvisible", "--name", "^Velmora$")
+        if not windows:
+            return None
+        self._xdotool("windowfocus", "--sync", windows[0])
+        return windows[0]
+
+    def _search(self, *arguments):
+        result = subprocess.run(["xdotool", "search", *arguments], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+        return result.stdout.split()
+
+    def _xdotool(self, *arguments):
+        subprocess.run(["xdotool", *arguments], check=True, stderr=subprocess.DEVNULL)

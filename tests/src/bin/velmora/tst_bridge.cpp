@@ -1,0 +1,371 @@
+#include <support/ConsoleRecorder.h>
+#include <support/TestMain.h>
+#include <support/TestPrefix.h>
+
+#include <velmora/APBToSPWLeaf.h>
+#include <velmora/IPLeaf.h>
+
+#include <Brindle/Exception.h>
+#include <Brindle/FileDialog.h>
+
+#include <QDir>
+#include <QDirIterator>
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSettings>
+
+#include <memory>
+#include <optional>
+
+namespace {
+
+const QString failedLine = QStringLiteral("E:   Failed to generate the IP, please contact the provider.");
+
+QByteArray returning(const QByteArray& expression) {
+    return "def generate(argDict):\n  return " + expression + "\n";
+}
+
+/// Paths below the directory, sorted; directories end with "/".
+QStringList treeOf(const QString& directory) {
+    QStringList paths;
+    QDirIterator iterator(directory, QDir::AllEntries | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
+    while (iterator.hasNext()) {
+        const QString path = iterator.next();
+        paths += QDir(directory).relativeFilePath(path) + (iterator.fileInfo().isDir() ? "/" : "");
+    }
+    paths.sort();
+    return paths;
+}
+
+} // namespace
+
+/// The form of the bridge and, on it, the generate flow: dialog, script, files, console and what remains of a failure.
+class BridgeTest : public QObject {
+    Q_OBJECT
+
+private:
+    /// The page of the bridge with that script; its form is driven through its widgets.
+    void open(const QByteArray& script) {
+        _page = std::make_unique<Velmora::IPLeaf>(_prefix->addBridge(script).toStdString());
+    }
+    Velmora::APBToSPWLeaf* form() const { return _page->findChild<Velmora::APBToSPWLeaf*>("APBToSPWLeaf"); }
+    QLineEdit* entity() const { return form()->findChild<QLineEdit*>("Entity"); }
+    void press(const char* button) const {
+        QTest::mousePress(form()->findChild<QPushButton*>(button), Qt::LeftButton); // acts before it is released
+    }
+    QString out(const QString& name = {}) const { return _prefix->path("out" + (name.isEmpty() ? name : "/" + name)); }
+
+    std::unique_ptr<TestPrefix> _prefix;
+    std::unique_ptr<Velmora::IPLeaf> _page;
+    std::optional<QString> _answer; ///< What the user answers; what was proposed when empty.
+    QStringList _asked;             ///< Caption and proposed path of the last dialog.
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void formKeepsItsValue();
+    void unusableStoredValueIsIgnored_data();
+    void unusableStoredValueIsIgnored();
+    void abandonedFormStoresNothing();
+    void layoutAndTabOrder();
+    void cancelledDialogDoesNothing();
+    void pathIsRemembered();
+    void generatesFiles();
+    void directoriesFollowTheRemovalRule_data();
+    void directoriesFollowTheRemovalRule();
+    void hostileNames_data();
+    void hostileNames();
+    void injectedEntityRunsNothing();
+    void scriptProblemComesBeforeTheEntity();
+    void failuresKeepWhatWasWritten();
+    void regionsAreEnciphered();
+    void markerErrors();
+    void missingScript();
+    void unwritableDirectory();
+    void fullDisk();
+};
+
+void BridgeTest::initTestCase() {
+    Brindle::FileDialog::setDirectoryFunction([this](QWidget*, const QString& caption, const QString& path) {
+        _asked = QStringList{caption, path};
+        return _answer.value_or(path);
+    });
+}
+
+void BridgeTest::init() {
+    _prefix = std::make_unique<TestPrefix>();
+    _answer = out();
+    _asked.clear();
+}
+
+void BridgeTest::cleanup() {
+    _page.reset();
+    _prefix.reset();
+}
+
+void BridgeTest::formKeepsItsValue() {
+    open("");
+    QCOMPARE(entity()->text(), QString());
+    QVERIFY(form()->isFullyConfigured());
+    QTest::keyClicks(entity(), "bridge");
+    _page.reset();
+    QCOMPARE(QSettings().value("APBToSPWLeaf/Entity").toString(), QStringLiteral("bridge"));
+    open("");
+    QCOMPARE(entity()->text(), QStringLiteral("bridge"));
+    press("Reset");
+    QCOMPARE(entity()->text(), QString());
+    QCOMPARE(QSettings().value("APBToSPWLeaf/Entity").toString(), QStringLiteral("bridge"));
+}
+
+void BridgeTest::unusableStoredValueIsIgnored_data() {
+    QTest::addColumn<QVariant>("stored");
+    QTest::newRow("list") << QVariant(QStringList{"a", "b"});
+    QTest::newRow("bytes") << QVariant(QByteArray("a\0b", 3));
+    QTest::newRow("map") << QVariant(QVariantMap{{"a", 1}});
+}
+
+void BridgeTest::unusableStoredValueIsIgnored() {
+    QFETCH(QVariant, stored);
+    QSettings().setValue("APBToSPWLeaf/Entity", stored);
+    open("");
+    QCOMPARE(entity()->text(), QString());
+}
+
+void BridgeTest::abandonedFormStoresNothing() {
+    QSettings().setValue("APBToSPWLeaf/Entity", "before");
+    const std::string filename = _prefix->addBridge("").toStdString();
+    try {
+        const Velmora::IPLeaf page(filename);
+        page.findChild<QLineEdit*>("Entity")->setText("after");
+        throw 7;
+    } catch (int) {
+    }
+    QCOMPARE(QSettings().value("APBToSPWLeaf/Entity").toString(), QStringLiteral("before"));
+}
+
+void BridgeTest::layoutAndTabOrder() {
+    open("");
+    const auto* grid = qobject_cast<QGridLayout*>(form()->layout());
+    QCOMPARE(grid->contentsMargins(), QMargins(5, 5, 5, 5));
+    QCOMPARE(grid->columnStretch(1), 1);
+    QCOMPARE(grid->columnStretch(2), 1);
+    QCOMPARE(grid->rowStretch(1), 1);
+    auto* label = qobject_cast<QLabel*>(grid->itemAtPosition(0, 0)->widget());
+    QCOMPARE(label->text(), QStringLiteral("Entity name"));
+    QCOMPARE(label->buddy(), entity());
+    QCOMPARE(grid->itemAtPosition(0, 1)->widget(), entity());
+
+    _page->show();
+    QApplication::setActiveWindow(_page.get());
+    entity()->setFocus();
+    QStringList names;
+    for (int step = 0; step < 2; ++step) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        names += QApplication::focusWidget()->objectName();
+    }
+    QCOMPARE(names, QStringList({"Reset", "Generate"}));
+}
+
+void BridgeTest::cancelledDialogDoesNothing() {
+    open(returning("{'a': ''}"));
+    _answer = QString();
+    ConsoleRecorder recorder;
+    press("Generate");
+    QCOMPARE(recorder.lines(), QStringList());
+    QVERIFY(!QSettings().contains("APBToSPWLeaf/Path"));
+}
+
+void BridgeTest::pathIsRemembered() {
+    open(returning("{}"));
+    entity()->setText("top");
+    press("Generate");
+    QCOMPARE(_asked, QStringList({"Choose a directory", QDir::currentPath() + "/top"}));
+    QCOMPARE(QSettings().value("APBToSPWLeaf/Path").toString(), out());
+    entity()->setText("other");
+    _answer.reset();
+    press("Generate");
+    QCOMPARE(_asked.last(), out());
+}
+
+void BridgeTest::generatesFiles() {
+    open("def generate(argDict):\n"
+         "  name = argDict['%%ENTITY_NAME%%']\n"
+         "  printText('working')\n"
+         "  return {'rtl/' + name + '.vhd': 'entity\\n', name + '.v': '\\xe9\\r\\n\\nend', 'rtl/sub/x.txt': ''}\n");
+    entity()->setText("top");
+    ConsoleRecorder recorder;
+    press("Generate");
+    QCOMPARE(recorder.lines(),
+             QStringList({"Generating APB slave to serial master", "  working", "  Generating done"}));
+    QCOMPARE(treeOf(out()), QStringList({"rtl/", "rtl/sub/", "rtl/sub/x.txt", "rtl/top.vhd", "top.v"}));
+    QCOMPARE(readFile(out("rtl/top.vhd")), QByteArray("entity\n\n"));
+    QCOMPARE(readFile(out("top.v")), QByteArray("\xe9\r\n\nend\n"));
+
+    _prefix->write("out/top.v", QByteArray(1000, 'x'));
+    press("Generate");
+    QCOMPARE(readFile(out("top.v")), QByteArray("\xe9\r\n\nend\n"));
+    Brindle::console.print("after");
+    QCOMPARE(recorder.lines().last(), QStringLiteral("after")); // no longer indented
+}
+
+void BridgeTest::directoriesFollowTheRemovalRule_data() {
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QStringList>("tree");
+    QTest::newRow("a/a.vhd") << "a/a.vhd" << QStringList({"a/", "a/a.vhd"});
+    QTest::newRow("a/b/c") << "a/b/c" << QStringList({"a/", "a/b/", "a/b/c"});
+    QTest::newRow("top/top") << "top/top" << QStringList();
+    QTest::newRow("xtopy/top") << "xtopy/top" << QStringList({"xy/"});
+    QTest::newRow("a/") << "a/" << QStringList({"a/"});
+    QTest::newRow("empty") << "" << QStringList();
+}
+
+void BridgeTest::directoriesFollowTheRemovalRule() {
+    QFETCH(QString, name);
+    QFETCH(QStringList, tree);
+    open(returning("{'" + name.toUtf8() + "': 'x'}"));
+    ConsoleRecorder recorder;
+    press("Generate");
+    QCOMPARE(treeOf(out()), tree);
+    if (tree.isEmpty() || tree.last().endsWith('/')) {
+        QCOMPARE(recorder.lines().mid(1),
+                 QStringList({"E:   Unable to open file " + out() + "/" + name, "  Generating Failed"}));
+    }
+}
+
+void BridgeTest::hostileNames_data() {
+    QTest::addColumn<QByteArray>("name");
+    QTest::newRow("absolute") << QByteArray("/tmp/velmora-hostile");
+    QTest::newRow("climbs") << QByteArray("../hostile");
+    QTest::newRow("climbs from below") << QByteArray("a/../../hostile");
+    QTest::newRow("parent itself") << QByteArray("..");
+    QTest::newRow("climbs once the last component is removed") << QByteArray(".a./.a./x/a");
+    QTest::newRow("NUL") << QByteArray("a\\0b");
+}
+
+void BridgeTest::hostileNames() {
+    QFETCH(QByteArray, name);
+    open(returning("{'0/first.vhd': '', '" + name + "': 'x'}"));
+    const QStringList before = treeOf(_prefix->path());
+    ConsoleRecorder recorder;
+    press("Generate");
+    QCOMPARE(recorder.errors().size(), 1);
+    QVERIFY(recorder.errors().first().startsWith("E:   Unable to open file " + out() + "/"));
+    QCOMPARE(recorder.lines().last(), QStringLiteral("  Generating Failed"));
+    QStringList after = treeOf(_prefix->path());
+    after.removeAll("settings/Orvane/Velmora.conf");
+    after.removeAll("settings/Orvane/");
+    after.removeAll("settings/");
+    QStringList expected = before;
+    expected.removeAll("settings/");
+    QCOMPARE(after, expected);
+}
+
+void BridgeTest::injectedEntityRunsNothing() {
+    open(returning("{'a': 'x'}"));
+    entity()->setText("x' + open('hostile', 'w').write('') + '");
+    ConsoleRecorder recorder;
+    press("Generate");
+    QCOMPARE(recorder.errors().size(), 1);
+    QVERIFY(recorder.errors().first().startsWith(
+        "E:   Unsupported character in value (key: %%ENTITY_NAME%%, value: x' + open("));
+    QCOMPARE(recorder.lines().last(), QStringLiteral("  Generating Failed"));
+    QVERIFY(!QFile::exists("hostile"));
+    QVERIFY(!QFile::exists(out()));
+}
+
+void BridgeTest::scriptProblemComesBeforeTheEntity() {
+    open("");
+    _prefix->write("share/velmora/Orvane/bridge/generator.py", "def generate(argDict): return {}\n");
+    entity()->setText("'");
+    ConsoleRecorder recorder;
+    press("Generate");
+    QCOMPARE(recorder.errors().size(), 1);
+    QVERIFY(recorder.errors().first().startsWith("E:   Script refused: not a sealed script"));
+    try {
+        form()->getIP();
+        QFAIL("nothing thrown");
+    } catch (const Brindle::Fatal& exception) {
+        QCOMPARE(exception.what(), "Script refused: not a sealed script");
+    }
+}
+
+void BridgeTest::failuresKeepWhatWasWritten() {
+    open(returning("{'a.vhd': 'A', 'b.vhd': '`protect end', 'c.vhd': 'C'}"));
+    ConsoleRecorder recorder;
+    press("Generate");
+    QCOMPARE(recorder.lines().mid(1), QStringList({"E:   No \"`protect begin\" found", "  Generating Failed"}));
+    QCOMPARE(readFile(out("a.vhd")), QByteArray("A\n"));
+    QVERIFY(!QFile::exists(out("c.vhd")));
+
+    open("def generate(argDict):\n  printError('Entity name is empty.')\n  return {'d.vhd': ''}\n");
+    recorder.take();
+    press("Generate");
+    QCOMPARE(recorder.take(), QStringList({"Generating APB slave to serial master", "E:   Entity name is empty.",
+                                           failedLine, "  Generating done"}));
+    QVERIFY(QFile::exists(out("d.vhd")));
+
+    open("def generate(argDict):\n  raise KeyError('x')\n");
+    press("Generate");
+    QCOMPARE(recorder.errors(), QStringList({"E:   Traceback (most recent call last):", "E:   Should not be here"}));
+    QCOMPARE(recorder.lines().last(), QStringLiteral("  Generating Failed"));
+}
+
+void BridgeTest::regionsAreEnciphered() {
+    open(returning("{'x.vhd': 'a\\n`protect begin\\nsecret\\n`protect end\\nc', "
+                   "'x.v': '//`protect begin\\nsecret\\n//`protect end'}"));
+    press("Generate");
+    const QByteArray vhdl = readFile(out("x.vhd"));
+    QVERIFY(vhdl.startsWith("a\n`protect begin_protected\n`protect version=1\n"));
+    QVERIFY(vhdl.endsWith("\n`protect end_protected\nc\n"));
+    const QByteArray verilog = readFile(out("x.v"));
+    QVERIFY(verilog.startsWith("`pragma protect begin_protected\n"));
+    QVERIFY(verilog.endsWith("\n`pragma protect end_protected\n"));
+    QVERIFY(!vhdl.contains("secret") && !verilog.contains("secret"));
+    press("Generate");
+    QVERIFY(readFile(out("x.vhd")) != vhdl);
+}
+
+void BridgeTest::markerErrors() {
+    open(returning("{'x.vhd': '`protect begin\\n`protect begin'}"));
+    ConsoleRecorder recorder;
+    press("Generate");
+    QCOMPARE(recorder.lines().mid(1), QStringList({"E:   Already encrypting", "  Generating Failed"}));
+    QCOMPARE(readFile(out("x.vhd")), QByteArray());
+}
+
+void BridgeTest::missingScript() {
+    open("");
+    const QString script = _prefix->path("share/velmora/Orvane/bridge/generator.py");
+    QVERIFY(QFile::remove(script));
+    ConsoleRecorder recorder;
+    press("Generate");
+    QCOMPARE(recorder.lines().mid(1),
+             QStringList({"E:   Unable to open script file (scriptFilename: " + script + ")", "  Generating Failed"}));
+}
+
+void BridgeTest::unwritableDirectory() {
+    open(returning("{'x.vhd': ''}"));
+    _answer = QStringLiteral("/proc/velmora-out");
+    ConsoleRecorder recorder;
+    press("Generate");
+    QCOMPARE(recorder.lines().mid(1),
+             QStringList({"E:   Unable to open file /proc/velmora-out/x.vhd", "  Generating Failed"}));
+}
+
+void BridgeTest::fullDisk() {
+    open(returning("{'x.vhd': 'x' * 100000}"));
+    QVERIFY(QDir().mkpath(out()));
+    QVERIFY(QFile::link("/dev/full", out("x.vhd")));
+    ConsoleRecorder recorder;
+    press("Generate");
+    QCOMPARE(recorder.errors().size(), 1);
+    QVERIFY(recorder.errors().first().startsWith("E:   Unable to write file " + out("x.vhd")));
+    QCOMPARE(recorder.lines().last(), QStringLiteral("  Generating Failed"));
+}
+
+VELMORA_TEST_MAIN(BridgeTest)
+#include "tst_bridge.moc"

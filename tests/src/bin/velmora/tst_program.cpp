@@ -1,0 +1,142 @@
+#include <support/TestPrefix.h>
+
+#include <Brindle/Build.h>
+
+#include <QProcess>
+#include <QRegularExpression>
+#include <QSettings>
+#include <QTest>
+
+#include <memory>
+
+/// The program as a process: what it prints, its exit status, and what it leaves in the settings.
+class ProgramTest : public QObject {
+    Q_OBJECT
+
+private:
+    struct Outcome {
+        int status;
+        QStringList output;
+        QStringList errors;
+    };
+
+    /// Runs the program until it ends by itself or by what the probe does in its event loop.
+    Outcome run(const char* probe, const QStringList& arguments = {}, bool withPrefix = true) const;
+    QString settingsPath() const { return _prefix->path("config/Orvane/Velmora.conf"); }
+
+    std::unique_ptr<TestPrefix> _prefix;
+
+private Q_SLOTS:
+    void init() { _prefix = std::make_unique<TestPrefix>(); }
+    void cleanup() { _prefix.reset(); }
+
+    void normalClose();
+    void optionsOfTheUsageTextDoNothing();
+    void aboutPageCanBeSuppressed();
+    void exceptionsFromSlots_data();
+    void exceptionsFromSlots();
+    void brokenInstallation_data();
+    void brokenInstallation();
+};
+
+ProgramTest::Outcome ProgramTest::run(const char* probe, const QStringList& arguments, bool withPrefix) const {
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("QT_PLUGIN_PATH", VELMORA_PLUGIN_DIRECTORY);
+    environment.insert("QT_QPA_GENERIC_PLUGINS", "velmoraprobe");
+    environment.insert("VELMORA_PROBE", probe);
+    environment.insert("XDG_CONFIG_HOME", _prefix->path("config"));
+    if (!withPrefix)
+        environment.remove("ORVANE_PREFIX");
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.start(VELMORA_PROGRAM, arguments);
+    if (!process.waitForFinished(60'000) || process.exitStatus() != QProcess::NormalExit)
+        return {-1, {}, {QString::fromUtf8(process.readAllStandardError())}};
+    const auto linesOf = [](const QByteArray& bytes) {
+        return QString::fromUtf8(bytes.data(), bytes.size()).split('\n', Qt::SkipEmptyParts);
+    };
+    QStringList errors = linesOf(process.readAllStandardError());
+    errors = errors.filter(QRegularExpression("^(?!QStandardPaths|This plugin does not support)")); // of the desktop
+    return {process.exitCode(), linesOf(process.readAllStandardOutput()), errors};
+}
+
+void ProgramTest::normalClose() {
+    _prefix->addBridge("");
+    const Outcome outcome = run("close");
+    QCOMPARE(outcome.errors, QStringList());
+    QCOMPARE(outcome.status, 0);
+    QCOMPARE(outcome.output.size(), 2);
+    QCOMPARE(outcome.output.at(0), QStringLiteral("Running velmora"));
+    QVERIFY(QRegularExpression("^  Started on \\d\\d/\\d\\d/\\d{4} - \\d\\d:\\d\\d$")
+                .match(outcome.output.at(1))
+                .hasMatch());
+    const QSettings settings(settingsPath(), QSettings::IniFormat);
+    QVERIFY(settings.contains("geometry"));
+    QVERIFY(settings.contains("APBToSPWLeaf/Entity"));
+}
+
+void ProgramTest::optionsOfTheUsageTextDoNothing() {
+    const Outcome outcome = run("close", {"-help", "-check"});
+    QCOMPARE(outcome.status, 0);
+    QCOMPARE(outcome.output.size(), 2);
+}
+
+void ProgramTest::aboutPageCanBeSuppressed() {
+    QCOMPARE(run("close", {"-no-about"}).status, 0);
+}
+
+void ProgramTest::exceptionsFromSlots_data() {
+    QTest::addColumn<QString>("probe");
+    QTest::addColumn<QString>("error");
+    QTest::addColumn<QString>("location");
+    const QString inMain = "[src/bin/velmora/main, main, line 80]";
+    QTest::newRow("standard") << "standard"
+                              << "  Processing aborted [standard text]" << inMain;
+    QTest::newRow("in-house") << "in-house"
+                              << "  in-house text"
+                              << "[tests/probe/ProbePlugin, act, line ";
+    QTest::newRow("unrelated") << "unrelated"
+                               << "  Processing aborted [something strange...]" << inMain;
+}
+
+void ProgramTest::exceptionsFromSlots() {
+    QFETCH(QString, probe);
+    QFETCH(QString, error);
+    QFETCH(QString, location);
+    _prefix->addBridge("");
+    const Outcome outcome = run(probe.toLatin1());
+    QCOMPARE(outcome.status, 1);
+    QCOMPARE(outcome.errors.size(), 1);
+    QVERIFY2(outcome.errors.first().startsWith(error), qPrintable(outcome.errors.first()));
+    QCOMPARE(outcome.errors.first().contains(location), Brindle::isDebug());
+    QVERIFY(QRegularExpression("^  Running velmora failed in \\d+\\.\\d+ s$").match(outcome.output.last()).hasMatch());
+    QVERIFY(!QFile::exists(settingsPath()));
+}
+
+void ProgramTest::brokenInstallation_data() {
+    QTest::addColumn<bool>("withPrefix");
+    QTest::addColumn<QByteArray>("description");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("no prefix") << false << QByteArray() << "  Processing aborted [";
+    QTest::newRow("empty description") << true << QByteArray() << "  Name not specified (filename: ";
+    QTest::newRow("binary description") << true << QByteArray("\0\1\2\xff", 4) << "  Invalid line: '";
+}
+
+void ProgramTest::brokenInstallation() {
+    QFETCH(bool, withPrefix);
+    QFETCH(QByteArray, description);
+    QFETCH(QString, error);
+    _prefix->addBridge("");
+    _prefix->write("config/Orvane/Velmora.conf", "[APBToSPWLeaf]\nEntity=before\n");
+    const QString filename = _prefix->addIP("Zebra/broken", description);
+    const Outcome outcome = run("close", {}, withPrefix);
+    QCOMPARE(outcome.status, 1);
+    QCOMPARE(outcome.errors.size(), 1);
+    QVERIFY2(outcome.errors.first().startsWith(error), qPrintable(outcome.errors.first()));
+    QVERIFY(!withPrefix || outcome.errors.first().contains("filename: " + filename));
+    QVERIFY(outcome.output.last().startsWith("  Running velmora failed in "));
+    QCOMPARE(readFile(settingsPath()), QByteArray("[APBToSPWLeaf]\nEntity=before\n"));
+}
+
+QTEST_GUILESS_MAIN(ProgramTest)
+#include "tst_program.moc"

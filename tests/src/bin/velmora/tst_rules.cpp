@@ -1,0 +1,346 @@
+#include <velmora/ArgumentDictionary.h>
+#include <velmora/Common.h>
+#include <velmora/IPDescription.h>
+#include <velmora/ProtectedRegions.h>
+#include <velmora/WhiteSpace.h>
+
+#include <Brindle/Exception.h>
+
+#include <QTest>
+
+#include <climits>
+
+using Velmora::IPDescription;
+
+namespace {
+
+const Brindle::Location caller{"src/bin/velmora/Somewhere", "something", 7};
+const std::string descriptionFilename = "/prefix/share/velmora/Orvane/one/config";
+
+IPDescription parse(const QByteArray& content) {
+    return Velmora::parseIPDescription(content.toStdString(), descriptionFilename, caller);
+}
+
+/// The exception that the work throws, as "Kind: message"; empty when it throws none.
+template <class Work>
+QString thrownBy(Work work) {
+    try {
+        work();
+    } catch (const Brindle::Critical& exception) {
+        return QStringLiteral("Critical: ") + exception.what();
+    } catch (const Brindle::InvalidRequest& exception) {
+        return QStringLiteral("InvalidRequest: ") + exception.what();
+    } catch (const Brindle::Fatal& exception) {
+        return QStringLiteral("Fatal: ") + exception.what();
+    }
+    return QString();
+}
+
+} // namespace
+
+/// The rules of the program that need neither a window nor an event loop.
+class RulesTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void whiteSpaceIsCollapsedAsQtDoesIt();
+    void descriptionErrors_data();
+    void descriptionErrors();
+    void descriptionErrorsAreLocatedAndNameTheFile();
+    void descriptionFields();
+    void lastKeywordWinsAndVariantsAccumulate();
+    void longLinesAreAccepted();
+    void argumentStatement();
+    void unsupportedCharacters_data();
+    void unsupportedCharacters();
+    void hexadecimalLiterals_data();
+    void hexadecimalLiterals();
+    void hexadecimalValues_data();
+    void hexadecimalValues();
+    void hexadecimalErrorsNameTheirNumbers();
+    void languages_data();
+    void languages();
+    void protectedRegions_data();
+    void protectedRegions();
+};
+
+void RulesTest::whiteSpaceIsCollapsedAsQtDoesIt() {
+    for (char32_t code = 0; code < 0x10000; ++code) {
+        if (code >= 0xD800 && code <= 0xDFFF)
+            continue;
+        const QString character = QString::fromUcs4(&code, 1);
+        const QString text = character + "a" + character + character + "b" + character;
+        const QString collapsed = QString::fromStdString(Velmora::simplified(text.toStdString()));
+        if (collapsed != text.simplified())
+            QFAIL(qPrintable(QStringLiteral("differs from Qt for U+%1").arg(code, 4, 16)));
+    }
+}
+
+void RulesTest::descriptionErrors_data() {
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("message");
+
+    const QByteArray whole = "name A\ncategory B\ncompany C\nvariants D\n";
+    const auto row = [](const char* tag, const QByteArray& content, const char* message) {
+        QTest::newRow(tag) << content << QString::fromUtf8(message);
+    };
+    row("accepted without script and uid", whole, "");
+    row("accepted without the last line end", whole + "html x.html", "");
+    row("accepted with Windows line ends", "name A\r\ncategory B\r\ncompany C\r\nvariants D\r\n", "");
+    row("accepted: uid of 25 characters", whole + "uid " + QByteArray(25, 'u') + "\n", "");
+
+    row("empty file", "", "Name not specified");
+    row("empty line inside", "name A\n\n" + whole, "Invalid line: ''");
+    row("empty line at the end", whole + "\n", "Invalid line: ''");
+    row("blank line", whole + " \t \n", "Invalid line: ''");
+    row("keyword alone", "  name  \n", "Invalid line: 'name'");
+    row("unknown keyword", whole + "Name A\n", "Unknow keyword Name");
+    row("no comments", "# A comment\n", "Unknow keyword #");
+    row("uid of 26 characters", "uid " + QByteArray(26, 'u'), "UID should contains less than 25 characters");
+    row("two uids", "uid  A\tB", "Invalid wordCount: 'uid A B'");
+    row("two companies", "company A B", "Invalid wordCount: 'company A B'");
+    row("two scripts", "script A B", "Invalid wordCount: 'script A B'");
+    row("two pages", "html A B", "Invalid wordCount: 'html A B'");
+    row("word count before the uid's length", "uid " + QByteArray(26, 'u') + " B",
+        "Invalid wordCount: 'uid uuuuuuuuuuuuuuuuuuuuuuuuuu B'");
+    row("first wrong line counts", "nonsense here\nuid A B\n", "Unknow keyword nonsense");
+
+    row("name first", "category B\nvariants D\n", "Name not specified");
+    row("name that consists of the keyword", "name name\ncategory B\ncompany C\nvariants D\n", "Name not specified");
+    row("then company", "name A\nscript s.py\n", "Company not specified");
+    row("then category", "name A\ncompany C\n", "Category not specified");
+    row("then variants", "name A\ncompany C\ncategory B\nscript s.py\n", "No variant specified");
+    row("then the script's uid", whole + "script s.py\n", "UID not specified");
+    row("binary",
+        QByteArray("\x7f"
+                   "ELF\x00\x01\x02 \xff\xfe",
+                   10),
+        "Unknow keyword \x7f"
+        "ELF");
+}
+
+void RulesTest::descriptionErrors() {
+    QFETCH(QByteArray, content);
+    QFETCH(QString, message);
+    const QString thrown = thrownBy([&] { parse(content); });
+    if (message.isEmpty())
+        QCOMPARE(thrown, QString());
+    else
+        QCOMPARE(thrown, "Critical: " + message);
+}
+
+void RulesTest::descriptionErrorsAreLocatedAndNameTheFile() {
+    try {
+        parse("uid A B");
+        QFAIL("nothing thrown");
+    } catch (const Brindle::Critical& exception) {
+        QCOMPARE(exception.getLocation(), caller);
+        QCOMPARE(exception.getField("filename"), descriptionFilename);
+    }
+}
+
+void RulesTest::descriptionFields() {
+    const IPDescription ip = parse("  name   APB\t slave to  serial master \n"
+                                   "category Interface/Serial  links\n"
+                                   "uid APBSLAVE01\ncompany Orvane\nvariants FAMILYA FAMILYB\n"
+                                   "script ../common/gen.py\nhtml /elsewhere/page.html\n");
+    QCOMPARE(ip.name, std::string("APB slave to serial master"));
+    QCOMPARE(ip.category, std::string("Interface/Serial links"));
+    QCOMPARE(ip.uid, std::string("APBSLAVE01"));
+    QCOMPARE(ip.company, std::string("Orvane"));
+    QCOMPARE(ip.variants, (std::list<std::string>{"FAMILYA", "FAMILYB"}));
+    QCOMPARE(ip.scriptFilename, std::string("/prefix/share/velmora/Orvane/common/gen.py"));
+    QCOMPARE(ip.htmlFilename, std::string("/elsewhere/page.html"));
+}
+
+void RulesTest::lastKeywordWinsAndVariantsAccumulate() {
+    const IPDescription ip = parse("name Filename converter\nname Renamed names of a Name\n"
+                                   "category category/subcategory\ncompany C\ncompany D\n"
+                                   "variants A B\nvariants B C\n");
+    QCOMPARE(ip.name, std::string("Red s of a Name"));
+    QCOMPARE(ip.category, std::string("/sub"));
+    QCOMPARE(ip.company, std::string("D"));
+    QCOMPARE(ip.variants, (std::list<std::string>{"A", "B", "B", "C"}));
+    QCOMPARE(parse("name Filename converter\ncategory B\ncompany C\nvariants D").name, std::string("File converter"));
+}
+
+void RulesTest::longLinesAreAccepted() {
+    const std::string longName(1'000'000, 'x');
+    const IPDescription ip = parse("name " + QByteArray::fromStdString(longName) + "\ncategory B\ncompany C\nvariants" +
+                                   QByteArray(" V").repeated(100'000));
+    QCOMPARE(ip.name, longName);
+    QCOMPARE(ip.variants.size(), std::size_t{100'000});
+}
+
+void RulesTest::argumentStatement() {
+    Velmora::ArgumentDictionary arguments(caller);
+    arguments.add("%%ENTITY_NAME%%", "");
+    QCOMPARE(arguments.getStatement(), std::string("argDict = {  '%%ENTITY_NAME%%': ''}"));
+    arguments.add("%%A-1%%", "(x\"02d\", x\"fe0\")").add("%%B%%", "\xC3\xA9 %");
+    QCOMPARE(arguments.getStatement(), std::string("argDict = {  '%%ENTITY_NAME%%': '', '%%A-1%%': "
+                                                   "'(x\"02d\", x\"fe0\")', '%%B%%': '\xC3\xA9 %'}"));
+}
+
+void RulesTest::unsupportedCharacters_data() {
+    QTest::addColumn<QByteArray>("value");
+    QTest::newRow("single quote that closes the string") << QByteArray("x' + __import__('os').getcwd() + '");
+    QTest::newRow("backslash") << QByteArray("x\\");
+    QTest::newRow("line feed") << QByteArray("x\ny");
+    QTest::newRow("carriage return") << QByteArray("x\ry");
+    QTest::newRow("NUL") << QByteArray("x\0y", 3);
+}
+
+void RulesTest::unsupportedCharacters() {
+    QFETCH(QByteArray, value);
+    Velmora::ArgumentDictionary arguments(caller);
+    arguments.add("%%FIRST%%", "good");
+    try {
+        arguments.add("%%SECOND%%", value.toStdString());
+        QFAIL("nothing thrown");
+    } catch (const Brindle::InvalidRequest& exception) {
+        QCOMPARE(exception.what(), "Unsupported character in value");
+        QCOMPARE(exception.getField("key"), std::string("%%SECOND%%"));
+        QCOMPARE(exception.getField("value"), value.toStdString());
+        QCOMPARE(exception.getLocation(), caller);
+    }
+    QCOMPARE(arguments.getStatement(), std::string("argDict = {  '%%FIRST%%': 'good'}"));
+}
+
+void RulesTest::hexadecimalLiterals_data() {
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("accepted");
+    QTest::newRow("one digit") << "x\"0\"" << true;
+    QTest::newRow("upper case") << "X\"09AF\"" << true;
+    QTest::newRow("many digits") << "x\"0123456789abcdef0123456789ABCDEF\"" << true;
+    QTest::newRow("empty") << "" << false;
+    QTest::newRow("no digit") << "x\"\"" << false;
+    QTest::newRow("no digit, padded") << "x\"\" " << false;
+    QTest::newRow("letter g") << "x\"0g\"" << false;
+    QTest::newRow("neighbours of the digits") << "x\"/\"" << false;
+    QTest::newRow("bare digits") << "0aff" << false;
+    QTest::newRow("without closing quote") << "x\"0af" << false;
+    QTest::newRow("without opening quote") << "x0af\"" << false;
+    QTest::newRow("blank inside") << "x\"0 1\"" << false;
+    QTest::newRow("blank in front") << " x\"01\"" << false;
+    QTest::newRow("quotes only") << "x\"\"\"" << false;
+    QTest::newRow("other base") << "o\"01\"" << false;
+}
+
+void RulesTest::hexadecimalLiterals() {
+    QFETCH(QString, text);
+    QTEST(Velmora::isHexadecimal(text.toStdString()), "accepted");
+}
+
+void RulesTest::hexadecimalValues_data() {
+    QTest::addColumn<int>("value");
+    QTest::addColumn<unsigned long>("bitCount");
+    QTest::addColumn<QString>("result");
+    const auto row = [](int value, unsigned long bitCount, const char* result) {
+        QTest::addRow("%d in %lu bits", value, bitCount) << value << bitCount << QString(result);
+    };
+    const char* tooHigh = "Fatal: Value too high for specified width";
+    row(-123, 12, "x\"f85\"");
+    row(10, 8, "x\"0a\"");
+    row(0, 4, "x\"0\"");
+    row(-1, 4, "x\"f\"");
+    row(15, 4, "x\"f\"");
+    row(255, 4, "x\"f\"");
+    row(245, 4, "x\"5\"");
+    row(-9, 4, "x\"7\"");
+    row(45, 12, "x\"02d\"");
+    row(INT_MAX, 32, "x\"7fffffff\"");
+    row(INT_MIN, 32, "x\"80000000\"");
+    row(INT_MIN, 64, "x\"ffffffff80000000\"");
+    row(-1, 80, "x\"0000ffffffffffffffff\"");
+    row(300, 8, tooHigh);
+    row(0, 0, tooHigh);
+    row(-1, 0, "x\"\"");
+    row(INT_MIN, 28, tooHigh);
+    row(1, 6, "InvalidRequest: bitCount should be a multiple of 4");
+}
+
+void RulesTest::hexadecimalValues() {
+    QFETCH(int, value);
+    QFETCH(unsigned long, bitCount);
+    std::string literal;
+    const QString thrown = thrownBy([&] { literal = Velmora::getHexadecimal(value, bitCount); });
+    QTEST(thrown.isEmpty() ? QString::fromStdString(literal) : thrown, "result");
+}
+
+void RulesTest::hexadecimalErrorsNameTheirNumbers() {
+    try {
+        Velmora::getHexadecimal(-200, 4);
+        QFAIL("nothing thrown");
+    } catch (const Brindle::Fatal& exception) {
+        QCOMPARE(exception.getField("value"), std::string("-200"));
+        QCOMPARE(exception.getField("bitCount"), std::string("4"));
+        QCOMPARE(exception.getLocation().file, std::string_view("src/bin/velmora/Common"));
+        QCOMPARE(exception.getLocation().function, std::string_view("getHexadecimal"));
+    }
+}
+
+void RulesTest::languages_data() {
+    QTest::addColumn<QString>("filename");
+    QTest::addColumn<QString>("language");
+    QTest::newRow("v") << "rtl/x.v"
+                       << "vlog";
+    QTest::newRow("vh") << "x.vh"
+                        << "vlog";
+    QTest::newRow("V") << "x.V"
+                       << "vhdl";
+    QTest::newRow("vhd") << "x.vhd"
+                         << "vhdl";
+    QTest::newRow("v inside") << "x.v.txt"
+                              << "vhdl";
+}
+
+void RulesTest::languages() {
+    QFETCH(QString, filename);
+    QTEST(QString::fromStdString(Velmora::getLanguage(filename.toStdString())), "language");
+}
+
+void RulesTest::protectedRegions_data() {
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("result");
+    const char* twice = "Fatal: Already encrypting";
+    const char* without = "Fatal: No \"`protect begin\" found";
+    QTest::newRow("no region") << "a\nb"
+                               << "a\nb\n";
+    QTest::newRow("last line feed gains one") << "a\n"
+                                              << "a\n\n";
+    QTest::newRow("empty") << ""
+                           << "\n";
+    QTest::newRow("region inside") << "a\n`protect begin\nb\n`protect end\nc"
+                                   << "a\n<vhdl:b\n>c\n";
+    QTest::newRow("several lines keep their ends") << "`protect begin\nb\r\n\nc\n`protect end"
+                                                   << "<vhdl:b\r\n\nc\n>";
+    QTest::newRow("two regions") << "`protect begin\na\n`protect end\n`protect begin\nb\n`protect end\n"
+                                 << "<vhdl:a\n><vhdl:b\n>\n";
+    QTest::newRow("empty region") << "`protect begin\n`protect end"
+                                  << "<vhdl:>";
+    QTest::newRow("markers anywhere in a line") << "x -- `protect begin here\nb\n//`protect endless\nc"
+                                                << "<vhdl:b\n>c\n";
+    QTest::newRow("begin wins on one line") << "`protect end `protect begin\nb"
+                                            << "";
+    QTest::newRow("case counts") << "`PROTECT BEGIN\nb"
+                                 << "`PROTECT BEGIN\nb\n";
+    QTest::newRow("open region is dropped") << "a\n`protect begin\nb\n"
+                                            << "a\n";
+    QTest::newRow("two begins") << "`protect begin\n`protect begin" << twice;
+    QTest::newRow("end first") << "a\n`protect end" << without;
+    QTest::newRow("two ends") << "`protect begin\n`protect end\n`protect end" << without;
+}
+
+void RulesTest::protectedRegions() {
+    QFETCH(QString, text);
+    const auto encipher = [](const std::string& language, const std::string& region) {
+        return "<" + language + ":" + region + ">";
+    };
+    std::string output;
+    const QString thrown = thrownBy(
+        [&] { output = Velmora::protectRegions(text.toStdString(), Velmora::getLanguage("x.vhd"), encipher, caller); });
+    QTEST(thrown.isEmpty() ? QString::fromStdString(output) : thrown, "result");
+}
+
+QTEST_GUILESS_MAIN(RulesTest)
+#include "tst_rules.moc"

@@ -1,0 +1,295 @@
+#include <support/ConsoleRecorder.h>
+#include <support/TestPrefix.h>
+
+#include <velmora/ArgumentDictionary.h>
+#include <velmora/GeneratorScript.h>
+
+#include <Brindle/Exception.h>
+
+#include <QTest>
+
+#include <csignal>
+#include <memory>
+#include <optional>
+
+using Velmora::GeneratedFiles;
+
+namespace {
+
+const Brindle::Location caller{"src/bin/velmora/SomeLeaf", "getIP", 7};
+
+const QString failedLine = QStringLiteral("E: Failed to generate the IP, please contact the provider.");
+
+/// A script whose generate returns the expression.
+QByteArray returning(const QByteArray& expression) {
+    return "def generate(argDict):\n  return " + expression + "\n";
+}
+
+} // namespace
+
+/// The embedded interpreter: what scripts are given, what is taken back, and what remains when they misbehave.
+class RunnerTest : public QObject {
+    Q_OBJECT
+
+private:
+    struct Outcome {
+        std::optional<GeneratedFiles> files;
+        QString exception; ///< "Kind: message"
+        QStringList console;
+    };
+
+    Outcome run(const QByteArray& script, const std::string& entity = "top");
+
+    std::unique_ptr<TestPrefix> _prefix;
+
+private Q_SLOTS:
+    void init() { _prefix = std::make_unique<TestPrefix>(); }
+    void cleanup() { _prefix.reset(); }
+
+    void scriptsReceiveTheirArguments();
+    void scriptsRunUnderTheName();
+    void filesAreOrderedByName();
+    void contentsPassByteForByte();
+    void failures_data();
+    void failures();
+    void firstTraceLineIsTheError();
+    void reportedErrorComesBeforeTheResult();
+    void textsOfBothKindsReachTheConsole();
+    void enormousTraceLineIsShortened();
+    void nothingSurvivesANormalRun();
+    void nothingOfAFailedRunIsTakenForAResult_data();
+    void nothingOfAFailedRunIsTakenForAResult();
+    void scriptFileErrors_data();
+    void scriptFileErrors();
+    void userEnvironmentIsIgnored();
+    void signalHandlersStay();
+};
+
+RunnerTest::Outcome RunnerTest::run(const QByteArray& script, const std::string& entity) {
+    const QString filename = _prefix->writeScript("script.py", script);
+    ConsoleRecorder recorder;
+    Outcome outcome;
+    try {
+        const Velmora::GeneratorScript generator(filename.toStdString(), caller);
+        Velmora::ArgumentDictionary arguments(caller);
+        arguments.add("%%ENTITY_NAME%%", entity);
+        outcome.files = generator.generateFiles(arguments);
+    } catch (const Brindle::Exception& exception) {
+        outcome.exception = dynamic_cast<const Brindle::Critical*>(&exception) ? "Critical: " : "Fatal: ";
+        outcome.exception += exception.what();
+        if (exception.getLocation() != caller)
+            outcome.exception += " located elsewhere";
+    }
+    outcome.console = recorder.lines();
+    return outcome;
+}
+
+void RunnerTest::scriptsReceiveTheirArguments() {
+    const Outcome outcome = run(returning("{'echo': repr(argDict)}"), "caf\xC3\xA9 \"100%\"");
+    QCOMPARE(outcome.exception, QString());
+    QCOMPARE(outcome.files->at("echo"), QStringLiteral(R"({'%%ENTITY_NAME%%': 'caf\xc3\xa9 "100%"'})"));
+    QCOMPARE(outcome.console, QStringList());
+}
+
+void RunnerTest::scriptsRunUnderTheName() {
+    const Outcome outcome = run("name = __name__\n" + returning("{'name': '<' + name + '>'}"));
+    QCOMPARE(outcome.files->at("name"), QStringLiteral("<>"));
+}
+
+void RunnerTest::filesAreOrderedByName() {
+    const Outcome outcome = run(returning("{'b.vhd': 'B', 'a.vhd': 'A', 'B': '', '\\xc3\\xa9': 'E'}"));
+    QStringList names;
+    for (const auto& [name, content] : *outcome.files)
+        names += name;
+    QCOMPARE(names, QStringList({"B", "a.vhd", "b.vhd", QString::fromUtf8("\xC3\xA9")}));
+    QVERIFY(run(returning("{}")).files->empty());
+}
+
+void RunnerTest::contentsPassByteForByte() {
+    const Outcome outcome = run(returning("{'all': ''.join(chr(n) for n in range(256))}"));
+    QByteArray everyByte;
+    for (int byte = 0; byte < 256; ++byte)
+        everyByte += static_cast<char>(byte);
+    QCOMPARE(outcome.files->at("all").toLatin1(), everyByte);
+}
+
+void RunnerTest::failures_data() {
+    QTest::addColumn<QByteArray>("script");
+    QTest::addColumn<QString>("exception");
+    QTest::addColumn<int>("errorCount");
+    const char* nothing = "Fatal: Should not be here";
+    const char* noDictionary = "Fatal: 'fileDict' is not a dictionnary";
+    const char* noString = "Fatal: Not a string";
+    const auto row = [](const char* tag, const QByteArray& script, const char* exception, int errorCount) {
+        QTest::newRow(tag) << script << QString(exception) << errorCount;
+    };
+    row("syntax error", "def generate(argDict:\n", nothing, 2); // its own, and that of the missing generate
+    row("raises while loading", "raise ValueError('x')\n", nothing, 2);
+    row("no generate", "x = 1\n", nothing, 1);
+    row("empty", "", nothing, 1);
+    row("generate raises", "def generate(argDict):\n  raise ValueError('x')\n", nothing, 1);
+    row("generate takes nothing", "def generate():\n  return {}\n", nothing, 1);
+    row("generate is no function", "generate = 7\n", nothing, 1);
+    row("sys.exit", "import sys\ndef generate(argDict):\n  sys.exit()\n", nothing, 1);
+    row("sys.exit with a status", "import sys\ndef generate(argDict):\n  sys.exit(3)\n", nothing, 1);
+    row("recursion without end", "def generate(argDict):\n  return generate(argDict)\n", nothing, 1);
+    row("list", returning("['a']"), noDictionary, 0);
+    row("nothing returned", returning(""), noDictionary, 0);
+    row("text returned", returning("'a'"), noDictionary, 0);
+    row("subclass of dict", "class D(dict): pass\n" + returning("D(a='b')"), noDictionary, 0);
+    row("number as key", returning("{1: 'a'}"), noString, 0);
+    row("unicode as key", returning("{u'a': 'a'}"), noString, 0);
+    row("number as content", returning("{'a': 1}"), noString, 0);
+    row("unicode as content", returning("{'a': u'b'}"), noString, 0);
+    row("subclass of str", "class S(str): pass\n" + returning("{'a': S('b')}"), noString, 0);
+    row("variable deleted by the script", "def generate(argDict):\n  raise KeyboardInterrupt()\n", nothing, 1);
+    row("latin-1 bytes in a comment", "# \xe9\n" + returning("{1: ''}"), noString, 0);
+}
+
+void RunnerTest::failures() {
+    QFETCH(QByteArray, script);
+    QFETCH(int, errorCount);
+    const Outcome outcome = run(script);
+    QTEST(outcome.exception, "exception");
+    QCOMPARE(outcome.console.filter(QRegularExpression("^E: ")).size(), errorCount);
+    QVERIFY(!outcome.console.contains(failedLine));
+
+    const Outcome next = run(returning("{'after': argDict['%%ENTITY_NAME%%']}"), "still works");
+    QCOMPARE(next.exception, QString());
+    QCOMPARE(next.files->at("after"), QStringLiteral("still works"));
+    QCOMPARE(next.console, QStringList());
+}
+
+void RunnerTest::firstTraceLineIsTheError() {
+    const Outcome outcome = run("def generate(argDict):\n  raise ValueError('first\\nsecond')\n");
+    QCOMPARE(outcome.console,
+             QStringList({"E: Traceback (most recent call last):", "  File \"<string>\", line 1, in <module>",
+                          "  File \"<string>\", line 2, in generate", "  ValueError: firstsecond"}));
+}
+
+void RunnerTest::reportedErrorComesBeforeTheResult() {
+    const Outcome outcome = run("def generate(argDict):\n  printError('Entity name is bad.')\n  return {'a': 'b'}\n");
+    QCOMPARE(outcome.exception, QString());
+    QCOMPARE(outcome.files->at("a"), QStringLiteral("b"));
+    QCOMPARE(outcome.console, QStringList({"E: Entity name is bad.", failedLine}));
+}
+
+void RunnerTest::textsOfBothKindsReachTheConsole() {
+    const Outcome outcome = run("import quarnel\n"
+                                "def generate(argDict):\n"
+                                "  printText('100% caf\\xc3\\xa9')\n"
+                                "  printText(u'caf\\xe9')\n"
+                                "  quarnel.printText(ValueError('seven'))\n"
+                                "  try:\n    printText()\n"
+                                "  except TypeError:\n    printText('refused')\n"
+                                "  return {}\n");
+    const QString cafe = QString::fromUtf8("caf\xC3\xA9");
+    QCOMPARE(outcome.console, QStringList({"100% " + cafe, cafe, "seven", "refused"}));
+    QVERIFY(outcome.files);
+}
+
+void RunnerTest::enormousTraceLineIsShortened() {
+    const Outcome outcome = run("def generate(argDict):\n  raise ValueError('x' * 1000000)\n");
+    QCOMPARE(outcome.exception, QStringLiteral("Fatal: Should not be here"));
+    QCOMPARE(outcome.console.last().size(), 1000);
+    QVERIFY(outcome.console.last().startsWith("  ValueError: xxx"));
+}
+
+void RunnerTest::nothingSurvivesANormalRun() {
+    const QByteArray probe = "import sys\n"
+                             "found = [name for name in ('left', 'text') if name in globals()] + "
+                             "[name for name in ('intruder',) if name in sys.modules] + "
+                             "(['builtin'] if hasattr(__builtins__, 'intruder') else [])\n"
+                             "left = text = 1\n"
+                             "sys.modules['intruder'] = sys\n"
+                             "__builtins__.intruder = 1\n" +
+                             returning("{'found': repr(found)}");
+    QCOMPARE(run(probe).files->at("found"), QStringLiteral("[]"));
+    QCOMPARE(run(probe).files->at("found"), QStringLiteral("[]"));
+}
+
+void RunnerTest::nothingOfAFailedRunIsTakenForAResult_data() {
+    QTest::addColumn<QByteArray>("first");
+    QTest::newRow("fileDict set by a script that fails") << QByteArray("fileDict = {'old': ''}\nraise ValueError()\n");
+    QTest::newRow("wrong result") << returning("['old']");
+    QTest::newRow("generate of a script that fails") << returning("{'old': 1}");
+}
+
+void RunnerTest::nothingOfAFailedRunIsTakenForAResult() {
+    QFETCH(QByteArray, first);
+    run(first);
+    const Outcome second = run("x = 1\n");
+    QCOMPARE(second.exception, QStringLiteral("Fatal: Should not be here"));
+    QVERIFY(!second.files);
+}
+
+void RunnerTest::scriptFileErrors_data() {
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("message");
+    const TestPrefix prefix; // another installation with another key
+    QTest::newRow("not sealed") << returning("{}") << "Script refused: not a sealed script";
+    QTest::newRow("key of another installation")
+        << prefix.seal(returning("{}")) << "Script refused: its key is not installed";
+}
+
+void RunnerTest::scriptFileErrors() {
+    QFETCH(QByteArray, content);
+    QFETCH(QString, message);
+    const auto messageOf = [](const QString& filename) {
+        try {
+            Velmora::GeneratorScript(filename.toStdString(), caller);
+        } catch (const Brindle::Fatal& exception) {
+            return QString(exception.what());
+        }
+        return QStringLiteral("nothing thrown");
+    };
+    QCOMPARE(messageOf(_prefix->write("script.py", content)), message);
+
+    const QByteArray sealed = _prefix->seal(returning("{}"));
+    QCOMPARE(messageOf(_prefix->write("script.py", sealed)), QStringLiteral("nothing thrown"));
+    QByteArray altered = sealed;
+    const int bodyByte = altered.indexOf("\n\n") + 5;
+    altered[bodyByte] = altered[bodyByte] == 'A' ? 'B' : 'A';
+    QCOMPARE(messageOf(_prefix->write("script.py", altered)),
+             QStringLiteral("Script refused: altered after it was sealed"));
+    QCOMPARE(messageOf(_prefix->write("script.py", sealed.left(sealed.size() / 2))),
+             QStringLiteral("Script refused: truncated or malformed"));
+    QCOMPARE(messageOf(_prefix->writeScript("script.py", QByteArray("x = 1\0y = 2", 11))),
+             QStringLiteral("Script holds a NUL byte"));
+    for (const QString& unreadable : {_prefix->path("absent.py"), _prefix->path("share")}) {
+        try {
+            Velmora::GeneratorScript(unreadable.toStdString(), caller);
+            QFAIL("nothing thrown");
+        } catch (const Brindle::Fatal& exception) {
+            QCOMPARE(exception.what(), "Unable to open script file");
+            QCOMPARE(exception.getField("scriptFilename"), unreadable.toStdString());
+            QCOMPARE(exception.getLocation(), caller);
+        }
+    }
+}
+
+void RunnerTest::userEnvironmentIsIgnored() {
+    _prefix->write("quarnel.py", "raise ValueError('the wrong module')\n");
+    _prefix->write("traceback.py", "raise ValueError('the wrong module')\n");
+    qputenv("PYTHONHOME", "/nonexistent");
+    qputenv("PYTHONPATH", QFile::encodeName(_prefix->path()));
+    qputenv("PYTHONINSPECT", "1");
+    const Outcome outcome = run("import os\n" + returning("{'a': os.sep}"));
+    for (const char* name : {"PYTHONHOME", "PYTHONPATH", "PYTHONINSPECT"})
+        qunsetenv(name);
+    QCOMPARE(outcome.exception, QString());
+    QCOMPARE(outcome.console, QStringList());
+    QCOMPARE(outcome.files->at("a"), QStringLiteral("/"));
+}
+
+void RunnerTest::signalHandlersStay() {
+    struct sigaction before {};
+    struct sigaction after {};
+    sigaction(SIGINT, nullptr, &before);
+    run("import signal\n" + returning("{}"));
+    sigaction(SIGINT, nullptr, &after);
+    QVERIFY(after.sa_handler == before.sa_handler);
+}
+
+QTEST_GUILESS_MAIN(RunnerTest)
+#include "tst_runner.moc"

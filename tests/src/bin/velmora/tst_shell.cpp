@@ -1,0 +1,307 @@
+#include <support/ConsoleRecorder.h>
+#include <support/TestMain.h>
+#include <support/TestPrefix.h>
+
+#include <velmora/AboutLeaf.h>
+#include <velmora/FoldWidget.h>
+#include <velmora/Folio.h>
+#include <velmora/GenerateFlow.h>
+#include <velmora/HelpLabel.h>
+#include <velmora/IPsLeaf.h>
+#include <velmora/MainWindow.h>
+#include <velmora/SettingsLeaf.h>
+#include <velmora/Usage.h>
+
+#include <Brindle/Build.h>
+#include <Brindle/Exception.h>
+#include <Brindle/Theme.h>
+
+#include <QLabel>
+#include <QPropertyAnimation>
+#include <QSettings>
+#include <QStackedWidget>
+#include <QToolButton>
+
+#include <memory>
+
+using Velmora::FoldWidget;
+using Velmora::Folio;
+using Velmora::MainWindow;
+
+/// The window, its folio and the widgets that forms are built from.
+class ShellTest : public QObject {
+    Q_OBJECT
+
+private:
+    std::unique_ptr<TestPrefix> _prefix;
+
+private Q_SLOTS:
+    void init() { _prefix = std::make_unique<TestPrefix>(); }
+    void cleanup() { _prefix.reset(); }
+
+    void firstStart();
+    void geometryIsKept();
+    void maximisedWindowIgnoresItsGeometry();
+    void rubbishInTheSettingsDoesNoHarm();
+    void folioPages();
+    void folioIgnoresUnknownIds();
+    void titlesFollowThePages();
+    void foldWidget_data();
+    void foldWidget();
+    void unfinishedFoldWidgetStaysEmpty();
+    void helpLabel();
+    void generationFailures_data();
+    void generationFailures();
+    void usageText();
+};
+
+void ShellTest::firstStart() {
+    MainWindow window;
+    QVERIFY(window.isVisible());
+    QCOMPARE(window.windowTitle(), QStringLiteral("Velmora"));
+    QVERIFY(!window.windowIcon().isNull());
+    QCOMPARE(window.size(), QSize(1000, 600));
+    const auto* splitter = window.findChild<QSplitter*>("ConsoleSplitter");
+    QCOMPARE(window.centralWidget(), splitter);
+    QCOMPARE(splitter->widget(0)->objectName(), QStringLiteral("Folio"));
+    QCOMPARE(splitter->widget(1)->objectName(), QStringLiteral("Console"));
+    const QList<int> sizes = splitter->sizes();
+    QVERIFY(qAbs(sizes.at(0) - 3 * sizes.at(1)) <= 4);
+}
+
+void ShellTest::geometryIsKept() {
+    QList<int> sizes;
+    {
+        MainWindow window;
+        window.resize(800, 500);
+        auto* splitter = window.findChild<QSplitter*>("ConsoleSplitter");
+        splitter->setSizes({200, 300});
+        sizes = splitter->sizes();
+        QVERIFY(QSettings().allKeys().isEmpty());
+        window.close();
+    }
+    QStringList keys = QSettings().allKeys();
+    QCOMPARE(keys, QStringList({"consoleSplitter", "geometry", "isMaximized", "windowState"}));
+    MainWindow window;
+    QCOMPARE(window.size(), QSize(800, 500));
+    QCOMPARE(window.findChild<QSplitter*>("ConsoleSplitter")->sizes(), sizes);
+}
+
+void ShellTest::maximisedWindowIgnoresItsGeometry() {
+    {
+        MainWindow window;
+        window.showMaximized();
+        window.close();
+    }
+    QCOMPARE(QSettings().value("isMaximized").toBool(), true);
+    MainWindow window;
+    QVERIFY(window.isMaximized());
+}
+
+void ShellTest::rubbishInTheSettingsDoesNoHarm() {
+    QSettings settings;
+    for (const char* key : {"geometry", "windowState", "consoleSplitter", "isMaximized", "size", "animations", "theme"})
+        settings.setValue(key, QVariant(QStringList{"rub", "bish"}));
+    settings.sync();
+    MainWindow window;
+    QVERIFY(window.isVisible());
+    QCOMPARE(window.size(), QSize(1000, 600));
+}
+
+void ShellTest::folioPages() {
+    const MainWindow window;
+    auto* folio = window.findChild<Folio*>();
+    const auto* stack = folio->findChild<QStackedWidget*>(QString(), Qt::FindDirectChildrenOnly);
+    QCOMPARE(stack->count(), 3);
+    QVERIFY(qobject_cast<Velmora::IPsLeaf*>(stack->widget(0)));
+    QVERIFY(stack->widget(1)->findChild<Velmora::AboutLeaf*>());
+    QVERIFY(qobject_cast<Velmora::SettingsLeaf*>(stack->widget(2)));
+    QCOMPARE(folio->getAboutLeafIndex(), 1);
+    QCOMPARE(folio->getCurrentIndex(), 1);
+
+    const QStringList names{"IPs", "About", "Settings"};
+    for (int index = 0; index < names.size(); ++index) {
+        auto* button = folio->findChild<QToolButton*>(names.at(index));
+        QCOMPARE(button->text(), names.at(index));
+        QCOMPARE(button->isChecked(), index == 1);
+        QCOMPARE(button->width(), 100);
+        QCOMPARE(button->iconSize(), QSize(32, 32));
+        QVERIFY(!button->icon().isNull());
+        QCOMPARE(button->toolButtonStyle(), Qt::ToolButtonTextUnderIcon);
+        QVERIFY(button->autoRaise());
+    }
+    for (int index = 0; index < names.size(); ++index) {
+        QTest::mouseClick(folio->findChild<QToolButton*>(names.at(index)), Qt::LeftButton);
+        QCOMPARE(folio->getCurrentIndex(), index);
+        QVERIFY(folio->findChild<QToolButton*>(names.at(index))->isChecked());
+    }
+}
+
+void ShellTest::folioIgnoresUnknownIds() {
+    const MainWindow window;
+    auto* folio = window.findChild<Folio*>();
+    for (const unsigned long id : {3UL, 4UL, 0x100000000UL, ~0UL}) {
+        folio->raiseLeaf(id);
+        folio->disableLeaf(id);
+        folio->enableLeaf(id);
+    }
+    QCOMPARE(folio->getCurrentIndex(), 1);
+    const auto* ips = folio->findChild<QToolButton*>("IPs");
+    QVERIFY(ips->isEnabled());
+    folio->disableLeaf(0);
+    QVERIFY(!ips->isEnabled());
+    QCOMPARE(folio->getCurrentIndex(), 1);
+    folio->raiseLeaf(0);
+    QCOMPARE(folio->getCurrentIndex(), 1); // a disabled button cannot be clicked
+    folio->enableLeaf(0);
+    folio->raiseLeaf(0);
+    QCOMPARE(folio->getCurrentIndex(), 0);
+    QVERIFY(ips->isChecked());
+}
+
+void ShellTest::titlesFollowThePages() {
+    const MainWindow window;
+    auto* folio = window.findChild<Folio*>();
+    const auto* title = folio->findChild<QLabel*>("titleLabel");
+    QCOMPARE(title->text(), QStringLiteral("<b>About</b>"));
+    folio->raiseLeaf(0);
+    QCOMPARE(title->text(), QStringLiteral("<b>IPs</b>"));
+    folio->raiseLeaf(2);
+    QCOMPARE(title->text(), QStringLiteral("<b>IPs</b>"));
+    folio->setTitle("Settings");
+    QCOMPARE(title->text(), QStringLiteral("<b>Settings</b>"));
+}
+
+void ShellTest::foldWidget_data() {
+    QTest::addColumn<QVariant>("animations");
+    QTest::addColumn<int>("duration");
+    QTest::newRow("not stored") << QVariant() << 200;
+    QTest::newRow("Always") << QVariant("Always") << 200;
+    QTest::newRow("never in lower case") << QVariant("never") << 200;
+    QTest::newRow("Never") << QVariant("Never") << 0;
+}
+
+void ShellTest::foldWidget() {
+    QFETCH(QVariant, animations);
+    QFETCH(int, duration);
+    if (animations.isValid())
+        QSettings().setValue("animations", animations);
+    QWidget window;
+    auto* fold = new FoldWidget("Global parameters", &window);
+    auto* field = new QLabel("field");
+    field->setMinimumHeight(70);
+    fold->addWidget(field, 0, 0);
+    fold->addWidget(new QLabel("wide"), 1, 0, 1, 2);
+    fold->setColumnStretch(1, 3);
+    fold->finalize();
+    window.resize(400, 300);
+    window.show();
+
+    auto* toggle = fold->findChild<QToolButton*>();
+    QWidget* body = field->parentWidget();
+    QCOMPARE(toggle->text(), QStringLiteral("Global parameters"));
+    QCOMPARE(toggle->arrowType(), Qt::RightArrow);
+    QCOMPARE(body->height(), 0);
+    QCOMPARE(qobject_cast<QGridLayout*>(body->layout())->columnStretch(1), 3);
+    const int contentHeight = body->layout()->sizeHint().height();
+
+    QElapsedTimer timer;
+    timer.start();
+    QTest::mouseClick(toggle, Qt::LeftButton);
+    QVERIFY(toggle->isChecked());
+    QCOMPARE(toggle->arrowType(), Qt::DownArrow);
+    if (duration == 0) {
+        QCOMPARE(body->maximumHeight(), contentHeight);
+    } else {
+        QVERIFY(body->maximumHeight() < contentHeight);
+        QTRY_COMPARE(body->maximumHeight(), contentHeight);
+        QVERIFY(timer.elapsed() >= duration - 20);
+    }
+    QTest::mouseClick(toggle, Qt::LeftButton);
+    QCOMPARE(toggle->arrowType(), Qt::RightArrow);
+    QTRY_COMPARE(body->maximumHeight(), 0);
+}
+
+void ShellTest::unfinishedFoldWidgetStaysEmpty() {
+    FoldWidget fold("Title", nullptr);
+    fold.show();
+    QTest::mouseClick(fold.findChild<QToolButton*>(), Qt::LeftButton);
+    QCOMPARE(fold.findChild<QToolButton*>()->arrowType(), Qt::DownArrow);
+    for (const QWidget* child : fold.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+        QVERIFY(!child->layout());
+}
+
+void ShellTest::helpLabel() {
+    const Velmora::HelpLabel label("Range 1 to 18.", nullptr);
+    QCOMPARE(label.text(), QStringLiteral("Range 1 to 18."));
+    QCOMPARE(label.styleSheet(), "QLabel { background-color: " + Brindle::theme.getColorName("row_hover") +
+                                     "; padding: 0em 0.2em; border: 1px solid " +
+                                     Brindle::theme.getColorName("border") + "}");
+}
+
+void ShellTest::generationFailures_data() {
+    QTest::addColumn<int>("family");
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<QStringList>("told");
+    const auto row = [](const char* tag, int family, int kind, const char* first, const char* second) {
+        QTest::newRow(tag) << family << kind << QStringList{first, second};
+    };
+    const char* strange = "E:   Processing aborted [something strange...]";
+    row("bridge: done", 0, 0, "  worked", "  Generating done");
+    row("bridge: in-house", 0, 1, "E:   Own text (field: value)", "  Generating Failed");
+    row("bridge: standard", 0, 2, "E:   Processing aborted [standard text]", "  Generating Failed");
+    row("bridge: unrelated", 0, 3, strange, "  Generating Failed");
+    row("filter: done", 1, 0, "  worked", "  Generating done");
+    row("filter: in-house", 1, 1, "E:   Processing aborted [Own text] (field: value)", "  Generating failed");
+    row("filter: standard", 1, 2, strange, "  Generating failed");
+    row("filter: unrelated", 1, 3, strange, "  Generating failed");
+    row("filter: refused", 1, 4, "E:   refused", "  Generating failed");
+}
+
+void ShellTest::generationFailures() {
+    QFETCH(int, family);
+    QFETCH(int, kind);
+    QFETCH(QStringList, told);
+    ConsoleRecorder recorder;
+    Velmora::runGeneration(
+        "Title", family == 0 ? Velmora::FailureRules::bridge : Velmora::FailureRules::filter, BRINDLE_HERE,
+        [kind] {
+            if (kind == 4)
+                Brindle::console.error("refused");
+            return kind != 4;
+        },
+        [kind] {
+            Brindle::console.print("worked");
+            if (kind == 1)
+                throw Brindle::located(Brindle::InvalidRequest("Own text"), BRINDLE_HERE, {{"field", "value"}});
+            if (kind == 2)
+                throw std::runtime_error("standard text");
+            if (kind == 3)
+                throw 7;
+        });
+    Brindle::console.print("after");
+    QStringList lines = recorder.take();
+    QCOMPARE(lines.takeFirst(), QStringLiteral("Title"));
+    QCOMPARE(lines.takeLast(), QStringLiteral("after"));
+    if (kind >= 1 && kind <= 3)
+        QCOMPARE(lines.takeFirst(), QStringLiteral("  worked"));
+    QCOMPARE(lines.size(), 2);
+    QCOMPARE(lines.at(1), told.at(1));
+    QVERIFY2(lines.at(0).startsWith(told.at(0)), qPrintable(lines.at(0)));
+    QVERIFY(lines.at(0) == told.at(0) || Brindle::isDebug()); // a debugging build adds the location
+    if (Brindle::isDebug() && kind >= 1 && kind <= 3)
+        QVERIFY(lines.at(0).contains("[tests/src/bin/velmora/tst_shell, "));
+}
+
+void ShellTest::usageText() {
+    ConsoleRecorder recorder;
+    Velmora::usage();
+    Brindle::console.unindent();
+    Brindle::console.unindent();
+    QCOMPARE(recorder.lines(), QStringList({"Usage: velmora [options]",
+                                            "  Options are:", "    -check         : Execute check syntax on benchs", "",
+                                            "    -help          : print this help"}));
+}
+
+VELMORA_TEST_MAIN(ShellTest)
+#include "tst_shell.moc"

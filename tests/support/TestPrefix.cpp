@@ -1,0 +1,75 @@
+#include <support/TestPrefix.h>
+
+#include <Sealwork/AsymmetricKey.h>
+#include <Sealwork/ScriptSealer.h>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSettings>
+
+namespace {
+
+QByteArray bytesOf(const Sealwork::SecureBuffer& buffer) {
+    return QByteArray(reinterpret_cast<const char*>(buffer.data()), static_cast<int>(buffer.size()));
+}
+
+/// Making a key takes long, so that all prefixes of a test program share one.
+const Sealwork::AsymmetricKey& recipientKey() {
+    static const Sealwork::AsymmetricKey key = Sealwork::AsymmetricKey::makeRsa(2048);
+    return key;
+}
+
+} // namespace
+
+TestPrefix::TestPrefix() : _earlierWorkingDirectory(QDir::currentPath()), _scriptKey(Sealwork::ScriptKey::make()) {
+    Q_ASSERT(_directory.isValid());
+    write("etc/velmora/seal/scripts/" + QString::fromStdString(_scriptKey.getFileName()),
+          bytesOf(_scriptKey.getText()));
+    write(QStringLiteral("etc/velmora/seal/recipients/test.pem"),
+          "Key-Owner: Velmora\nKey-Name: test\n" + QByteArray::fromStdString(recipientKey().getPublicPem()));
+    write(QStringLiteral("recipient-private.pem"), bytesOf(recipientKey().getPrivatePem()));
+    QDir().mkpath(path(QStringLiteral("etc/velmora/seal/signers")));
+    QDir().mkpath(path(QStringLiteral("share/velmora")));
+    qputenv("ORVANE_PREFIX", QFile::encodeName(path()));
+    qunsetenv("VELMORA_SEAL_DIR");
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, path(QStringLiteral("settings")));
+    QDir::setCurrent(path());
+}
+
+TestPrefix::~TestPrefix() {
+    QDir::setCurrent(_earlierWorkingDirectory);
+}
+
+QString TestPrefix::write(const QString& relativePath, const QByteArray& content) const {
+    const QString filename = path(relativePath);
+    QDir().mkpath(QFileInfo(filename).path());
+    QFile file(filename);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        qFatal("cannot write %s", qPrintable(filename));
+    return filename;
+}
+
+QByteArray TestPrefix::seal(const QByteArray& script) const {
+    return QByteArray::fromStdString(Sealwork::ScriptSealer(_scriptKey).seal(script.toStdString()));
+}
+
+QString TestPrefix::writeScript(const QString& relativePath, const QByteArray& script) const {
+    return write(relativePath, seal(script));
+}
+
+QString TestPrefix::addIP(const QString& directory, const QByteArray& description) const {
+    return write("share/velmora/" + directory + "/config", description);
+}
+
+QString TestPrefix::addBridge(const QByteArray& script) const {
+    writeScript(QStringLiteral("share/velmora/Orvane/bridge/generator.py"), script);
+    return addIP(QStringLiteral("Orvane/bridge"),
+                 "name APB slave to serial master\ncategory Interface/Serial\nuid BRIDGE\ncompany Orvane\n"
+                 "variants FAMILYA FAMILYB\nscript generator.py\n");
+}
+
+QByteArray readFile(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <Sealwork/ScriptKey.h>
+
+#include <QByteArray>
+#include <QString>
+#include <QTemporaryDir>
+
+/// An installation of a test's own: an empty catalogue, a script key and a recipient, which ORVANE_PREFIX points to.
+/// While it lives, settings are kept in it and it is the working directory.
+class TestPrefix {
+public:
+    TestPrefix();
+    ~TestPrefix();
+
+    QString path() const { return _directory.path(); }
+    QString path(const QString& relativePath) const { return _directory.path() + "/" + relativePath; }
+    /// Where the private key of the recipient lies, for opening envelopes.
+    QString recipientKeyPath() const { return path(QStringLiteral("recipient-private.pem")); }
+
+    /// Writes a file, making its directories; returns its path.
+    QString write(const QString& relativePath, const QByteArray& content) const;
+    /// Writes a generator script as the catalogue holds it: sealed.
+    QString writeScript(const QString& relativePath, const QByteArray& script) const;
+    /// Adds an IP directory with that description file and returns the file's path.
+    QString addIP(const QString& directory, const QByteArray& description) const;
+    /// Adds the bridge with the script; returns the path of its description file.
+    QString addBridge(const QByteArray& script) const;
+
+    /// The text of a sealed script.
+    QByteArray seal(const QByteArray& script) const;
+
+private:
+    QTemporaryDir _directory;
+    QString _earlierWorkingDirectory;
+    Sealwork::ScriptKey _scriptKey;
+};
+
+/// The bytes of a file; null when it cannot be read.
+QByteArray readFile(const QString& path);
