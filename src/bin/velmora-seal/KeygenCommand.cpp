@@ -1,0 +1,167 @@
+#include <velmora-seal/KeygenCommand.h>
+
+#include <Sealwork/KeyFile.h>
+#include <Sealwork/OutputFile.h>
+#include <Sealwork/Recipient.h>
+#include <Sealwork/ScriptKey.h>
+#include <velmora-seal/TextFile.h>
+#include <velmora-seal/UsageError.h>
+
+#include <charconv>
+#include <filesystem>
+#include <iostream>
+
+namespace SealTool {
+
+namespace {
+
+namespace fs = std::filesystem;
+using Sealwork::AsymmetricKey;
+using Sealwork::Recipient;
+
+constexpr unsigned defaultBits = 3072;
+
+constexpr std::string_view help =
+    R"(Usage: velmora-seal keygen script    -o DIR  [--keep]
+       velmora-seal keygen signer    -o BASE [--keep | --force]
+       velmora-seal keygen recipient -o BASE --owner OWNER --name NAME [--bits BITS] [--keep | --force]
+
+Makes keys and prints the names of their files, missing directories included.
+
+  script      A secret key for sealing scripts: DIR/<key id>.key, under which name it is installed in "scripts".
+  signer      An Ed25519 key pair for signing sealed scripts: BASE.private.pem, and BASE.pem to install in "signers".
+  recipient   An RSA key pair for protected regions: BASE.private.pem, and BASE.pem to install in "recipients".
+
+  -o, --output    Where to write.
+  --owner OWNER   Who the recipient is, as the tool expects it in key_keyowner.
+  --name NAME     What the key is called, as the tool expects it in key_keyname.
+  --bits BITS     Length of the RSA key, 2048 to 8192; 3072 if not given.
+  --keep          Keys that exist already are printed and left as they are.
+  --force         Key files that exist already are replaced.
+
+Script keys and private keys are readable by their owner only.
+
+Example: velmora-seal keygen recipient --owner Orvane --name orvane-2 -o keys/orvane-2
+)";
+
+/// Where a key pair is written.
+struct PairFiles {
+    explicit PairFiles(const std::string& base) : privateFile(base + ".private.pem"), publicFile(base + ".pem") {}
+
+    bool exist() const { return fs::exists(privateFile) && fs::exists(publicFile); }
+    void requireWritable(bool replace) const {
+        SealTool::requireWritable(privateFile, replace);
+        SealTool::requireWritable(publicFile, replace);
+    }
+
+    std::string privateFile;
+    std::string publicFile;
+};
+
+void print(const std::string& filename) {
+    std::cout << filename << '\n';
+}
+
+void makeDirectory(const fs::path& directory) {
+    std::error_code error;
+    if (!directory.empty())
+        fs::create_directories(directory, error);
+    if (error)
+        throw Brindle::located(Brindle::Fatal("Unable to make directory"), BRINDLE_HERE,
+                               {{"filename", directory.string()}, {"reason", error.message()}});
+}
+
+ExitCode makeScriptKey(const CommandLine& commandLine) {
+    const fs::path directory = commandLine.get("output");
+    makeDirectory(directory);
+    if (commandLine.has("keep")) {
+        const auto files = Sealwork::listKeyFiles(directory, ".key");
+        for (const auto& file : files)
+            print(file);
+        if (!files.empty())
+            return ExitCode::Done;
+    }
+    const auto key = Sealwork::ScriptKey::make();
+    const auto filename = directory / key.getFileName();
+    Sealwork::writeOutputFile(filename, key.getText(), Sealwork::FileAccess::Private, Sealwork::Overwrite::No);
+    print(filename);
+    return ExitCode::Done;
+}
+
+/// Makes a key pair and writes both halves; `makePublicText` gives the public one.
+template <typename MakeKey, typename MakePublicText>
+ExitCode makePair(const CommandLine& commandLine, MakeKey makeKey, MakePublicText makePublicText) {
+    const PairFiles files(commandLine.get("output"));
+    if (!commandLine.has("keep") || !files.exist()) {
+        const bool replace = commandLine.has("force");
+        files.requireWritable(replace);
+        makeDirectory(fs::path(files.privateFile).parent_path());
+        const AsymmetricKey key = makeKey();
+        Sealwork::writeOutputFile(files.privateFile, key.getPrivatePem(), Sealwork::FileAccess::Private,
+                                  replace ? Sealwork::Overwrite::Yes : Sealwork::Overwrite::No);
+        writeText(files.publicFile, makePublicText(key), replace);
+    }
+    print(files.privateFile);
+    print(files.publicFile);
+    return ExitCode::Done;
+}
+
+std::string getName(const CommandLine& commandLine, std::string_view option) {
+    const auto name = commandLine.get(option);
+    if (!Recipient::isName(name))
+        throw Brindle::located(UsageError("--" + std::string(option) +
+                                          " should be 1 to 128 printable ASCII characters without \", \\ and `, no "
+                                          "blank at either end"),
+                               BRINDLE_HERE);
+    return name;
+}
+
+unsigned getBits(const CommandLine& commandLine) {
+    const auto text = commandLine.find("bits");
+    if (!text)
+        return defaultBits;
+    unsigned bits = 0;
+    const auto [end, error] = std::from_chars(text->data(), text->data() + text->size(), bits);
+    const bool isNumber = error == std::errc() && end == text->data() + text->size();
+    if (!isNumber || bits < Recipient::fewestBits || bits > Recipient::mostBits)
+        throw Brindle::located(UsageError("--bits should be 2048 to 8192"), BRINDLE_HERE);
+    return bits;
+}
+
+ExitCode makeSigner(const CommandLine& commandLine) {
+    return makePair(commandLine, AsymmetricKey::makeEd25519,
+                    [](const AsymmetricKey& key) { return key.getPublicPem(); });
+}
+
+ExitCode makeRecipient(const CommandLine& commandLine) {
+    const auto owner = getName(commandLine, "owner");
+    const auto name = getName(commandLine, "name");
+    const auto bits = getBits(commandLine);
+    return makePair(
+        commandLine, [bits] { return AsymmetricKey::makeRsa(bits); },
+        [&](const AsymmetricKey& key) { return Recipient::format(owner, name, key); });
+}
+
+ExitCode run(const CommandLine& commandLine) {
+    const auto kind = commandLine.getOperand("The kind of key (script, signer or recipient)");
+    if (commandLine.has("keep") && commandLine.has("force"))
+        throw Brindle::located(UsageError("--keep and --force exclude each other"), BRINDLE_HERE);
+    if (kind == "script")
+        return makeScriptKey(commandLine);
+    if (kind == "signer")
+        return makeSigner(commandLine);
+    if (kind == "recipient")
+        return makeRecipient(commandLine);
+    throw Brindle::located(UsageError("Unknown kind of key \"" + kind + "\", expected script, signer or recipient"),
+                           BRINDLE_HERE);
+}
+
+} // namespace
+
+const Command keygenCommand{"keygen",
+                            "make a script key, a signer or a recipient",
+                            help,
+                            {{"output", true, 'o'}, {"owner"}, {"name"}, {"bits"}, {"keep", false}, {"force", false}},
+                            run};
+
+} // namespace SealTool

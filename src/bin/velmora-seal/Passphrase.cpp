@@ -1,0 +1,51 @@
+#include <velmora-seal/Passphrase.h>
+
+#include <Brindle/Exception.h>
+#include <Sealwork/FileDescriptor.h>
+#include <Sealwork/KeyFile.h>
+
+#include <algorithm>
+#include <cstring>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace SealTool {
+
+namespace {
+
+using Sealwork::FileDescriptor;
+using Sealwork::SecureBuffer;
+
+void cutToFirstLine(SecureBuffer& content) {
+    const auto text = content.text();
+    content.shrink(std::min(text.find_first_of("\r\n"), text.size()));
+}
+
+SecureBuffer readFromTerminal() {
+    // Without a terminal `getpass` would take the script on standard input for the passphrase.
+    const FileDescriptor terminal(open("/dev/tty", O_RDWR | O_CLOEXEC | O_NOCTTY));
+    char* const typed = terminal.isOpen() ? getpass("Passphrase of the signer's key: ") : nullptr;
+    if (!typed)
+        throw Brindle::located(Brindle::Fatal("Unable to ask for the passphrase, give --passphrase-file"),
+                               BRINDLE_HERE);
+    SecureBuffer passphrase{std::string_view(typed)};
+    explicit_bzero(typed, passphrase.size());
+    return passphrase;
+}
+
+SecureBuffer readFromFile(const std::string& filename) {
+    auto content = Sealwork::readKeyFile(filename);
+    cutToFirstLine(content);
+    return content;
+}
+
+} // namespace
+
+Sealwork::PassphraseSource getPassphraseSource(const std::optional<std::string>& filename) {
+    if (!filename)
+        return readFromTerminal;
+    return [name = *filename] { return readFromFile(name); };
+}
+
+} // namespace SealTool

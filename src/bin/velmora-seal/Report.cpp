@@ -1,0 +1,39 @@
+#include <velmora-seal/Report.h>
+
+#include <iostream>
+
+namespace SealTool {
+
+namespace {
+
+constexpr std::string_view filenameField = "filename";
+constexpr std::string_view lineField = "line";
+
+std::string getOtherFields(const Brindle::Exception& exception) {
+    std::string text;
+    for (const auto& [name, value] : exception.getFields()) {
+        if (name == filenameField || name == lineField)
+            continue;
+        text += text.empty() ? " (" : ", ";
+        text += name == "reason" ? value : name + " " + value;
+    }
+    return text.empty() ? text : text + ")";
+}
+
+} // namespace
+
+std::string getReport(const Brindle::Exception& exception) {
+    std::string place = exception.getField(filenameField);
+    const std::string line = exception.getField(lineField);
+    if (!line.empty())
+        place += ":" + line;
+    if (!place.empty())
+        place += ": ";
+    return place + exception.getMessage() + getOtherFields(exception);
+}
+
+void showProblem(std::string_view text) {
+    std::cerr << "velmora-seal: " << text << '\n';
+}
+
+} // namespace SealTool

@@ -1,0 +1,74 @@
+#include <velmora-seal/TextFile.h>
+
+#include <Brindle/Exception.h>
+#include <Sealwork/FileDescriptor.h>
+#include <Sealwork/OutputFile.h>
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <span>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace SealTool {
+
+namespace {
+
+[[noreturn]] void refuse(const char* message, const std::string& filename, const Brindle::Location& location) {
+    throw Brindle::located(Brindle::Fatal(message), location,
+                           {{"filename", filename}, {"reason", std::strerror(errno)}});
+}
+
+std::span<const std::uint8_t> toBytes(std::string_view text) {
+    return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
+}
+
+/// A descriptor of its own even for a standard stream, so that it can be closed.
+int openForReading(const std::string& filename) {
+    return filename == standardStream ? dup(STDIN_FILENO) : open(filename.c_str(), O_RDONLY | O_CLOEXEC);
+}
+
+void writeStandardOutput(std::string_view text) {
+    Sealwork::FileDescriptor output(dup(STDOUT_FILENO));
+    if (!output.isOpen() || !output.write(toBytes(text)) || !output.close())
+        refuse("Unable to write file", "standard output", BRINDLE_HERE);
+}
+
+} // namespace
+
+std::string readText(const std::string& filename) {
+    const Sealwork::FileDescriptor file(openForReading(filename));
+    if (!file.isOpen())
+        refuse("Unable to read file", filename, BRINDLE_HERE);
+    std::string text;
+    std::array<std::uint8_t, 65536> piece;
+    for (;;) {
+        const auto size = file.read(piece);
+        if (size < 0)
+            refuse("Unable to read file", filename, BRINDLE_HERE);
+        if (size == 0)
+            return text;
+        text.append(reinterpret_cast<const char*>(piece.data()), static_cast<std::size_t>(size));
+    }
+}
+
+void writeText(const std::string& filename, std::string_view text, bool replace) {
+    if (filename == standardStream) {
+        writeStandardOutput(text);
+        return;
+    }
+    Sealwork::writeOutputFile(filename, toBytes(text), Sealwork::FileAccess::Public,
+                              replace ? Sealwork::Overwrite::Yes : Sealwork::Overwrite::No);
+}
+
+void requireWritable(const std::string& filename, bool replace) {
+    std::error_code error;
+    if (!replace && filename != standardStream && std::filesystem::exists(filename, error))
+        throw Brindle::located(Brindle::Fatal("File exists already, --force replaces it"), BRINDLE_HERE,
+                               {{"filename", filename}});
+}
+
+} // namespace SealTool

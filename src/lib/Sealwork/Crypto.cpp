@@ -1,0 +1,50 @@
+#include <Sealwork/Crypto.h>
+
+#include <Brindle/Exception.h>
+#include <Brindle/Label.h>
+#include <Sealwork/EnvelopeWriter.h>
+#include <Sealwork/KeyDirectory.h>
+#include <Sealwork/ScriptOpener.h>
+#include <Sealwork/SealConfiguration.h>
+
+namespace Sealwork {
+
+namespace {
+
+constexpr int bothDirections = 1;
+constexpr int allRecipients = -1;
+constexpr int installedScriptKeys = 0;
+
+void requireSelector(int selector, int expected, const Brindle::Location& location) {
+    if (selector != expected)
+        throw Brindle::located(Brindle::InvalidRequest("Unknown selector"), location,
+                               {{"selector", Brindle::getLabel(selector)}});
+}
+
+} // namespace
+
+Crypto::Crypto(int mode) {
+    if (mode != bothDirections)
+        throw Brindle::located(Brindle::InvalidRequest("Unknown mode"), BRINDLE_HERE,
+                               {{"mode", Brindle::getLabel(mode)}});
+}
+
+void Crypto::getEncrypted(int selector, const std::string& language, const std::string& info, const std::string& text,
+                          std::string& out) const {
+    requireSelector(selector, allRecipients, BRINDLE_HERE);
+    const ProtectedRegion region(language, info, text);
+    const auto directory = KeyDirectory::locate();
+    const auto configuration = SealConfiguration::load(directory.getConfiguration());
+    const auto recipients = RecipientKeys::load(directory.getRecipients());
+    out = EnvelopeWriter(recipients, configuration.dataMethod).write(region);
+}
+
+void Crypto::getDecrypted(int selector, const std::string& in, std::string& out) const {
+    requireSelector(selector, installedScriptKeys, BRINDLE_HERE);
+    const auto directory = KeyDirectory::locate();
+    const auto keys = ScriptKeys::load(directory.getScripts());
+    const auto signers = SignerKeys::load(directory.getSigners());
+    out = ScriptOpener(keys, signers).open(in);
+}
+
+} // namespace Sealwork

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <Sealwork/DataMethod.h>
+#include <Sealwork/ProtectedRegion.h>
+#include <Sealwork/RecipientKeys.h>
+#include <Sealwork/SessionKey.h>
+
+#include <string>
+
+namespace Sealwork {
+
+/// Writes protected regions as digital envelopes of IEEE 1735 version 1.
+class EnvelopeWriter {
+public:
+    /// The recipients are kept, not owned.
+    EnvelopeWriter(const RecipientKeys& recipients, DataMethod method) : _recipients(recipients), _method(method) {}
+
+    /// The lines that stand for the region in its file, the last one ended by a line feed. Throws Fatal "No random
+    /// numbers available" and "Cryptography failure".
+    std::string write(const ProtectedRegion& region) const;
+    /// The same with a session key that is given, which must fit the data method.
+    std::string write(const ProtectedRegion& region, const SessionKey& session) const;
+
+private:
+    const RecipientKeys& _recipients;
+    DataMethod _method;
+};
+
+} // namespace Sealwork

@@ -1,0 +1,28 @@
+#include <Sealwork/KeyDirectory.h>
+
+#include <Brindle/Exception.h>
+
+#include <cstdlib>
+#include <string_view>
+
+namespace Sealwork {
+
+namespace {
+
+std::string_view getVariable(const char* name) {
+    const char* value = std::getenv(name);
+    return value ? value : "";
+}
+
+} // namespace
+
+KeyDirectory KeyDirectory::locate() {
+    if (const auto directory = getVariable("VELMORA_SEAL_DIR"); !directory.empty())
+        return KeyDirectory(directory);
+    if (const auto prefix = getVariable("ORVANE_PREFIX"); !prefix.empty())
+        return KeyDirectory(std::filesystem::path(prefix) / "etc/velmora/seal");
+    throw Brindle::located(Brindle::Fatal("Unable to open key directory"), BRINDLE_HERE,
+                           {{"filename", "$ORVANE_PREFIX/etc/velmora/seal"}, {"reason", "ORVANE_PREFIX is not set"}});
+}
+
+} // namespace Sealwork

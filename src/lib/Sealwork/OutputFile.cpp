@@ -1,0 +1,102 @@
+#include <Sealwork/OutputFile.h>
+
+#include <Brindle/Exception.h>
+#include <Sealwork/FileDescriptor.h>
+#include <Sealwork/Hex.h>
+#include <Sealwork/Random.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Sealwork {
+
+namespace {
+
+[[noreturn]] void refuse(const std::filesystem::path& filename, std::string reason, const Brindle::Location& location) {
+    throw Brindle::located(Brindle::Fatal("Unable to write file"), location,
+                           {{"filename", filename.string()}, {"reason", std::move(reason)}});
+}
+
+std::filesystem::path getTemporaryName(const std::filesystem::path& filename) {
+    std::array<std::uint8_t, 8> bytes;
+    fillRandom(bytes);
+    // Hidden, so that no key directory takes it for a key.
+    return filename.parent_path() / ("." + filename.filename().string() + "." + toHex(bytes));
+}
+
+/// Renames without replacing. False with `errno` set.
+bool renameToNewName(const std::filesystem::path& from, const std::filesystem::path& to) {
+    if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0)
+        return true;
+    if (errno != EINVAL)
+        return false;
+    // Not every file system knows how; what is left is to look first.
+    if (std::filesystem::exists(to)) {
+        errno = EEXIST;
+        return false;
+    }
+    return std::rename(from.c_str(), to.c_str()) == 0;
+}
+
+/// The file beside the one to be written; removed unless it takes the name.
+class TemporaryFile {
+public:
+    TemporaryFile(const std::filesystem::path& filename, FileAccess access)
+        : _filename(filename),
+          _temporary(getTemporaryName(filename)),
+          _file(open(_temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC,
+                     access == FileAccess::Private ? S_IRUSR | S_IWUSR
+                                                   : S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH)) {
+        if (!_file.isOpen())
+            refuse(filename, std::strerror(errno), BRINDLE_HERE);
+    }
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+    ~TemporaryFile() {
+        if (!_isNamed)
+            unlink(_temporary.c_str());
+    }
+
+    void write(std::span<const std::uint8_t> content) {
+        if (!_file.write(content) || fsync(_file.get()) != 0 || !_file.close())
+            refuse(_filename, std::strerror(errno), BRINDLE_HERE);
+    }
+
+    void takeName(Overwrite overwrite) {
+        const bool hasFailed = overwrite == Overwrite::Yes ? std::rename(_temporary.c_str(), _filename.c_str()) != 0
+                                                           : !renameToNewName(_temporary, _filename);
+        if (hasFailed && errno == EEXIST)
+            throw Brindle::located(Brindle::Fatal("File exists already"), BRINDLE_HERE,
+                                   {{"filename", _filename.string()}});
+        if (hasFailed)
+            refuse(_filename, std::strerror(errno), BRINDLE_HERE);
+        _isNamed = true;
+    }
+
+private:
+    const std::filesystem::path& _filename;
+    std::filesystem::path _temporary;
+    FileDescriptor _file;
+    bool _isNamed = false;
+};
+
+} // namespace
+
+void writeOutputFile(const std::filesystem::path& filename, std::span<const std::uint8_t> content, FileAccess access,
+                     Overwrite overwrite) {
+    std::error_code error;
+    const auto status = std::filesystem::status(filename, error);
+    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
+        refuse(filename, "not a regular file", BRINDLE_HERE);
+    TemporaryFile file(filename, access);
+    file.write(content);
+    file.takeName(overwrite);
+}
+
+} // namespace Sealwork

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <span>
+
+namespace Sealwork {
+
+enum class FileAccess { Private, Public }; ///< For its owner alone, or as the process's mask allows.
+enum class Overwrite { No, Yes };
+
+/// Writes a file that is never seen half-written: the bytes go to a temporary file beside it, which then takes the
+/// name. Throws Fatal "Unable to write file" with the fields "filename" and "reason", Fatal "File exists already" with
+/// the field "filename".
+void writeOutputFile(const std::filesystem::path& filename, std::span<const std::uint8_t> content, FileAccess access,
+                     Overwrite overwrite);
+
+} // namespace Sealwork

@@ -1,0 +1,25 @@
+#include <Sealwork/SignerKeys.h>
+
+#include <Sealwork/KeyFile.h>
+
+#include <algorithm>
+#include <system_error>
+
+namespace Sealwork {
+
+SignerKeys SignerKeys::load(const std::filesystem::path& directory) {
+    SignerKeys keys;
+    std::error_code error;
+    if (std::filesystem::status(directory, error).type() == std::filesystem::file_type::not_found)
+        return keys;
+    for (const auto& filename : listKeyFiles(directory, ".pem"))
+        keys._keys.push_back(SignerKey::load(filename));
+    return keys;
+}
+
+const SignerKey* SignerKeys::find(std::string_view id) const {
+    const auto key = std::ranges::find(_keys, id, &SignerKey::getId);
+    return key == _keys.end() ? nullptr : &*key;
+}
+
+} // namespace Sealwork

@@ -1,0 +1,298 @@
+#include "EnvelopeTest.h"
+
+#include "Failure.h"
+#include "Installation.h"
+#include "Tool.h"
+
+#include <Sealwork/Crypto.h>
+#include <Sealwork/EnvelopeWriter.h>
+
+#include <openssl/err.h>
+
+#include <algorithm>
+#include <map>
+#include <numeric>
+#include <stdexcept>
+#include <vector>
+
+#include <sys/mman.h>
+
+#include <QStandardPaths>
+#include <QtTest>
+
+namespace {
+
+const std::string info = std::string("\x40\x81\xba\x01velmora\0\x2a\0\0\0", 16);
+const QByteArray infoHex("4081ba0176656c6d6f7261002a000000");
+
+struct KeyBlock {
+    QByteArray name;
+    QByteArray wrapped;
+};
+
+/// An envelope taken apart; whatever is not exactly as it should stand throws std::runtime_error.
+class Envelope {
+public:
+    Envelope(const QByteArray& text, const QByteArray& directive) : _rest(text), _directive(directive) {
+        take("begin_protected");
+        take("version=1");
+        take("encrypt_agent=\"Velmora\"");
+        mac = takeBetween("encrypt_agent_info=\"Sealwork/1 info=" + infoHex + " mac=", "\"");
+        while (!_rest.startsWith(_directive + "data_method")) {
+            const auto name = takeBetween("key_keyowner=\"Velmora\", key_keyname=\"", "\", key_method=\"rsa\"");
+            keyBlocks.push_back({name, takeBlock("key_block")});
+        }
+        method = takeBetween("data_method=\"", "\"");
+        data = takeBlock("data_block");
+        take("end_protected");
+        if (!_rest.isEmpty())
+            throw std::runtime_error("text behind the envelope");
+    }
+
+    QByteArray mac;
+    std::vector<KeyBlock> keyBlocks;
+    QByteArray method;
+    QByteArray data;
+
+private:
+    QByteArray takeLine() {
+        const int end = _rest.indexOf('\n');
+        const auto line = _rest.left(end);
+        _rest.remove(0, end + 1);
+        return line;
+    }
+
+    void take(const QByteArray& directive) {
+        const auto line = takeLine();
+        if (line != _directive + directive)
+            throw std::runtime_error("unexpected line " + line.toStdString());
+    }
+
+    QByteArray takeBetween(const QByteArray& before, const QByteArray& after) {
+        const auto line = takeLine();
+        const auto begin = _directive + before;
+        if (!line.startsWith(begin) || !line.endsWith(after))
+            throw std::runtime_error("unexpected line " + line.toStdString());
+        return line.mid(begin.size(), line.size() - begin.size() - after.size());
+    }
+
+    QByteArray takeBlock(const QByteArray& directive) {
+        const int size = takeBetween("encoding=(enctype=\"base64\", line_length=76, bytes=", ")").toInt();
+        take(directive);
+        QByteArray characters;
+        for (auto line = takeLine(); !line.isEmpty(); line = takeLine()) {
+            if (characters.size() % 76 != 0 || line.size() > 76)
+                throw std::runtime_error("wrong line length");
+            characters += line;
+        }
+        const auto bytes = QByteArray::fromBase64(characters);
+        if (bytes.size() != size || bytes.toBase64() != characters)
+            throw std::runtime_error("wrong block");
+        return bytes;
+    }
+
+    QByteArray _rest;
+    QByteArray _directive;
+};
+
+QByteArray hmac(const QByteArray& key, const QByteArray& message) {
+    const auto output = openssl({QStringLiteral("dgst"), QStringLiteral("-sha256"), QStringLiteral("-binary"),
+                                 QStringLiteral("-mac"), QStringLiteral("HMAC"), QStringLiteral("-macopt"),
+                                 QStringLiteral("hexkey:") + QString::fromLatin1(key.toHex())},
+                                message);
+    return output;
+}
+
+QByteArray unwrap(const QByteArray& wrapped, const Sealwork::AsymmetricKey& key) {
+    QTemporaryFile file;
+    file.open();
+    file.write(toBytes(key.getPrivatePem().text()));
+    file.close();
+    return openssl({QStringLiteral("pkeyutl"), QStringLiteral("-decrypt"), QStringLiteral("-inkey"), file.fileName(),
+                    QStringLiteral("-pkeyopt"), QStringLiteral("rsa_padding_mode:pkcs1")},
+                   wrapped);
+}
+
+QByteArray decipher(const Envelope& envelope, const QByteArray& sessionKey) {
+    const auto cipher =
+        envelope.method == "aes128-cbc" ? QStringLiteral("-aes-128-cbc") : QStringLiteral("-aes-256-cbc");
+    return openssl({QStringLiteral("enc"), QStringLiteral("-d"), cipher, QStringLiteral("-K"),
+                    QString::fromLatin1(sessionKey.toHex()), QStringLiteral("-iv"),
+                    QString::fromLatin1(envelope.data.left(16).toHex())},
+                   envelope.data.mid(16));
+}
+
+QByteArray expectedMac(const Envelope& envelope, const QByteArray& language, const QByteArray& sessionKey) {
+    const auto message =
+        "velmora-envelope-1\n" + language + "\n" + envelope.method + "\n" + infoHex + "\n" + envelope.data;
+    return hmac(hmac(sessionKey, "velmora-envelope-mac-1"), message).toHex();
+}
+
+std::string encrypt(const std::string& language, const std::string& text) {
+    std::string out;
+    Sealwork::Crypto(1).getEncrypted(-1, language, info, text, out);
+    return out;
+}
+
+const std::map<QByteArray, unsigned> recipients = {{"a", 2048}, {"b", 3072}, {"c", 2304}};
+
+void addRecipients(const Installation& installation) {
+    for (const auto& [name, bits] : recipients)
+        installation.addRecipient(QString::fromLatin1(name), bits);
+}
+
+} // namespace
+
+void EnvelopeTest::knownEnvelope() {
+    const Installation installation;
+    addRecipients(installation);
+    const auto keys = Sealwork::RecipientKeys::load(installation.path(QStringLiteral("recipients")).toStdString());
+    Sealwork::SessionKey session{Sealwork::SecureBuffer(32), {}};
+    std::iota(session.key.data(), session.key.data() + session.key.size(), std::uint8_t{0});
+    std::copy_n(session.key.data() + 16, session.initial.size(), session.initial.begin());
+    const Sealwork::ProtectedRegion region("vlog", info, "assign a = b;\n");
+    const auto text = Sealwork::EnvelopeWriter(keys, Sealwork::DataMethod::Aes256Cbc).write(region, session);
+    const Envelope envelope(toBytes(text), "`pragma protect ");
+    QCOMPARE(envelope.data.toBase64(), QByteArray("EBESExQVFhcYGRobHB0eH3CT+ytm2ITUp+Rue9kB3Vo="));
+    QCOMPARE(envelope.mac, QByteArray("5bc70b7e750ae0c03ea6037205e54cb45a2b649da28c9f8b26798f3f706ad28e"));
+}
+
+void EnvelopeTest::openedElsewhere_data() {
+    QTest::addColumn<QByteArray>("language");
+    QTest::addColumn<QByteArray>("directive");
+    QTest::addColumn<QByteArray>("method");
+    QTest::addColumn<int>("size");
+    for (const int size : {0, 1, 15, 16, 17, 56, 57, 58, 16383, 16384, 16385, 1 << 20}) {
+        QTest::addRow("vhdl %d", size) << QByteArray("vhdl") << QByteArray("`protect ") << QByteArray("aes256-cbc")
+                                       << size;
+        QTest::addRow("vlog %d", size) << QByteArray("vlog") << QByteArray("`pragma protect ")
+                                       << QByteArray("aes128-cbc") << size;
+    }
+}
+
+void EnvelopeTest::openedElsewhere() {
+    QFETCH(QByteArray, language);
+    QFETCH(QByteArray, directive);
+    QFETCH(QByteArray, method);
+    QFETCH(int, size);
+    const Installation installation;
+    addRecipients(installation);
+    if (method != "aes256-cbc")
+        installation.write(QStringLiteral("seal.conf"), "data_method = " + method + "\n");
+    const auto text = mixedBytes(static_cast<std::size_t>(size));
+    const Envelope envelope(toBytes(encrypt(language.toStdString(), text)), directive);
+    QCOMPARE(envelope.method, method);
+    QCOMPARE(envelope.keyBlocks.size(), recipients.size());
+    QByteArray sessionKey;
+    for (const auto& block : envelope.keyBlocks) {
+        const auto bits = recipients.at(block.name);
+        QCOMPARE(block.wrapped.size(), static_cast<int>(bits / 8));
+        const auto unwrapped = unwrap(block.wrapped, Installation::rsaKey(bits));
+        QVERIFY(sessionKey.isEmpty() || unwrapped == sessionKey);
+        sessionKey = unwrapped;
+    }
+    QCOMPARE(sessionKey.size(), method == "aes128-cbc" ? 16 : 32);
+    QCOMPARE(expectedMac(envelope, language, sessionKey), envelope.mac);
+    QVERIFY(decipher(envelope, sessionKey) == toBytes(text));
+}
+
+void EnvelopeTest::noTwoAlike() {
+    const Installation installation;
+    addRecipients(installation);
+    const std::string text = "signal a : std_logic;\r\n\0\xe9";
+    const Envelope first(toBytes(encrypt("vhdl", text)), "`protect ");
+    const Envelope second(toBytes(encrypt("vhdl", text)), "`protect ");
+    QVERIFY(first.mac != second.mac);
+    QVERIFY(first.data.left(16) != second.data.left(16));
+    const auto& key = Installation::rsaKey(recipients.at("a"));
+    QVERIFY(unwrap(first.keyBlocks[0].wrapped, key) != unwrap(second.keyBlocks[0].wrapped, key));
+}
+
+void EnvelopeTest::refusedRegions_data() {
+    QTest::addColumn<int>("selector");
+    QTest::addColumn<QByteArray>("language");
+    QTest::addColumn<int>("infoSize");
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QString>("refusal");
+    const QByteArray text("a <= b;\n");
+    const auto envelope = [](int line) {
+        return QStringLiteral("Fatal: Region already holds a protected envelope [line=%1]").arg(line);
+    };
+    QTest::newRow("selector 0") << 0 << QByteArray("vhdl") << 16 << text
+                                << "InvalidRequest: Unknown selector [selector=0]";
+    QTest::newRow("selector 1") << 1 << QByteArray("vhdl") << 16 << text
+                                << "InvalidRequest: Unknown selector [selector=1]";
+    QTest::newRow("upper case") << -1 << QByteArray("VHDL") << 16 << text
+                                << "InvalidRequest: Unknown language [language=VHDL]";
+    QTest::newRow("no language") << -1 << QByteArray() << 16 << text << "InvalidRequest: Unknown language [language=]";
+    QTest::newRow("short info") << -1 << QByteArray("vlog") << 15 << text
+                                << "InvalidRequest: Information block should be 16 bytes [size=15]";
+    QTest::newRow("long info") << -1 << QByteArray("vlog") << 17 << text
+                               << "InvalidRequest: Information block should be 16 bytes [size=17]";
+    QTest::newRow("key block") << -1 << QByteArray("vhdl") << 16 << QByteArray("`protect key_block") << envelope(1);
+    QTest::newRow("data block") << -1 << QByteArray("vlog") << 16
+                                << QByteArray("`define A\nx `A ``\n\n \t`pragma protect data_block \r\nAAAA\n")
+                                << envelope(4);
+    QTest::newRow("no envelope") << -1 << QByteArray("vhdl") << 16
+                                 << QByteArray("`protect begin_protected\n` ` `\n-- `protect data_block\n`")
+                                 << QString();
+}
+
+void EnvelopeTest::refusedRegions() {
+    QFETCH(int, selector);
+    QFETCH(QByteArray, language);
+    QFETCH(int, infoSize);
+    QFETCH(QByteArray, text);
+    QFETCH(QString, refusal);
+    const Installation installation;
+    installation.addRecipient(QStringLiteral("a"), 2048);
+    std::string out = "as it was";
+    const auto encryptIt = [&] {
+        Sealwork::Crypto(1).getEncrypted(selector, language.toStdString(),
+                                         std::string(static_cast<std::size_t>(infoSize), 'i'), text.toStdString(), out);
+    };
+    QCOMPARE(failureOf(encryptIt, {"selector", "language", "size", "line"}), refusal);
+    QCOMPARE(out == "as it was", !refusal.isEmpty());
+}
+
+void EnvelopeTest::regionTooLarge() {
+    constexpr std::size_t size = Sealwork::ProtectedRegion::largestRegion + 1;
+    // Pages that are never touched take no memory.
+    void* const pages = mmap(nullptr, size, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    QVERIFY(pages != MAP_FAILED);
+    const std::string_view text(static_cast<const char*>(pages), size);
+    QCOMPARE(failureOf([&] { Sealwork::ProtectedRegion("vhdl", info, text); }, {"size"}),
+             QStringLiteral("InvalidRequest: Region too large [size=1073741825]"));
+    munmap(pages, size);
+}
+
+void EnvelopeTest::brokenInstallation() {
+    const Installation installation;
+    std::string out = "as it was";
+    const auto encryptIt = [&out] { Sealwork::Crypto(1).getEncrypted(-1, "vhdl", info, "a\n", out); };
+    QCOMPARE(failureOf(encryptIt), QStringLiteral("Fatal: No recipient key installed"));
+    installation.addRecipient(QStringLiteral("a"), 2048);
+    installation.write(QStringLiteral("recipients/b.pem"),
+                       "Key-Owner: a\nKey-Name: b\n-----BEGIN PUBLIC KEY-----\nAAAA\n"
+                       "-----END PUBLIC KEY-----\n");
+    QVERIFY(failureOf(encryptIt).startsWith(QLatin1String("Fatal: Recipient key refused: ")));
+    QFile::remove(installation.path(QStringLiteral("recipients/b.pem")));
+    installation.write(QStringLiteral("seal.conf"), "data_method = rot13\n");
+    QCOMPARE(failureOf(encryptIt), QStringLiteral("Fatal: Bad seal configuration"));
+    QCOMPARE(out, std::string("as it was"));
+    QCOMPARE(ERR_peek_error(), 0UL);
+}
+
+void EnvelopeTest::acceptedByVerilator() {
+    if (QStandardPaths::findExecutable(QStringLiteral("verilator")).isEmpty())
+        QSKIP("verilator is not installed");
+    const Installation installation;
+    addRecipients(installation);
+    const auto file =
+        installation.write(QStringLiteral("top.v"), "module top(input a, output b);\nassign b = a;\n" +
+                                                        toBytes(encrypt("vlog", "wire c;\n")) + "endmodule\n");
+    const auto result =
+        runTool(QStringLiteral("verilator"), {QStringLiteral("--lint-only"), QStringLiteral("-Wno-PROTECTED"), file});
+    QCOMPARE(result.errors, QByteArray());
+    QCOMPARE(result.exitCode, 0);
+}

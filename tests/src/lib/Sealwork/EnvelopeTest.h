@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QObject>
+
+/// Protected regions: the envelopes are opened by the `openssl` command alone.
+class EnvelopeTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void knownEnvelope();
+    void openedElsewhere_data();
+    void openedElsewhere();
+    void noTwoAlike();
+    void refusedRegions_data();
+    void refusedRegions();
+    void regionTooLarge();
+    void brokenInstallation();
+    void acceptedByVerilator();
+};

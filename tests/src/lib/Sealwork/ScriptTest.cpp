@@ -1,0 +1,294 @@
+#include "ScriptTest.h"
+
+#include "Failure.h"
+#include "Installation.h"
+#include "Tool.h"
+
+#include <Sealwork/Crypto.h>
+#include <Sealwork/ScriptContainer.h>
+#include <Sealwork/ScriptOpener.h>
+#include <Sealwork/ScriptSealer.h>
+
+#include <openssl/err.h>
+
+#include <optional>
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QtTest>
+
+namespace {
+
+using Sealwork::ScriptContainer;
+
+const QByteArray fixedContainer("-----BEGIN VELMORA SEALED SCRIPT-----\n"
+                                "Format: 1\n"
+                                "Cipher: AES-256-GCM\n"
+                                "Key-Id: 630dcd2966c43366\n"
+                                "Nonce: 000102030405060708090a0b\n"
+                                "Length: 6\n"
+                                "\n"
+                                "PyLrO/Tv98KIxJM54SAkvu1hIeyGzQ==\n"
+                                "-----END VELMORA SEALED SCRIPT-----\n");
+
+Sealwork::ScriptKey fixedKey() {
+    return *Sealwork::ScriptKey::parse("000102030405060708090a0b0c0d0e0f101112131415161718191a1b1c1d1e1f\n");
+}
+
+/// A signer's two halves, the private one as the sealer takes it.
+struct Signer {
+    Signer() {
+        const auto file = directory.filePath(QStringLiteral("signer.private.pem"));
+        QFile pem(file);
+        pem.open(QIODevice::WriteOnly);
+        pem.write(toBytes(key.getPrivatePem().text()));
+        pem.close();
+        half.emplace(Sealwork::ScriptSigner::load(file.toStdString(), nullptr));
+    }
+
+    Sealwork::AsymmetricKey key = Sealwork::AsymmetricKey::makeEd25519();
+    QTemporaryDir directory;
+    std::optional<Sealwork::ScriptSigner> half;
+};
+
+/// What the program gets for the text; where it is refused, checks that the output is left alone.
+QString openInstalled(const std::string& text, std::string& script) {
+    std::string out = "as it was";
+    const auto failure = failureOf([&] { Sealwork::Crypto(1).getDecrypted(0, text, out); }, {"keyId", "signer"});
+    if (failure.isEmpty())
+        script = out;
+    else if (out != "as it was")
+        return QStringLiteral("output changed");
+    return failure;
+}
+
+QString openInstalled(const std::string& text) {
+    std::string script;
+    return openInstalled(text, script);
+}
+
+QString refusedFor(const char* reason, const char* field = nullptr, const std::string& value = {}) {
+    const auto text = QStringLiteral("Fatal: Script refused: ") + QLatin1String(reason);
+    return field ? QStringLiteral("%1 [%2=%3]").arg(text, QLatin1String(field), QString::fromStdString(value)) : text;
+}
+
+} // namespace
+
+void ScriptTest::knownContainer() {
+    const Installation installation;
+    installation.addScriptKey(fixedKey());
+    std::string script;
+    QCOMPARE(openInstalled(fixedContainer.toStdString(), script), QString());
+    QCOMPARE(script, std::string("x = 1\n"));
+    QCOMPARE(openInstalled(QByteArray(fixedContainer).replace("\n", "\r\n").toStdString(), script), QString());
+    QCOMPARE(script, std::string("x = 1\n"));
+}
+
+void ScriptTest::roundTrips_data() {
+    QTest::addColumn<int>("size");
+    for (const int size : {0, 1, 15, 16, 17, 40, 41, 42, 56, 57, 58, 1 << 20})
+        QTest::addRow("%d bytes", size) << size;
+}
+
+void ScriptTest::roundTrips() {
+    QFETCH(int, size);
+    const Installation installation;
+    const auto key = Sealwork::ScriptKey::make();
+    const Signer signer;
+    installation.addScriptKey(Sealwork::ScriptKey::make());
+    installation.addScriptKey(key);
+    const auto script = mixedBytes(static_cast<std::size_t>(size));
+    const auto plain = Sealwork::ScriptSealer(key).seal(script);
+    const auto withSignature = Sealwork::ScriptSealer(key, &*signer.half).seal(script);
+    for (const auto& sealed : {plain, withSignature}) {
+        std::string opened = "other";
+        QCOMPARE(openInstalled(sealed, opened), QString());
+        QVERIFY(opened == script);
+        QVERIFY(ScriptContainer::parse(sealed).format() == sealed);
+    }
+    installation.addSigner(signer.key);
+    std::string opened = "other";
+    QCOMPARE(openInstalled(withSignature, opened), QString());
+    QVERIFY(opened == script);
+    QVERIFY(Sealwork::ScriptSealer(key).seal(script) != plain);
+}
+
+void ScriptTest::signatureHoldsElsewhere() {
+    const Signer signer;
+    const auto key = Sealwork::ScriptKey::make();
+    const auto sealed = toBytes(Sealwork::ScriptSealer(key, &*signer.half).seal(mixedBytes(200)));
+    const int headerSize = sealed.indexOf("\n\n") + 2;
+    const int payloadEnd = sealed.indexOf("\n\n", headerSize);
+    const auto payload = QByteArray::fromBase64(sealed.mid(headerSize, payloadEnd - headerSize));
+    const auto digest = QCryptographicHash::hash(payload, QCryptographicHash::Sha256).toHex();
+    const int signature = sealed.indexOf("Signature: ") + 11;
+    const Installation installation;
+    const auto message = installation.write(QStringLiteral("message"), sealed.left(headerSize) + digest + "\n");
+    const auto signatureFile =
+        installation.write(QStringLiteral("signature"), QByteArray::fromHex(sealed.mid(signature, 128)));
+    const auto publicKey = installation.write(QStringLiteral("signer.pem"), toBytes(signer.key.getPublicPem()));
+    QVERIFY(openssl({QStringLiteral("pkeyutl"), QStringLiteral("-verify"), QStringLiteral("-rawin"),
+                     QStringLiteral("-pubin"), QStringLiteral("-inkey"), publicKey, QStringLiteral("-in"), message,
+                     QStringLiteral("-sigfile"), signatureFile})
+                .contains("Success"));
+    const auto der = openssl({QStringLiteral("pkey"), QStringLiteral("-pubin"), QStringLiteral("-outform"),
+                              QStringLiteral("DER"), QStringLiteral("-in"), publicKey});
+    QVERIFY(sealed.contains("\nSigner: " + QCryptographicHash::hash(der, QCryptographicHash::Sha256).toHex().left(16) +
+                            "\n"));
+}
+
+void ScriptTest::alterations_data() {
+    QTest::addColumn<bool>("isSigned");
+    QTest::newRow("unsigned") << false;
+    QTest::newRow("signed") << true;
+}
+
+void ScriptTest::alterations() {
+    QFETCH(bool, isSigned);
+    const Installation installation;
+    const Signer signer;
+    const auto key = Sealwork::ScriptKey::make();
+    installation.addScriptKey(key);
+    if (isSigned)
+        installation.addSigner(signer.key);
+    const auto keys = Sealwork::ScriptKeys::load(installation.path(QStringLiteral("scripts")).toStdString());
+    const auto signers = Sealwork::SignerKeys::load(installation.path(QStringLiteral("signers")).toStdString());
+    const Sealwork::ScriptOpener opener(keys, signers);
+    const std::string script = "def generate(argDict):\n    return 'entity'\n";
+    const auto sealed = Sealwork::ScriptSealer(key, isSigned ? &*signer.half : nullptr).seal(script);
+    QCOMPARE(opener.open(sealed), script);
+
+    const auto verifyRefused = [&](const std::string& text, std::size_t position, const char* change) {
+        const auto failure = failureOf([&] { opener.open(text); });
+        QVERIFY2(failure.startsWith(QLatin1String("Fatal: Script refused: ")),
+                 qPrintable(QStringLiteral("%1 at %2: %3").arg(QLatin1String(change)).arg(position).arg(failure)));
+    };
+    for (std::size_t position = 0; position < sealed.size(); ++position) {
+        for (int bit = 0; bit < 8; ++bit) {
+            std::string text = sealed;
+            text[position] = static_cast<char>(text[position] ^ (1 << bit));
+            verifyRefused(text, position, "bit flipped");
+        }
+        verifyRefused(sealed.substr(0, position), position, "truncated");
+        verifyRefused(std::string(sealed).erase(position, 1), position, "byte dropped");
+        verifyRefused(std::string(sealed).insert(position, 1, ' '), position, "blank inserted");
+        if (sealed[position] == '\n')
+            verifyRefused(std::string(sealed).insert(position, 1, '\n'), position, "line inserted");
+    }
+    verifyRefused(sealed + "x", sealed.size(), "text behind");
+    verifyRefused(sealed + sealed, sealed.size(), "twice");
+    verifyRefused("\n" + sealed, 0, "text in front");
+    QCOMPARE(ERR_peek_error(), 0UL);
+}
+
+void ScriptTest::refusedTexts_data() {
+    QTest::addColumn<QByteArray>("from");
+    QTest::addColumn<QByteArray>("to");
+    QTest::addColumn<QString>("refusal");
+    const auto malformed = refusedFor("truncated or malformed");
+    const auto unsupported = refusedFor("unsupported format");
+    QTest::newRow("Python") << fixedContainer << QByteArray("def generate(argDict):\n")
+                            << refusedFor("not a sealed script");
+    QTest::newRow("empty") << fixedContainer << QByteArray() << refusedFor("not a sealed script");
+    QTest::newRow("format 2") << QByteArray("Format: 1") << QByteArray("Format: 2") << unsupported;
+    QTest::newRow("other cipher") << QByteArray("AES-256-GCM") << QByteArray("AES-256-CCM") << unsupported;
+    QTest::newRow("two blanks") << QByteArray("Key-Id: ") << QByteArray("Key-Id:  ") << malformed;
+    QTest::newRow("other case") << QByteArray("Nonce: ") << QByteArray("nonce: ") << malformed;
+    QTest::newRow("nonce in upper case") << QByteArray("0a0b\n") << QByteArray("0A0B\n") << malformed;
+    QTest::newRow("field twice") << QByteArray("Length: 6\n") << QByteArray("Length: 6\nLength: 6\n") << malformed;
+    QTest::newRow("order") << QByteArray("Nonce: 000102030405060708090a0b\nLength: 6\n")
+                           << QByteArray("Length: 6\nNonce: 000102030405060708090a0b\n") << malformed;
+    for (const auto* length : {"5", "7", "06", "+6", "-6", "6 ", "0x6", "", "67108865", "18446744073709551600",
+                               "18446744073709551622", "99999999999999999999999"})
+        QTest::addRow("length %s", length) << QByteArray("Length: 6\n") << "Length: " + QByteArray(length) + "\n"
+                                           << malformed;
+    QTest::newRow("largest length") << QByteArray("Length: 6\n") << QByteArray("Length: 67108864\n") << malformed;
+    QTest::newRow("base64 with stray bits") << QByteArray("GzQ==") << QByteArray("GzR==") << malformed;
+    QTest::newRow("signer without signature")
+        << QByteArray("Length: 6\n") << QByteArray("Length: 6\nSigner: 0011223344556677\n") << malformed;
+    QTest::newRow("signature without signer")
+        << QByteArray("-----END") << "\nSignature: " + QByteArray(128, '0') + "\n-----END" << malformed;
+    QTest::newRow("other key") << QByteArray("630dcd2966c43366") << QByteArray("630dcd2966c43367")
+                               << refusedFor("its key is not installed", "keyId", "630dcd2966c43367");
+    QTest::newRow("other text") << QByteArray("PyLr") << QByteArray("PyLs")
+                                << refusedFor("altered after it was sealed");
+    QTest::newRow("other tag") << QByteArray("eyGzQ==") << QByteArray("eyGzA==")
+                               << refusedFor("altered after it was sealed");
+    QTest::newRow("other nonce") << QByteArray("Nonce: 00") << QByteArray("Nonce: 01")
+                                 << refusedFor("altered after it was sealed");
+}
+
+void ScriptTest::refusedTexts() {
+    QFETCH(QByteArray, from);
+    QFETCH(QByteArray, to);
+    const Installation installation;
+    installation.addScriptKey(fixedKey());
+    QVERIFY(fixedContainer.contains(from));
+    QTEST(openInstalled(QByteArray(fixedContainer).replace(from, to).toStdString()), "refusal");
+    QCOMPARE(ERR_peek_error(), 0UL);
+}
+
+void ScriptTest::keysAndSigners() {
+    const Installation installation;
+    const Signer trusted;
+    const Signer foreign;
+    const auto key = Sealwork::ScriptKey::make();
+    const auto bare = Sealwork::ScriptSealer(key).seal("bare");
+    const auto good = Sealwork::ScriptSealer(key, &*trusted.half).seal("good");
+    const auto bad = Sealwork::ScriptSealer(key, &*foreign.half).seal("bad");
+    QCOMPARE(openInstalled(bare), refusedFor("its key is not installed", "keyId", key.getId()));
+    installation.addScriptKey(key);
+    QVERIFY(QDir(installation.path(QStringLiteral("signers"))).removeRecursively());
+    for (const auto& sealed : {bare, good, bad})
+        QCOMPARE(openInstalled(sealed), QString());
+    QDir(installation.path()).mkdir(QStringLiteral("signers"));
+    installation.addSigner(trusted.key);
+    QCOMPARE(openInstalled(good), QString());
+    QCOMPARE(openInstalled(bare), refusedFor("not signed"));
+    QCOMPARE(openInstalled(bad), refusedFor("unknown signer", "signer", foreign.key.getId()));
+
+    auto stripped = ScriptContainer::parse(good);
+    stripped.signerId.reset();
+    stripped.signature.reset();
+    QCOMPARE(openInstalled(stripped.format()), refusedFor("not signed"));
+    auto relabelled = ScriptContainer::parse(bad);
+    relabelled.signerId = trusted.key.getId();
+    QCOMPARE(openInstalled(relabelled.format()), refusedFor("altered after it was sealed"));
+    auto transplanted = ScriptContainer::parse(Sealwork::ScriptSealer(key, &*trusted.half).seal("goad"));
+    transplanted.signature = ScriptContainer::parse(good).signature;
+    QCOMPARE(openInstalled(transplanted.format()), refusedFor("altered after it was sealed"));
+
+    installation.write(QStringLiteral("signers/zz.pem"), "damaged");
+    QVERIFY(openInstalled(good).startsWith(QLatin1String("Fatal: Unable to read key file")));
+    QVERIFY(QDir(installation.path(QStringLiteral("scripts"))).removeRecursively());
+    QVERIFY(openInstalled(good).startsWith(QLatin1String("Fatal: Unable to open key directory")));
+}
+
+void ScriptTest::unsealable() {
+    const auto key = Sealwork::ScriptKey::make();
+    const Sealwork::ScriptSealer sealer(key);
+    QCOMPARE(failureOf([&] { sealer.seal(std::string(ScriptContainer::largestScript + 1, 'x')); }, {"size"}),
+             QStringLiteral("InvalidRequest: Script too large [size=67108865]"));
+    QCOMPARE(failureOf([&] { sealer.seal(sealer.seal("x = 1\n")); }),
+             QStringLiteral("InvalidRequest: Script is sealed already"));
+}
+
+void ScriptTest::longestContainer() {
+    auto container = ScriptContainer::parse(fixedContainer.toStdString());
+    container.payload.assign(ScriptContainer::largestScript + ScriptContainer::tagSize, 0);
+    QCOMPARE(ScriptContainer::parse(container.format()).getScriptSize(), ScriptContainer::largestScript);
+    container.payload.push_back(0);
+    QCOMPARE(failureOf([&] { ScriptContainer::parse(container.format()); }), refusedFor("truncated or malformed"));
+}
+
+void ScriptTest::badRequests() {
+    for (const int mode : {0, 2, -1})
+        QCOMPARE(failureOf([mode] { Sealwork::Crypto crypto(mode); }, {"mode"}),
+                 QStringLiteral("InvalidRequest: Unknown mode [mode=%1]").arg(mode));
+    std::string out = "as it was";
+    for (const int selector : {-1, 1})
+        QCOMPARE(failureOf([&] { Sealwork::Crypto(1).getDecrypted(selector, fixedContainer.toStdString(), out); },
+                           {"selector"}),
+                 QStringLiteral("InvalidRequest: Unknown selector [selector=%1]").arg(selector));
+    QCOMPARE(out, std::string("as it was"));
+}

@@ -1,0 +1,211 @@
+#include "SealToolTest.h"
+
+#include "Tool.h"
+
+#include <Sealwork/Crypto.h>
+
+#include <sys/stat.h>
+
+#include <QDir>
+#include <QtTest>
+
+namespace {
+
+ToolResult seal(const QStringList& arguments, const QByteArray& input = {},
+                const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment()) {
+    return runTool(QStringLiteral(VELMORA_SEAL_PROGRAM), arguments, input, environment);
+}
+
+/// The arguments of a line, split at blanks; "@" stands for the directory.
+QStringList argumentsOf(const char* line, const QString& directory) {
+    return QString::fromLatin1(line).replace(QLatin1Char('@'), directory).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}
+
+QByteArray contentOf(const QString& filename) {
+    QFile file(filename);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+bool isPrivate(const QString& filename) {
+    const auto permissions = QFile::permissions(filename);
+    return permissions == (QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser);
+}
+
+QStringList filesBelow(const QString& directory) {
+    return QDir(directory).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
+}
+
+} // namespace
+
+void SealToolTest::madeKeysWork() {
+    const Installation installation;
+    const auto run = [&installation](const char* line, const QByteArray& input = {}) {
+        return seal(argumentsOf(line, installation.path(QStringLiteral("."))), input);
+    };
+    const auto key = run("keygen script -o @/scripts");
+    QCOMPARE(key.exitCode, 0);
+    QVERIFY(isPrivate(QString::fromLocal8Bit(key.output.trimmed())));
+    QCOMPARE(run("keygen signer -o @/signers/s").exitCode, 0);
+    QCOMPARE(run("keygen recipient -o @/recipients/r --bits 2048 --owner Orvane --name r-1").exitCode, 0);
+    for (const auto* name : {"signers/s.private.pem", "recipients/r.private.pem"}) {
+        const auto file = installation.path(QLatin1String(name));
+        QVERIFY(isPrivate(file));
+        QVERIFY(QFile::rename(file, installation.path(QFileInfo(file).fileName())));
+    }
+    const QByteArray script("def generate(argDict):\n    return {}\n");
+    const auto sealed = run("seal - -o - --key @/scripts --signer @/s.private.pem", script);
+    QCOMPARE(sealed.errors, QByteArray());
+    std::string out;
+    Sealwork::Crypto(1).getDecrypted(0, sealed.output.toStdString(), out);
+    QCOMPARE(toBytes(out), script);
+    Sealwork::Crypto(1).getEncrypted(-1, "vhdl", std::string(16, 'i'), "x", out);
+    QVERIFY(toBytes(out).contains("key_keyowner=\"Orvane\", key_keyname=\"r-1\""));
+
+    QFile::setPermissions(installation.path(QStringLiteral("s.private.pem")), QFile::ReadOwner | QFile::ReadGroup);
+    const auto warned = run("seal - -o @/out --key @/scripts --signer @/s.private.pem", script);
+    QCOMPARE(warned.exitCode, 0);
+    QVERIFY(warned.errors.contains("s.private.pem: warning: others can read this private key"));
+}
+
+void SealToolTest::keptKeys() {
+    const QTemporaryDir directory;
+    for (const auto* line : {"keygen script -o @/keys/scripts", "keygen signer -o @/keys/signer",
+                             "keygen recipient -o @/keys/recipient --owner O --name N --bits 2048"}) {
+        const auto arguments = argumentsOf(line, directory.path());
+        const auto first = seal(QStringList(arguments) << QStringLiteral("--keep"));
+        QCOMPARE(first.exitCode, 0);
+        const auto file = QString::fromLocal8Bit(first.output.split('\n').first());
+        const auto content = contentOf(file);
+        QVERIFY(!content.isEmpty());
+        const auto second = seal(QStringList(arguments) << QStringLiteral("--keep"));
+        QCOMPARE(second.output, first.output);
+        QCOMPARE(contentOf(file), content);
+        if (arguments.contains(QLatin1String("script")))
+            continue;
+        const auto third = seal(arguments);
+        QCOMPARE(third.exitCode, 2);
+        QCOMPARE(third.errors, "velmora-seal: " + file.toLocal8Bit() + ": File exists already, --force replaces it\n");
+        QCOMPARE(contentOf(file), content);
+        QCOMPARE(seal(QStringList(arguments) << QStringLiteral("--force")).exitCode, 0);
+        QVERIFY(contentOf(file) != content);
+        QVERIFY(isPrivate(file));
+    }
+}
+
+void SealToolTest::passphrases() {
+    const Installation installation;
+    const auto run = [&installation](const char* line) {
+        return seal(argumentsOf(line, installation.path(QStringLiteral("."))), "x = 1\n");
+    };
+    run("keygen script -o @/scripts");
+    run("keygen signer -o @/s");
+    openssl(argumentsOf("pkcs8 -topk8 -in @/s.private.pem -passout pass:open -out @/locked.pem", installation.path()));
+    installation.write(QStringLiteral("right"), "open\n");
+    installation.write(QStringLiteral("wrong"), "shut\n");
+    const auto right = run("seal - -o - --key @/scripts --signer @/locked.pem --passphrase-file @/right");
+    QCOMPARE(right.exitCode, 0);
+    QVERIFY(right.output.contains("\nSignature: "));
+    const auto wrong = run("seal - -o - --key @/scripts --signer @/locked.pem --passphrase-file @/wrong");
+    QCOMPARE(wrong.exitCode, 2);
+    QVERIFY(wrong.errors.contains("not an Ed25519 private key, or not its passphrase"));
+    const auto missing = run("seal - -o - --key @/scripts --signer @/locked.pem --passphrase-file @/none");
+    QCOMPARE(missing.exitCode, 2);
+    QVERIFY(missing.errors.contains("none: Unable to read key file (No such file or directory)"));
+}
+
+void SealToolTest::exitStatus_data() {
+    _installation = std::make_unique<Installation>();
+    const auto directory = _installation->path();
+    _installation->write(QStringLiteral("plain"), "x = 1\n");
+    QCOMPARE(mkfifo(qPrintable(directory + QStringLiteral("/pipe")), S_IRUSR | S_IWUSR), 0);
+    for (const auto* setUp : {"keygen script -o @/keys", "keygen script -o @/several", "keygen script -o @/several",
+                              "seal @/plain -o @/sealed --key @/keys"})
+        QCOMPARE(seal(argumentsOf(setUp, directory)).exitCode, 0);
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("errors");
+    QTest::newRow("no command") << "" << 2 << "No command given; see velmora-seal --help";
+    QTest::newRow("help") << "--help" << 0 << "";
+    QTest::newRow("help of a command") << "seal --help" << 0 << "";
+    QTest::newRow("unknown command") << "sael" << 2 << "Unknown command sael; see velmora-seal --help";
+    QTest::newRow("unknown option") << "seal a -o b --kay c" << 2 << "Unknown option --kay; see velmora-seal --help";
+    QTest::newRow("unknown letter") << "seal a -xo b" << 2 << "Unknown option -x; see velmora-seal --help";
+    QTest::newRow("no value") << "seal a -o" << 2 << "Option -o needs a value; see velmora-seal --help";
+    QTest::newRow("no input") << "seal -o b --key c" << 2 << "The script IN is missing; see velmora-seal --help";
+    QTest::newRow("two inputs") << "seal a b -o c --key d" << 2
+                                << "The script IN should be given once; see velmora-seal --help";
+    QTest::newRow("no output") << "seal a --key c" << 2 << "Option --output is missing; see velmora-seal --help";
+    QTest::newRow("no key") << "seal @/plain -o @/b" << 2 << "Option --key is missing; see velmora-seal --help";
+    QTest::newRow("missing input") << "seal @/none -o @/b --key @/keys" << 2
+                                   << "@/none: Unable to read file (No such file or directory)";
+    QTest::newRow("directory as input") << "seal @ -o @/b --key @/keys" << 2
+                                        << "@: Unable to read file (Is a directory)";
+    QTest::newRow("sealed already") << "seal @/sealed -o @/b --key @/keys" << 2 << "@/sealed: Script is sealed already";
+    QTest::newRow("output exists") << "seal @/plain -o @/sealed --key @/keys" << 2
+                                   << "@/sealed: File exists already, --force replaces it";
+    QTest::newRow("no place for output") << "seal @/plain -o @/none/b --key @/keys" << 2
+                                         << "@/none/b: Unable to write file (No such file or directory)";
+    QTest::newRow("pipe as output") << "seal @/plain -o @/pipe --force --key @/keys" << 2
+                                    << "@/pipe: Unable to write file (not a regular file)";
+    QTest::newRow("no script key") << "seal @/plain -o @/b --key @" << 2 << "@: No script key in the directory";
+    QTest::newRow("several script keys") << "seal @/plain -o @/b --key @/several" << 2
+                                         << "@/several: Several script keys, name one of them";
+    QTest::newRow("bad signer")
+        << "seal @/plain -o @/b --key @/keys --signer @/plain" << 2
+        << "@/plain: Unable to read key file (not an Ed25519 private key, or not its passphrase)";
+    QTest::newRow("unknown kind")
+        << "keygen scrpt -o @/k" << 2
+        << "Unknown kind of key \"scrpt\", expected script, signer or recipient; see velmora-seal --help";
+    QTest::newRow("keep and force") << "keygen signer -o @/k --keep --force" << 2
+                                    << "--keep and --force exclude each other; see velmora-seal --help";
+    QTest::newRow("no owner") << "keygen recipient -o @/k --name n" << 2
+                              << "Option --owner is missing; see velmora-seal --help";
+    QTest::newRow("bad owner")
+        << "keygen recipient -o @/k --name n --owner `" << 2
+        << "--owner should be 1 to 128 printable ASCII characters without \", \\ and `, no blank at "
+           "either end; see velmora-seal --help";
+    for (const auto* bits : {"2047", "8193", "2048x", "-2048", ""})
+        QTest::addRow("bits %s", bits) << QStringLiteral("keygen recipient -o @/k --name n --owner o --bits=") +
+                                              QLatin1String(bits)
+                                       << 2 << "--bits should be 2048 to 8192; see velmora-seal --help";
+}
+
+void SealToolTest::exitStatus() {
+    QFETCH(QString, line);
+    QFETCH(int, exitCode);
+    QFETCH(QString, errors);
+    const auto directory = _installation->path();
+    const auto before = filesBelow(directory);
+    const auto result = seal(argumentsOf(qPrintable(line), directory));
+    QCOMPARE(result.exitCode, exitCode);
+    const auto expected = errors.isEmpty() ? QString() : QStringLiteral("velmora-seal: %1\n").arg(errors);
+    QCOMPARE(QString::fromLocal8Bit(result.errors), QString(expected).replace(QLatin1Char('@'), directory));
+    QCOMPARE(result.output.startsWith("Usage: velmora-seal "), exitCode == 0);
+    QCOMPARE(filesBelow(directory), before);
+}
+
+void SealToolTest::filesAreWholeOrMissing() {
+    const Installation installation;
+    const auto keys = installation.path(QStringLiteral("scripts"));
+    // No file may grow, which fails the write with an error once the signal is ignored.
+    const auto result = runTool(QStringLiteral("/bin/sh"),
+                                {QStringLiteral("-c"), QStringLiteral("trap '' XFSZ; ulimit -f 0; exec \"$0\" \"$@\""),
+                                 QStringLiteral(VELMORA_SEAL_PROGRAM), QStringLiteral("keygen"),
+                                 QStringLiteral("script"), QStringLiteral("-o"), keys});
+    QCOMPARE(result.exitCode, 2);
+    QVERIFY(result.errors.contains("Unable to write file (File too large)"));
+    QCOMPARE(filesBelow(keys), QStringList());
+}
+
+void SealToolTest::noRandomNumbers() {
+    const Installation installation;
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("OPENSSL_CONF"),
+                       installation.write(QStringLiteral("no-random.cnf"),
+                                          "openssl_conf = all\n[all]\nrandom = numbers\n[numbers]\nrandom = NONE\n"));
+    const auto result =
+        seal(argumentsOf("keygen script -o @", installation.path(QStringLiteral("scripts"))), {}, environment);
+    QCOMPARE(result.exitCode, 2);
+    QVERIFY2(result.errors.startsWith("velmora-seal: No random numbers available"), result.errors.constData());
+    QCOMPARE(filesBelow(installation.path(QStringLiteral("scripts"))), QStringList());
+}
