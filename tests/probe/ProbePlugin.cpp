@@ -12,9 +12,9 @@
 
 namespace {
 
-/// Acts inside an unchanged program, in its event loop, as the environment variable VELMORA_PROBE says: "close" closes the
-/// window, "standard", "in-house" and "unrelated" throw an exception of that family out of a slot, and "first-paint" prints
-/// the monotonic time in nanoseconds at which the first window was painted and ends the process.
+/// Acts inside an unchanged program, in its event loop, as the environment variable VELMORA_PROBE says: "close" closes
+/// the window, "standard", "in-house" and "unrelated" throw an exception of that family out of a slot, and
+/// "first-paint" prints the monotonic time in nanoseconds at which the first window was painted and ends the process.
 class Probe : public QObject {
     Q_OBJECT
 

@@ -10,10 +10,30 @@ ArgumentDictionary& ArgumentDictionary::add(std::string_view key, std::string_vi
         throw Brindle::located(Brindle::InvalidRequest("Unsupported character in value"), _caller,
                                {{"key", std::string(key)}, {"value", std::string(value)}});
     }
+    append(key, value);
+    return *this;
+}
+
+ArgumentDictionary& ArgumentDictionary::add(std::string_view key, int value) {
+    append(key, std::to_string(value));
+    return *this;
+}
+
+ArgumentDictionary& ArgumentDictionary::addLiteral(std::string_view key, std::string_view text) {
+    std::string escaped;
+    for (const char character : text) {
+        if (character == '\'')
+            escaped += '\\';
+        escaped += character;
+    }
+    append(key, escaped);
+    return *this;
+}
+
+void ArgumentDictionary::append(std::string_view key, std::string_view text) {
     if (!_items.empty())
         _items += "', '";
-    _items.append(key).append("': '").append(value);
-    return *this;
+    _items.append(key).append("': '").append(text);
 }
 
 std::string ArgumentDictionary::getStatement() const {

@@ -19,10 +19,16 @@ public:
     /// "value".
     ArgumentDictionary& add(std::string_view key, std::string_view value);
 
+    ArgumentDictionary& add(std::string_view key, int value);
+    /// Appends an argument whose text is the program's own and may hold single quotes.
+    ArgumentDictionary& addLiteral(std::string_view key, std::string_view text);
+
     /// The statement, without a line end.
     std::string getStatement() const;
 
 private:
+    void append(std::string_view key, std::string_view text);
+
     Brindle::Location _caller;
     std::string _items;
 };

@@ -133,6 +133,13 @@ QString toLatin1Text(std::string_view bytes) {
     return QString::fromLatin1(bytes.data(), static_cast<int>(bytes.size()));
 }
 
+QString toText(PyObject* text, const Brindle::Location& caller) {
+    if (!PyString_CheckExact(text))
+        throw Brindle::located(Brindle::Fatal("'text' is not a string"), caller);
+    const std::string_view bytes = getBytes(text, caller);
+    return toLatin1Text(bytes.substr(0, bytes.find('\0')));
+}
+
 GeneratedFiles toFiles(PyObject* fileDict, const Brindle::Location& caller) {
     if (!PyDict_CheckExact(fileDict))
         throw Brindle::located(Brindle::Fatal("'fileDict' is not a dictionnary"), caller);
@@ -181,6 +188,10 @@ GeneratorScript::GeneratorScript(const std::string& filename, const Brindle::Loc
     _source = getDecrypted(file.readAll().toStdString());
     if (_source.find('\0') != _source.npos)
         throw Brindle::located(Brindle::Fatal("Script holds a NUL byte"), caller, {{"scriptFilename", filename}});
+}
+
+QString GeneratorScript::generateText(const ArgumentDictionary& arguments) const {
+    return generate(_source, arguments, "text = generate(argDict)", "text", _caller, toText);
 }
 
 GeneratedFiles GeneratorScript::generateFiles(const ArgumentDictionary& arguments) const {

@@ -4,6 +4,8 @@
 
 #include <Brindle/Location.h>
 
+#include <QString>
+
 #include <string>
 
 namespace Velmora {
@@ -23,6 +25,8 @@ public:
     /// deciphered, and what Sealwork throws when it was altered.
     GeneratorScript(const std::string& filename, const Brindle::Location& caller);
 
+    /// Runs "text = generate(argDict)" and returns `text` up to its first NUL, one byte a character (Latin-1).
+    QString generateText(const ArgumentDictionary& arguments) const;
     /// Runs "fileDict = generate(argDict)" and returns `fileDict`.
     GeneratedFiles generateFiles(const ArgumentDictionary& arguments) const;
 

@@ -2,7 +2,12 @@
 
 #include <velmora/APBToSPWLeaf.h>
 #include <velmora/DescriptionView.h>
+#include <velmora/MacFirLeaf.h>
 #include <velmora/SettingsKeys.h>
+#include <velmora/SystolicLeaf.h>
+#include <velmora/TransposeDualLeaf.h>
+#include <velmora/TransposeLeaf.h>
+#include <velmora/TransposeSymmetricLeaf.h>
 
 #include <Brindle/Console.h>
 #include <Brindle/Exception.h>
@@ -58,7 +63,17 @@ void IPLeaf::createDescriptionView() {
 }
 
 void IPLeaf::createConfigurationWidget() {
-    if (isAPBToSPW())
+    if (isOVSystolic())
+        setConfigurationWidget(new SystolicLeaf(this));
+    else if (isOVTranspose())
+        setConfigurationWidget(new TransposeLeaf(this));
+    else if (isOVTransposeDual())
+        setConfigurationWidget(new TransposeDualLeaf(this));
+    else if (isOVTransposeSymmetric())
+        setConfigurationWidget(new TransposeSymmetricLeaf(this));
+    else if (isOVMacFir())
+        setConfigurationWidget(new MacFirLeaf(this));
+    else if (isAPBToSPW())
         setConfigurationWidget(new APBToSPWLeaf(this));
 }
 

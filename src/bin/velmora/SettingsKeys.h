@@ -17,5 +17,17 @@ inline const QString size = QStringLiteral("size");
 // Fields of the generator forms, each below a group named after the form's class.
 inline const QString entity = QStringLiteral("Entity");
 inline const QString path = QStringLiteral("Path");
+inline const QString filepath = QStringLiteral("Filepath");
+inline const QString inputDataWidth = QStringLiteral("InputDataWidth");
+inline const QString outputDataWidth = QStringLiteral("OutputDataWidth");
+inline const QString tapCount = QStringLiteral("TapCount");
+inline const QString dspCount = QStringLiteral("DSPCount");
+inline const QString saturationStage = QStringLiteral("SaturationStage");
+inline const QString coefficientWidth = QStringLiteral("CoefficientWidth");
+inline const QString coefficientMode = QStringLiteral("CoefficientMode");
+inline const QString coefficientCount = QStringLiteral("CoefficientCount");
+inline const QString coefficients = QStringLiteral("Coefficients");
+inline const QString toBeTruncated = QStringLiteral("ToBeTruncated");
+inline const QString clkAux1Pattern = QStringLiteral("ClkAux1Pattern");
 
 } // namespace Velmora::SettingsKeys

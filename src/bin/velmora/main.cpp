@@ -1,11 +1,9 @@
+#include <velmora/Clock.h>
 #include <velmora/MainWindow.h>
 
 #include <Brindle/Console.h>
 #include <Brindle/Exception.h>
-#include <Brindle/QtLabel.h>
 #include <Quillon/Application.h>
-
-#include <QDateTime>
 
 #include <algorithm>
 
@@ -47,8 +45,7 @@ int main(int argc, char** argv) {
     console.print("Running velmora", "");
     console.indent();
     console.openTimer();
-    const QString started = QDateTime::currentDateTime().toString(QStringLiteral("dd/MM/yyyy - hh:mm"));
-    console.print("Started on " + Brindle::getLabel(started), "");
+    console.print("Started on " + Velmora::getDateLabel(), "");
     try {
         return runWindow();
     } catch (const Brindle::Exception& exception) {

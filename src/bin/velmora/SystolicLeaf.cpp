@@ -1,0 +1,38 @@
+#include <velmora/SystolicLeaf.h>
+
+#include <velmora/GeneratorScript.h>
+#include <velmora/HdlGeneration.h>
+#include <velmora/IPLeaf.h>
+
+namespace Velmora {
+
+SystolicLeaf::SystolicLeaf(IPLeaf* ipLeaf)
+    : QWidget(ipLeaf), _ipLeaf(ipLeaf), _form(this, QStringLiteral("SystolicLeaf"), 18) {
+    _form.getForm().addButtons(this, &SystolicLeaf::onReset, &SystolicLeaf::onGenerate);
+    connect(_form.getModeCombo(), SIGNAL(currentIndexChanged(const QString&)), this,
+            SLOT(onCoefficientModeChange(const QString&)));
+    onCoefficientModeChange(_form.getModeCombo()->currentText());
+    load();
+}
+
+SystolicLeaf::~SystolicLeaf() {
+    save();
+}
+
+bool SystolicLeaf::isFullyConfigured() const {
+    FormCheck check;
+    _form.check(check);
+    return check.hasPassed();
+}
+
+QString SystolicLeaf::getFilter() const {
+    return GeneratorScript(_ipLeaf->getScriptFilename(), BRINDLE_HERE).generateText(getArguments());
+}
+
+void SystolicLeaf::onGenerate() {
+    generateHdlFile({this, _form.getForm().getGroup(), _form.getFilter().getEntityName(), "Generating systolic filter",
+                     FailureRules::filter, BRINDLE_HERE, [this] { return isFullyConfigured(); },
+                     [this] { return getFilter(); }});
+}
+
+} // namespace Velmora

@@ -1,0 +1,38 @@
+#include <velmora/TransposeDualLeaf.h>
+
+#include <velmora/GeneratorScript.h>
+#include <velmora/HdlGeneration.h>
+#include <velmora/IPLeaf.h>
+
+namespace Velmora {
+
+TransposeDualLeaf::TransposeDualLeaf(IPLeaf* ipLeaf)
+    : QWidget(ipLeaf), _ipLeaf(ipLeaf), _form(this, QStringLiteral("TransposeDualLeaf"), 18) {
+    _form.getForm().addButtons(this, &TransposeDualLeaf::onReset, &TransposeDualLeaf::onGenerate);
+    connect(_form.getModeCombo(), SIGNAL(currentIndexChanged(const QString&)), this,
+            SLOT(onCoefficientModeChange(const QString&)));
+    onCoefficientModeChange(_form.getModeCombo()->currentText());
+    load();
+}
+
+TransposeDualLeaf::~TransposeDualLeaf() {
+    save();
+}
+
+bool TransposeDualLeaf::isFullyConfigured() const {
+    FormCheck check;
+    _form.check(check);
+    return check.hasPassed();
+}
+
+QString TransposeDualLeaf::getFilter() const {
+    return GeneratorScript(_ipLeaf->getScriptFilename(), BRINDLE_HERE).generateText(getArguments());
+}
+
+void TransposeDualLeaf::onGenerate() {
+    generateHdlFile({this, _form.getForm().getGroup(), _form.getFilter().getEntityName(),
+                     "Generating transpose dual filter", FailureRules::filter, BRINDLE_HERE,
+                     [this] { return isFullyConfigured(); }, [this] { return getFilter(); }});
+}
+
+} // namespace Velmora

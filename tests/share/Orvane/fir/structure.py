@@ -1,0 +1,129 @@
+"""Synthesises a filter and counts what its structure is made of."""
+
+import collections
+import dataclasses
+import json
+import re
+
+from hdl_tools import require, yosys
+from model import ceiling_log2, signed_value
+
+REGISTER_CELLS = re.compile(r"\$s?dff")
+FORBIDDEN_CELLS = re.compile(r"\$(d?latch|adff|aldff|dffsr|sr|tribuf)")
+
+# Adders of up to this many bits are the counters of the control.
+COUNTER_WIDTH = 8
+
+
+@dataclasses.dataclass
+class Counts:
+    multipliers: int
+    adders: int
+    register_bits: int
+    memory_bits: int
+
+
+def marked_products(verilog):
+    """GHDL writes a signed product as one of sign-extended operands; Yosys sees the true widths in signed ones."""
+    return re.sub(r"= (\S+) \* (\S+); // smul", r"= $signed(\1) * $signed(\2); // smul", verilog)
+
+
+def netlist(ghdl, described):
+    """The filter as Yosys sees it, and what GHDL remarked."""
+    verilog, remarks = ghdl.to_verilog(described.entity)
+    require("latch" not in remarks, f"GHDL finds a latch:\n{remarks}")
+    (ghdl.directory / "netlist.v").write_text(marked_products(verilog))
+    yosys(ghdl.directory, [
+        "read_verilog netlist.v", f"hierarchy -check -top {described.entity}", "proc", "flatten", "opt", "wreduce",
+        "opt -full", "wreduce", "opt_clean", "memory_collect", "check -assert", "write_json netlist.json"])
+    modules = json.loads((ghdl.directory / "netlist.json").read_text())["modules"]
+    require(list(modules) == [described.entity], f"the synthesised modules are {', '.join(modules)}")
+    return modules[described.entity]["cells"].values(), remarks
+
+
+def parameter(cell, name):
+    return int(cell["parameters"][name], 2)
+
+
+def counts(cells):
+    found = collections.Counter()
+    for cell in cells:
+        kind = cell["type"]
+        require(not FORBIDDEN_CELLS.match(kind), f"the synthesised filter holds a cell {kind}")
+        if kind == "$mul":
+            found["multipliers"] += 1
+        elif kind in ("$add", "$sub") and parameter(cell, "Y_WIDTH") > COUNTER_WIDTH:
+            found["adders"] += 1
+        elif REGISTER_CELLS.match(kind):
+            found["register_bits"] += parameter(cell, "WIDTH")
+        elif kind == "$mem_v2" and parameter(cell, "WR_PORTS"):
+            found["memory_bits"] += parameter(cell, "WIDTH") * parameter(cell, "SIZE")
+    return Counts(*(found[field.name] for field in dataclasses.fields(Counts)))
+
+
+def is_plain(value):
+    """Whether a multiplication by the value takes a multiplier: no zero and no power of two."""
+    return bin(abs(value)).count("1") > 1
+
+
+def least_multipliers(described):
+    """Multipliers that cannot vanish: those of plain coefficients, equal ones counted once.
+
+    Where the output wraps, only the coefficients' low bits reach it.
+    """
+    if described.coefficients is None:
+        return described.multiplier_count
+    values = described.coefficients
+    if not described.is_limited:
+        values = [signed_value(value, described.truncation + described.output_width) for value in values]
+    clocks = described.clocks_per_sample
+    if clocks > 1:
+        units = [values[first:first + clocks] for first in range(0, described.tap_count, clocks)]
+        return sum(len(set(unit)) > 1 and any(map(is_plain, unit)) for unit in units)
+    return len(set(filter(is_plain, values)))
+
+
+def most_adders(described):
+    if described.is_symmetric:
+        return described.tap_count - 1
+    if described.is_mac:
+        accumulators = described.multiplier_count if described.clocks_per_sample > 1 else 0
+        return accumulators + described.multiplier_count - 1
+    return described.tap_count - 1
+
+
+def most_register_bits(described):
+    """Registers of the structure with sums of full width; memories count as registers."""
+    taps, width, units = described.tap_count, described.input_width, described.multiplier_count
+    product, total = width + described.coefficient_width, described.sum_width
+    coefficient_bits = 0
+    if described.coefficients is None:
+        coefficient_bits = 2 * described.port_coefficient_count * described.coefficient_width
+    if described.is_mac:
+        tree = sum(-(-units // 2**level) for level in range(1, ceiling_log2(units) + 1))
+        control = 16 + 2 * ceiling_log2(described.clocks_per_sample) + ceiling_log2(units) + 4 + 8
+        store = units * described.clocks_per_sample * width
+        return store + 2 * units * product + (units + tree) * total + described.output_width + control
+    if described.is_symmetric:
+        half = taps // 2
+        return coefficient_bits + taps * width + 4 + half * (width + 1) + half * (product + 1) + half * total
+    if described.is_dual:
+        return coefficient_bits + width + 3 + taps * product + (2 * taps - 1) * total + 5
+    if described.kind == "systolic_fir":
+        return coefficient_bits + (2 * taps - 1) * width + taps + 2 + taps * product + taps * total
+    return coefficient_bits + width + 3 + taps * product + taps * total
+
+
+def check_structure(ghdl, described):
+    """Compares the counts with what the kind promises and returns them."""
+    cells, remarks = netlist(ghdl, described)
+    found = counts(cells)
+    least, most = least_multipliers(described), described.multiplier_count
+    require(least <= found.multipliers <= most, f"{found.multipliers} multipliers, not {least} to {most}")
+    require(found.adders <= most_adders(described), f"{found.adders} wide adders, more than {most_adders(described)}")
+    bits = found.register_bits + found.memory_bits
+    require(bits <= most_register_bits(described), f"{bits} register bits, more than {most_register_bits(described)}")
+    if described.is_mac and described.clocks_per_sample > 1:
+        memory_count = remarks.count("found RAM")
+        require(memory_count == most, f"{memory_count} memories found for {most} units")
+    return found
