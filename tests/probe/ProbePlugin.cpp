@@ -1,16 +1,21 @@
 #include <Brindle/Exception.h>
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QEvent>
+#include <QFile>
 #include <QGenericPlugin>
+#include <QMainWindow>
 #include <QTimer>
-#include <QWidget>
+#include <QTreeView>
 
 #include <cstdio>
 #include <ctime>
 #include <stdexcept>
 
 namespace {
+
+constexpr int settlingTime = 1500; // ms that a page gets to load and draw itself
 
 /// Acts inside an unchanged program, in its event loop, as the environment variable VELMORA_PROBE says: "close" closes
 /// the window, "standard", "in-house" and "unrelated" throw an exception of that family out of a slot, and
@@ -23,6 +28,8 @@ public:
         const QByteArray action = qgetenv("VELMORA_PROBE");
         if (action == "first-paint")
             qApp->installEventFilter(this);
+        else if (action == "screenshot")
+            QTimer::singleShot(0, this, &Probe::prepareScreenshot);
         else
             QTimer::singleShot(0, this, [action] { act(action); });
     }
@@ -44,6 +51,34 @@ private:
             throw Brindle::located(Brindle::Critical("in-house text"), BRINDLE_HERE);
         else
             throw 7;
+    }
+
+    void prepareScreenshot() {
+        QWidget* window = getMainWindow();
+        const QStringList size = QString::fromLatin1(qgetenv("VELMORA_PROBE_SIZE")).split('x');
+        window->resize(size.at(0).toInt(), size.at(1).toInt());
+        window->findChild<QAbstractButton*>(QString::fromLatin1(qgetenv("VELMORA_PROBE_PAGE")))->click();
+        if (const QString ip = QString::fromLatin1(qgetenv("VELMORA_PROBE_IP")); !ip.isEmpty()) {
+            auto* tree = window->findChild<QTreeView*>(QStringLiteral("treeView"));
+            const QModelIndex root = tree->model()->index(0, 0);
+            tree->setCurrentIndex(
+                tree->model()->match(root, Qt::DisplayRole, ip, 1, Qt::MatchExactly | Qt::MatchRecursive).at(0));
+        }
+        QTimer::singleShot(settlingTime, this, &Probe::saveScreenshot);
+    }
+
+    static void saveScreenshot() {
+        if (!getMainWindow()->grab().save(QFile::decodeName(qgetenv("VELMORA_PROBE_FILE"))))
+            qFatal("the screenshot cannot be saved");
+        std::_Exit(0);
+    }
+
+    static QWidget* getMainWindow() {
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            if (qobject_cast<QMainWindow*>(widget))
+                return widget;
+        }
+        qFatal("there is no window");
     }
 
     static void reportTime() {

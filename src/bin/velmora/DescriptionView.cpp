@@ -4,7 +4,10 @@
 
 #include <Brindle/Theme.h>
 
+#include <QApplication>
 #include <QFileInfo>
+#include <QFontDatabase>
+#include <QFontInfo>
 #include <QWebPage>
 #include <QWebSettings>
 
@@ -14,16 +17,23 @@ namespace Velmora {
 
 namespace {
 
-/// The theme's colours as a user style sheet, in the form that the web settings take.
-QUrl userStyleSheet() {
-    const Brindle::Theme& theme = Brindle::theme;
-    const QString css =
-        QStringLiteral("html { background: %1; } body { color: %2; } a { color: %3; } "
-                       "h1, h2, h3, h4, th { color: %2; } th, td, hr { border-color: %4; } "
-                       "th { background: %5; } pre, code { color: %2; background: %6; border-color: %4; }")
-            .arg(theme.getColorName("surface"), theme.getColorName("text"), theme.getColorName("accent"),
-                 theme.getColorName("border"), theme.getColorName("row_hover"), theme.getColorName("background_text"));
-    return QUrl(QStringLiteral("data:text/css;charset=utf-8;base64,") + QString::fromLatin1(css.toUtf8().toBase64()));
+constexpr int textSize = 14; // pixels
+
+/// The theme's colours, and scroll bars as the rest of the window has them, as a user style sheet.
+QString getStyleSheet() {
+    QString css = QStringLiteral("html { background: @surface@; }"
+                                 "body, h1, h2, h3, h4, th, pre, code { color: @text@; }"
+                                 "a { color: @link@; }"
+                                 "th, td, hr, pre, code { border-color: @border@; }"
+                                 "th { background: @row_hover@; }"
+                                 "pre, code { background: @background_text@; }"
+                                 "::-webkit-scrollbar { width: 12px; height: 12px; background: @surface@; }"
+                                 "::-webkit-scrollbar-thumb { background: @outline@; border: 2px solid @surface@;"
+                                 " border-radius: 6px; min-height: 24px; }"
+                                 "::-webkit-scrollbar-corner { background: @surface@; }");
+    for (const char* name : {"surface", "text", "link", "border", "row_hover", "background_text", "outline"})
+        css.replace(QStringLiteral("@%1@").arg(name), Brindle::theme.getColorName(name));
+    return css;
 }
 
 /// What holds for every page.
@@ -33,7 +43,12 @@ void applyGlobalSettings() {
                                  QWebSettings::PluginsEnabled, QWebSettings::LocalStorageEnabled}) {
         web->setAttribute(attribute, false);
     }
-    web->setUserStyleSheetUrl(userStyleSheet());
+    web->setFontFamily(QWebSettings::StandardFont, QFontInfo(QApplication::font()).family());
+    web->setFontFamily(QWebSettings::FixedFont, QFontDatabase::systemFont(QFontDatabase::FixedFont).family());
+    web->setFontSize(QWebSettings::DefaultFontSize, textSize);
+    web->setFontSize(QWebSettings::DefaultFixedFontSize, textSize);
+    web->setUserStyleSheetUrl(
+        QUrl("data:text/css;charset=utf-8;base64," + QString::fromLatin1(getStyleSheet().toUtf8().toBase64())));
 }
 
 } // namespace
