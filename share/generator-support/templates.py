@@ -3,15 +3,19 @@
 import re
 
 
+def renameParts(template, newNames):
+    """The template with names, or parts joined by "_" in names, replaced as the dictionary 'newNames' says."""
+    pattern = r'(?<![A-Za-z0-9])(%s)(?![A-Za-z0-9])' % '|'.join(re.escape(name) for name in newNames)
+    return re.sub(pattern, lambda match: newNames[match.group(1)], template)
+
+
 def renameEntity(template, defaultName, name):
     """The template with the entity 'defaultName' called 'name'.
 
     The default name may have parts joined to it by "_" (as in NAME_pkg or tb_NAME). Where it stands in upper
     case, as in the macros of a Verilog header, the new name is put in upper case, too.
     """
-    newNames = {defaultName: name, defaultName.upper(): name.upper()}
-    pattern = r'(?<![A-Za-z0-9])(%s|%s)(?![A-Za-z0-9])' % (defaultName, defaultName.upper())
-    return re.sub(pattern, lambda match: newNames[match.group(1)], template)
+    return renameParts(template, {defaultName: name, defaultName.upper(): name.upper()})
 
 
 def replaceLine(template, line, replacement):

@@ -100,7 +100,8 @@ def check_simulation(ghdl, described, stimulus, *options):
     for pins in simulate(ghdl, described, stimulus, *options):
         judge.see(pins)
     require(not judge.due, f"{len(judge.due)} outputs are missing at the end")
-    return f"{judge.output_count} outputs, {judge.edge} edges, {judge.reset_count} of them reset, standard {ghdl.standard}"
+    return (f"{judge.output_count} outputs, {judge.edge} edges, {judge.reset_count} of them reset, "
+            f"standard {ghdl.standard}")
 
 
 def check_netlist(directory, described, stimulus):

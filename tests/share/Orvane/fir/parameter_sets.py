@@ -13,6 +13,24 @@ import re
 
 KINDS = ["systolic_fir", "transpose_fir", "transpose_dual_fir", "transpose_symmetric_fir", "mac_fir"]
 
+# Fixed sets that no run leaves out.
+ALWAYS = ("smallest", "reference", "largest", "input_many", "wide_negative", "one_clock")
+
+SETTINGS_KEYS = {
+    "entity": "Entity",
+    "input_width": "InputDataWidth",
+    "output_width": "OutputDataWidth",
+    "tap_count": "TapCount",
+    "dsp_count": "DSPCount",
+    "saturation": "SaturationStage",
+    "coefficient_width": "CoefficientWidth",
+    "mode": "CoefficientMode",
+    "coefficient_count": "CoefficientCount",
+    "coefficients": "Coefficients",
+    "truncation": "ToBeTruncated",
+    "pattern": "ClkAux1Pattern",
+}
+
 APPLICATION = "Velmora"
 DATE = "09/04/2026 - 16:05"
 
@@ -55,6 +73,10 @@ class ParameterSet:
 
     def arguments(self):
         return argument_dictionary(self.form)
+
+    def fields(self):
+        """The form's fields by their keys in the program's settings."""
+        return {SETTINGS_KEYS[field]: value for field, value in dataclasses.asdict(self.form).items()}
 
 
 def hexadecimal(value, bit_count):
@@ -153,6 +175,8 @@ def streaming_sets(kind):
         "beyond_the_sum": StreamingForm("sign_only", 8, 14, 8, truncation=36, coefficients=joined(small)),
         "sign_extended": StreamingForm("wide_output", 9, 40, 9, truncation=10,
                                        coefficients=joined(mirrored(kind, plain_values(6, 9)))),
+        "wide_negative": StreamingForm("wide_negative", 18, 45, 24,
+                                       coefficients=joined(mirrored(kind, [-3, -5000001, 99, -8388607, -7, 11]))),
         "low_bits": StreamingForm("wrapping", 11, 8, 13, coefficients=joined(mirrored(kind, plain_values(10, 13)))),
         "digit_counts": StreamingForm("x1_y2", 13, 17, 11, truncation=5,
                                       coefficients=joined(mirrored(kind, digits), " ;\n")),
@@ -178,6 +202,7 @@ def mac_sets():
         "smallest_limited": MacForm("limited_bits", 1, 1, 5, 2, "Enable", 1, "-1, -1, 0, -1", 1, "0101010101010101"),
         "reference": MacForm("reference_fir", 12, 10, 10, 3, "Enable", 10, low_pass, 9),
         "one_clock": MacForm("one_clock", 12, 12, 20, 20, "Enable", 11, joined(plain_values(20, 11)), 10),
+        "wide_negative": MacForm("wide_negative", 18, 16, 6, 6, "Enable", 18, "-3, -99999, -5, 77777, -131071, -7", 20),
         "spare_units": MacForm("spare", 10, 16, 6, 20, "Disable", 8, joined(plain_values(6, 8)), 2),
         "five_of_eight": MacForm("five_of_eight", 9, 11, 10, 8, "Enable", 9, low_pass, 6, "1111000011110000"),
         "one_unit": MacForm("one_unit", 8, 8, 4, 1, "Enable", 8, "127, -128, 127, -128", 7),
@@ -227,7 +252,8 @@ def random_mac_set(choice, number):
     form = MacForm(f"random_{number}", choice.randint(1, 18), output_width, tap_count, choice.randint(1, 20),
                    choice.choice(["Enable", "Disable"]), coefficient_width,
                    joined(literal(choice, value, coefficient_width) for value in values),
-                   choice.randint(0, min(largest_truncation, 50 - output_width)), format(choice.getrandbits(16), "016b"))
+                   choice.randint(0, min(largest_truncation, 50 - output_width)),
+                   format(choice.getrandbits(16), "016b"))
     return ParameterSet("mac_fir", f"random_{number}", form)
 
 
@@ -236,10 +262,10 @@ def parameter_sets(kind, seed, is_long):
     choice = random.Random(f"{kind} {seed}")
     sets = mac_sets() if kind == "mac_fir" else streaming_sets(kind)
     if not is_long:
-        always = [each for each in sets if each.name in ("smallest", "reference", "largest", "input_many", "one_clock")]
+        always = [each for each in sets if each.name in ALWAYS]
         others = [each for each in sets if each not in always]
-        sets = always + choice.sample(others, 4)
-    for number in range(30 if is_long else 2):
+        sets = always + choice.sample(others, 5)
+    for number in range(30 if is_long else 3):
         sets.append(random_mac_set(choice, number) if kind == "mac_fir" else random_streaming_set(kind, choice, number))
     return sets
 

@@ -1,9 +1,12 @@
 #!/usr/bin/env python3
-"""Generates all parameter sets of the FIR filters with the joined scripts and checks every filter."""
+"""Generates parameter sets of the FIR filters, with the program's own forms or with the joined scripts alone, and checks
+every filter."""
 
 import argparse
+import os
 import pathlib
 import random
+import re
 import sys
 import tempfile
 import time
@@ -17,22 +20,46 @@ from check import check
 from hdl_tools import CheckFailed, require
 from model import Mismatch
 from parameter_sets import KINDS, parameter_sets
+from program import Program, add_options
 
 
-def check_kind(kind, directory, seed, is_long):
-    """Number of filters checked and of those that failed."""
-    sets = parameter_sets(kind, seed, is_long)
-    script = directory / f"{kind}.py"
+def generate_with_scripts(kind, sets, paths):
+    """Writes the filters and tells for each the errors that the script reported."""
+    script = paths[0].parent / f"{kind}.py"
     generator.join(generator.ROOT / "share/velmora/Orvane" / kind, script)
     results = generator.generate(script, [each.arguments() for each in sets])
-    failures = 0
-    for each, (text, errors, _) in zip(sets, results):
-        print(f"{kind} {each.name}: {each.form}", flush=True)
-        path = directory / f"{kind}_{each.name}.vhd"
+    for path, (text, _, _) in zip(paths, results):
         path.write_text(text)
+    return [errors for _, errors, _ in results]
+
+
+def generate_with_program(program, kind, sets, paths):
+    """The same with the program's forms."""
+    jobs = [("Orvane/" + kind, each.fields(), path) for each, path in zip(sets, paths)]
+    return [[line for line in lines if line.startswith("E: ")] for lines in program.generate(jobs)]
+
+
+def arguments_of(each, path, program):
+    """The arguments that the file was generated with; the program took its date from the clock."""
+    arguments = each.arguments()
+    if program:
+        dates = re.findall(r"\d\d/\d\d/\d{4} - \d\d:\d\d", path.read_text())
+        require(len(dates) == 1, f"the file shows the dates {dates}")
+        arguments["%%DATE%%"] = dates[0]
+    return arguments
+
+
+def check_kind(kind, directory, program, seed, is_long):
+    """Number of filters checked and of those that failed."""
+    sets = parameter_sets(kind, seed, is_long)
+    paths = [directory / f"{kind}_{each.name}.vhd" for each in sets]
+    reported = generate_with_program(program, kind, sets, paths) if program else generate_with_scripts(kind, sets, paths)
+    failures = 0
+    for each, path, errors in zip(sets, paths, reported):
+        print(f"{kind} {each.name}: {each.form}", flush=True)
         try:
             require(not errors, f"the script reports {errors}")
-            check(kind, path, each.arguments(), seed, is_long)
+            check(kind, path, arguments_of(each, path, program), seed, is_long)
         except (CheckFailed, Mismatch) as fault:
             print(f"FAILED {kind} {each.name}: {fault}", flush=True)
             failures += 1
@@ -45,12 +72,15 @@ def main():
     length.add_argument("--quick", action="store_true", help="a choice of the sets (the default)")
     length.add_argument("--long", action="store_true", help="all sets, more of the random ones, more samples")
     parser.add_argument("--kind", choices=KINDS, action="append", help="only this kind")
+    add_options(parser)
     parser.add_argument("--seed", type=int, default=random.randrange(2**31))
     options = parser.parse_args()
     print(f"seed {options.seed}")
+    program = Program(options.driver, options.prefix) if options.driver else None
+    is_long = options.long or bool(os.environ.get("VELMORA_LONG_TESTS"))
     start = time.monotonic()
     with tempfile.TemporaryDirectory() as scratch:
-        totals = [check_kind(kind, pathlib.Path(scratch), options.seed, options.long)
+        totals = [check_kind(kind, pathlib.Path(scratch), program, options.seed, is_long)
                   for kind in options.kind or KINDS]
     filters, failures = map(sum, zip(*totals))
     print(f"{filters} filters, {failures} failed, seed {options.seed}, {time.monotonic() - start:.0f} s")

@@ -7,8 +7,6 @@ import random
 
 from model import signed_value
 
-FOREVER = 1000000
-
 
 class Stimulus:
     """Collects the lines for one filter and the coefficient sets that they put on the port."""
@@ -43,8 +41,10 @@ class Stimulus:
     def any_sample(self):
         return self.random.choice([self.lowest, self.highest] + 6 * [self.random.randint(self.lowest, self.highest)])
 
-    def clock(self, rst, din_valid, sample, patience=FOREVER):
+    def clock(self, rst, din_valid, sample, patience=None):
+        """One line; the default patience is more than any filter that works needs."""
         width = self.filter.input_width
+        patience = patience or 2 * self.filter.clocks_per_sample + 8
         self.lines.append(f"T {rst} {din_valid} {patience} {format(sample & ((1 << width) - 1), f'0{width}b')}")
 
     def idle(self, count):

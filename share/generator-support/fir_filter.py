@@ -1,0 +1,121 @@
+# What the generators of all FIR filters have in common: arguments, reports, header, ports and widths.
+
+FIR_SCRIPT_VERSION = '1.0.0'
+
+
+class FirFilter(object):
+    """A filter described by the argument dictionary; each kind derives from it.
+
+    A kind has the attributes ipName and structure, which the header shows, and the methods that raise
+    NotImplementedError here.
+    """
+
+    def __init__(self, argDict):
+        arguments = dict((key, printableText(value)) for key, value in argDict.items())
+        self.entityName = arguments['%%ENTITY_NAME%%']
+        self.application = arguments['%%APPLICATION%%']
+        self.date = arguments['%%DATE%%']
+        self.inputWidth = int(arguments['%%INPUT_DATA_WIDTH%%'])
+        self.outputWidth = int(arguments['%%OUTPUT_DATA_WIDTH%%'])
+        self.coefficientWidth = int(arguments['%%COEF_WIDTH%%'])
+        self.truncatedBits = int(arguments['%%TO_BE_TRUNCATED%%'])
+        self.tapCount = int(arguments['%%N_TAPS%%'])
+        self.readCoefficients(arguments)
+
+    def readCoefficients(self, arguments):
+        """Reads what is particular to the kind, the list 'coefficients' above all."""
+        raise NotImplementedError
+
+    def problems(self):
+        """Sentences that say why the filter cannot be generated; none if it can."""
+        raise NotImplementedError
+
+    def remarks(self):
+        """Sentences on what the designer should know about the filter."""
+        return coefficientRemarks(self.coefficients)
+
+    def latency(self):
+        """Clocks from the edge that takes a sample to the edge that sees its result."""
+        raise NotImplementedError
+
+    def throughput(self):
+        return '1 sample per clock'
+
+    def sumWidth(self):
+        """Bits of the sums of products."""
+        raise NotImplementedError
+
+    def designText(self):
+        """The filter's VHDL without the header."""
+        raise NotImplementedError
+
+    def generate(self):
+        """The VHDL text; what is wrong or worth knowing goes to the console."""
+        problems = self.nameProblems() + self.problems()
+        for problem in problems:
+            printError(problem)
+        if problems:
+            return ''.join(failureComment(problem) for problem in problems)
+        for remark in self.remarks():
+            printText(remark)
+        return headerComment(self.headerEntries()) + '\n' + self.designText()
+
+    def nameProblems(self):
+        problem = entityNameProblem('Entity name', self.entityName, [self.entityName], ())
+        if problem is None:
+            return []
+        return [problem if self.entityName in problem else '%s It is "%s".' % (problem, self.entityName)]
+
+    def headerEntries(self):
+        return [
+            ('IP', '%s (%s)' % (self.ipName, self.structure)),
+            ('Entity', self.entityName),
+            ('Generator', FIR_SCRIPT_VERSION),
+            ('Application', self.application),
+            ('Date', self.date),
+            ('Input Data width', self.inputWidth),
+            ('Output Data width', self.outputWidth),
+            ('Coefficient width', self.coefficientWidth),
+            ('LSB To Be Truncated', self.truncatedBits),
+        ] + self.kindEntries() + [
+            ('Latency', '%d clocks' % self.latency()),
+            ('Throughput', self.throughput()),
+        ] + self.coefficientEntries()
+
+    def kindEntries(self):
+        """Header entries of the parameters that not all kinds have."""
+        raise NotImplementedError
+
+    def coefficientEntries(self):
+        """Header entries of the coefficients, one for each tap."""
+        return [('Coefficient %d' % tap, coefficient) for tap, coefficient in enumerate(self.coefficients)]
+
+    def ports(self):
+        """(name, direction, width or None for a single bit, comment or '') of each port."""
+        return [
+            ('clk', 'in', None, ''),
+            ('rst', 'in', None, 'synchronous, active high'),
+            ('din_valid', 'in', None, 'din holds a sample'),
+            ('din', 'in', self.inputWidth, 'sample, signed'),
+            ('dout_valid', 'out', None, 'dout holds a result'),
+            ('dout', 'out', self.outputWidth, 'result, signed'),
+        ]
+
+    def constants(self):
+        """Values of the template's constants that all kinds share."""
+        sumWidth = self.sumWidth()
+        return {
+            'INPUT_WIDTH': self.inputWidth,
+            'OUTPUT_WIDTH': self.outputWidth,
+            'COEFFICIENT_WIDTH': self.coefficientWidth,
+            'TRUNCATED_BITS': self.truncatedBits,
+            'SUM_WIDTH': sumWidth,
+            'FULL_WIDTH': max(sumWidth, self.truncatedBits + self.outputWidth),
+        }
+
+
+def printableText(text):
+    """The text with a "?" for every character that is not printable ASCII, and for every backquote."""
+    if isinstance(text, str):
+        text = text.decode('utf-8', 'replace')
+    return str(''.join(character if ' ' <= character <= '~' and character != '`' else '?' for character in text))

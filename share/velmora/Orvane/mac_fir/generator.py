@@ -1,0 +1,164 @@
+# Generator of the IP "Mac fir".
+
+
+class MacFir(FirFilter):
+    """Filter of 'unitCount' multipliers, each of which serves 'stepCount' taps in turn."""
+
+    ipName = 'Mac fir'
+    structure = 'multiply-accumulate FIR filter'
+
+    def readCoefficients(self, arguments):
+        self.dspCount = int(arguments['%%DSP_COUNT%%'])
+        self.hasSaturation = arguments['%%SATURATION_STAGE%%'].lower() == 'true'
+        self.auxiliaryPattern = arguments['%%CLK_AUX1_PATTERN%%']
+        self.coefficients = firCoefficients(arguments['%%COEFS%%'], self.coefficientWidth)
+        self.stepCount = ceilingQuotient(self.tapCount, self.dspCount)
+        self.unitCount = ceilingQuotient(self.tapCount, self.stepCount)
+        self.treeLevels = ceilingLog2(self.unitCount)
+
+    def problems(self):
+        problems = coefficientProblems(self.coefficients)
+        if len(self.coefficients) > self.tapCount:
+            problems.append('Tap count: %d is less than the %d coefficients given, enter at least %d.'
+                            % (self.tapCount, len(self.coefficients), len(self.coefficients)))
+        return problems
+
+    def remarks(self):
+        remarks = FirFilter.remarks(self)
+        missing = self.tapCount - len(self.coefficients)
+        if missing:
+            remarks.append('Coefficients: %d given for %d taps, the last %d are zero'
+                           % (len(self.coefficients), self.tapCount, missing))
+        if self.unitCount < self.dspCount:
+            remarks.append('DSP count: %d of %d are used, more would not make the filter faster'
+                           % (self.unitCount, self.dspCount))
+        return remarks
+
+    def latency(self):
+        return self.stepCount + self.treeLevels + 4
+
+    def throughput(self):
+        return '1 sample per %d clocks' % self.stepCount if self.stepCount > 1 else FirFilter.throughput(self)
+
+    def sumWidth(self):
+        return max(self.inputWidth + self.coefficientWidth, self.reachedWidth())
+
+    def reachedWidth(self):
+        return widthOfSum([coefficient.value for coefficient in self.coefficients], self.inputWidth)
+
+    def needsLimits(self):
+        """Whether a result can lie beyond the output's range and is to be limited."""
+        return self.hasSaturation and self.reachedWidth() > self.truncatedBits + self.outputWidth
+
+    def kindEntries(self):
+        saturation = 'Enable' if self.hasSaturation else 'Disable'
+        if self.hasSaturation and not self.needsLimits():
+            saturation += ' (but every result fits)'
+        return [
+            ('Tap count', self.tapCount),
+            ('DSP count', '%d, %d used' % (self.dspCount, self.unitCount)),
+            ('Saturation stage', saturation),
+            ('Auxiliary clock WFG pattern', self.auxiliaryPattern),
+        ]
+
+    def coefficientEntries(self):
+        missing = range(len(self.coefficients), self.tapCount)
+        return FirFilter.coefficientEntries(self) + [('Coefficient %d' % tap, 'not given = 0') for tap in missing]
+
+    def ports(self):
+        ports = FirFilter.ports(self)
+        insertPort(ports, 'din_valid', ('din_ready', 'out', None, 'the sample is taken at this edge'))
+        return ports + [('clk_aux1', 'out', None, 'auxiliary clock')]
+
+    def designText(self):
+        isParallel = self.stepCount == 1
+        templateName = 'mac_fir_parallel.vhd' if isParallel else 'mac_fir.vhd'
+        blocks = {
+            'ports': portLines(self.ports()),
+            'coefficients': self.coefficientLines(isParallel),
+            'tree signals': self.treeSignalLines(),
+            'adder tree': self.adderTreeLines(),
+        }
+        if not self.needsLimits():
+            blocks['output stage'] = UNLIMITED_OUTPUT_STAGE
+        text = fillBlocks(filterTemplate(templateName, self.entityName), blocks)
+        constants = dict(
+            self.constants(), UNIT_COUNT=self.unitCount, TREE_LEVELS=self.treeLevels,
+            AUX_PATTERN='"%s"' % self.auxiliaryPattern)
+        if not isParallel:
+            constants['STEP_COUNT'] = self.stepCount
+        return setConstants(text, constants)
+
+    def coefficientLines(self, isParallel):
+        taps = range(self.unitCount * self.stepCount)
+        comments = [self.tapComment(tap) for tap in taps]
+        values = [self.tapValue(tap) for tap in taps]
+        if isParallel:
+            return ['constant coefficients : coefficient_list := ('] + indented(
+                coefficientElements(values, self.coefficientWidth, comments)) + [');']
+        lines = []
+        for unit in range(self.unitCount):
+            own = slice(unit * self.stepCount, (unit + 1) * self.stepCount)
+            lines.append('%d => (' % unit)
+            lines += indented(coefficientElements(values[own], self.coefficientWidth, comments[own]))
+            lines.append('),')
+        lines[-1] = ')'
+        return ['constant coefficients : coefficient_table := ('] + indented(lines) + [');']
+
+    def tapValue(self, tap):
+        return self.coefficients[tap].value if tap < len(self.coefficients) else 0
+
+    def tapComment(self, tap):
+        return 'tap %d: %d' % (tap, self.tapValue(tap)) if tap < self.tapCount else 'no tap'
+
+    def treeWidths(self):
+        """Sums of each level of the adder tree, the units' own sums first."""
+        widths = [self.unitCount]
+        while widths[-1] > 1:
+            widths.append(ceilingQuotient(widths[-1], 2))
+        return widths
+
+    def treeSignalLines(self):
+        return ["signal level_%d : sum_list(0 to %d) := (others => (others => '0'));" % (level, width - 1)
+                for level, width in enumerate(self.treeWidths()) if level > 0]
+
+    def adderTreeLines(self):
+        widths = self.treeWidths()
+        names = ['unit_sums'] + ['level_%d' % level for level in range(1, len(widths))]
+        total = 'total <= resize(%s(0), FULL_WIDTH);' % names[-1]
+        if len(widths) == 1:
+            return [total]
+        sums = []
+        for level in range(1, len(widths)):
+            for target in range(widths[level]):
+                operands = ['%s(%d)' % (names[level - 1], source)
+                            for source in (2 * target, 2 * target + 1) if source < widths[level - 1]]
+                sums.append('%s(%d) <= %s;' % (names[level], target, ' + '.join(operands)))
+        return [
+            'adder_tree : process (clk)',
+            'begin',
+            '  if rising_edge(clk) then',
+        ] + ['    ' + line for line in sums] + [
+            '  end if;',
+            'end process adder_tree;',
+            '',
+            total,
+        ]
+
+
+UNLIMITED_OUTPUT_STAGE = [
+    'output_stage : process (clk)',
+    'begin',
+    '  if rising_edge(clk) then',
+    '    result <= total(OUTPUT_MSB downto TRUNCATED_BITS);',
+    '  end if;',
+    'end process output_stage;',
+]
+
+
+def ceilingQuotient(dividend, divisor):
+    return -(-dividend // divisor)
+
+
+def generate(argDict):
+    return MacFir(argDict).generate()

@@ -1,0 +1,256 @@
+library ieee;
+use ieee.std_logic_1164.all;
+use ieee.numeric_std.all;
+
+entity mac_fir is
+  port (
+    -- begin ports
+    clk        : in  std_logic;
+    rst        : in  std_logic;                     -- synchronous, active high
+    din_valid  : in  std_logic;                     -- din holds a sample
+    din_ready  : out std_logic;                     -- the sample is taken at this edge
+    din        : in  std_logic_vector(11 downto 0); -- sample, signed
+    dout_valid : out std_logic;                     -- dout holds a result
+    dout       : out std_logic_vector(9 downto 0);  -- result, signed
+    clk_aux1   : out std_logic                      -- auxiliary clock
+    -- end ports
+  );
+end entity mac_fir;
+
+-- Each unit multiplies and accumulates STEP_COUNT taps, one per clock; a tree of adders then sums up the units.
+--
+--   din -> memory of unit 0 ------> memory of unit 1 ------> ...
+--               |                        |
+--          multiplier               multiplier
+--               |                        |
+--          accumulator              accumulator
+--               |                        |
+--               +------ adder tree ------+-------- ... -> output stage -> dout
+--
+-- The memories are circular. A new sample goes where the oldest one of unit 0 is, that one goes where the oldest one
+-- of unit 1 is, and so on. Reading then runs from the newest sample of every unit to its oldest, where it waits.
+architecture rtl of mac_fir is
+
+  constant INPUT_WIDTH       : positive := 12;
+  constant OUTPUT_WIDTH      : positive := 10;
+  constant COEFFICIENT_WIDTH : positive := 10;
+  constant STEP_COUNT        : positive := 4;
+  constant UNIT_COUNT        : positive := 3;
+  constant TREE_LEVELS       : natural  := 2;
+  constant TRUNCATED_BITS    : natural  := 9;
+  constant PRODUCT_WIDTH     : positive := INPUT_WIDTH + COEFFICIENT_WIDTH;
+  constant SUM_WIDTH         : positive := 22; -- holds every sum
+  constant FULL_WIDTH        : positive := 22; -- of the total, extended to the output's highest bit
+  constant AUX_PATTERN       : std_logic_vector(15 downto 0) := "1000000000000000";
+
+  constant LAST_STEP  : natural := STEP_COUNT - 1;
+  constant OUTPUT_MSB : natural := TRUNCATED_BITS + OUTPUT_WIDTH - 1;
+
+  type sample_list is array (natural range <>) of signed(INPUT_WIDTH - 1 downto 0);
+  type coefficient_list is array (natural range <>) of signed(COEFFICIENT_WIDTH - 1 downto 0);
+  type product_list is array (0 to UNIT_COUNT - 1) of signed(PRODUCT_WIDTH - 1 downto 0);
+  type sum_list is array (natural range <>) of signed(SUM_WIDTH - 1 downto 0);
+
+  -- The coefficients of a unit by step.
+  type coefficient_table is array (0 to UNIT_COUNT - 1) of coefficient_list(0 to LAST_STEP);
+
+  -- begin coefficients
+  constant coefficients : coefficient_table := (
+    0 => (
+      0 => "0000000101", -- tap 0: 5
+      1 => "1111110001", -- tap 1: -15
+      2 => "1111100010", -- tap 2: -30
+      3 => "0001101110"  -- tap 3: 110
+    ),
+    1 => (
+      0 => "0101001010", -- tap 4: 330
+      1 => "0101001010", -- tap 5: 330
+      2 => "0001101110", -- tap 6: 110
+      3 => "1111100010"  -- tap 7: -30
+    ),
+    2 => (
+      0 => "1111110001", -- tap 8: -15
+      1 => "0000000101", -- tap 9: 5
+      2 => "0000000000", -- no tap
+      3 => "0000000000"  -- no tap
+    )
+  );
+  -- end coefficients
+
+  -- Control. After a reset, clearing writes zeros to the memories; after a new sample, reading walks through them.
+  signal clearing : std_logic                    := '1';
+  signal reading  : std_logic                    := '0';
+  signal ready    : std_logic                    := '0';
+  signal step     : natural range 0 to LAST_STEP := 0;
+  signal address  : natural range 0 to LAST_STEP := 0;
+  signal accept   : std_logic;
+  signal store    : std_logic;
+
+  -- Flags that go with the operands (0) and the products (1): a step's, and the first step's of a sample.
+  signal active : std_logic_vector(0 to 1) := "00";
+  signal first  : std_logic_vector(0 to 1) := "00";
+
+  -- Goes with the last operands of a sample, their products, the unit sums, the levels of the tree and the result.
+  signal last : std_logic_vector(0 to TREE_LEVELS + 3) := (others => '0');
+
+  signal newest    : sample_list(0 to UNIT_COUNT - 1);
+  signal stored    : sample_list(0 to UNIT_COUNT - 1);
+  signal samples   : sample_list(0 to UNIT_COUNT - 1)      := (others => (others => '0'));
+  signal factors   : coefficient_list(0 to UNIT_COUNT - 1) := (others => (others => '0'));
+  signal products  : product_list                          := (others => (others => '0'));
+  signal unit_sums : sum_list(0 to UNIT_COUNT - 1)         := (others => (others => '0'));
+  signal total     : signed(FULL_WIDTH - 1 downto 0);
+  signal result    : signed(OUTPUT_WIDTH - 1 downto 0)     := (others => '0');
+
+  -- begin tree signals
+  signal level_1 : sum_list(0 to 1) := (others => (others => '0'));
+  signal level_2 : sum_list(0 to 0) := (others => (others => '0'));
+  -- end tree signals
+
+  signal pattern : std_logic_vector(15 downto 0) := AUX_PATTERN;
+
+begin
+
+  accept <= din_valid and ready;
+  store  <= accept or clearing;
+
+  -- A sample is accepted when idle or at the last step of the one before. At rest, step and address stay at the last
+  -- step, where the address is that of the oldest samples.
+  control : process (clk)
+  begin
+    if rising_edge(clk) then
+      if rst = '1' then
+        clearing <= '1';
+        reading  <= '0';
+        ready    <= '0';
+        step     <= 0;
+        address  <= 0;
+      elsif accept = '1' then
+        reading <= '1';
+        ready   <= '0';
+        step    <= 0;
+      elsif step = LAST_STEP then
+        clearing <= '0';
+        reading  <= '0';
+        ready    <= '1';
+      else
+        step <= step + 1;
+        if step = LAST_STEP - 1 then
+          ready <= reading;
+        end if;
+        if address = 0 then
+          address <= LAST_STEP;
+        else
+          address <= address - 1;
+        end if;
+      end if;
+    end if;
+  end process control;
+
+  flags : process (clk)
+  begin
+    if rising_edge(clk) then
+      active <= reading & active(0);
+      first  <= '0' & first(0);
+      last   <= '0' & last(0 to TREE_LEVELS + 2);
+      if step = 0 then
+        first(0) <= reading;
+      end if;
+      if step = LAST_STEP then
+        last(0) <= reading;
+      end if;
+      if rst = '1' then
+        active <= "00";
+        first  <= "00";
+        last   <= (others => '0');
+      end if;
+    end if;
+  end process flags;
+
+  newest(0)                   <= signed(din);
+  newest(1 to UNIT_COUNT - 1) <= stored(0 to UNIT_COUNT - 2);
+
+  mac_units : for unit in 0 to UNIT_COUNT - 1 generate
+    constant own_coefficients : coefficient_list(0 to LAST_STEP) := coefficients(unit);
+
+    signal memory : sample_list(0 to LAST_STEP) := (others => (others => '0'));
+    signal word   : signed(INPUT_WIDTH - 1 downto 0);
+  begin
+
+    word         <= newest(unit) when clearing = '0' else (others => '0');
+    stored(unit) <= memory(address);
+
+    memory_input : process (clk)
+    begin
+      if rising_edge(clk) then
+        if store = '1' then
+          memory(address) <= word;
+        end if;
+      end if;
+    end process memory_input;
+
+    multiply_accumulate : process (clk)
+    begin
+      if rising_edge(clk) then
+        samples(unit)  <= stored(unit);
+        factors(unit)  <= own_coefficients(step);
+        products(unit) <= samples(unit) * factors(unit);
+        if first(1) = '1' then
+          unit_sums(unit) <= resize(products(unit), SUM_WIDTH);
+        elsif active(1) = '1' then
+          unit_sums(unit) <= unit_sums(unit) + products(unit);
+        end if;
+      end if;
+    end process multiply_accumulate;
+
+  end generate mac_units;
+
+  -- begin adder tree
+  adder_tree : process (clk)
+  begin
+    if rising_edge(clk) then
+      level_1(0) <= unit_sums(0) + unit_sums(1);
+      level_1(1) <= unit_sums(2);
+      level_2(0) <= level_1(0) + level_1(1);
+    end if;
+  end process adder_tree;
+
+  total <= resize(level_2(0), FULL_WIDTH);
+  -- end adder tree
+
+  -- begin output stage
+  -- The result is limited where the bits from its sign on are not all equal.
+  output_stage : process (clk)
+    variable upper : signed(FULL_WIDTH - 1 downto OUTPUT_MSB);
+  begin
+    if rising_edge(clk) then
+      upper := total(FULL_WIDTH - 1 downto OUTPUT_MSB);
+      if upper = 0 or upper = -1 then
+        result <= total(OUTPUT_MSB downto TRUNCATED_BITS);
+      elsif total(FULL_WIDTH - 1) = '1' then
+        result <= (OUTPUT_WIDTH - 1 => '1', others => '0');
+      else
+        result <= (OUTPUT_WIDTH - 1 => '0', others => '1');
+      end if;
+    end if;
+  end process output_stage;
+  -- end output stage
+
+  -- The pattern goes round for ever, leftmost bit first; the output comes straight from a register.
+  auxiliary_clock : process (clk)
+  begin
+    if rising_edge(clk) then
+      if rst = '1' then
+        pattern <= AUX_PATTERN;
+      else
+        pattern <= pattern(14 downto 0) & pattern(15);
+      end if;
+    end if;
+  end process auxiliary_clock;
+
+  din_ready  <= ready;
+  dout       <= std_logic_vector(result);
+  dout_valid <= last(TREE_LEVELS + 3);
+  clk_aux1   <= pattern(15);
+
+end architecture rtl;

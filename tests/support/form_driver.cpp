@@ -1,0 +1,100 @@
+#include <support/ConsoleRecorder.h>
+
+#include <velmora/IPLeaf.h>
+
+#include <Brindle/FileDialog.h>
+#include <Quillon/Application.h>
+
+#include <QComboBox>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSettings>
+#include <QSpinBox>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTextEdit>
+
+#include <cstdio>
+#include <cstdlib>
+
+// Generates with the program's own forms: form_driver JOBS.json RESULTS.json. A job names the IP (its directory below
+// $ORVANE_PREFIX/share/velmora), the fields of its form by settings key and the file or directory to write; fields that
+// it leaves out have their reset values. A result is the list of the console's lines, errors as "E: text". What the
+// form cannot be set to is an error of the job's author and ends the program.
+
+namespace {
+
+[[noreturn]] void fail(const QString& problem) {
+    std::fprintf(stderr, "form_driver: %s\n", qPrintable(problem));
+    std::exit(2);
+}
+
+QJsonArray readJobs(const QString& filename) {
+    QFile file(filename);
+    if (!file.open(QIODevice::ReadOnly))
+        fail("cannot read " + filename);
+    return QJsonDocument::fromJson(file.readAll()).array();
+}
+
+void setField(const Velmora::IPLeaf& page, const QString& key, const QJsonValue& value) {
+    auto* editor = page.findChild<QWidget*>(key);
+    const QVariant wanted = value.toVariant();
+    QVariant reached;
+    if (auto* spin = qobject_cast<QSpinBox*>(editor)) {
+        spin->setValue(wanted.toInt());
+        reached = spin->value();
+    } else if (auto* combo = qobject_cast<QComboBox*>(editor)) {
+        combo->setCurrentText(wanted.toString());
+        reached = combo->currentText();
+    } else if (auto* text = qobject_cast<QTextEdit*>(editor)) {
+        text->setPlainText(wanted.toString());
+        reached = text->toPlainText();
+    } else if (auto* line = qobject_cast<QLineEdit*>(editor)) {
+        line->setText(wanted.toString());
+        reached = line->text();
+    }
+    if (reached.toString() != wanted.toString())
+        fail(key + " cannot be " + wanted.toString());
+}
+
+QJsonArray run(const QJsonObject& job) {
+    const QString directory = qEnvironmentVariable("ORVANE_PREFIX") + "/share/velmora/" + job["ip"].toString();
+    const Velmora::IPLeaf page((directory + "/config").toStdString());
+    const auto press = [&page](const char* name) {
+        auto* button = page.findChild<QPushButton*>(name);
+        if (!button)
+            fail("the IP has no form");
+        QTest::mousePress(button, Qt::LeftButton);
+    };
+    press("Reset");
+    const QJsonObject fields = job["fields"].toObject();
+    for (auto field = fields.begin(); field != fields.end(); ++field)
+        setField(page, field.key(), *field);
+
+    const QString output = job["output"].toString();
+    Brindle::FileDialog::setSaveFileNameFunction([&output](auto&&...) { return output; });
+    Brindle::FileDialog::setDirectoryFunction([&output](auto&&...) { return output; });
+    const ConsoleRecorder recorder;
+    press("Generate");
+    return QJsonArray::fromStringList(recorder.lines());
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const auto application = Quillon::Application::create(argc, argv, "Velm", "Velmora", 1, 0, 0, true);
+    if (argc != 3)
+        fail("usage: form_driver JOBS.json RESULTS.json");
+    const QTemporaryDir settings;
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings.path());
+    QJsonArray results;
+    for (const QJsonValue& job : readJobs(argv[1]))
+        results.append(run(job.toObject()));
+    QFile file(argv[2]);
+    if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(results).toJson()) < 0)
+        fail(QStringLiteral("cannot write ") + argv[2]);
+}
