@@ -8,17 +8,15 @@ import subprocess
 import sys
 import tempfile
 
-from desktop import Desktop
+from desktop import FIRST_FIELD, Desktop
 
 ENTITY = "spi_bridge"
-IPS_BUTTON = (60, 40)
-ENTITY_FIELD = (620, 258)
 
 
 def generate(program, prefix, folder):
     with Desktop(program, prefix, folder) as desktop:
-        desktop.click(*IPS_BUTTON)
-        desktop.click(*ENTITY_FIELD)
+        desktop.show_ip("APB")
+        desktop.click(*FIRST_FIELD)
         desktop.type(ENTITY)
         desktop.key("Tab", "Tab", "space")  # over Reset to Generate
         desktop.dialog("Choose a directory")

@@ -6,6 +6,11 @@ import time
 
 TIMEOUT = 60  # seconds for anything that is waited for
 
+# Places in the window of 1000 x 600, at logical pixels from its upper left corner.
+IPS_BUTTON = (60, 40)
+TREE = (265, 390)
+FIRST_FIELD = (620, 258)
+
 
 class Desktop:
     """The program, running on the display that the environment names, with settings and a working directory of its own."""
@@ -50,6 +55,13 @@ class Desktop:
         """Clicks into the window, at logical pixels from its upper left corner."""
         self._xdotool("mousemove", "--window", self.window, str(x), str(y), "click", "1")
         time.sleep(0.2)
+
+    def show_ip(self, name):
+        """Opens the IPs page and finds the IP in the tree by its name."""
+        self.click(*IPS_BUTTON)
+        self.click(*TREE)
+        self.type(name)
+        time.sleep(0.5)
 
     def key(self, *keys):
         self._xdotool("key", *keys)

@@ -5,6 +5,7 @@
 #include <QEvent>
 #include <QFile>
 #include <QGenericPlugin>
+#include <QLabel>
 #include <QMainWindow>
 #include <QTimer>
 #include <QTreeView>
@@ -18,8 +19,9 @@ namespace {
 constexpr int settlingTime = 1500; // ms that a page gets to load and draw itself
 
 /// Acts inside an unchanged program, in its event loop, as the environment variable VELMORA_PROBE says: "close" closes
-/// the window, "standard", "in-house" and "unrelated" throw an exception of that family out of a slot, and
-/// "first-paint" prints the monotonic time in nanoseconds at which the first window was painted and ends the process.
+/// the window, "title" prints the title of the current page and closes it, "standard", "in-house" and "unrelated" throw
+/// an exception of that family out of a slot, and "first-paint" prints the monotonic time in nanoseconds at which the
+/// first window was painted and ends the process.
 class Probe : public QObject {
     Q_OBJECT
 
@@ -43,7 +45,9 @@ protected:
 
 private:
     static void act(const QByteArray& action) {
-        if (action == "close")
+        if (action == "title")
+            std::printf("%s\n", qPrintable(getMainWindow()->findChild<QLabel*>(QStringLiteral("titleLabel"))->text()));
+        if (action == "close" || action == "title")
             qApp->closeAllWindows();
         else if (action == "standard")
             throw std::runtime_error("standard text");

@@ -23,7 +23,8 @@ const Sealwork::AsymmetricKey& recipientKey() {
 } // namespace
 
 TestPrefix::TestPrefix() : _earlierWorkingDirectory(QDir::currentPath()), _scriptKey(Sealwork::ScriptKey::make()) {
-    Q_ASSERT(_directory.isValid());
+    if (!_directory.isValid())
+        qFatal("there is no temporary directory");
     write("etc/velmora/seal/scripts/" + QString::fromStdString(_scriptKey.getFileName()),
           bytesOf(_scriptKey.getText()));
     write(QStringLiteral("etc/velmora/seal/recipients/test.pem"),

@@ -14,6 +14,7 @@
 #include <QPushButton>
 #include <QSettings>
 #include <QSpinBox>
+#include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextEdit>
@@ -23,8 +24,9 @@
 
 // Generates with the program's own forms: form_driver JOBS.json RESULTS.json. A job names the IP (its directory below
 // $ORVANE_PREFIX/share/velmora), the fields of its form by settings key and the file or directory to write; fields that
-// it leaves out have their reset values. A result is the list of the console's lines, errors as "E: text". What the
-// form cannot be set to is an error of the job's author and ends the program.
+// it leaves out have their reset values; a table, by its object name, is a list of rows, each the texts of its cells
+// from the second column on. A result is the list of the console's lines, errors as "E: text". What the form cannot be
+// set to is an error of the job's author and ends the program.
 
 namespace {
 
@@ -40,13 +42,31 @@ QJsonArray readJobs(const QString& filename) {
     return QJsonDocument::fromJson(file.readAll()).array();
 }
 
+void setTable(const QTableView& table, const QJsonArray& rows) {
+    QAbstractItemModel* model = table.model();
+    if (rows.size() > model->rowCount())
+        fail(table.objectName() + " shows too few rows");
+    for (int row = 0; row < rows.size(); ++row) {
+        const QJsonArray cells = rows.at(row).toArray();
+        for (int column = 0; column < cells.size(); ++column)
+            model->setData(model->index(row, column + 1), cells.at(column).toVariant());
+    }
+}
+
 void setField(const Velmora::IPLeaf& page, const QString& key, const QJsonValue& value) {
     auto* editor = page.findChild<QWidget*>(key);
+    if (auto* table = qobject_cast<QTableView*>(editor)) {
+        setTable(*table, value.toArray());
+        return;
+    }
     const QVariant wanted = value.toVariant();
     QVariant reached;
     if (auto* spin = qobject_cast<QSpinBox*>(editor)) {
         spin->setValue(wanted.toInt());
         reached = spin->value();
+    } else if (auto* decimal = qobject_cast<QDoubleSpinBox*>(editor)) {
+        decimal->setValue(wanted.toDouble());
+        reached = decimal->value();
     } else if (auto* combo = qobject_cast<QComboBox*>(editor)) {
         combo->setCurrentText(wanted.toString());
         reached = combo->currentText();
@@ -71,9 +91,9 @@ QJsonArray run(const QJsonObject& job) {
         QTest::mousePress(button, Qt::LeftButton);
     };
     press("Reset");
-    const QJsonObject fields = job["fields"].toObject();
-    for (auto field = fields.begin(); field != fields.end(); ++field)
-        setField(page, field.key(), *field);
+    for (const QJsonValue& field :
+         job["fields"].toArray()) // in this order: counts come before the tables that they size
+        setField(page, field["key"].toString(), field["value"]);
 
     const QString output = job["output"].toString();
     Brindle::FileDialog::setSaveFileNameFunction([&output](auto&&...) { return output; });

@@ -19,6 +19,10 @@ ArgumentDictionary& ArgumentDictionary::add(std::string_view key, int value) {
     return *this;
 }
 
+ArgumentDictionary& ArgumentDictionary::addQuoted(std::string_view key, std::string_view value) {
+    return add(key, std::string("\"").append(value).append("\""));
+}
+
 ArgumentDictionary& ArgumentDictionary::addLiteral(std::string_view key, std::string_view text) {
     std::string escaped;
     for (const char character : text) {

@@ -20,6 +20,8 @@ public:
     ArgumentDictionary& add(std::string_view key, std::string_view value);
 
     ArgumentDictionary& add(std::string_view key, int value);
+    /// Appends an argument between double quotes: the script receives a VHDL string literal.
+    ArgumentDictionary& addQuoted(std::string_view key, std::string_view value);
     /// Appends an argument whose text is the program's own and may hold single quotes.
     ArgumentDictionary& addLiteral(std::string_view key, std::string_view text);
 

@@ -2,6 +2,7 @@
 
 #include <velmora/SettingsKeys.h>
 
+#include <QEvent>
 #include <QLabel>
 #include <QSettings>
 
@@ -14,6 +15,7 @@ constexpr int animationTime = 200; // ms
 } // namespace
 
 FoldWidget::FoldWidget(const QString& title, QWidget* parent) : QWidget(parent), _contentLayout(new QGridLayout) {
+    _contentLayout->setContentsMargins(0, 8, 0, 8); // the columns are in line with those around the section
     auto* layout = new QGridLayout;
     layout->setContentsMargins(0, 0, 0, 0);
 
@@ -30,11 +32,13 @@ FoldWidget::FoldWidget(const QString& title, QWidget* parent) : QWidget(parent),
     _body = new QWidget(this);
     _body->setMaximumHeight(0);
     _body->setMinimumHeight(0);
+    _body->hide(); // or Tab would go through fields that cannot be seen
     _animation.setTargetObject(_body);
     _animation.setPropertyName("maximumHeight");
     layout->addWidget(_body, 1, 0, 1, -1);
 
     connect(_toggle, &QToolButton::clicked, this, &FoldWidget::onTogglePressed);
+    connect(&_animation, &QPropertyAnimation::finished, this, [this] { _body->setVisible(_toggle->isChecked()); });
     setLayout(layout);
 }
 
@@ -60,10 +64,28 @@ void FoldWidget::finalize() {
     const QString animations = QSettings().value(SettingsKeys::animations, "Always").toString();
     _animation.setDuration(animations == QLatin1String("Never") ? 0 : animationTime);
     _animation.setStartValue(0);
+    measure();
+}
+
+void FoldWidget::measure() {
+    for (QWidget* field : _body->findChildren<QWidget*>())
+        field->ensurePolished(); // fields have the style's height only then
     _animation.setEndValue(_contentLayout->sizeHint().height());
+    _isMeasured = true;
+}
+
+void FoldWidget::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::StyleChange)
+        _isMeasured = false; // and anew at the next opening, when the fields have got the style as well
+    QWidget::changeEvent(event);
 }
 
 void FoldWidget::onTogglePressed(bool checked) {
+    if (checked) {
+        if (!_isMeasured && _body->layout())
+            measure();
+        _body->show();
+    }
     _toggle->setArrowType(checked ? Qt::DownArrow : Qt::RightArrow);
     _animation.setDirection(checked ? QAbstractAnimation::Forward : QAbstractAnimation::Backward);
     _animation.start(QAbstractAnimation::KeepWhenStopped);

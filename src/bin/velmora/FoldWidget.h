@@ -8,7 +8,8 @@
 namespace Velmora {
 
 /// A titled section of a form that opens and closes, at first closed. It is filled with `addWidget` and completed,
-/// once, with `finalize`, which fixes the height that it opens to.
+/// once, with `finalize`, which fixes the height that it opens to; only a change of style brings another. What is in a
+/// closed section cannot get the focus.
 class FoldWidget : public QWidget {
     Q_OBJECT
 
@@ -27,11 +28,17 @@ public:
 public Q_SLOTS:
     void onTogglePressed(bool checked);
 
+protected:
+    void changeEvent(QEvent* event) override;
+
 private:
+    void measure();
+
     QGridLayout* const _contentLayout; // the body's after `finalize`
     QToolButton* _toggle = nullptr;
     QWidget* _body = nullptr;
     QPropertyAnimation _animation;
+    bool _isMeasured = false; ///< The end of the animation is the height of the fields in the present style.
 };
 
 } // namespace Velmora

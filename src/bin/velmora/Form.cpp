@@ -1,5 +1,7 @@
 #include <velmora/Form.h>
 
+#include <velmora/FoldWidget.h>
+
 #include <Brindle/Theme.h>
 
 #include <QHBoxLayout>
@@ -7,6 +9,7 @@
 #include <QSettings>
 
 #include <exception>
+#include <utility>
 
 namespace Velmora {
 
@@ -28,6 +31,15 @@ std::optional<int> toNumber(const QVariant& value) {
     return isNumber ? std::optional<int>(number) : std::nullopt;
 }
 
+/// The same for a number with decimals.
+std::optional<double> toDecimal(const QVariant& value) {
+    if (!value.isValid())
+        return 0;
+    bool isNumber = false;
+    const double number = value.toDouble(&isNumber);
+    return isNumber ? std::optional<double>(number) : std::nullopt;
+}
+
 QString getToolTip(const QString& button) {
     return button == QLatin1String("Reset") ? QObject::tr("Puts every field back to its reset value")
                                             : QObject::tr("Checks the form and writes the HDL");
@@ -35,8 +47,8 @@ QString getToolTip(const QString& button) {
 
 } // namespace
 
-Form::Form(QWidget* widget, const QString& className)
-    : _group(className), _grid(new QGridLayout), _buttons(new QHBoxLayout) {
+Form::Form(QWidget* widget, const QString& className, AbsentValue absentValue)
+    : _group(className), _absentValue(absentValue), _grid(new QGridLayout), _buttons(new QHBoxLayout) {
     widget->setObjectName(className);
     _grid->setContentsMargins(5, 5, 5, 5);
     _grid->setColumnStretch(1, 1);
@@ -44,15 +56,34 @@ Form::Form(QWidget* widget, const QString& className)
     widget->setLayout(_grid);
 }
 
-QLineEdit* Form::addLine(const QString& label, const QString& key, const QString& help) {
+void Form::addSection(const QString& title, const QString& subgroup, const std::function<void()>& addRows) {
+    _section = new FoldWidget(title, nullptr);
+    _grid->addWidget(_section, _rowCount, 0, 1, -1);
+    for (int column = 0; column < 3; ++column) {
+        _grid->setColumnStretch(column, 1);
+        _section->setColumnStretch(column, 1);
+    }
+    const int formRowCount = std::exchange(_rowCount, 0);
+    _subgroup = subgroup.isEmpty() ? QString() : subgroup + "/";
+    addRows();
+    _section->finalize();
+    _section = nullptr;
+    _subgroup.clear();
+    _rowCount = formRowCount + 1;
+}
+
+QLineEdit* Form::addLine(const QString& label, const QString& key, const QString& help, LineReset lineReset) {
     auto* editor = new QLineEdit;
     addRow(label, key, editor, help);
-    _fields.push_back({key, [editor] { return QVariant(editor->text()); },
+    _fields.push_back({editor->objectName(), [editor] { return QVariant(editor->text()); },
                        [editor](const QVariant& value) {
                            if (isText(value))
                                editor->setText(value.toString());
                        },
-                       [editor] { editor->clear(); }});
+                       [editor, lineReset] {
+                           if (lineReset == LineReset::Clears)
+                               editor->clear();
+                       }});
     return editor;
 }
 
@@ -60,9 +91,24 @@ QSpinBox* Form::addNumber(const QString& label, const QString& key, const Number
     auto* editor = new QSpinBox;
     editor->setRange(range.minimum, range.maximum);
     addRow(label, key, editor, help);
-    _fields.push_back({key, [editor] { return QVariant(editor->value()); },
+    _fields.push_back({editor->objectName(), [editor] { return QVariant(editor->value()); },
                        [editor](const QVariant& value) {
                            if (const auto number = toNumber(value))
+                               editor->setValue(*number);
+                       },
+                       [editor, range] { editor->setValue(range.resetValue); }});
+    return editor;
+}
+
+QDoubleSpinBox* Form::addDecimal(const QString& label, const QString& key, const DecimalRange& range) {
+    auto* editor = new QDoubleSpinBox;
+    editor->setDecimals(range.decimals);
+    editor->setRange(range.minimum, range.maximum);
+    editor->setSingleStep(range.step);
+    addRow(label, key, editor, QString());
+    _fields.push_back({editor->objectName(), [editor] { return QVariant(editor->value()); },
+                       [editor](const QVariant& value) {
+                           if (const auto number = toDecimal(value))
                                editor->setValue(*number);
                        },
                        [editor, range] { editor->setValue(range.resetValue); }});
@@ -74,7 +120,7 @@ QComboBox* Form::addChoice(const QString& label, const QString& key, const QStri
     auto* editor = new QComboBox;
     editor->addItems(items);
     addRow(label, key, editor, QString());
-    _fields.push_back({key, [editor] { return QVariant(editor->currentIndex()); },
+    _fields.push_back({editor->objectName(), [editor] { return QVariant(editor->currentIndex()); },
                        [editor](const QVariant& value) {
                            if (const auto index = toNumber(value); index && *index >= 0 && *index < editor->count())
                                editor->setCurrentIndex(*index);
@@ -94,13 +140,24 @@ QTextEdit* Form::addText(const QString& label, const QString& key, const QString
     _grid->setRowStretch(_rowCount, 1);
     addRow(label, key, editor, help);
     getHelp(editor)->setMinimumHeight(textHelpHeight);
-    _fields.push_back({key, [editor] { return QVariant(editor->toPlainText()); },
+    _fields.push_back({editor->objectName(), [editor] { return QVariant(editor->toPlainText()); },
                        [editor](const QVariant& value) {
                            if (isText(value))
                                editor->setPlainText(value.toString());
                        },
                        [editor] { editor->clear(); }});
     return editor;
+}
+
+void Form::addTable(QWidget* table) {
+    place(table, _rowCount++, 0, 1, 2);
+}
+
+HelpLabel* Form::addHelp(const QString& help, int rowCount) {
+    auto* helpLabel = new HelpLabel(help, nullptr);
+    helpLabel->setWordWrap(true);
+    place(helpLabel, _rowCount - rowCount, 2, rowCount);
+    return helpLabel;
 }
 
 void Form::addStretch() {
@@ -110,17 +167,21 @@ void Form::addStretch() {
 void Form::addRow(const QString& label, const QString& key, QWidget* editor, const QString& help) {
     auto* title = new QLabel(label);
     title->setBuddy(editor);
-    editor->setObjectName(key);
+    editor->setObjectName(_subgroup + key);
     editor->setAccessibleName(label);
     Brindle::theme.enrich(editor);
-    _grid->addWidget(title, _rowCount, 0);
-    _grid->addWidget(editor, _rowCount, 1);
-    if (!help.isEmpty()) {
-        auto* helpLabel = new HelpLabel(help, nullptr);
-        helpLabel->setWordWrap(true);
-        _grid->addWidget(helpLabel, _rowCount, 2);
-    }
+    place(title, _rowCount, 0);
+    place(editor, _rowCount, 1);
     ++_rowCount;
+    if (!help.isEmpty())
+        _helpLabels[editor] = addHelp(help, 1);
+}
+
+void Form::place(QWidget* widget, int row, int column, int rowSpan, int columnSpan) {
+    if (_section)
+        _section->addWidget(widget, row, column, rowSpan, columnSpan);
+    else
+        _grid->addWidget(widget, row, column, rowSpan, columnSpan);
 }
 
 QPushButton* Form::addButton(const QString& text) {
@@ -131,21 +192,14 @@ QPushButton* Form::addButton(const QString& text) {
     return button;
 }
 
-HelpLabel* Form::getHelp(QWidget* editor) const {
-    int row = 0;
-    int column = 0;
-    int rowSpan = 0;
-    int columnSpan = 0;
-    _grid->getItemPosition(_grid->indexOf(editor), &row, &column, &rowSpan, &columnSpan);
-    QLayoutItem* item = _grid->itemAtPosition(row, 2);
-    return item ? qobject_cast<HelpLabel*>(item->widget()) : nullptr;
-}
-
 void Form::load() {
     QSettings settings;
     settings.beginGroup(_group);
-    for (const FormField& field : _fields)
-        field.setValue(settings.value(field.key));
+    for (const FormField& field : _fields) {
+        const QVariant value = settings.value(field.key);
+        if (value.isValid() || _absentValue == AbsentValue::ReadsAsEmpty)
+            field.setValue(value);
+    }
 }
 
 void Form::save() const noexcept {

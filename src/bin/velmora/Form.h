@@ -4,7 +4,9 @@
 #include <velmora/HelpLabel.h>
 
 #include <QComboBox>
+#include <QDoubleSpinBox>
 #include <QGridLayout>
+#include <QHash>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSpinBox>
@@ -13,10 +15,17 @@
 #include <QTextEdit>
 #include <QWidget>
 
+#include <functional>
 #include <optional>
 #include <vector>
 
+QT_BEGIN_NAMESPACE
+class QHBoxLayout;
+QT_END_NAMESPACE
+
 namespace Velmora {
+
+class FoldWidget;
 
 /// Range and reset value of a number that a form asks for.
 struct NumberRange {
@@ -25,23 +34,49 @@ struct NumberRange {
     int resetValue;
 };
 
-/// The body of a generator form: rows of label, editor and help label in a grid, the buttons that end it, and the
-/// settings group in which the editors' values outlive the program. A form composes one; the editors belong to the
-/// form's widget.
+/// The same for a number with decimals.
+struct DecimalRange {
+    double minimum;
+    double maximum;
+    double resetValue;
+    double step;  ///< Of the arrows of the spin box.
+    int decimals; ///< Digits after the point.
+};
+
+/// What `Form::load` makes of a value that is not stored.
+enum class AbsentValue { ReadsAsEmpty, KeepsCurrent };
+
+/// What `Form::reset` does with a line.
+enum class LineReset { Clears, KeepsText };
+
+/// The body of a generator form: rows of label, editor and help label in a grid, some of them in sections that fold,
+/// the buttons that end it, and the settings group in which the editors' values outlive the program. A form composes
+/// one; the editors belong to the form's widget.
 class Form {
 public:
     /// Installs the grid on the widget, which is kept, not owned, and takes the class name as object name. The class
     /// name is also the settings group.
-    Form(QWidget* widget, const QString& className);
+    Form(QWidget* widget, const QString& className, AbsentValue absentValue = AbsentValue::ReadsAsEmpty);
 
-    /// Each adds a row. The key is the editor's object name and its key in the settings; the help text may be empty.
-    QLineEdit* addLine(const QString& label, const QString& key, const QString& help = {});
-    QSpinBox* addNumber(const QString& label, const QString& key, const NumberRange& range, const QString& help);
+    /// A section that folds: the function adds its rows, whose keys lie in the subgroup (none when it is empty). The
+    /// columns of a form with sections are equally wide.
+    void addSection(const QString& title, const QString& subgroup, const std::function<void()>& addRows);
+
+    /// Each adds a row. The key is the editor's object name and its key in the settings, below the subgroup of the
+    /// section; the help text may be empty.
+    QLineEdit* addLine(const QString& label, const QString& key, const QString& help = {},
+                       LineReset lineReset = LineReset::Clears);
+    QSpinBox* addNumber(const QString& label, const QString& key, const NumberRange& range, const QString& help = {});
+    QDoubleSpinBox* addDecimal(const QString& label, const QString& key, const DecimalRange& range);
     /// A choice without a reset index is left alone by `reset`.
     QComboBox* addChoice(const QString& label, const QString& key, const QStringList& items,
                          std::optional<int> resetIndex);
     /// A text of several lines, which takes the free height of the form.
     QTextEdit* addText(const QString& label, const QString& key, const QString& help);
+    /// A row without label that takes the columns of label and editor. The table keeps its values itself.
+    void addTable(QWidget* table);
+    /// One help label for the last rows together.
+    HelpLabel* addHelp(const QString& help, int rowCount);
     /// A row that takes the free height of the form.
     void addStretch();
     /// The last row: the buttons "Reset" and "Generate", which act on being pressed, across all columns.
@@ -53,11 +88,12 @@ public:
     }
 
     /// The help label beside an editor; null when it has none.
-    HelpLabel* getHelp(QWidget* editor) const;
+    HelpLabel* getHelp(QWidget* editor) const { return _helpLabels.value(editor); }
     const QString& getGroup() const { return _group; }
 
-    /// Gives every editor its stored value. What is absent reads as empty or 0; a number outside the range becomes its
-    /// nearest end, an index that the choice does not have and a value of another type are ignored.
+    /// Gives every editor its stored value. What is absent reads as empty or 0, or changes nothing; a number outside
+    /// the range becomes its nearest end, an index that the choice does not have and a value of another type are
+    /// ignored.
     void load();
     /// Stores every editor's value. Never throws; a program that is ending by an exception leaves the settings as they
     /// were.
@@ -66,13 +102,19 @@ public:
 
 private:
     void addRow(const QString& label, const QString& key, QWidget* editor, const QString& help);
+    /// Puts a widget into the grid of the section that is being filled, or else into the form's own.
+    void place(QWidget* widget, int row, int column, int rowSpan = 1, int columnSpan = 1);
     QPushButton* addButton(const QString& text);
 
     QString _group;
+    AbsentValue _absentValue;
     QGridLayout* _grid;
-    class QHBoxLayout* _buttons;
-    int _rowCount = 0;
+    QHBoxLayout* _buttons;
+    FoldWidget* _section = nullptr; // while it is being filled
+    QString _subgroup;              // of the section, with its "/"
+    int _rowCount = 0;              // of the grid that is being filled
     std::vector<FormField> _fields;
+    QHash<QWidget*, HelpLabel*> _helpLabels; // by editor
 };
 
 } // namespace Velmora

@@ -2,12 +2,14 @@
 
 #include <Brindle/Console.h>
 
+#include <string>
+
 namespace Velmora {
 
 /// The checks of a form, in their order: only the first one that fails is told, as one error on the console.
 class FormCheck {
 public:
-    FormCheck& require(bool holds, const char* message) {
+    FormCheck& require(bool holds, const std::string& message) {
         if (_passed && !holds) {
             Brindle::console.error(message);
             _passed = false;

@@ -17,6 +17,7 @@ struct FailureRule {
 namespace FailureRules {
 inline constexpr FailureRule bridge{false, true, "Generating Failed"};
 inline constexpr FailureRule filter{true, false, "Generating failed"};
+inline constexpr FailureRule lineTable{true, true, "Generating Failed"}; // forms that hold a table of lines
 } // namespace FailureRules
 
 /// One generation as the console tells it: the title, then, indented, what the check and the work print and "Generating

@@ -4,11 +4,10 @@
 
 #include <velmora/ArgumentDictionary.h>
 #include <velmora/Common.h>
+#include <velmora/RegularFile.h>
 
 #include <Brindle/Console.h>
 #include <Brindle/Exception.h>
-
-#include <QFile>
 
 #include <array>
 #include <string_view>
@@ -181,11 +180,11 @@ auto generate(const std::string& source, const ArgumentDictionary& arguments, co
 } // namespace
 
 GeneratorScript::GeneratorScript(const std::string& filename, const Brindle::Location& caller) : _caller(caller) {
-    QFile file(QString::fromStdString(filename));
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+    constexpr std::size_t longest = 128 * 1024 * 1024; // bytes; a sealed script is refused long before
+    const auto content = readRegularFile(filename, longest);
+    if (!content)
         throw Brindle::located(Brindle::Fatal("Unable to open script file"), caller, {{"scriptFilename", filename}});
-    }
-    _source = getDecrypted(file.readAll().toStdString());
+    _source = getDecrypted(*content);
     if (_source.find('\0') != _source.npos)
         throw Brindle::located(Brindle::Fatal("Script holds a NUL byte"), caller, {{"scriptFilename", filename}});
 }

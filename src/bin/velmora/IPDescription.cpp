@@ -4,6 +4,7 @@
 
 #include <Brindle/Exception.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <vector>
 
@@ -11,7 +12,13 @@ namespace Velmora {
 
 namespace {
 
-constexpr std::size_t longestUID = 25;
+constexpr std::size_t longestUID = 25; // characters
+
+/// Number of characters of a UTF-8 text: bytes that continue one are not counted.
+std::size_t characterCount(const std::string& text) {
+    return static_cast<std::size_t>(
+        std::ranges::count_if(text, [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }));
+}
 
 std::vector<std::string> wordsOf(std::string_view line) {
     std::vector<std::string> words;
@@ -89,13 +96,13 @@ private:
     }
 
     const std::string& checkedUID(const std::string& uid) const {
-        if (uid.size() > longestUID)
+        if (characterCount(uid) > longestUID)
             fail("UID should contains less than 25 characters");
         return uid;
     }
 
     std::string absolute(const std::string& path) const {
-        return (std::filesystem::path(_filename).parent_path() / path).lexically_normal().string();
+        return (std::filesystem::absolute(_filename).parent_path() / path).lexically_normal().string();
     }
 
     const std::string& _filename;

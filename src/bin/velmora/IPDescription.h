@@ -12,7 +12,7 @@ namespace Velmora {
 struct IPDescription {
     std::string name;     ///< Display name, may contain blanks.
     std::string category; ///< Path of the IP in the browser's tree, components separated by "/".
-    std::string uid;      ///< Unique identifier, one word of at most 25 bytes; may be empty without a script.
+    std::string uid;      ///< Unique identifier, one word of at most 25 characters; may be empty without a script.
     std::string company;  ///< Provider, one word.
     std::list<std::string> variants; ///< Device families for which the IP exists, in file order, duplicates kept.
     std::string scriptFilename;      ///< Absolute path of the generator script; empty when the IP has none.

@@ -3,6 +3,8 @@
 #include <velmora/APBToSPWLeaf.h>
 #include <velmora/DescriptionView.h>
 #include <velmora/MacFirLeaf.h>
+#include <velmora/RegularFile.h>
+#include <velmora/SERDESLeaf.h>
 #include <velmora/SettingsKeys.h>
 #include <velmora/SystolicLeaf.h>
 #include <velmora/TransposeDualLeaf.h>
@@ -15,7 +17,6 @@
 #include <Brindle/Theme.h>
 
 #include <QDesktopServices>
-#include <QFile>
 #include <QScrollArea>
 #include <QSettings>
 #include <QVBoxLayout>
@@ -26,20 +27,19 @@ namespace Velmora {
 
 namespace {
 
-constexpr qint64 largestDescription = 16 * 1024 * 1024; // bytes
+constexpr std::size_t largestDescription = 16 * 1024 * 1024; // bytes
 
 IPDescription readDescription(const std::string& filename, const Brindle::Location& caller) {
     if (filename.empty())
         throw Brindle::located(Brindle::Critical("Empty filename"), caller);
-    QFile file(QString::fromStdString(filename));
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+    const auto content = readRegularFile(filename, largestDescription + 1);
+    if (!content)
         throw Brindle::located(Brindle::Critical("Unable to open description file"), caller, {{"filename", filename}});
-    }
-    if (file.size() > largestDescription) {
+    if (content->size() > largestDescription) {
         throw Brindle::located(Brindle::Critical("Description file is larger than 16 MiB"), caller,
                                {{"filename", filename}});
     }
-    return parseIPDescription(file.readAll().toStdString(), filename, caller);
+    return parseIPDescription(*content, filename, caller);
 }
 
 } // namespace
@@ -73,6 +73,8 @@ void IPLeaf::createConfigurationWidget() {
         setConfigurationWidget(new TransposeSymmetricLeaf(this));
     else if (isOVMacFir())
         setConfigurationWidget(new MacFirLeaf(this));
+    else if (isOVSERDES())
+        setConfigurationWidget(new SERDESLeaf(this));
     else if (isAPBToSPW())
         setConfigurationWidget(new APBToSPWLeaf(this));
 }

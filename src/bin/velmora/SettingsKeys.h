@@ -29,5 +29,22 @@ inline const QString coefficientCount = QStringLiteral("CoefficientCount");
 inline const QString coefficients = QStringLiteral("Coefficients");
 inline const QString toBeTruncated = QStringLiteral("ToBeTruncated");
 inline const QString clkAux1Pattern = QStringLiteral("ClkAux1Pattern");
+inline const QString prefix = QStringLiteral("Prefix");
+inline const QString wordClock = QStringLiteral("WordClock");
+inline const QString dataSize = QStringLiteral("DataSize");
+inline const QString serCount = QStringLiteral("SERCount");
+inline const QString desCount = QStringLiteral("DESCount");
+inline const QString bankNumber = QStringLiteral("BankNumber");
+inline const QString ser = QStringLiteral("SER"); // a subgroup
+inline const QString des = QStringLiteral("DES"); // a subgroup
+inline const QString padType = QStringLiteral("PadType");
+inline const QString differential = QStringLiteral("Differential");
+inline const QString slewRate = QStringLiteral("SlewRate");
+inline const QString outputCapacity = QStringLiteral("OutputCapacity");
+inline const QString termination = QStringLiteral("Termination");
+inline const QString terminationReference = QStringLiteral("TerminationReference");
+inline const QString turbo = QStringLiteral("Turbo");
+inline const QString inputSignalSlope = QStringLiteral("InputSignalSlope");
+inline const QString trainingValue = QStringLiteral("TrainingValue");
 
 } // namespace Velmora::SettingsKeys

@@ -38,9 +38,10 @@ public:
 
     auto operator<=>(const Theme&) const = default;
 
-    /// A colour of the theme. Grounds: "window", "surface", "row_hover", "background_text", "selected". Text, legible
-    /// on every ground: "text", "muted", "disabled", "link", "error", "remark". Lines: "border" (hairlines), "outline"
-    /// (edge of an input). The accent: "accent", "accent_hover" and "accent_text", which stands on both.
+    /// A colour of the theme. Grounds: "window", "surface", "row_hover", "background_text", "selected"; "section" is
+    /// one for black text only. Text, legible on every other ground: "text", "muted", "disabled", "link", "error",
+    /// "remark". Lines: "border" (hairlines), "outline" (edge of an input). The accent: "accent", "accent_hover" and
+    /// "accent_text", which stands on both.
     QColor getColor(const std::string& name) const;
     /// The same colour as a style sheet takes it: "#rrggbb".
     QString getColorName(const std::string& name) const;

@@ -17,8 +17,19 @@ add_custom_command(
 set_source_files_properties(${images}/BrindleImages.cpp PROPERTIES SKIP_AUTOMOC ON)
 
 add_library(BrindleWidgets STATIC
-    CapFrame.cpp CapFrame.h DirectoryDialog.cpp DirectoryDialog.h FileDialog.cpp FileDialog.h LineIconEngine.cpp
-    LineIconEngine.h PathDialog.cpp PathDialog.h PathParts.cpp PathParts.h PopupDelegate.cpp PopupDelegate.h QtLabel.cpp QtLabel.h SaveFileDialog.cpp
-    SaveFileDialog.h TableDelegate.cpp TableDelegate.h Theme.cpp Theme.h ThemeColors.cpp ThemeColors.h ThemeResources.cpp
-    ThemeResources.h WheelGuard.cpp WheelGuard.h resources/Brindle.qrc ${images}/BrindleImages.cpp)
+    CapFrame.cpp CapFrame.h
+    DirectoryDialog.cpp DirectoryDialog.h
+    FileDialog.cpp FileDialog.h
+    LineIconEngine.cpp LineIconEngine.h
+    PathDialog.cpp PathDialog.h
+    PathParts.cpp PathParts.h
+    PopupDelegate.cpp PopupDelegate.h
+    QtLabel.cpp QtLabel.h
+    SaveFileDialog.cpp SaveFileDialog.h
+    TableDelegate.cpp TableDelegate.h
+    Theme.cpp Theme.h
+    ThemeColors.cpp ThemeColors.h
+    ThemeResources.cpp ThemeResources.h
+    WheelGuard.cpp WheelGuard.h
+    resources/Brindle.qrc ${images}/BrindleImages.cpp)
 target_link_libraries(BrindleWidgets PUBLIC Brindle Qt5::Widgets PRIVATE Qt5::Svg)

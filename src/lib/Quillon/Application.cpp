@@ -8,6 +8,7 @@
 #include <QThread>
 
 #include <algorithm>
+#include <csignal>
 #include <string_view>
 
 namespace Quillon {
@@ -39,6 +40,7 @@ std::unique_ptr<Application> Application::create(int& argc, char** argv, const Q
     if (QCoreApplication::instance())
         throw located(Brindle::InvalidRequest("There is an application object already"), BRINDLE_HERE);
     const bool aboutSuppressed = takeOption(argc, argv, "-no-about");
+    std::signal(SIGPIPE, SIG_IGN); // the program outlives the reader of its output
     setAttribute(Qt::AA_EnableHighDpiScaling);
     setAttribute(Qt::AA_UseHighDpiPixmaps);
     if (!graphical)
@@ -109,8 +111,7 @@ QString Application::getCopyright(bool isRichText) const {
 
 QString Application::getDisclaimer() const {
     return tr("<p>%1 and the sources that it generates are provided as they are, without warranty of any kind. "
-              "Simulate "
-              "what you generate and check it on your device before you rely on it.</p>"
+              "Simulate what you generate and check it on your device before you rely on it.</p>"
               "<p>They may be used, copied and passed on under the terms of the licence that Orvane delivers with the "
               "program.</p>")
         .arg(_fullName);

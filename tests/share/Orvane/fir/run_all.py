@@ -6,7 +6,6 @@ import argparse
 import os
 import pathlib
 import random
-import re
 import sys
 import tempfile
 import time
@@ -20,7 +19,7 @@ from check import check
 from hdl_tools import CheckFailed, require
 from model import Mismatch
 from parameter_sets import KINDS, parameter_sets
-from program import Program, add_options
+from program import Program, add_options, arguments_of, errors_of
 
 
 def generate_with_scripts(kind, sets, paths):
@@ -36,17 +35,7 @@ def generate_with_scripts(kind, sets, paths):
 def generate_with_program(program, kind, sets, paths):
     """The same with the program's forms."""
     jobs = [("Orvane/" + kind, each.fields(), path) for each, path in zip(sets, paths)]
-    return [[line for line in lines if line.startswith("E: ")] for lines in program.generate(jobs)]
-
-
-def arguments_of(each, path, program):
-    """The arguments that the file was generated with; the program took its date from the clock."""
-    arguments = each.arguments()
-    if program:
-        dates = re.findall(r"\d\d/\d\d/\d{4} - \d\d:\d\d", path.read_text())
-        require(len(dates) == 1, f"the file shows the dates {dates}")
-        arguments["%%DATE%%"] = dates[0]
-    return arguments
+    return [errors_of(lines) for lines in program.generate(jobs)]
 
 
 def check_kind(kind, directory, program, seed, is_long):
@@ -59,7 +48,8 @@ def check_kind(kind, directory, program, seed, is_long):
         print(f"{kind} {each.name}: {each.form}", flush=True)
         try:
             require(not errors, f"the script reports {errors}")
-            check(kind, path, arguments_of(each, path, program), seed, is_long)
+            arguments = arguments_of(each, path) if program else each.arguments()
+            check(kind, path, arguments, seed, is_long)
         except (CheckFailed, Mismatch) as fault:
             print(f"FAILED {kind} {each.name}: {fault}", flush=True)
             failures += 1

@@ -8,6 +8,7 @@
 #include <Brindle/Exception.h>
 #include <Brindle/FileDialog.h>
 
+#include <QDateTime>
 #include <QDir>
 #include <QDirIterator>
 #include <QGridLayout>
@@ -15,6 +16,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSettings>
+#include <QtEndian>
 
 #include <memory>
 #include <optional>
@@ -82,10 +84,13 @@ private Q_SLOTS:
     void injectedEntityRunsNothing();
     void scriptProblemComesBeforeTheEntity();
     void failuresKeepWhatWasWritten();
+    void entityNameIsText();
+    void removedDirectoryIsMadeAgain();
     void regionsAreEnciphered();
     void markerErrors();
     void missingScript();
     void unwritableDirectory();
+    void fullDisk_data();
     void fullDisk();
 };
 
@@ -238,7 +243,7 @@ void BridgeTest::directoriesFollowTheRemovalRule() {
 
 void BridgeTest::hostileNames_data() {
     QTest::addColumn<QByteArray>("name");
-    QTest::newRow("absolute") << QByteArray("/tmp/velmora-hostile");
+    QTest::newRow("absolute") << QByteArray("/proc/velmora-hostile");
     QTest::newRow("climbs") << QByteArray("../hostile");
     QTest::newRow("climbs from below") << QByteArray("a/../../hostile");
     QTest::newRow("parent itself") << QByteArray("..");
@@ -314,6 +319,21 @@ void BridgeTest::failuresKeepWhatWasWritten() {
     QCOMPARE(recorder.lines().last(), QStringLiteral("  Generating Failed"));
 }
 
+void BridgeTest::entityNameIsText() {
+    open(returning("{'echo': argDict['%%ENTITY_NAME%%']}"));
+    entity()->setText(QString::fromUtf8("caf\xC3\xA9"));
+    press("Generate");
+    QCOMPARE(readFile(out("echo")), QByteArray("caf\xC3\xA9\n"));
+}
+
+void BridgeTest::removedDirectoryIsMadeAgain() {
+    open(returning("{'x.vhd': 'x'}"));
+    press("Generate");
+    QVERIFY(QDir(out()).removeRecursively());
+    press("Generate");
+    QCOMPARE(readFile(out("x.vhd")), QByteArray("x\n"));
+}
+
 void BridgeTest::regionsAreEnciphered() {
     open(returning("{'x.vhd': 'a\\n`protect begin\\nsecret\\n`protect end\\nc', "
                    "'x.v': '//`protect begin\\nsecret\\n//`protect end'}"));
@@ -325,6 +345,13 @@ void BridgeTest::regionsAreEnciphered() {
     QVERIFY(verilog.startsWith("`pragma protect begin_protected\n"));
     QVERIFY(verilog.endsWith("\n`pragma protect end_protected\n"));
     QVERIFY(!vhdl.contains("secret") && !verilog.contains("secret"));
+
+    const int place = vhdl.indexOf(" info=") + 6;
+    const QByteArray info = QByteArray::fromHex(vhdl.mid(place, vhdl.indexOf(' ', place) - place));
+    QCOMPARE(info.size(), 16);
+    const auto minutes = qFromLittleEndian<qint32>(info.constData());
+    QVERIFY(qAbs(minutes - QDateTime::currentSecsSinceEpoch() / 60) <= 1);
+    QCOMPARE(info.mid(4), QByteArray("velmora\0\x2a\0\0\0", 12));
     press("Generate");
     QVERIFY(readFile(out("x.vhd")) != vhdl);
 }
@@ -356,8 +383,15 @@ void BridgeTest::unwritableDirectory() {
              QStringList({"E:   Unable to open file /proc/velmora-out/x.vhd", "  Generating Failed"}));
 }
 
+void BridgeTest::fullDisk_data() {
+    QTest::addColumn<int>("size");
+    QTest::newRow("fails when the buffer is written out") << 10;
+    QTest::newRow("fails at once") << 100'000;
+}
+
 void BridgeTest::fullDisk() {
-    open(returning("{'x.vhd': 'x' * 100000}"));
+    QFETCH(int, size);
+    open(returning("{'x.vhd': 'x' * " + QByteArray::number(size) + "}"));
     QVERIFY(QDir().mkpath(out()));
     QVERIFY(QFile::link("/dev/full", out("x.vhd")));
     ConsoleRecorder recorder;

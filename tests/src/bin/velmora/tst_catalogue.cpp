@@ -17,13 +17,16 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QScrollArea>
 #include <QSettings>
 #include <QSplitter>
 #include <QStackedWidget>
+#include <QTcpServer>
 #include <QWebFrame>
 #include <QWebView>
 
 #include <memory>
+#include <sys/stat.h>
 
 using Velmora::IPHandler;
 using Velmora::IPLeaf;
@@ -84,6 +87,7 @@ private Q_SLOTS:
 
     void discoveryFollowsTheDirectories();
     void discoveryKeepsTheListingOrder();
+    void discoveryTakesADirectoryForADescription();
     void failedDiscoveryLeavesNothing_data();
     void failedDiscoveryLeavesNothing();
     void handlerRefusesANullWindow();
@@ -97,6 +101,7 @@ private Q_SLOTS:
     void configurationWidgetIsSetOnce();
     void formShareComesFromTheSettings();
     void descriptionPage();
+    void pageReachesNothingButFiles();
     void brokenLinkIsReported();
     void treeFollowsTheCatalogue();
     void filters_data();
@@ -125,6 +130,16 @@ void CatalogueTest::discoveryKeepsTheListingOrder() {
     const auto handler = createHandler();
     const QDir provider(_prefix->path("share/velmora/Orvane"));
     QCOMPARE(namesOf(handler->getIPLeaves()), provider.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Unsorted));
+}
+
+void CatalogueTest::discoveryTakesADirectoryForADescription() {
+    QVERIFY(QDir().mkpath(_prefix->path("share/velmora/Orvane/one/config")));
+    try {
+        createHandler();
+        QFAIL("nothing thrown");
+    } catch (const Brindle::Critical& exception) {
+        QCOMPARE(exception.what(), "Unable to open description file");
+    }
 }
 
 void CatalogueTest::failedDiscoveryLeavesNothing_data() {
@@ -210,6 +225,10 @@ void CatalogueTest::leafErrors_data() {
                             << "Unable to open description file";
     QTest::newRow("directory") << "share"
                                << "Unable to open description file";
+    QTest::newRow("named pipe") << "pipe"
+                                << "Unable to open description file";
+    QTest::newRow("endless device") << "device"
+                                    << "Unable to open description file";
     QTest::newRow("empty file") << "empty"
                                 << "Name not specified";
 }
@@ -218,6 +237,8 @@ void CatalogueTest::leafErrors() {
     QFETCH(QString, filename);
     QFETCH(QString, message);
     _prefix->write("empty", "");
+    QCOMPARE(mkfifo(QFile::encodeName(_prefix->path("pipe")).constData(), 0600), 0);
+    QVERIFY(QFile::link("/dev/zero", _prefix->path("device")));
     if (!filename.isEmpty())
         filename = _prefix->path(filename);
     try {
@@ -236,7 +257,12 @@ void CatalogueTest::hugeDescriptionIsRefusedQuickly() {
     QVERIFY(file.open(QIODevice::WriteOnly) && file.resize(100 * 1024 * 1024));
     QElapsedTimer timer;
     timer.start();
-    QVERIFY_EXCEPTION_THROWN(IPLeaf(file.fileName().toStdString()), Brindle::Critical);
+    try {
+        IPLeaf(file.fileName().toStdString());
+        QFAIL("nothing thrown");
+    } catch (const Brindle::Critical& exception) {
+        QCOMPARE(exception.what(), "Description file is larger than 16 MiB");
+    }
     QVERIFY(timer.elapsed() < 2000);
 }
 
@@ -297,6 +323,13 @@ void CatalogueTest::configurationWidgetIsSetOnce() {
     auto* form = new QWidget;
     QCOMPARE(messageOf(form), std::string());
     QVERIFY(leaf.isAncestorOf(form));
+    const auto* scrollArea = leaf.findChild<QScrollArea*>();
+    QCOMPARE(scrollArea->widget(), form);
+    QVERIFY(scrollArea->widgetResizable());
+    const auto* splitter = leaf.findChild<QSplitter*>();
+    QCOMPARE(splitter->orientation(), Qt::Vertical);
+    QVERIFY(qobject_cast<QWebView*>(splitter->widget(0)->property("child").value<QWidget*>()));
+    QCOMPARE(splitter->widget(1)->property("child").value<QWidget*>(), scrollArea);
     QWidget second;
     QCOMPARE(messageOf(&second), std::string("configurationWidget already set"));
 }
@@ -328,6 +361,22 @@ void CatalogueTest::descriptionPage() {
     IPLeaf without(_prefix->addIP("X/z", base + "html absent.html\n").toStdString());
     QTRY_COMPARE(without.findChild<QWebView*>()->page()->mainFrame()->toPlainText().trimmed(),
                  QStringLiteral("Description file does not exists"));
+}
+
+void CatalogueTest::pageReachesNothingButFiles() {
+    QTcpServer server;
+    QVERIFY(server.listen(QHostAddress::LocalHost));
+    const QByteArray image = "http://127.0.0.1:" + QByteArray::number(server.serverPort()) + "/picture.png";
+    _prefix->write("share/velmora/X/y/page.html", "<body><p>Hello</p><img src='" + image + "'></body>");
+    IPLeaf leaf(_prefix->addIP("X/y", description("Any", "A", "Orvane", "V") + "html page.html\n").toStdString());
+    leaf.show();
+    const auto* view = leaf.findChild<QWebView*>();
+    QTRY_COMPARE(view->page()->mainFrame()->toPlainText().trimmed(), QStringLiteral("Hello"));
+    for (const auto attribute : {QWebSettings::JavascriptEnabled, QWebSettings::JavaEnabled,
+                                 QWebSettings::PluginsEnabled, QWebSettings::LocalStorageEnabled}) {
+        QVERIFY(!view->settings()->testAttribute(attribute));
+    }
+    QVERIFY(!server.waitForNewConnection(300));
 }
 
 void CatalogueTest::brokenLinkIsReported() {
@@ -379,18 +428,24 @@ void CatalogueTest::filters_data() {
     QTest::addColumn<QString>("variant");
     QTest::addColumn<QString>("category");
     QTest::addColumn<QStringList>("rows");
-    const QStringList everything{"0:DSP", "1:Filters", "2:One", "0:DSP2", "1:Two", "0:Interface", "1:Three"};
+    const QStringList everything{"0:DSP",       "1:Filters", "2:One", "0:DSP2", "1:Two",
+                                 "0:Interface", "1:Three",   "0:dsp", "1:Four"};
     QTest::newRow("all") << "All"
                          << "All" << everything;
     QTest::newRow("variant hides IPs but no node")
         << "C"
-        << "All" << QStringList({"0:DSP", "1:Filters", "0:DSP2", "0:Interface", "1:Three"});
+        << "All" << QStringList({"0:DSP", "1:Filters", "0:DSP2", "0:Interface", "1:Three", "0:dsp"});
     QTest::newRow("variant that is part of another")
         << "FAM"
-        << "All" << QStringList({"0:DSP", "1:Filters", "2:One", "0:DSP2", "1:Two", "0:Interface"});
+        << "All" << QStringList({"0:DSP", "1:Filters", "2:One", "0:DSP2", "1:Two", "0:Interface", "0:dsp"});
     QTest::newRow("category is a beginning")
         << "All"
         << "DSP" << QStringList({"0:DSP", "1:Filters", "2:One", "0:DSP2", "1:Two"});
+    QTest::newRow("case counts in variants")
+        << "c"
+        << "All" << QStringList({"0:DSP", "1:Filters", "0:DSP2", "0:Interface", "0:dsp", "1:Four"});
+    QTest::newRow("case counts in categories") << "All"
+                                               << "dsp" << QStringList({"0:dsp", "1:Four"});
     QTest::newRow("both") << "FAMILY"
                           << "DSP2" << QStringList({"0:DSP2"});
 }
@@ -402,6 +457,7 @@ void CatalogueTest::filters() {
     addLeaf(*handler, "X/1", description("One", "DSP/Filters", "Orvane", "FAMILY"));
     addLeaf(*handler, "X/2", description("Two", "DSP2", "Orvane", "FAM"));
     addLeaf(*handler, "X/3", description("Three", "Interface", "Orvane", "C"));
+    addLeaf(*handler, "X/4", description("Four", "dsp", "Orvane", "c"));
     Velmora::Folio folio(nullptr);
     const auto* model = folio.findChild<Velmora::IPTreeView*>()->model();
     QAbstractItemModelTester tester(const_cast<QAbstractItemModel*>(model));
@@ -410,7 +466,7 @@ void CatalogueTest::filters() {
     QTEST(rowsOf(*model), "rows");
     folio.findChild<QComboBox*>("variantCombo")->setCurrentIndex(0);
     folio.findChild<QComboBox*>("categoryCombo")->setCurrentIndex(0);
-    QCOMPARE(rowsOf(*model).size(), 7);
+    QCOMPARE(rowsOf(*model).size(), 9);
 }
 
 void CatalogueTest::selectionShowsThePage() {

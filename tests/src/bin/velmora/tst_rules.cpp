@@ -6,6 +6,7 @@
 
 #include <Brindle/Exception.h>
 
+#include <QDir>
 #include <QTest>
 
 #include <climits>
@@ -48,6 +49,7 @@ private Q_SLOTS:
     void descriptionErrors();
     void descriptionErrorsAreLocatedAndNameTheFile();
     void descriptionFields();
+    void relativePathsBecomeAbsolute();
     void lastKeywordWinsAndVariantsAccumulate();
     void longLinesAreAccepted();
     void argumentStatement();
@@ -88,6 +90,10 @@ void RulesTest::descriptionErrors_data() {
     row("accepted without the last line end", whole + "html x.html", "");
     row("accepted with Windows line ends", "name A\r\ncategory B\r\ncompany C\r\nvariants D\r\n", "");
     row("accepted: uid of 25 characters", whole + "uid " + QByteArray(25, 'u') + "\n", "");
+
+    row("accepted: uid of 25 long characters", whole + "uid " + QByteArray("\xc3\xa9").repeated(25) + "\n", "");
+    row("uid of 26 long characters", whole + "uid " + QByteArray("\xc3\xa9").repeated(26),
+        "UID should contains less than 25 characters");
 
     row("empty file", "", "Name not specified");
     row("empty line inside", "name A\n\n" + whole, "Invalid line: ''");
@@ -151,6 +157,17 @@ void RulesTest::descriptionFields() {
     QCOMPARE(ip.variants, (std::list<std::string>{"FAMILYA", "FAMILYB"}));
     QCOMPARE(ip.scriptFilename, std::string("/prefix/share/velmora/Orvane/common/gen.py"));
     QCOMPARE(ip.htmlFilename, std::string("/elsewhere/page.html"));
+}
+
+void RulesTest::relativePathsBecomeAbsolute() {
+    const std::string here = QDir::currentPath().toStdString();
+    const QByteArray content = "name A\ncategory B\ncompany C\nvariants D\nuid E\nscript s.py\n";
+    const auto scriptOf = [&content](const std::string& filename) {
+        return Velmora::parseIPDescription(content.toStdString(), filename, caller).scriptFilename;
+    };
+    QCOMPARE(scriptOf("x/config"), here + "/x/s.py");
+    QCOMPARE(scriptOf("config"), here + "/s.py");
+    QCOMPARE(scriptOf("../x/config"), QDir::cleanPath(QDir::currentPath() + "/../x/s.py").toStdString());
 }
 
 void RulesTest::lastKeywordWinsAndVariantsAccumulate() {

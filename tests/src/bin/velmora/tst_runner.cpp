@@ -11,6 +11,7 @@
 #include <csignal>
 #include <memory>
 #include <optional>
+#include <sys/stat.h>
 
 using Velmora::GeneratedFiles;
 
@@ -59,6 +60,7 @@ private Q_SLOTS:
     void nothingSurvivesANormalRun();
     void nothingOfAFailedRunIsTakenForAResult_data();
     void nothingOfAFailedRunIsTakenForAResult();
+    void failedRunLeavesNoneOfTheRunnersNames();
     void scriptFileErrors_data();
     void scriptFileErrors();
     void userEnvironmentIsIgnored();
@@ -223,6 +225,14 @@ void RunnerTest::nothingOfAFailedRunIsTakenForAResult() {
     QVERIFY(!second.files);
 }
 
+void RunnerTest::failedRunLeavesNoneOfTheRunnersNames() {
+    run("text = fileDict = generate = 'old'\nraise ValueError()\n");
+    const Outcome outcome =
+        run("found = [name for name in ('text', 'fileDict', 'generate', 'argDict') if name in globals()]\n" +
+            returning("{'found': repr(found)}"));
+    QCOMPARE(outcome.files->at("found"), QStringLiteral("[]"));
+}
+
 void RunnerTest::scriptFileErrors_data() {
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QString>("message");
@@ -256,7 +266,9 @@ void RunnerTest::scriptFileErrors() {
              QStringLiteral("Script refused: truncated or malformed"));
     QCOMPARE(messageOf(_prefix->writeScript("script.py", QByteArray("x = 1\0y = 2", 11))),
              QStringLiteral("Script holds a NUL byte"));
-    for (const QString& unreadable : {_prefix->path("absent.py"), _prefix->path("share")}) {
+    const QString pipe = _prefix->path("pipe.py");
+    QCOMPARE(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    for (const QString& unreadable : {_prefix->path("absent.py"), _prefix->path("share"), pipe}) {
         try {
             Velmora::GeneratorScript(unreadable.toStdString(), caller);
             QFAIL("nothing thrown");
@@ -274,12 +286,13 @@ void RunnerTest::userEnvironmentIsIgnored() {
     qputenv("PYTHONHOME", "/nonexistent");
     qputenv("PYTHONPATH", QFile::encodeName(_prefix->path()));
     qputenv("PYTHONINSPECT", "1");
-    const Outcome outcome = run("import os\n" + returning("{'a': os.sep}"));
+    const Outcome outcome = run("import os, sys\n" +
+                                returning("{'a': os.sep + str('site' in sys.modules) + str(sys.dont_write_bytecode)}"));
     for (const char* name : {"PYTHONHOME", "PYTHONPATH", "PYTHONINSPECT"})
         qunsetenv(name);
     QCOMPARE(outcome.exception, QString());
     QCOMPARE(outcome.console, QStringList());
-    QCOMPARE(outcome.files->at("a"), QStringLiteral("/"));
+    QCOMPARE(outcome.files->at("a"), QStringLiteral("/FalseTrue"));
 }
 
 void RunnerTest::signalHandlersStay() {

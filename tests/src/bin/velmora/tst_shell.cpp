@@ -16,6 +16,7 @@
 #include <Brindle/Exception.h>
 #include <Brindle/Theme.h>
 
+#include <QGridLayout>
 #include <QLabel>
 #include <QPropertyAnimation>
 #include <QSettings>
@@ -94,8 +95,17 @@ void ShellTest::maximisedWindowIgnoresItsGeometry() {
         window.close();
     }
     QCOMPARE(QSettings().value("isMaximized").toBool(), true);
-    MainWindow window;
+    QSettings().setValue("isMaximized", false);
+    {
+        MainWindow window;
+        window.showNormal();
+        window.resize(640, 480);
+        window.close();
+    }
+    QSettings().setValue("isMaximized", true);
+    const MainWindow window;
     QVERIFY(window.isMaximized());
+    QCOMPARE(window.normalGeometry().size(), QSize(1000, 600)); // and not the stored size
 }
 
 void ShellTest::rubbishInTheSettingsDoesNoHarm() {
@@ -111,13 +121,33 @@ void ShellTest::rubbishInTheSettingsDoesNoHarm() {
 void ShellTest::folioPages() {
     const MainWindow window;
     auto* folio = window.findChild<Folio*>();
-    const auto* stack = folio->findChild<QStackedWidget*>(QString(), Qt::FindDirectChildrenOnly);
+    auto* stack = folio->findChild<QStackedWidget*>(QString(), Qt::FindDirectChildrenOnly);
     QCOMPARE(stack->count(), 3);
     QVERIFY(qobject_cast<Velmora::IPsLeaf*>(stack->widget(0)));
     QVERIFY(stack->widget(1)->findChild<Velmora::AboutLeaf*>());
     QVERIFY(qobject_cast<Velmora::SettingsLeaf*>(stack->widget(2)));
     QCOMPARE(folio->getAboutLeafIndex(), 1);
     QCOMPARE(folio->getCurrentIndex(), 1);
+
+    auto* grid = qobject_cast<QGridLayout*>(folio->layout());
+    const auto placeOf = [grid](QWidget* widget) {
+        int row = 0;
+        int column = 0;
+        int rowSpan = 0;
+        int columnSpan = 0;
+        grid->getItemPosition(grid->indexOf(widget), &row, &column, &rowSpan, &columnSpan);
+        return QList<int>{row, column, rowSpan, columnSpan};
+    };
+    auto* buttonColumn = folio->findChild<QToolButton*>("IPs")->parentWidget();
+    QCOMPARE(placeOf(buttonColumn), QList<int>({0, 0, 2, 1}));
+    QCOMPARE(placeOf(folio->findChild<QLabel*>("titleLabel")), QList<int>({0, 1, 1, 1}));
+    QCOMPARE(placeOf(stack), QList<int>({1, 1, 1, 3}));
+    QCOMPARE(grid->columnStretch(1), 1);
+    QCOMPARE(grid->rowStretch(1), 1);
+    QCOMPARE(buttonColumn->width(), 124);
+    QCOMPARE(buttonColumn->layout()->spacing(), 12);
+    QCOMPARE(buttonColumn->layout()->contentsMargins(), QMargins(0, 0, 12, 0));
+    QVERIFY(buttonColumn->layout()->itemAt(1)->spacerItem()); // IPs at the top, the others at the bottom
 
     const QStringList names{"IPs", "About", "Settings"};
     for (int index = 0; index < names.size(); ++index) {
@@ -255,6 +285,9 @@ void ShellTest::generationFailures_data() {
     row("filter: in-house", 1, 1, "E:   Processing aborted [Own text] (field: value)", "  Generating failed");
     row("filter: standard", 1, 2, strange, "  Generating failed");
     row("filter: unrelated", 1, 3, strange, "  Generating failed");
+    row("line table: in-house", 2, 1, "E:   Processing aborted [Own text] (field: value)", "  Generating Failed");
+    row("line table: standard", 2, 2, "E:   Processing aborted [standard text]", "  Generating Failed");
+    row("line table: refused", 2, 4, "E:   refused", "  Generating failed");
     row("filter: refused", 1, 4, "E:   refused", "  Generating failed");
 }
 
@@ -263,8 +296,10 @@ void ShellTest::generationFailures() {
     QFETCH(int, kind);
     QFETCH(QStringList, told);
     ConsoleRecorder recorder;
+    const QList<Velmora::FailureRule> rules{Velmora::FailureRules::bridge, Velmora::FailureRules::filter,
+                                            Velmora::FailureRules::lineTable};
     Velmora::runGeneration(
-        "Title", family == 0 ? Velmora::FailureRules::bridge : Velmora::FailureRules::filter, BRINDLE_HERE,
+        "Title", rules.at(family), BRINDLE_HERE,
         [kind] {
             if (kind == 4)
                 Brindle::console.error("refused");

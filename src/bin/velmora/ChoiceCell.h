@@ -1,0 +1,24 @@
+#pragma once
+
+#include <velmora/CellEditor.h>
+
+#include <QStringList>
+
+namespace Velmora {
+
+/// Cells that hold one of some texts, chosen in a combo box.
+class ChoiceCell : public CellEditor {
+public:
+    explicit ChoiceCell(const QStringList& items) : _items(items) {}
+
+    QWidget* create(QWidget* parent) const override;
+    /// Nothing is chosen when no item has the value's text.
+    void setValue(QWidget* editor, const QVariant& value) const override;
+    QVariant getValue(QWidget* editor) const override;
+    bool canGive(const QString& text) const override { return _items.contains(text); }
+
+private:
+    const QStringList _items;
+};
+
+} // namespace Velmora

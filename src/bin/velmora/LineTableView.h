@@ -1,0 +1,48 @@
+#pragma once
+
+#include <velmora/LineTableModel.h>
+
+#include <QStringList>
+#include <QTableView>
+
+namespace Velmora {
+
+class LineCountProxyModel;
+class LineTableDelegate;
+
+/// A table in which the lines of a form are filled in. A row stays filled in while the form counts too few lines to
+/// show it, and is kept in the settings with the others.
+class LineTableView : public QTableView {
+    Q_OBJECT
+
+public:
+    /// All rows, the hidden ones too.
+    LineTableModel* getModel() const { return _model; }
+    /// Number of visible rows.
+    int getRowCount() const;
+
+    /// Gives every cell that can be filled in its initial text.
+    void initialize();
+    void load();
+    void save() const;
+
+public Q_SLOTS:
+    /// Shows as many rows as the form now counts lines.
+    void invalidateFilter();
+
+protected:
+    /// The name is the view's object name and its subgroup in the form's settings group. The view takes the model.
+    LineTableView(const QString& name, const QString& formGroup, LineTableModel* model);
+
+    /// Completes the table with a proxy and a delegate that are the view's children.
+    void setUp(LineCountProxyModel* proxy, LineTableDelegate* delegate);
+    /// The texts of a column in the visible rows.
+    QStringList getTexts(int column) const;
+
+private:
+    const QString _group;
+    LineTableModel* const _model;
+    LineCountProxyModel* _proxy = nullptr;
+};
+
+} // namespace Velmora

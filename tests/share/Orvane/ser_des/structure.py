@@ -1,0 +1,59 @@
+"""Synthesises an interface and looks at its registers and clocks."""
+
+import json
+import re
+
+from hdl_tools import require, yosys
+
+FLIP_FLOP = re.compile(r"\$(a?dffe?|adffe?)")
+FORBIDDEN_CELLS = re.compile(r"\$(d?latch|adlatch|aldff|dffsr|sr|tribuf|mem)")
+
+
+def without_attributes(text):
+    """GHDL's synthesis ends abnormally on several attributes of ports; each stands alone on its line."""
+    return re.sub(r"(?m)^ *attribute [^\n]*\n", "", text)
+
+
+def check_structure(ghdl, shape):
+    """Registers and look-up tables, as text; the design without attributes is analysed already."""
+    verilog, remarks = ghdl.to_verilog(shape.entity)
+    require("latch" not in remarks, f"GHDL finds a latch:\n{remarks}")
+    (ghdl.directory / "netlist.v").write_text(verilog)
+    entity = shape.entity
+    report = yosys(ghdl.directory, [
+        "read_verilog netlist.v", f"hierarchy -check -top {entity}", "proc", "flatten", "opt", "opt_clean",
+        "check -assert", "write_json netlist.json", "synth", "design -save gates",
+        "abc -lut 4", "opt_clean", "stat", "design -load gates", "abc -lut 6", "opt_clean", "stat"])
+    modules = json.loads((ghdl.directory / "netlist.json").read_text())["modules"]
+    require(list(modules) == [entity], f"the synthesised modules are {', '.join(modules)}")
+    flip_flops = check_cells(modules[entity], shape)
+    if not modules[entity]["cells"]:
+        return "no cell"
+    tables = [sum(map(int, re.findall(r"\$lut +(\d+)\n", part))) for part in report.split("Number of cells:")[1:]]
+    return f"{flip_flops} flip-flops, {tables[-2]} LUT4 or {tables[-1]} LUT6"
+
+
+def check_cells(module, shape):
+    """No latch, no clock but the two inputs, serial ports directly at registers of the bit clock."""
+    ports = {name: port["bits"] for name, port in module["ports"].items()}
+    clocks = {ports[name][0]: name for name in ("word_clk", "bit_clk")}
+    registered, sampled, others, count = set(), set(), set(), 0
+    for cell in module["cells"].values():
+        require(not FORBIDDEN_CELLS.match(cell["type"]), f"the synthesised interface holds a cell {cell['type']}")
+        pins = cell["connections"]
+        if not FLIP_FLOP.match(cell["type"]):
+            others |= {bit for name, bits in pins.items() if cell["port_directions"][name] == "input" for bit in bits}
+            continue
+        clock = clocks.get(pins["CLK"][0])
+        require(clock, "a register is clocked by neither word_clk nor bit_clk")
+        require("ARST" in pins, "a register has no asynchronous reset")
+        count += len(pins["Q"])
+        if clock == "bit_clk":
+            registered |= set(pins["Q"])
+            sampled |= set(pins["D"])
+    require(not others & set(clocks), "a clock is used as a signal")
+    if shape.ser_count:
+        require(set(ports["ser_out"]) <= registered, "ser_out does not come from registers of bit_clk")
+    if shape.des_count:
+        require(set(ports["des_in"]) <= sampled - others, "des_in does not go to registers of bit_clk alone")
+    return count
