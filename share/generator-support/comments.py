@@ -12,3 +12,10 @@ def headerComment(entries, begin='-- ', end=''):
 def failureComment(problem):
     """What a generator of a single HDL text returns for invalid arguments: a comment that is no design."""
     return '-- Generation failed: %s\n' % problem
+
+
+def printableText(text):
+    """The text with a "?" for every character that is not printable ASCII, and for every backquote."""
+    if isinstance(text, str):
+        text = text.decode('utf-8', 'replace')
+    return str(''.join(character if ' ' <= character <= '~' and character != '`' else '?' for character in text))

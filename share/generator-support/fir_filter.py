@@ -112,10 +112,3 @@ class FirFilter(object):
             'SUM_WIDTH': sumWidth,
             'FULL_WIDTH': max(sumWidth, self.truncatedBits + self.outputWidth),
         }
-
-
-def printableText(text):
-    """The text with a "?" for every character that is not printable ASCII, and for every backquote."""
-    if isinstance(text, str):
-        text = text.decode('utf-8', 'replace')
-    return str(''.join(character if ' ' <= character <= '~' and character != '`' else '?' for character in text))

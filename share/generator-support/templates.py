@@ -1,4 +1,6 @@
 # Turns the templates of an IP, which are real files around a default entity name, into its output.
+#
+# A template marks what depends on more than a name or a number by the comment lines "-- begin NAME" and "-- end NAME".
 
 import re
 
@@ -23,3 +25,25 @@ def replaceLine(template, line, replacement):
     lines = template.split('\n')
     place = lines.index(line)
     return '\n'.join(lines[:place] + replacement + lines[place + 1:])
+
+
+def fillBlocks(template, blocks):
+    """The template without marks; the lines between those of a name in 'blocks' are replaced by that list of lines."""
+    for name, lines in blocks.items():
+        pattern = r'(?ms)^( *)-- begin %s\n.*?^ *-- end %s\n' % (name, name)
+        template, count = re.subn(
+            pattern, lambda match: ''.join(line + '\n' for line in indented(lines, match.group(1))), template)
+        if count != 1:
+            raise ValueError('%d blocks "%s"' % (count, name))
+    template = re.sub(r'(?m)^ *-- (begin|end) [a-z ]+\n', '', template)
+    return re.sub(r'\n{3,}', '\n\n', template)
+
+
+def setConstants(template, values):
+    """The template with the constants named in 'values' set to them."""
+    for name, value in values.items():
+        pattern = r'(?m)^( *constant %s +: [^:]+ := )[^;]+;' % name
+        template, count = re.subn(pattern, lambda match: '%s%s;' % (match.group(1), value), template)
+        if count != 1:
+            raise ValueError('%d constants %s' % (count, name))
+    return template
