@@ -48,7 +48,6 @@ Example: velmora-seal keygen recipient --owner Orvane --name orvane-2 -o keys/or
 struct PairFiles {
     explicit PairFiles(const std::string& base) : privateFile(base + ".private.pem"), publicFile(base + ".pem") {}
 
-    bool exist() const { return fs::exists(privateFile) && fs::exists(publicFile); }
     void requireWritable(bool replace) const {
         SealTool::requireWritable(privateFile, replace);
         SealTool::requireWritable(publicFile, replace);
@@ -88,11 +87,26 @@ ExitCode makeScriptKey(const CommandLine& commandLine) {
     return ExitCode::Done;
 }
 
+/// The key pair of a private half that was written before its public half could be.
+AsymmetricKey loadPrivateHalf(const std::string& filename) {
+    const Sealwork::PassphraseSource noPassphrase = [&filename]() -> Sealwork::SecureBuffer {
+        Sealwork::refuseKeyFile(filename, "has a passphrase but no public half", BRINDLE_HERE);
+    };
+    auto key = AsymmetricKey::parsePrivate(Sealwork::readKeyFile(filename).text(), noPassphrase);
+    if (!key)
+        Sealwork::refuseKeyFile(filename, "not a private key", BRINDLE_HERE);
+    return std::move(*key);
+}
+
 /// Makes a key pair and writes both halves; `makePublicText` gives the public one.
 template <typename MakeKey, typename MakePublicText>
 ExitCode makePair(const CommandLine& commandLine, MakeKey makeKey, MakePublicText makePublicText) {
     const PairFiles files(commandLine.get("output"));
-    if (!commandLine.has("keep") || !files.exist()) {
+    const bool keep = commandLine.has("keep");
+    if (keep && fs::exists(files.privateFile)) {
+        if (!fs::exists(files.publicFile))
+            writeText(files.publicFile, makePublicText(loadPrivateHalf(files.privateFile)), false);
+    } else {
         const bool replace = commandLine.has("force");
         files.requireWritable(replace);
         makeDirectory(fs::path(files.privateFile).parent_path());

@@ -82,6 +82,12 @@ void SealToolTest::keptKeys() {
         QCOMPARE(contentOf(file), content);
         if (arguments.contains(QLatin1String("script")))
             continue;
+        const auto publicFile = QString::fromLocal8Bit(first.output.split('\n').at(1));
+        const auto publicContent = contentOf(publicFile);
+        QVERIFY(QFile::remove(publicFile)); // as when the making of the pair was interrupted
+        QCOMPARE(seal(QStringList(arguments) << QStringLiteral("--keep")).exitCode, 0);
+        QCOMPARE(contentOf(file), content);
+        QCOMPARE(contentOf(publicFile), publicContent);
         const auto third = seal(arguments);
         QCOMPARE(third.exitCode, 2);
         QCOMPARE(third.errors, "velmora-seal: " + file.toLocal8Bit() + ": File exists already, --force replaces it\n");
