@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Brindle/Build.h>
 #include <Brindle/Console.h>
 
 #include <QRegularExpression>
@@ -8,7 +9,8 @@
 
 #include <utility>
 
-/// Keeps what the console shows from its construction on: errors as "E: text", remarks as "R: text", the rest as it is.
+/// Keeps what the console shows from its construction on, without the locations of a debugging build: errors as "E:
+/// text", remarks as "R: text", the rest as it is.
 class ConsoleRecorder : public Brindle::ConsoleObserver {
 public:
     ConsoleRecorder() { Brindle::console.attach(*this); }
@@ -23,7 +25,10 @@ private:
         const char* mark = kind == Brindle::ConsoleLineKind::Error    ? "E: "
                            : kind == Brindle::ConsoleLineKind::Remark ? "R: "
                                                                       : "";
-        _lines += mark + QString::fromStdString(line);
+        QString text = QString::fromStdString(line);
+        if (Brindle::isDebug()) // errors tell their location there
+            text.remove(QRegularExpression(QStringLiteral(" \\[[^\\[\\]]*, line \\d+\\]$")));
+        _lines += mark + text;
     }
 
     QStringList _lines;

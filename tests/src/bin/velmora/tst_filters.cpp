@@ -10,7 +10,6 @@
 #include <velmora/TransposeLeaf.h>
 #include <velmora/TransposeSymmetricLeaf.h>
 
-#include <Brindle/Build.h>
 #include <Brindle/Exception.h>
 #include <Brindle/FileDialog.h>
 
@@ -400,7 +399,7 @@ void FiltersTest::everyStoredValueOpens() {
     open(kind);
     const Values minimums = values();
     for (const QVariant& rubbish : {QVariant(QStringList{"a", "b"}), QVariant("seven"), QVariant(-5), QVariant(1000000),
-                                    QVariant(QByteArray(1000000, '\xff')), QVariant("3000000000")}) {
+                                    QVariant(QByteArray(100'000, '\xff')), QVariant("3000000000")}) {
         {
             QSettings settings;
             settings.beginGroup(kind.className);
@@ -674,9 +673,7 @@ void FiltersTest::refusals() {
     set(values);
     ConsoleRecorder recorder;
     press("Generate");
-    QStringList lines = recorder.lines().mid(1);
-    if (Brindle::isDebug())
-        lines.replaceInStrings(QRegularExpression(" \\[src/bin/velmora/[^]]*\\]$"), "");
+    const QStringList lines = recorder.lines().mid(1);
     QCOMPARE(lines.mid(lines.size() - told.size()), told); // a trace may stand in front
     QTEST(readFile(_answer), "output");
 }
