@@ -5,7 +5,9 @@
 #include <velmora/MacFirLeaf.h>
 #include <velmora/RegularFile.h>
 #include <velmora/SERDESLeaf.h>
+#include <velmora/ScopeLeaf.h>
 #include <velmora/SettingsKeys.h>
+#include <velmora/StartupScopeLeaf.h>
 #include <velmora/SystolicLeaf.h>
 #include <velmora/TransposeDualLeaf.h>
 #include <velmora/TransposeLeaf.h>
@@ -73,6 +75,10 @@ void IPLeaf::createConfigurationWidget() {
         setConfigurationWidget(new TransposeSymmetricLeaf(this));
     else if (isOVMacFir())
         setConfigurationWidget(new MacFirLeaf(this));
+    else if (isOVScope())
+        setConfigurationWidget(new ScopeLeaf(this));
+    else if (isOVStartupScope())
+        setConfigurationWidget(new StartupScopeLeaf(this));
     else if (isOVSERDES())
         setConfigurationWidget(new SERDESLeaf(this));
     else if (isAPBToSPW())

@@ -2,7 +2,15 @@
 
 #include <velmora/LineTable.h>
 
+#include <QHeaderView>
+
 namespace Velmora {
+
+namespace {
+
+constexpr int nameWidth = 52; // pixels
+
+} // namespace
 
 LineTableView::LineTableView(const QString& name, const QString& formGroup, LineTableModel* model)
     : _group(formGroup + "/" + name), _model(model) {
@@ -12,6 +20,10 @@ LineTableView::LineTableView(const QString& name, const QString& formGroup, Line
 void LineTableView::setUp(LineCountProxyModel* proxy, LineTableDelegate* delegate) {
     _proxy = proxy;
     setUpLineTable(this, _model, proxy, delegate);
+    setColumnWidth(0, nameWidth);
+    setColumnWidth(_model->columnCount() - 1, 0); // it would not become narrower than the default width otherwise
+    horizontalHeader()->setSectionResizeMode(1, QHeaderView::Stretch);
+    horizontalHeader()->setTextElideMode(Qt::ElideRight);
 }
 
 int LineTableView::getRowCount() const {

@@ -34,7 +34,8 @@ protected:
     /// The name is the view's object name and its subgroup in the form's settings group. The view takes the model.
     LineTableView(const QString& name, const QString& formGroup, LineTableModel* model);
 
-    /// Completes the table with a proxy and a delegate that are the view's children.
+    /// Completes the table with a proxy and a delegate that are the view's children. The column after the names shares
+    /// the free width with the last one.
     void setUp(LineCountProxyModel* proxy, LineTableDelegate* delegate);
     /// The texts of a column in the visible rows.
     QStringList getTexts(int column) const;

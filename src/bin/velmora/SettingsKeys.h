@@ -46,5 +46,16 @@ inline const QString terminationReference = QStringLiteral("TerminationReference
 inline const QString turbo = QStringLiteral("Turbo");
 inline const QString inputSignalSlope = QStringLiteral("InputSignalSlope");
 inline const QString trainingValue = QStringLiteral("TrainingValue");
+inline const QString triggerCount = QStringLiteral("TriggerCount");
+inline const QString inputCount = QStringLiteral("InputCount");
+inline const QString captureDepth = QStringLiteral("CaptureDepth");
+inline const QString triggerMode = QStringLiteral("TriggerMode");
+inline const QString captureMode = QStringLiteral("CaptureMode");
+inline const QString windowCaptureLength = QStringLiteral("WindowCaptureLength");
+inline const QString preTriggerSamples = QStringLiteral("PreTriggerSamples");
+inline const QString userDataDelay = QStringLiteral("UserDataDelay");
+inline const QString multipleLevelTrigger = QStringLiteral("MultipleLevelTrigger");
+inline const QString storeTrigger = QStringLiteral("StoreTrigger");
+inline const QString storeWindow = QStringLiteral("StoreWindow");
 
 } // namespace Velmora::SettingsKeys
