@@ -8,7 +8,9 @@
 #include <QLabel>
 #include <QSettings>
 
+#include <algorithm>
 #include <exception>
+#include <limits>
 #include <utility>
 
 namespace Velmora {
@@ -27,8 +29,10 @@ std::optional<int> toNumber(const QVariant& value) {
     if (!value.isValid())
         return 0;
     bool isNumber = false;
-    const int number = value.toInt(&isNumber);
-    return isNumber ? std::optional<int>(number) : std::nullopt;
+    const qlonglong number = value.toLongLong(&isNumber);
+    using Limits = std::numeric_limits<int>;
+    return isNumber ? std::optional(static_cast<int>(std::clamp<qlonglong>(number, Limits::min(), Limits::max())))
+                    : std::nullopt;
 }
 
 /// The same for a number with decimals.

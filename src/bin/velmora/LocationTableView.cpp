@@ -98,6 +98,8 @@ QStringList LocationTableView::getLocationList() const {
 
 QStringList LocationTableView::getOutputDelayList() const {
     QStringList delays;
+    if (isDES())
+        return delays;
     for (const QString& delay : _model->getTexts(outputDelayColumn, getRowCount()))
         delays += delay.rightJustified(2, '0');
     return delays;

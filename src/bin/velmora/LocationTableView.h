@@ -32,7 +32,7 @@ public:
 
     /// The pads of the visible rows; empty texts where none is chosen.
     QStringList getLocationList() const;
-    /// The output delays of the visible rows, with two digits; SER mode only.
+    /// The output delays of the visible rows, with two digits; none in DES mode, which has no such column.
     QStringList getOutputDelayList() const;
 
     /// Takes every pad away and puts every delay to 0.

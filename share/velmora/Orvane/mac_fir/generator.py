@@ -27,10 +27,9 @@ class MacFir(FirFilter):
         remarks = FirFilter.remarks(self)
         missing = self.tapCount - len(self.coefficients)
         if missing:
-            remarks.append('Coefficients: %d given for %d taps, the last %d are zero'
-                           % (len(self.coefficients), self.tapCount, missing))
+            remarks.append('Coefficients: %d given for %d taps, zero for the rest' % (len(self.coefficients), self.tapCount))
         if self.unitCount < self.dspCount:
-            remarks.append('DSP count: %d of %d are used, more would not make the filter faster'
+            remarks.append('DSP count: %d of %d are used, the others would not make the filter faster'
                            % (self.unitCount, self.dspCount))
         return remarks
 
@@ -67,7 +66,7 @@ class MacFir(FirFilter):
 
     def ports(self):
         ports = FirFilter.ports(self)
-        insertPort(ports, 'din_valid', ('din_ready', 'out', None, 'the sample is taken at this edge'))
+        insertPort(ports, 'din_valid', ('din_ready', 'out', None, 'a sample is taken while din_valid is 1'))
         return ports + [('clk_aux1', 'out', None, 'auxiliary clock')]
 
     def designText(self):

@@ -398,8 +398,9 @@ void FiltersTest::everyStoredValueOpens() {
     QFETCH(Kind, kind);
     open(kind);
     const Values minimums = values();
-    for (const QVariant& rubbish : {QVariant(QStringList{"a", "b"}), QVariant("seven"), QVariant(-5), QVariant(1000000),
-                                    QVariant(QByteArray(10'000, '\xff')), QVariant("3000000000")}) {
+    for (const QVariant& rubbish :
+         {QVariant(QStringList{"a", "b"}), QVariant("seven"), QVariant(-5), QVariant(1000000),
+          QVariant(QByteArray(10'000, '\xff')), QVariant("3000000000"), QVariant("4294967297")}) {
         {
             QSettings settings;
             settings.beginGroup(kind.className);

@@ -8,7 +8,7 @@ entity mac_fir is
     clk        : in  std_logic;
     rst        : in  std_logic;                     -- synchronous, active high
     din_valid  : in  std_logic;                     -- din holds a sample
-    din_ready  : out std_logic;                     -- the sample is taken at this edge
+    din_ready  : out std_logic;                     -- a sample is taken while din_valid is 1
     din        : in  std_logic_vector(11 downto 0); -- sample, signed
     dout_valid : out std_logic;                     -- dout holds a result
     dout       : out std_logic_vector(9 downto 0);  -- result, signed

@@ -8,7 +8,7 @@ entity mac_fir_parallel is
     clk        : in  std_logic;
     rst        : in  std_logic;                     -- synchronous, active high
     din_valid  : in  std_logic;                     -- din holds a sample
-    din_ready  : out std_logic;                     -- the sample is taken at this edge
+    din_ready  : out std_logic;                     -- a sample is taken while din_valid is 1
     din        : in  std_logic_vector(11 downto 0); -- sample, signed
     dout_valid : out std_logic;                     -- dout holds a result
     dout       : out std_logic_vector(9 downto 0);  -- result, signed
@@ -91,7 +91,7 @@ begin
   end process input;
 
   multipliers : for unit in 0 to UNIT_COUNT - 1 generate
-    -- A signal, since GHDL 2.0 extends the sign of a constant factor to 32 bits only when it synthesises a product.
+    -- A signal of its own: as a constant factor, GHDL 2.0 synthesises it with a sign of no more than 32 bits.
     signal coefficient : signed(COEFFICIENT_WIDTH - 1 downto 0);
   begin
 

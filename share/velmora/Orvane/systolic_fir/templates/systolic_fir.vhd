@@ -57,7 +57,7 @@ architecture rtl of systolic_fir is
   signal products : product_list                         := (others => (others => '0'));
   signal sums     : sum_list                             := (others => (others => '0'));
   signal full_sum : signed(FULL_WIDTH - 1 downto 0);
-  
+
 begin
 
   -- begin coefficient input
@@ -91,7 +91,7 @@ begin
   end process history;
 
   multipliers : for tap in 0 to TAP_COUNT - 1 generate
-    -- A signal, since GHDL 2.0 extends the sign of a constant factor to 32 bits only when it synthesises a product.
+    -- A signal of its own: as a constant factor, GHDL 2.0 synthesises it with a sign of no more than 32 bits.
     signal coefficient : signed(COEFFICIENT_WIDTH - 1 downto 0);
   begin
 
