@@ -1,6 +1,9 @@
 #include <velmora/LineTableView.h>
 
-#include <velmora/LineTable.h>
+#include <velmora/LineCountProxyModel.h>
+#include <velmora/LineTableDelegate.h>
+
+#include <Brindle/Theme.h>
 
 #include <QHeaderView>
 
@@ -8,7 +11,10 @@ namespace Velmora {
 
 namespace {
 
-constexpr int nameWidth = 52; // pixels
+// Pixels.
+constexpr int nameWidth = 52;
+constexpr int lineHeight = 24;
+constexpr int leastHeight = 224; // the header and eight rows
 
 } // namespace
 
@@ -19,7 +25,24 @@ LineTableView::LineTableView(const QString& name, const QString& formGroup, Line
 
 void LineTableView::setUp(LineCountProxyModel* proxy, LineTableDelegate* delegate) {
     _proxy = proxy;
-    setUpLineTable(this, _model, proxy, delegate);
+    _model->setParent(proxy);
+    proxy->setSourceModel(_model);
+    setModel(proxy);
+    setItemDelegate(delegate);
+    Brindle::theme.enrich(this);
+
+    setSelectionMode(QAbstractItemView::SingleSelection);
+    setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::SelectedClicked |
+                    QAbstractItemView::EditKeyPressed | QAbstractItemView::AnyKeyPressed);
+    setTabKeyNavigation(false);
+    verticalHeader()->hide();
+    verticalHeader()->setMinimumSectionSize(lineHeight); // the font's height would be the least otherwise
+    verticalHeader()->setDefaultSectionSize(lineHeight);
+    horizontalHeader()->setStretchLastSection(true);
+    setMinimumHeight(leastHeight);
+}
+
+void LineTableView::shareFreeWidth() {
     setColumnWidth(0, nameWidth);
     setColumnWidth(_model->columnCount() - 1, 0); // it would not become narrower than the default width otherwise
     horizontalHeader()->setSectionResizeMode(1, QHeaderView::Stretch);

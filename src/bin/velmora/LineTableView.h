@@ -34,9 +34,12 @@ protected:
     /// The name is the view's object name and its subgroup in the form's settings group. The view takes the model.
     LineTableView(const QString& name, const QString& formGroup, LineTableModel* model);
 
-    /// Completes the table with a proxy and a delegate that are the view's children. The column after the names shares
-    /// the free width with the last one.
+    /// Completes the table with a proxy and a delegate that are the view's children: rows 24 pixels high without
+    /// numbers, the last column as wide as it can be, arrows to move, typing, F2 or a click on the current cell to
+    /// edit, Tab to leave.
     void setUp(LineCountProxyModel* proxy, LineTableDelegate* delegate);
+    /// From now on the column after the names shares the free width with the last one.
+    void shareFreeWidth();
     /// The texts of a column in the visible rows.
     QStringList getTexts(int column) const;
 

@@ -1,7 +1,8 @@
 #include <velmora/LocationTableView.h>
 
 #include <velmora/ChoiceCell.h>
-#include <velmora/LineTable.h>
+#include <velmora/LineCountProxyModel.h>
+#include <velmora/LineTableDelegate.h>
 #include <velmora/NumberCell.h>
 #include <velmora/SERDESLeaf.h>
 #include <velmora/SettingsKeys.h>
@@ -71,10 +72,11 @@ private:
 };
 
 LocationTableView::LocationTableView(Mode mode, SERDESLeaf* leaf)
-    : _mode(mode), _leaf(leaf), _model(createModel(mode)), _proxy(new SortFilterProxyModel(this)) {
-    setObjectName("LocationTableView/" + getModeName(mode));
+    : LineTableView("LocationTableView/" + getModeName(mode), leaf->getSettingsGroup(), createModel(mode)),
+      _mode(mode),
+      _leaf(leaf) {
     setAccessibleName(tr("Locations of the %1 lines").arg(getModeName(mode)));
-    setUpLineTable(this, _model, _proxy, new TableViewDelegate(this, _model));
+    setUp(new SortFilterProxyModel(this), new TableViewDelegate(this, getModel()));
 }
 
 QStringList LocationTableView::getHeaderList(Mode mode) {
@@ -84,45 +86,17 @@ QStringList LocationTableView::getHeaderList(Mode mode) {
     return headers;
 }
 
-QStandardItemModel* LocationTableView::getModel() const {
-    return _model;
-}
-
-int LocationTableView::getRowCount() const {
-    return _proxy->rowCount();
-}
-
 QStringList LocationTableView::getLocationList() const {
-    return _model->getTexts(locationColumn, getRowCount());
+    return getTexts(locationColumn);
 }
 
 QStringList LocationTableView::getOutputDelayList() const {
     QStringList delays;
     if (isDES())
         return delays;
-    for (const QString& delay : _model->getTexts(outputDelayColumn, getRowCount()))
+    for (const QString& delay : getTexts(outputDelayColumn))
         delays += delay.rightJustified(2, '0');
     return delays;
-}
-
-void LocationTableView::initialize() {
-    _model->initialize();
-}
-
-void LocationTableView::load() {
-    _model->load(getGroup());
-}
-
-void LocationTableView::save() const {
-    _model->save(getGroup());
-}
-
-QString LocationTableView::getGroup() const {
-    return _leaf->getSettingsGroup() + "/" + objectName();
-}
-
-void LocationTableView::invalidateFilter() {
-    _proxy->invalidateFilter();
 }
 
 } // namespace Velmora

@@ -43,6 +43,7 @@ StartupTriggerTableView::StartupTriggerTableView(StartupScopeLeaf* leaf)
     : LineTableView(QStringLiteral("StartupTriggerTableView"), leaf->getSettingsGroup(), createModel()), _leaf(leaf) {
     setAccessibleName(tr("Values of the trigger lines"));
     setUp(new SortFilterProxyModel(this), new TableViewDelegate(this, getModel()));
+    shareFreeWidth();
 }
 
 const QStringList& StartupTriggerTableView::getHeaderList() {

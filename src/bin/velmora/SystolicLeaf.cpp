@@ -26,7 +26,7 @@ bool SystolicLeaf::isFullyConfigured() const {
 }
 
 QString SystolicLeaf::getFilter() const {
-    return GeneratorScript(_ipLeaf->getScriptFilename(), BRINDLE_HERE).generateText(getArguments());
+    return GeneratorScript(_ipLeaf->getScriptFilename(), BRINDLE_HERE).generateText(_form.getArguments(BRINDLE_HERE));
 }
 
 void SystolicLeaf::onGenerate() {

@@ -26,7 +26,7 @@ bool TransposeDualLeaf::isFullyConfigured() const {
 }
 
 QString TransposeDualLeaf::getFilter() const {
-    return GeneratorScript(_ipLeaf->getScriptFilename(), BRINDLE_HERE).generateText(getArguments());
+    return GeneratorScript(_ipLeaf->getScriptFilename(), BRINDLE_HERE).generateText(_form.getArguments(BRINDLE_HERE));
 }
 
 void TransposeDualLeaf::onGenerate() {

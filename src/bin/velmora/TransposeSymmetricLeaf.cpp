@@ -28,7 +28,7 @@ bool TransposeSymmetricLeaf::isFullyConfigured() const {
 }
 
 QString TransposeSymmetricLeaf::getFilter() const {
-    return GeneratorScript(_ipLeaf->getScriptFilename(), BRINDLE_HERE).generateText(getArguments());
+    return GeneratorScript(_ipLeaf->getScriptFilename(), BRINDLE_HERE).generateText(_form.getArguments(BRINDLE_HERE));
 }
 
 void TransposeSymmetricLeaf::onGenerate() {

@@ -106,6 +106,7 @@ TriggerTableView::TriggerTableView(ScopeLeaf* leaf)
     getModel()->setHeaderData(firstLevelColumn, Qt::Horizontal,
                               tr("First level trigger value, for \"Multiple level trigger\" only"), Qt::ToolTipRole);
     setUp(new SortFilterProxyModel(this), new TableViewDelegate(this, getModel()));
+    shareFreeWidth();
     setColumnWidth(valueColumn, valueWidth);
 }
 

@@ -514,6 +514,7 @@ void SerdesTest::editors() {
         QCOMPARE(view->rowHeight(29), 24);
     }
     QCOMPARE(table("DES")->model()->columnCount(), 2);
+    QCOMPARE(table("DES")->getOutputDelayList(), QStringList());
     auto* spin = dynamic_cast<QSpinBox*>(
         table("SER")->itemDelegate()->createEditor(&parent, {}, table("SER")->model()->index(0, 2)));
     QCOMPARE(QPoint(spin->minimum(), spin->maximum()), QPoint(0, 63));
