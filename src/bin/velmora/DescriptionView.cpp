@@ -8,6 +8,7 @@
 #include <QFileInfo>
 #include <QFontDatabase>
 #include <QFontInfo>
+#include <QPainter>
 #include <QWebPage>
 #include <QWebSettings>
 
@@ -75,6 +76,11 @@ void DescriptionView::showEvent(QShowEvent* event) {
         return;
     preparePage();
     setUrl(std::exchange(_pendingUrl, QUrl()));
+}
+
+void DescriptionView::paintEvent(QPaintEvent* event) {
+    QPainter(this).fillRect(rect(), Brindle::theme.getColor("surface"));
+    QWebView::paintEvent(event);
 }
 
 } // namespace Velmora

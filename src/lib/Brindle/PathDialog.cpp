@@ -1,20 +1,34 @@
 #include <Brindle/PathDialog.h>
 
+#include <Brindle/FileIconProvider.h>
+
+#include <QHeaderView>
 #include <QLineEdit>
+#include <QListView>
 #include <QMessageBox>
+#include <QTreeView>
 
 namespace Brindle {
 
 namespace {
 
 constexpr QSize initialSize(760, 480); // pixels
+constexpr QSize sidebarIconSize(16, 16);
+constexpr int nameColumn = 0; // of the detailed list
+constexpr int dateColumn = 3;
 
 } // namespace
 
 PathDialog::PathDialog(QWidget* parent, const QString& caption, const QString& filter)
     : QFileDialog(parent, caption, QString(), filter) {
     setOption(QFileDialog::DontUseNativeDialog);
+    static FileIconProvider icons; // outlives the dialog, whose thread that reads folders asks it too
+    setIconProvider(&icons);
     resize(initialSize);
+    findChild<QListView*>(QStringLiteral("sidebar"))->setIconSize(sidebarIconSize);
+    QHeaderView* columns = findChild<QTreeView*>(QStringLiteral("treeView"))->header();
+    columns->setSectionResizeMode(nameColumn, QHeaderView::Stretch);
+    columns->setSectionResizeMode(dateColumn, QHeaderView::ResizeToContents);
 }
 
 QLineEdit* PathDialog::getNameEdit() const {

@@ -20,6 +20,7 @@ add_library(BrindleWidgets STATIC
     CapFrame.cpp CapFrame.h
     DirectoryDialog.cpp DirectoryDialog.h
     FileDialog.cpp FileDialog.h
+    FileIconProvider.cpp FileIconProvider.h
     LineIconEngine.cpp LineIconEngine.h
     PathDialog.cpp PathDialog.h
     PathParts.cpp PathParts.h
