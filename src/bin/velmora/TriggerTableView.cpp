@@ -19,7 +19,7 @@ namespace {
 
 enum Column { inputColumn, aliasColumn, valueColumn, firstLevelColumn };
 
-constexpr int valueWidth = 104; // pixels; the longest value
+constexpr int valueWidth = 116; // pixels, an open editor shows every value whole
 
 LineTableModel* createModel() {
     const QStringList& headers = TriggerTableView::getHeaderList();
