@@ -9,6 +9,8 @@ list(TRANSFORM configuration PREPEND /)
 list(JOIN configuration "\n" conffiles)
 file(WRITE ${CPACK_VELMORA_CONFFILES} "${conffiles}\n")
 
+file(MAKE_DIRECTORY ${root}/usr/share/lintian/overrides)
+file(COPY_FILE ${CPACK_VELMORA_OVERRIDES} ${root}/usr/share/lintian/overrides/velmora)
 file(COPY_FILE ${CPACK_VELMORA_CHANGELOG} ${documentation}/changelog)
 file(GLOB man_pages ${root}/usr/share/man/man1/*.1)
 execute_process(COMMAND gzip -9n ${man_pages} ${documentation}/changelog COMMAND_ERROR_IS_FATAL ANY)
