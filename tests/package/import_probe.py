@@ -37,6 +37,6 @@ def failuresOfUse():
 
 
 def generate(argDict):
-    report = {'failures': failuresOfImports() + failuresOfUse(), 'prefix': sys.prefix, 'path': sys.path,
+    report = {'failures': failuresOfImports() or failuresOfUse(), 'prefix': sys.prefix, 'path': sys.path,
               'files': [module.__file__ for module in sys.modules.values() if hasattr(module, '__file__')]}
     return {'report.json': json.dumps(report)}

@@ -6,6 +6,7 @@ import argparse
 import json
 import os
 import pathlib
+import re
 import subprocess
 import sys
 import tempfile
@@ -40,6 +41,14 @@ def generate(launcher, folder):
     return pathlib.Path(bridge.generate([launcher], None, str(folder)))
 
 
+def check_library(prefix):
+    """The interpreter library is the one that is carried, wherever the installation stands."""
+    loaded = subprocess.run(["ldd", prefix / "libexec/velmora/velmora"], check=True, stdout=subprocess.PIPE, text=True).stdout
+    library = re.search(r"libpython2\.7\S* => (.+) \(0x", loaded)
+    assert library, loaded
+    assert pathlib.Path(library[1]).resolve() == prefix / contents.CARRIED_PYTHON / "lib/libpython2.7.so.1.0", loaded
+
+
 def check_interpreter(prefix, directory):
     report = json.loads((directory / "report.json").read_text())
     home = str(prefix / contents.CARRIED_PYTHON)
@@ -60,6 +69,7 @@ def main():
         check_installation(folder / "first", build)
         moved = folder / "a place with blanks"
         os.rename(folder / "first", moved)
+        check_library(moved)
         launcher = folder / "velmora"
         launcher.symlink_to(moved.relative_to(folder) / "bin/velmora")
 
