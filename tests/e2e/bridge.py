@@ -13,8 +13,9 @@ from desktop import FIRST_FIELD, Desktop
 ENTITY = "spi_bridge"
 
 
-def generate(program, prefix, folder):
-    with Desktop(program, prefix, folder) as desktop:
+def generate(command, prefix, folder):
+    """Generates the bridge into the folder with the program that the command starts; returns the directory of the files."""
+    with Desktop(command, prefix, folder) as desktop:
         desktop.show_ip("APB")
         desktop.click(*FIRST_FIELD)
         desktop.type(ENTITY)
@@ -27,6 +28,15 @@ def generate(program, prefix, folder):
     return os.path.join(folder, ENTITY)
 
 
+def check_files(directory):
+    files = sorted(os.path.relpath(os.path.join(where, name), directory)
+                   for where, _, names in os.walk(directory) for name in names)
+    print("generated:", " ".join(files))
+    expected = ["doc/{0}.md", "include/{0}_regs.vh", "rtl/{0}.vhd", "rtl/{0}_engine.vhd", "rtl/{0}_fifo.vhd", "rtl/{0}_pkg.vhd",
+                "sim/tb_{0}.vhd"]
+    assert files == [name.format(ENTITY) for name in expected], files
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("program")
@@ -34,13 +44,8 @@ def main():
     parser.add_argument("check", help="the hardware check of the bridge")
     options = parser.parse_args()
     with tempfile.TemporaryDirectory(prefix="velmora-e2e-") as folder:
-        directory = generate(options.program, options.prefix, folder)
-        files = sorted(os.path.relpath(os.path.join(where, name), directory)
-                       for where, _, names in os.walk(directory) for name in names)
-        print("generated:", " ".join(files))
-        expected = ["doc/{0}.md", "include/{0}_regs.vh", "rtl/{0}.vhd", "rtl/{0}_engine.vhd", "rtl/{0}_fifo.vhd", "rtl/{0}_pkg.vhd",
-                    "sim/tb_{0}.vhd"]
-        assert files == [name.format(ENTITY) for name in expected], files
+        directory = generate([options.program], options.prefix, folder)
+        check_files(directory)
         long_run = ["--long"] if os.environ.get("VELMORA_LONG_TESTS") else []
         return subprocess.call([sys.executable, options.check, directory, ENTITY] + long_run)
 

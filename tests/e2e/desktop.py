@@ -13,19 +13,30 @@ FIRST_FIELD = (620, 258)
 
 
 class Desktop:
-    """The program, running on the display that the environment names, with settings and a working directory of its own."""
+    """The program, running on the display that the environment names, with settings and a working directory of its own. Without
+    a prefix the program is to find its installation by itself."""
 
-    def __init__(self, program, prefix, folder):
+    def __init__(self, command, prefix, folder):
         self.folder = folder
         self.log = open(os.path.join(folder, "console.txt"), "w+")
-        environment = dict(os.environ, ORVANE_PREFIX=prefix, XDG_CONFIG_HOME=os.path.join(folder, "config"), QT_QPA_PLATFORM="xcb")
-        self.process = subprocess.Popen([program], env=environment, cwd=folder, stdout=self.log, stderr=self.log)
-        self.window = self.wait_for("the window", self._find_window)
+        environment = dict(os.environ, XDG_CONFIG_HOME=os.path.join(folder, "config"), QT_QPA_PLATFORM="xcb")
+        environment.pop("ORVANE_PREFIX", None)
+        if prefix:
+            environment["ORVANE_PREFIX"] = prefix
+        self.process = subprocess.Popen(command, env=environment, cwd=folder, stdout=self.log, stderr=self.log)
+        try:
+            self.window = self.wait_for("the window", self._find_window)
+        except AssertionError:
+            self._end()
+            raise
 
     def __enter__(self):
         return self
 
     def __exit__(self, *_):
+        self._end()
+
+    def _end(self):
         self.process.kill()
         self.process.wait()
         self.log.close()

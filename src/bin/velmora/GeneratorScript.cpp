@@ -4,6 +4,7 @@
 
 #include <velmora/ArgumentDictionary.h>
 #include <velmora/Common.h>
+#include <velmora/PythonHome.h>
 #include <velmora/RegularFile.h>
 
 #include <Brindle/Console.h>
@@ -62,7 +63,7 @@ void initializeConsoleModule() {
 /// The interpreter, cut off from the user's own Python: no environment variables, no user or site packages, no signal
 /// handlers, nothing written beside the library, and `sys.exit` is an exception like any other.
 void startInterpreter() {
-    static std::string home = VELMORA_PYTHON_HOME;
+    static std::string home = getPythonHome(); // which the interpreter keeps a pointer to
     static const bool registered = PyImport_AppendInittab("quarnel", initializeConsoleModule) == 0;
     if (!registered)
         throw std::bad_alloc();

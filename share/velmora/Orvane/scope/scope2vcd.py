@@ -1,4 +1,4 @@
-#!/usr/bin/env python
+#!/usr/bin/env python3
 """Converts a capture of a scope or a startup scope into a VCD file for a wave viewer.
 
 scope2vcd.py CAPTURE OUT.vcd [--period-ns K] [--names FILE]

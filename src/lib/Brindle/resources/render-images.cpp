@@ -1,5 +1,7 @@
 // Renders the images and the marks of the style sheet to PNG files, at single and double density and for each theme:
 //     brindle-render-images <resources> <output>
+// Renders one drawing as a square icon of that many pixels:
+//     brindle-render-images <drawing> <size> <output>
 #include <Brindle/ThemeColors.h>
 
 #include <QDir>
@@ -10,6 +12,7 @@
 
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <stdexcept>
 #include <string>
 
@@ -46,8 +49,8 @@ QString readDrawing(const QString& filename) {
     return QString::fromUtf8(file.readAll());
 }
 
-void renderAtDensity(QSvgRenderer& renderer, int density, const QString& filename) {
-    QImage image(renderer.defaultSize() * density, QImage::Format_ARGB32_Premultiplied);
+void renderAtSize(QSvgRenderer& renderer, const QSize& size, const QString& filename) {
+    QImage image(size, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);
     renderer.render(&painter);
@@ -56,13 +59,23 @@ void renderAtDensity(QSvgRenderer& renderer, int density, const QString& filenam
         throw std::runtime_error("Unable to write " + filename.toStdString());
 }
 
+void load(QSvgRenderer& renderer, const QString& drawing, const QString& path) {
+    if (!renderer.load(drawing.toUtf8()))
+        throw std::runtime_error("Not a drawing: the source of " + path.toStdString());
+}
+
 /// Writes `path`.png at the drawing's own size and `path`@2x.png at twice that.
 void render(const QString& drawing, const QString& path) {
-    QSvgRenderer renderer(drawing.toUtf8());
-    if (!renderer.isValid())
-        throw std::runtime_error("Not a drawing: the source of " + path.toStdString());
-    renderAtDensity(renderer, 1, path + QStringLiteral(".png"));
-    renderAtDensity(renderer, 2, path + QStringLiteral("@2x.png"));
+    QSvgRenderer renderer;
+    load(renderer, drawing, path);
+    renderAtSize(renderer, renderer.defaultSize(), path + QStringLiteral(".png"));
+    renderAtSize(renderer, renderer.defaultSize() * 2, path + QStringLiteral("@2x.png"));
+}
+
+void renderIcon(const QString& filename, int size, const QString& output) {
+    QSvgRenderer renderer;
+    load(renderer, readDrawing(filename), output);
+    renderAtSize(renderer, QSize(size, size), output);
 }
 
 void renderTheme(const QDir& resources, const QDir& output, const Brindle::ThemeColors& colors) {
@@ -83,20 +96,28 @@ void renderTheme(const QDir& resources, const QDir& output, const Brindle::Theme
     }
 }
 
+void renderResources(const QDir& resources, const QDir& output) {
+    for (const Brindle::Theme::Code code : {Brindle::Theme::Light, Brindle::Theme::Dark})
+        renderTheme(resources, output, Brindle::ThemeColors(code));
+    render(readDrawing(resources.filePath(QStringLiteral("images/rocket.svg"))),
+           output.filePath(QStringLiteral("rocket")));
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 3) {
-        std::fputs("usage: brindle-render-images <resources> <output>\n", stderr);
-        return 2;
-    }
+    const auto path = [argv](int index) { return QFile::decodeName(argv[index]); };
     try {
-        const QDir resources(QFile::decodeName(argv[1]));
-        const QDir output(QFile::decodeName(argv[2]));
-        for (const Brindle::Theme::Code code : {Brindle::Theme::Light, Brindle::Theme::Dark})
-            renderTheme(resources, output, Brindle::ThemeColors(code));
-        render(readDrawing(resources.filePath(QStringLiteral("images/rocket.svg"))),
-               output.filePath(QStringLiteral("rocket")));
+        if (argc == 3)
+            renderResources(QDir(path(1)), QDir(path(2)));
+        else if (argc == 4 && std::atoi(argv[2]) > 0)
+            renderIcon(path(1), std::atoi(argv[2]), path(3));
+        else {
+            std::fputs("usage: brindle-render-images <resources> <output>\n"
+                       "       brindle-render-images <drawing> <size> <output>\n",
+                       stderr);
+            return 2;
+        }
     } catch (const std::exception& exception) {
         std::fprintf(stderr, "brindle-render-images: %s\n", exception.what());
         return 1;
