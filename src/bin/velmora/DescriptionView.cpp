@@ -8,6 +8,8 @@
 #include <QFileInfo>
 #include <QFontDatabase>
 #include <QFontInfo>
+#include <QPaintEvent>
+#include <QPainter>
 #include <QWebPage>
 #include <QWebSettings>
 
@@ -75,6 +77,12 @@ void DescriptionView::showEvent(QShowEvent* event) {
         return;
     preparePage();
     setUrl(std::exchange(_pendingUrl, QUrl()));
+}
+
+/// At scales such as 150 % the page may end within a pixel, of which it would cover a part only.
+void DescriptionView::paintEvent(QPaintEvent* event) {
+    QPainter(this).fillRect(event->rect(), Brindle::theme.getColor("surface"));
+    QWebView::paintEvent(event);
 }
 
 } // namespace Velmora
