@@ -165,6 +165,7 @@ void ThemeTest::paletteTextIsLegible() {
                      qPrintable(QStringLiteral("group %1, role %2: %3").arg(int(group)).arg(int(text)).arg(contrast)));
         }
     }
+    QVERIFY(contrastOf(Qt::black, fetchTheme().getColor("section")) >= legibleText); // titles of open sections
 }
 
 void ThemeTest::iconsStandOut_data() {
@@ -248,13 +249,13 @@ void ThemeTest::styleSheetIsSound() {
     QCOMPARE(warnings, QStringList());
 }
 
-void ThemeTest::wheelChangesOnlyFocusedInputs_data() {
+void ThemeTest::wheelChangesNoInput_data() {
     QTest::addColumn<bool>("isComboBox");
     QTest::newRow("spin box") << false;
     QTest::newRow("combo box") << true;
 }
 
-void ThemeTest::wheelChangesOnlyFocusedInputs() {
+void ThemeTest::wheelChangesNoInput() {
     QFETCH(bool, isComboBox);
     auto* form = new QWidget;
     form->setMinimumHeight(2000);
@@ -283,8 +284,8 @@ void ThemeTest::wheelChangesOnlyFocusedInputs() {
     const int scrolled = area.verticalScrollBar()->value();
     input->setFocus();
     turnWheel(input);
-    QCOMPARE(valueOf(), 1);
-    QCOMPARE(area.verticalScrollBar()->value(), scrolled);
+    QCOMPARE(valueOf(), 0);
+    QVERIFY(area.verticalScrollBar()->value() > scrolled);
 }
 
 void ThemeTest::popupShowsSeparatorsAsHairlines() {
