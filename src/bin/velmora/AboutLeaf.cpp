@@ -1,6 +1,7 @@
 #include <velmora/AboutLeaf.h>
 
 #include <velmora/Folio.h>
+#include <velmora/SmoothImages.h>
 
 #include <Brindle/Build.h>
 #include <Brindle/Theme.h>
@@ -58,6 +59,7 @@ QString image(const char* name) {
 } // namespace
 
 AboutLeaf::AboutLeaf(Folio* folio) : QTextBrowser(folio), _folio(folio) {
+    new SmoothImages(document());
     setHtml("<body><div><table><tr><td align=\"center\" width=100%>" + image("velmora") + "</td></tr></table></div>" +
             versionSection() + designersSection() + legalSection() +
             "<div><table style=\"margin-right:20px\"><tr><td align=\"right\" width=100%>" + image("logo-mid") +

@@ -8,6 +8,7 @@
 #include <QFileInfo>
 #include <QFontDatabase>
 #include <QFontInfo>
+#include <QPaintEvent>
 #include <QPainter>
 #include <QWebPage>
 #include <QWebSettings>
@@ -78,8 +79,9 @@ void DescriptionView::showEvent(QShowEvent* event) {
     setUrl(std::exchange(_pendingUrl, QUrl()));
 }
 
+/// At scales such as 150 % the page may end within a pixel, of which it would cover a part only.
 void DescriptionView::paintEvent(QPaintEvent* event) {
-    QPainter(this).fillRect(rect(), Brindle::theme.getColor("surface"));
+    QPainter(this).fillRect(event->rect(), Brindle::theme.getColor("surface"));
     QWebView::paintEvent(event);
 }
 

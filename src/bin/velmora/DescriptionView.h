@@ -19,7 +19,6 @@ public:
 
 protected:
     void showEvent(QShowEvent* event) override;
-    /// Fills the ground first: with a fractional scale the page leaves a part of the last pixels open.
     void paintEvent(QPaintEvent* event) override;
 
 private:

@@ -8,6 +8,7 @@
 #include <Quillon/Application.h>
 
 #include <QGridLayout>
+#include <QKeySequence>
 #include <QVBoxLayout>
 #include <QVariant>
 
@@ -28,16 +29,20 @@ Folio::Folio(QWidget* parent) : QWidget(parent) {
     _titleLabel->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     _buttonGroup.setExclusive(true);
 
-    const auto addLeaf = [this, columnLayout](const char* name, QToolButton* button, QWidget* page) {
+    const auto addButton = [this, columnLayout](const char* name, QToolButton* button) {
+        const int id = _stack->count(); // of the page that comes next
         button->setObjectName(QLatin1String(name));
+        addShortcut(button, id);
         columnLayout->addWidget(button);
-        _buttonGroup.addButton(button, _stack->count());
-        _stack->addWidget(page);
+        _buttonGroup.addButton(button, id);
     };
-    addLeaf("IPs", createButton(QStringLiteral("IPs"), "ip", false), new IPsLeaf(this));
+    addButton("IPs", createButton(QStringLiteral("IPs"), "ip", false));
+    _stack->addWidget(new IPsLeaf(this));
     columnLayout->addStretch(1);
-    addLeaf("About", createButton(tr("About"), "about", true), Brindle::theme.getCapWidget(new AboutLeaf(this)));
-    addLeaf("Settings", createButton(tr("Settings"), "settings", true), new SettingsLeaf(this));
+    addButton("About", createButton(tr("About"), "about", true));
+    _stack->addWidget(Brindle::theme.getCapWidget(new AboutLeaf(this)));
+    addButton("Settings", createButton(tr("Settings"), "settings", true));
+    _stack->addWidget(new SettingsLeaf(this));
     connect(&_buttonGroup, SIGNAL(buttonClicked(int)), this, SLOT(setLeaf(int)));
 
     auto* layout = new QGridLayout;
@@ -47,9 +52,24 @@ Folio::Folio(QWidget* parent) : QWidget(parent) {
     layout->addWidget(_titleLabel, 0, 1);
     layout->addWidget(_stack, 1, 1, 1, 3);
     setLayout(layout);
+    putButtonsFirst();
 
     if (QAbstractButton* button = _buttonGroup.button(getAboutLeafIndex()))
         button->click();
+}
+
+/// A shortcut of its own, since the texts of the buttons hold no mnemonics.
+void Folio::addShortcut(QToolButton* button, int id) {
+    const QKeySequence shortcut(QStringLiteral("Alt+%1").arg(id + 1));
+    button->setShortcut(shortcut);
+    button->setToolTip(QStringLiteral("%1 (%2)").arg(button->text(), shortcut.toString(QKeySequence::NativeText)));
+}
+
+/// Tab goes through the column of buttons before it enters the page.
+void Folio::putButtonsFirst() {
+    const QList<QAbstractButton*> buttons = _buttonGroup.buttons();
+    for (int index = 1; index < buttons.size(); ++index)
+        setTabOrder(buttons.at(index - 1), buttons.at(index));
 }
 
 QToolButton* Folio::createButton(const QString& text, const std::string& iconName, bool checked) {
@@ -67,6 +87,8 @@ QToolButton* Folio::createButton(const QString& text, const std::string& iconNam
 
 void Folio::setLeaf(int index) {
     _stack->setCurrentIndex(index);
+    if (QAbstractButton* button = _buttonGroup.button(index))
+        button->setFocus(); // what had it may be hidden now, and the arrows and Tab are to start from here
 }
 
 void Folio::enableLeaf(unsigned long index) {

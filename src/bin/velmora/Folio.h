@@ -37,6 +37,8 @@ public Q_SLOTS:
 
 private:
     QAbstractButton* findButton(unsigned long index) const;
+    void addShortcut(QToolButton* button, int id);
+    void putButtonsFirst();
     QToolButton* createButton(const QString& text, const std::string& iconName, bool checked);
 
     QButtonGroup _buttonGroup;

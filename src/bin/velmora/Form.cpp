@@ -5,6 +5,7 @@
 #include <Brindle/Theme.h>
 
 #include <QHBoxLayout>
+#include <QKeySequence>
 #include <QLabel>
 #include <QSettings>
 
@@ -47,6 +48,11 @@ std::optional<double> toDecimal(const QVariant& value) {
 QString getToolTip(const QString& button) {
     return button == QLatin1String("Reset") ? QObject::tr("Puts every field back to its reset value")
                                             : QObject::tr("Checks the form and writes the HDL");
+}
+
+/// Alt and the first letter, which the text of the button does not underline.
+QKeySequence getShortcut(const QString& button) {
+    return QKeySequence("Alt+" + button.left(1));
 }
 
 } // namespace
@@ -191,7 +197,9 @@ void Form::place(QWidget* widget, int row, int column, int rowSpan, int columnSp
 QPushButton* Form::addButton(const QString& text) {
     auto* button = new QPushButton(text);
     button->setObjectName(text);
-    button->setToolTip(getToolTip(text));
+    button->setShortcut(getShortcut(text));
+    button->setToolTip(
+        QStringLiteral("%1 (%2)").arg(getToolTip(text), button->shortcut().toString(QKeySequence::NativeText)));
     _buttons->addWidget(button);
     return button;
 }

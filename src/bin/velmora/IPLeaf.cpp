@@ -95,6 +95,7 @@ void IPLeaf::setConfigurationWidget(QWidget* widget) {
     auto* scrollArea = new QScrollArea(this);
     Brindle::theme.enrich(scrollArea);
     scrollArea->setWidgetResizable(true);
+    scrollArea->setFocusPolicy(Qt::NoFocus); // Tab goes from field to field, and the form follows
     scrollArea->setWidget(widget);
     _splitter->addWidget(Brindle::theme.getCapWidget(scrollArea));
 

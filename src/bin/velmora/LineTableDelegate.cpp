@@ -20,7 +20,12 @@ const CellEditor& LineTableDelegate::requireCellEditor(const QModelIndex& index)
 
 QWidget* LineTableDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&, const QModelIndex& index) const {
     const CellEditor* cellEditor = getCellEditor(index);
-    return cellEditor ? cellEditor->create(parent) : nullptr;
+    if (!cellEditor)
+        return nullptr;
+    QWidget* editor = cellEditor->create(parent);
+    editor->setAccessibleName(index.siblingAtColumn(0).data().toString() + ", " +
+                              _model->headerData(index.column(), Qt::Horizontal).toString());
+    return editor;
 }
 
 void LineTableDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const {

@@ -25,7 +25,8 @@ QString storedText(const QString& key, const QString& defaultValue) {
     return QSettings().value(key, defaultValue).toString();
 }
 
-/// Stores the value and tells when it takes effect, unless it is what is stored already.
+/// Stores the value and tells when it takes effect, unless it is what is stored already. Tells when it cannot be
+/// stored.
 void store(const QString& key, const QString& defaultValue, const QString& value, const std::string& preference) {
     QSettings settings;
     if (value != settings.value(key, defaultValue).toString()) {
@@ -33,6 +34,10 @@ void store(const QString& key, const QString& defaultValue, const QString& value
         settings.setValue(key, value);
     }
     settings.sync();
+    if (settings.status() == QSettings::AccessError) {
+        Brindle::console.error("The preference cannot be kept: " + settings.fileName().toStdString() +
+                               " cannot be written.");
+    }
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include <Brindle/CapFrame.h>
 
+#include <QEvent>
+#include <QStyle>
 #include <QVBoxLayout>
 #include <QVariant>
 
@@ -16,6 +18,16 @@ CapFrame::CapFrame(QWidget* child, QWidget* parent) : QFrame(parent) {
     layout->setContentsMargins(inset, inset, inset, inset);
     layout->addWidget(child);
     setProperty("child", QVariant::fromValue(child));
+    child->installEventFilter(this);
+}
+
+bool CapFrame::eventFilter(QObject* object, QEvent* event) {
+    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
+        setProperty("focused", event->type() == QEvent::FocusIn);
+        style()->unpolish(this); // a style sheet looks at properties only when it polishes
+        style()->polish(this);
+    }
+    return QFrame::eventFilter(object, event);
 }
 
 } // namespace Brindle

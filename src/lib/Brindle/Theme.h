@@ -61,8 +61,8 @@ public:
     void apply(QApplication& application) const;
 
     /// Gives a widget the manners that a style sheet cannot: item views and scroll areas scroll smoothly, the popup of
-    /// a combo box takes the style sheet, the wheel changes a combo or spin box only while it has the focus. Enriching
-    /// twice does no harm. The widget is not kept.
+    /// a combo box takes the style sheet, the wheel scrolls what is around a combo or spin box instead of changing it.
+    /// Enriching twice does no harm. The widget is not kept.
     void enrich(QWidget* widget) const;
     /// A framed wrapper that becomes the parent of the widget and carries it, as a `QWidget*`, in the dynamic property
     /// "child". The caller owns the wrapper, which has the parent that the widget had.

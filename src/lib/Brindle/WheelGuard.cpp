@@ -15,7 +15,7 @@ WheelGuard::WheelGuard(QWidget* input) : QObject(input) {
 }
 
 bool WheelGuard::eventFilter(QObject* object, QEvent* event) {
-    if (event->type() != QEvent::Wheel || static_cast<QWidget*>(object)->hasFocus())
+    if (event->type() != QEvent::Wheel)
         return QObject::eventFilter(object, event);
     event->ignore();
     return true;

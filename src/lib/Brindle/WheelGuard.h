@@ -8,7 +8,8 @@ QT_END_NAMESPACE
 
 namespace Brindle {
 
-/// Keeps the wheel from changing an input that does not have the focus: the event goes on to the scroll area around it.
+/// Keeps the wheel from changing an input, even one that has the focus, since whoever scrolls a form does not see what
+/// the pointer passes over: the event goes on to the scroll area around the input.
 class WheelGuard : public QObject {
     Q_OBJECT
 

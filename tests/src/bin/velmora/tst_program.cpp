@@ -33,6 +33,8 @@ private Q_SLOTS:
     void normalClose();
     void optionsOfTheUsageTextDoNothing();
     void aboutPageCanBeSuppressed();
+    void startsWithSpoiltSettings_data();
+    void startsWithSpoiltSettings();
     void exceptionsFromSlots_data();
     void exceptionsFromSlots();
     void brokenInstallation_data();
@@ -86,6 +88,30 @@ void ProgramTest::aboutPageCanBeSuppressed() {
     const Outcome outcome = run("title", {"-no-about"});
     QCOMPARE(outcome.status, 0);
     QVERIFY(outcome.output.contains("<b>IPs</b>"));
+}
+
+void ProgramTest::startsWithSpoiltSettings_data() {
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QByteArray>("content");
+    const QString file = "config/Orvane/Velmora.conf";
+    QTest::newRow("rubbish") << file << QByteArray("[General\n\xff\xfe=\\x\0@Variant(\n[[]]\ntheme", 34);
+    QTest::newRow("values of other types")
+        << file
+        << QByteArray("[General]\ntheme=@Invalid()\nsize=a, b\nisMaximized=@Point(1 2)\n"
+                      "geometry=@ByteArray(\\x1\\xd9\\xd0\\xcb)\nwindowState=7\n");
+    QTest::newRow("a folder in the file's place") << file + "/x" << QByteArray();
+    QTest::newRow("a file in the folder's place") << "config/Orvane" << QByteArray("x");
+}
+
+void ProgramTest::startsWithSpoiltSettings() {
+    QFETCH(QString, path);
+    QFETCH(QByteArray, content);
+    _prefix->addBridge("");
+    _prefix->write(path, content);
+    const Outcome outcome = run("title");
+    QCOMPARE(outcome.errors, QStringList());
+    QCOMPARE(outcome.status, 0);
+    QVERIFY(outcome.output.contains("<b>About</b>"));
 }
 
 void ProgramTest::exceptionsFromSlots_data() {

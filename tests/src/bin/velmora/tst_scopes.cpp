@@ -117,6 +117,8 @@ private Q_SLOTS:
     void editors();
     void leftEdgeStays();
     void linesAreFilledInByKeyboard();
+    void argumentErrorsTellTheForm_data();
+    void argumentErrorsTellTheForm();
     void refusals_data();
     void refusals();
 
@@ -584,6 +586,33 @@ void ScopesTest::generates() {
     _answer.clear();
     press("Generate");
     QCOMPARE(recorder.lines(), QStringList());
+}
+
+void ScopesTest::argumentErrorsTellTheForm_data() {
+    QTest::addColumn<QString>("className");
+    QTest::addColumn<QString>("fields");
+    QTest::addColumn<QString>("triggerValues");
+    QTest::newRow("name") << scope << "Entity=l'a"
+                          << "0";
+    QTest::newRow("edge in basic mode") << scope << "Entity=la"
+                                        << "Both edges";
+    QTest::newRow("startup scope, name") << startupScope << "Entity=l\\a"
+                                         << "0";
+}
+
+void ScopesTest::argumentErrorsTellTheForm() {
+    QFETCH(QString, className);
+    QFETCH(QString, fields);
+    QFETCH(QString, triggerValues);
+    open(className);
+    set(fields);
+    fill(2, triggerValues);
+    try {
+        statement();
+        QFAIL("nothing thrown");
+    } catch (const Brindle::Error& error) {
+        QCOMPARE(error.getLocation().file, "src/bin/velmora/" + className.toStdString());
+    }
 }
 
 void ScopesTest::refusals_data() {

@@ -1,4 +1,6 @@
 #include <support/ConsoleRecorder.h>
+#include <support/Contrast.h>
+#include <support/FormText.h>
 #include <support/TestMain.h>
 #include <support/TestPrefix.h>
 
@@ -22,23 +24,17 @@
 #include <QRegularExpression>
 #include <QSettings>
 
-#include <cmath>
+#include <algorithm>
 #include <memory>
 
+using FormText::parse;
+using FormText::Values;
 using Velmora::LocationTableView;
-using Values = QMap<QString, QString>; // texts by the editors' names
 
 namespace {
 
 const QByteArray echo = "def generate(argDict):\n"
                         "  return '\\n'.join(key + '=' + argDict[key] for key in sorted(argDict))\n";
-
-/// Values written as "name=text;name=text".
-Values parse(const char* text, Values values = {}) {
-    for (const QString& pair : QString(text).split(';', Qt::SkipEmptyParts))
-        values[pair.section('=', 0, 0)] = pair.section('=', 1);
-    return values;
-}
 
 const Values resetValues =
     parse("Entity=;Prefix=;WordClock=20;DataSize=3;SERCount=1;DESCount=1;BankNumber=02;SER/PadType=LVDS_2.5V;"
@@ -58,37 +54,6 @@ QStringList getPads() {
     for (int pad = 0; pad < 30; ++pad)
         pads += QStringLiteral("%1%2").arg(pad / 2 + 1, 2, 10, QChar('0')).arg(pad % 2 ? "N" : "P");
     return pads;
-}
-
-double luminanceOf(const QColor& color) {
-    const auto linear = [](double part) { return std::pow(part, 2.2); };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
-}
-
-/// The rows of a grid as the user sees them: label, key, help, and the range of a spin box or the items of a combo box.
-QStringList rowsOf(const QWidget* widget) {
-    QStringList rows;
-    const auto* grid = dynamic_cast<QGridLayout*>(widget->layout());
-    for (int row = 0; row < grid->rowCount(); ++row) {
-        const auto widgetAt = [&](int column) {
-            QLayoutItem* item = grid->itemAtPosition(row, column);
-            return item ? item->widget() : nullptr;
-        };
-        const auto* label = qobject_cast<QLabel*>(widgetAt(0));
-        const QWidget* editor = widgetAt(1);
-        const auto* help = qobject_cast<QLabel*>(widgetAt(2));
-        QStringList choices;
-        if (editor && editor->property("maximum").isValid())
-            choices += editor->property("minimum").toString() + ".." + editor->property("maximum").toString();
-        const auto* combo = qobject_cast<const QComboBox*>(editor);
-        for (int index = 0; combo && index < combo->count() && !combo->objectName().endsWith("PadType"); ++index)
-            choices += combo->itemText(index);
-        if (editor)
-            rows += QStringList{label && label->buddy() == editor ? label->text() : "none", editor->objectName(),
-                                help ? help->text() : QString(), choices.join(',')}
-                        .join('|');
-    }
-    return rows;
 }
 
 /// Types a text where the focus is, its first character into the table, and ends it with a key.
@@ -117,7 +82,7 @@ private:
     LocationTableView* showTable(const char* mode);
     void set(const Values& values) const;
     void set(const char* values) const { set(parse(values)); }
-    Values values() const;
+    Values values() const { return FormText::read(form(), resetValues.keys()); }
     /// Puts texts, separated by commas, into a column of a table, from the first row on.
     void fill(const char* mode, int column, const QString& texts) const;
     QString locations(const char* mode) const { return table(mode)->getLocationList().join(','); }
@@ -151,6 +116,7 @@ private Q_SLOTS:
     void tabLeavesTheTable();
     void openSectionIsLegible();
     void generates();
+    void argumentErrorsTellTheForm();
     void refusals_data();
     void refusals();
 };
@@ -211,15 +177,6 @@ void SerdesTest::set(const Values& values) const {
     }
 }
 
-Values SerdesTest::values() const {
-    Values all;
-    for (const QString& key : resetValues.keys()) {
-        const auto* widget = editor<QWidget>(key);
-        all[key] = widget->metaObject()->userProperty().read(widget).toString();
-    }
-    return all;
-}
-
 void SerdesTest::fill(const char* mode, int column, const QString& texts) const {
     int row = 0;
     for (const QString& text : texts.split(','))
@@ -227,11 +184,14 @@ void SerdesTest::fill(const char* mode, int column, const QString& texts) const 
 }
 
 void SerdesTest::rows() {
-    QStringList found = rowsOf(form()).mid(0, 1);
+    QStringList found = FormText::rowsOf(form()).mid(0, 1);
     for (const auto* section : form()->findChildren<Velmora::FoldWidget*>()) {
         found += section->findChild<QToolButton*>()->text();
-        found += rowsOf(section->findChild<QComboBox*>()->parentWidget());
+        found += FormText::rowsOf(section->findChild<QComboBox*>()->parentWidget());
     }
+    QStringList padTypes;
+    for (const Quillon::PadType& padType : Quillon::PadType::getConcretes())
+        padTypes += padType.getName();
     const QString sum = "|Range 0 to 30.\nThe sum of SER & DES must be lower or equal to 30.|0..30";
     const QStringList expected{"Entity name|Entity||",
                                "Global parameters",
@@ -242,14 +202,14 @@ void SerdesTest::rows() {
                                "DES count|DESCount" + sum,
                                "Bank number|BankNumber||02,03,04,05,09,10,11,12",
                                "SER parameters",
-                               "Pad type|SER/PadType||",
+                               "Pad type|SER/PadType||" + padTypes.join(','),
                                "Differential|SER/Differential||True,False",
                                "Slew rate|SER/SlewRate||Slow,Medium,Fast",
                                "Output capacity|SER/OutputCapacity||0..100",
                                "Training value|SER/TrainingValue|Length must match data size.|",
                                "none|LocationTableView/SER||",
                                "DES parameters",
-                               "Pad type|DES/PadType||",
+                               "Pad type|DES/PadType||" + padTypes.join(','),
                                "Differential|DES/Differential||True,False",
                                "Termination|DES/Termination||0..100",
                                "Termination reference|DES/TerminationReference||VT,Floating",
@@ -258,9 +218,6 @@ void SerdesTest::rows() {
                                "Training value|DES/TrainingValue|Length must match data size.|",
                                "none|LocationTableView/DES||"};
     QCOMPARE(found, expected);
-    int padType = 0;
-    for (const Quillon::PadType& concrete : Quillon::PadType::getConcretes())
-        QCOMPARE(editor<QComboBox>("DES/PadType")->itemText(padType++), concrete.getName());
 }
 
 void SerdesTest::resetLeavesTrainingValues() {
@@ -544,15 +501,18 @@ void SerdesTest::openSectionIsLegible() {
         const QWidget* body = showTable("SER")->parentWidget();
         QVERIFY(body->maximumHeight() >= body->layout()->sizeHint().height());
         const QImage title = body->parentWidget()->findChild<QToolButton*>()->grab().toImage();
-        double darkest = 1;
-        double lightest = 0;
+        QColor darkest = Qt::white;
+        QColor lightest = Qt::black;
+        const auto isDarker = [](const QColor& one, const QColor& other) {
+            return Contrast::luminanceOf(one) < Contrast::luminanceOf(other);
+        };
         for (int x = title.width() / 4; x < title.width(); ++x) { // the arrow stands to the left
             for (int y = 0; y < title.height(); ++y) {
-                darkest = std::min(darkest, luminanceOf(title.pixelColor(x, y)));
-                lightest = std::max(lightest, luminanceOf(title.pixelColor(x, y)));
+                darkest = std::min(darkest, title.pixelColor(x, y), isDarker);
+                lightest = std::max(lightest, title.pixelColor(x, y), isDarker);
             }
         }
-        QVERIFY2((lightest + 0.05) / (darkest + 0.05) >= 4.5, qPrintable(theme.getName()));
+        QVERIFY2(Contrast::between(lightest, darkest) >= Contrast::legibleText, qPrintable(theme.getName()));
     }
     Brindle::theme = Brindle::Theme::Light;
     Brindle::theme.apply(*qApp);
@@ -574,6 +534,21 @@ void SerdesTest::generates() {
     set("Entity=other");
     press("Generate");
     QCOMPARE(_asked.at(1), _answer);
+}
+
+void SerdesTest::argumentErrorsTellTheForm() {
+    for (const char* key : {"Entity", "Prefix", "DES/TrainingValue"}) {
+        set(otherValues);
+        set({{key, "1'0"}});
+        try {
+            form()->getArguments();
+            QFAIL(key);
+        } catch (const Brindle::InvalidRequest& error) {
+            QVERIFY(error.getField("value").find("1'0") != std::string::npos);
+            QCOMPARE(error.getLocation().file, std::string("src/bin/velmora/SERDESLeaf"));
+            QCOMPARE(error.getLocation().function, std::string("getArguments"));
+        }
+    }
 }
 
 void SerdesTest::refusals_data() {

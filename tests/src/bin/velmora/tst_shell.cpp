@@ -1,4 +1,5 @@
 #include <support/ConsoleRecorder.h>
+#include <support/ReadOnlyFolder.h>
 #include <support/TestMain.h>
 #include <support/TestPrefix.h>
 
@@ -15,9 +16,13 @@
 #include <Brindle/Exception.h>
 #include <Brindle/Theme.h>
 
+#include <QDataStream>
+#include <QDir>
+#include <QFileInfo>
 #include <QGridLayout>
 #include <QLabel>
 #include <QPropertyAnimation>
+#include <QScreen>
 #include <QSettings>
 #include <QStackedWidget>
 #include <QToolButton>
@@ -42,7 +47,11 @@ private Q_SLOTS:
     void firstStart();
     void geometryIsKept();
     void maximisedWindowIgnoresItsGeometry();
+    void geometryOfALargerScreen_data();
+    void geometryOfALargerScreen();
     void rubbishInTheSettingsDoesNoHarm();
+    void settingsThatCannotBeUsed_data();
+    void settingsThatCannotBeUsed();
     void folioPages();
     void folioIgnoresUnknownIds();
     void titlesFollowThePages();
@@ -115,6 +124,71 @@ void ShellTest::rubbishInTheSettingsDoesNoHarm() {
     MainWindow window;
     QVERIFY(window.isVisible());
     QCOMPARE(window.size(), QSize(1000, 600));
+}
+
+void ShellTest::geometryOfALargerScreen_data() {
+    QTest::addColumn<QRect>("place");
+    QTest::addColumn<int>("screen");
+    QTest::newRow("beyond the right edge") << QRect(4000, 300, 700, 500) << 0;
+    QTest::newRow("beyond the lower edge") << QRect(50, 2000, 700, 500) << 0;
+    QTest::newRow("on a screen at the left") << QRect(-1800, -900, 700, 500) << 1;
+    QTest::newRow("larger than the screen") << QRect(0, 30, 4800, 2700) << 0;
+    QTest::newRow("beyond every number") << QRect(2'000'000'000, 2'000'000'000, 700, 500) << 7;
+}
+
+void ShellTest::geometryOfALargerScreen() {
+    QFETCH(QRect, place);
+    QFETCH(int, screen);
+    QByteArray geometry;
+    QDataStream stream(&geometry, QIODevice::WriteOnly); // as QWidget::saveGeometry writes it
+    stream.setVersion(QDataStream::Qt_4_0);
+    stream << quint32(0x1D9D0CB) << quint16(3) << quint16(0) << place.adjusted(0, -30, 0, 0) << place << qint32(screen)
+           << quint8(0) << quint8(0) << qint32(5120) << place;
+    QSettings().setValue("geometry", geometry);
+    const MainWindow window;
+    QVERIFY(window.isVisible());
+    const QRect available = window.screen()->availableGeometry();
+    const QRect titleBar(window.frameGeometry().topLeft(), QSize(window.width(), 1));
+    QVERIFY2(available.contains(titleBar.center()), "the window cannot be moved by its title");
+    QVERIFY(available.intersected(window.geometry()).width() >= available.width() / 2);
+}
+
+void ShellTest::settingsThatCannotBeUsed_data() {
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<bool>("isFolder");
+    QTest::addColumn<bool>("isLocked");
+    QByteArray rubbish("[General\n=\n\\x\0\xff\xfe=@Variant(\xff)\ngeometry=@ByteArray(\\x", 43);
+    const QByteArray fine = "[General]\ntheme=dark\nsize=60\n";
+    QTest::newRow("rubbish") << rubbish << false << false;
+    QTest::newRow("half a file") << fine.left(17) << false << false;
+    QTest::newRow("a folder") << QByteArray() << true << false;
+    QTest::newRow("read-only folder") << fine << false << true;
+    QTest::newRow("read-only folder without a file") << QByteArray() << false << true;
+}
+
+void ShellTest::settingsThatCannotBeUsed() {
+    QFETCH(QByteArray, content);
+    QFETCH(bool, isFolder);
+    QFETCH(bool, isLocked);
+    const QString file = QSettings().fileName();
+    const QFileInfo folder(QFileInfo(file).path());
+    QDir().mkpath(isFolder ? file : folder.filePath());
+    if (!content.isEmpty())
+        _prefix->write(QDir(_prefix->path()).relativeFilePath(file), content);
+    QFile::setPermissions(_prefix->path(), QFile::Permissions(0x7755)); // the way to the folder is open to everybody
+    const auto locked = isLocked ? std::make_unique<ReadOnlyFolder>(folder.filePath()) : nullptr;
+    if (locked && !locked->isEffective())
+        QSKIP("permissions do not bind this user, who cannot become another one either");
+    {
+        MainWindow window;
+        QVERIFY(window.isVisible());
+        QCOMPARE(window.size(), QSize(1000, 600));
+        window.close();
+    }
+    if (isLocked)
+        QCOMPARE(readFile(file), content);
+    else
+        QCOMPARE(QSettings().contains("geometry"), !isFolder);
 }
 
 void ShellTest::folioPages() {

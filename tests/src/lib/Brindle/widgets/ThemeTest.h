@@ -19,8 +19,8 @@ private Q_SLOTS:
     void imagesHaveBothDensities();
     void styleSheetIsSound_data();
     void styleSheetIsSound();
-    void wheelChangesOnlyFocusedInputs_data();
-    void wheelChangesOnlyFocusedInputs();
+    void wheelChangesNoInput_data();
+    void wheelChangesNoInput();
     void popupShowsSeparatorsAsHairlines();
     void capCarriesItsChild();
 };
