@@ -10,10 +10,6 @@
 
 namespace {
 
-QByteArray bytesOf(const Sealwork::SecureBuffer& buffer) {
-    return QByteArray(reinterpret_cast<const char*>(buffer.data()), static_cast<int>(buffer.size()));
-}
-
 /// Making a key takes long, so that all prefixes of a test program share one.
 const Sealwork::AsymmetricKey& recipientKey() {
     static const Sealwork::AsymmetricKey key = Sealwork::AsymmetricKey::makeRsa(2048);
@@ -73,4 +69,8 @@ QString TestPrefix::addBridge(const QByteArray& script) const {
 QByteArray readFile(const QString& path) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QByteArray bytesOf(const Sealwork::SecureBuffer& buffer) {
+    return QByteArray(reinterpret_cast<const char*>(buffer.data()), static_cast<int>(buffer.size()));
 }

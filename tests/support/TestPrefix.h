@@ -38,3 +38,5 @@ private:
 
 /// The bytes of a file; null when it cannot be read.
 QByteArray readFile(const QString& path);
+
+QByteArray bytesOf(const Sealwork::SecureBuffer& buffer);

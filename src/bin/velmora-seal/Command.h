@@ -1,17 +1,12 @@
 #pragma once
 
 #include <velmora-seal/CommandLine.h>
+#include <velmora-seal/ExitCode.h>
 
 #include <string_view>
 #include <vector>
 
 namespace SealTool {
-
-/// How a command ended, as the process's exit status.
-enum class ExitCode {
-    Done = 0,
-    UsageOrFile = 2, ///< The command line, or a file that cannot be used.
-};
 
 /// One thing that the tool does.
 struct Command {

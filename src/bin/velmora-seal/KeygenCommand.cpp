@@ -1,15 +1,19 @@
 #include <velmora-seal/KeygenCommand.h>
 
+#include <Brindle/Label.h>
 #include <Sealwork/KeyFile.h>
 #include <Sealwork/OutputFile.h>
 #include <Sealwork/Recipient.h>
 #include <Sealwork/ScriptKey.h>
+#include <velmora-seal/Passphrase.h>
+#include <velmora-seal/Progress.h>
 #include <velmora-seal/TextFile.h>
 #include <velmora-seal/UsageError.h>
 
 #include <charconv>
 #include <filesystem>
 #include <iostream>
+#include <optional>
 
 namespace SealTool {
 
@@ -23,8 +27,9 @@ constexpr unsigned defaultBits = 3072;
 
 constexpr std::string_view help =
     R"(Usage: velmora-seal keygen script    -o DIR  [--keep]
-       velmora-seal keygen signer    -o BASE [--keep | --force]
+       velmora-seal keygen signer    -o BASE [--keep | --force] [--passphrase]
        velmora-seal keygen recipient -o BASE --owner OWNER --name NAME [--bits BITS] [--keep | --force]
+                              [--passphrase]
 
 Makes keys and prints the names of their files, missing directories included.
 
@@ -38,6 +43,9 @@ Makes keys and prints the names of their files, missing directories included.
   --bits BITS     Length of the RSA key, 2048 to 8192; 3072 if not given.
   --keep          Keys that exist already are printed and left as they are.
   --force         Key files that exist already are replaced.
+  --passphrase    The private half is enciphered under a passphrase, which is asked for.
+  --passphrase-file FILE
+                  The same, with the passphrase in the first line of the file.
 
 Script keys and private keys are readable by their owner only.
 
@@ -59,15 +67,6 @@ struct PairFiles {
 
 void print(const std::string& filename) {
     std::cout << filename << '\n';
-}
-
-void makeDirectory(const fs::path& directory) {
-    std::error_code error;
-    if (!directory.empty())
-        fs::create_directories(directory, error);
-    if (error)
-        throw Brindle::located(Brindle::Fatal("Unable to make directory"), BRINDLE_HERE,
-                               {{"filename", directory.string()}, {"reason", error.message()}});
 }
 
 ExitCode makeScriptKey(const CommandLine& commandLine) {
@@ -98,6 +97,14 @@ AsymmetricKey loadPrivateHalf(const std::string& filename) {
     return std::move(*key);
 }
 
+/// The passphrase that the private half is to have.
+std::optional<Sealwork::SecureBuffer> getPassphrase(const CommandLine& commandLine) {
+    const auto file = commandLine.find("passphrase-file");
+    if (!file && !commandLine.has("passphrase"))
+        return std::nullopt;
+    return getNewPassphrase(file);
+}
+
 /// Makes a key pair and writes both halves; `makePublicText` gives the public one.
 template <typename MakeKey, typename MakePublicText>
 ExitCode makePair(const CommandLine& commandLine, MakeKey makeKey, MakePublicText makePublicText) {
@@ -110,8 +117,10 @@ ExitCode makePair(const CommandLine& commandLine, MakeKey makeKey, MakePublicTex
         const bool replace = commandLine.has("force");
         files.requireWritable(replace);
         makeDirectory(fs::path(files.privateFile).parent_path());
+        const auto passphrase = getPassphrase(commandLine);
         const AsymmetricKey key = makeKey();
-        Sealwork::writeOutputFile(files.privateFile, key.getPrivatePem(), Sealwork::FileAccess::Private,
+        const auto privatePem = passphrase ? key.getPrivatePem(*passphrase) : key.getPrivatePem();
+        Sealwork::writeOutputFile(files.privateFile, privatePem, Sealwork::FileAccess::Private,
                                   replace ? Sealwork::Overwrite::Yes : Sealwork::Overwrite::No);
         writeText(files.publicFile, makePublicText(key), replace);
     }
@@ -152,7 +161,11 @@ ExitCode makeRecipient(const CommandLine& commandLine) {
     const auto name = getName(commandLine, "name");
     const auto bits = getBits(commandLine);
     return makePair(
-        commandLine, [bits] { return AsymmetricKey::makeRsa(bits); },
+        commandLine,
+        [bits] {
+            const Progress progress("making an RSA key of " + Brindle::getLabel(bits) + " bits");
+            return AsymmetricKey::makeRsa(bits);
+        },
         [&](const AsymmetricKey& key) { return Recipient::format(owner, name, key); });
 }
 
@@ -175,7 +188,14 @@ ExitCode run(const CommandLine& commandLine) {
 const Command keygenCommand{"keygen",
                             "make a script key, a signer or a recipient",
                             help,
-                            {{"output", true, 'o'}, {"owner"}, {"name"}, {"bits"}, {"keep", false}, {"force", false}},
+                            {{"output", true, 'o'},
+                             {"owner"},
+                             {"name"},
+                             {"bits"},
+                             {"keep", false},
+                             {"force", false},
+                             {"passphrase", false},
+                             {"passphrase-file"}},
                             run};
 
 } // namespace SealTool

@@ -22,10 +22,10 @@ void cutToFirstLine(SecureBuffer& content) {
     content.shrink(std::min(text.find_first_of("\r\n"), text.size()));
 }
 
-SecureBuffer readFromTerminal() {
+SecureBuffer readFromTerminal(const std::string& prompt) {
     // Without a terminal `getpass` would take the script on standard input for the passphrase.
     const FileDescriptor terminal(open("/dev/tty", O_RDWR | O_CLOEXEC | O_NOCTTY));
-    char* const typed = terminal.isOpen() ? getpass("Passphrase of the signer's key: ") : nullptr;
+    char* const typed = terminal.isOpen() ? getpass(prompt.c_str()) : nullptr;
     if (!typed)
         throw Brindle::located(Brindle::Fatal("Unable to ask for the passphrase, give --passphrase-file"),
                                BRINDLE_HERE);
@@ -42,10 +42,19 @@ SecureBuffer readFromFile(const std::string& filename) {
 
 } // namespace
 
-Sealwork::PassphraseSource getPassphraseSource(const std::optional<std::string>& filename) {
+Sealwork::PassphraseSource getPassphraseSource(const std::optional<std::string>& filename, const std::string& owner) {
     if (!filename)
-        return readFromTerminal;
+        return [prompt = "Passphrase of " + owner + "'s key: "] { return readFromTerminal(prompt); };
     return [name = *filename] { return readFromFile(name); };
+}
+
+SecureBuffer getNewPassphrase(const std::optional<std::string>& filename) {
+    auto passphrase = filename ? readFromFile(*filename) : readFromTerminal("New passphrase: ");
+    if (passphrase.size() == 0)
+        throw Brindle::located(Brindle::Fatal("The passphrase is empty"), BRINDLE_HERE);
+    if (!filename && readFromTerminal("The same again: ").text() != passphrase.text())
+        throw Brindle::located(Brindle::Fatal("The two passphrases differ"), BRINDLE_HERE);
+    return passphrase;
 }
 
 } // namespace SealTool

@@ -1,5 +1,6 @@
 #include <velmora-seal/Report.h>
 
+#include <algorithm>
 #include <iostream>
 
 namespace SealTool {
@@ -32,8 +33,15 @@ std::string getReport(const Brindle::Exception& exception) {
     return place + exception.getMessage() + getOtherFields(exception);
 }
 
+std::string getPrintable(std::string_view text) {
+    std::string printable(text);
+    std::ranges::replace_if(
+        printable, [](char c) { return (c >= '\0' && c < ' ') || c == '\x7f'; }, '?');
+    return printable;
+}
+
 void showProblem(std::string_view text) {
-    std::cerr << "velmora-seal: " << text << '\n';
+    std::cerr << "velmora-seal: " << getPrintable(text) << '\n';
 }
 
 } // namespace SealTool

@@ -11,6 +11,21 @@ namespace SealTool {
 /// its fields name them.
 std::string getReport(const Brindle::Exception& exception);
 
+/// Calls and returns; what it throws names the file, unless it names one already.
+template <typename Call>
+auto aboutFile(const std::string& filename, Call call) {
+    try {
+        return call();
+    } catch (Brindle::Exception& exception) {
+        if (exception.getField("filename").empty())
+            exception.addField("filename", filename);
+        throw;
+    }
+}
+
+/// The text with a question mark for every control character, as it can be shown on a terminal whoever wrote it.
+std::string getPrintable(std::string_view text);
+
 /// Shows a line on standard error, the tool's name in front.
 void showProblem(std::string_view text);
 

@@ -4,6 +4,7 @@
 #include <Sealwork/KeyFile.h>
 #include <Sealwork/ScriptSealer.h>
 #include <velmora-seal/Passphrase.h>
+#include <velmora-seal/PrivateKeyFile.h>
 #include <velmora-seal/Report.h>
 #include <velmora-seal/TextFile.h>
 
@@ -41,18 +42,12 @@ Sealwork::ScriptKey loadKey(const fs::path& path) {
     return Sealwork::ScriptKey::load(files.front());
 }
 
-void warnOfReaders(const fs::path& privateFile) {
-    const auto readers = fs::perms::group_read | fs::perms::others_read;
-    std::error_code error;
-    if ((fs::status(privateFile, error).permissions() & readers) != fs::perms::none)
-        showProblem(privateFile.string() + ": warning: others can read this private key, chmod 600 hides it");
-}
-
 std::optional<Sealwork::ScriptSigner> loadSigner(const CommandLine& commandLine) {
     const auto filename = commandLine.find("signer");
     if (!filename)
         return std::nullopt;
-    auto signer = Sealwork::ScriptSigner::load(*filename, getPassphraseSource(commandLine.find("passphrase-file")));
+    auto signer =
+        Sealwork::ScriptSigner::load(*filename, getPassphraseSource(commandLine.find("passphrase-file"), "the signer"));
     warnOfReaders(*filename);
     return signer;
 }
@@ -64,13 +59,9 @@ ExitCode run(const CommandLine& commandLine) {
     requireWritable(output, replace);
     const auto key = loadKey(commandLine.get("key"));
     const auto signer = loadSigner(commandLine);
-    try {
-        const Sealwork::ScriptSealer sealer(key, signer ? &*signer : nullptr);
-        writeText(output, sealer.seal(readText(input)), replace);
-    } catch (Brindle::InvalidRequest& exception) {
-        exception.addField("filename", input);
-        throw;
-    }
+    const Sealwork::ScriptSealer sealer(key, signer ? &*signer : nullptr);
+    const auto script = readText(input);
+    writeText(output, aboutFile(input, [&] { return sealer.seal(script); }), replace);
     return ExitCode::Done;
 }
 

@@ -7,10 +7,10 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
-#include <filesystem>
 #include <span>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace SealTool {
@@ -31,6 +31,13 @@ int openForReading(const std::string& filename) {
     return filename == standardStream ? dup(STDIN_FILENO) : open(filename.c_str(), O_RDONLY | O_CLOEXEC);
 }
 
+/// Bytes that the file holds, and one for a line feed; not known of a pipe.
+std::size_t getSizeHint(const Sealwork::FileDescriptor& file) {
+    struct stat status {};
+    return fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode) ? static_cast<std::size_t>(status.st_size) + 1
+                                                                      : 0;
+}
+
 void writeStandardOutput(std::string_view text) {
     Sealwork::FileDescriptor output(dup(STDOUT_FILENO));
     if (!output.isOpen() || !output.write(toBytes(text)) || !output.close())
@@ -44,6 +51,7 @@ std::string readText(const std::string& filename) {
     if (!file.isOpen())
         refuse("Unable to read file", filename, BRINDLE_HERE);
     std::string text;
+    text.reserve(getSizeHint(file));
     std::array<std::uint8_t, 65536> piece;
     for (;;) {
         const auto size = file.read(piece);
@@ -69,6 +77,15 @@ void requireWritable(const std::string& filename, bool replace) {
     if (!replace && filename != standardStream && std::filesystem::exists(filename, error))
         throw Brindle::located(Brindle::Fatal("File exists already, --force replaces it"), BRINDLE_HERE,
                                {{"filename", filename}});
+}
+
+void makeDirectory(const std::filesystem::path& directory) {
+    std::error_code error;
+    if (!directory.empty())
+        std::filesystem::create_directories(directory, error);
+    if (error)
+        throw Brindle::located(Brindle::Fatal("Unable to make directory"), BRINDLE_HERE,
+                               {{"filename", directory.string()}, {"reason", error.message()}});
 }
 
 } // namespace SealTool

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -19,5 +20,9 @@ void writeText(const std::string& filename, std::string_view text, bool replace)
 /// Throws Fatal "File exists already, --force replaces it" unless the file may be written: to be asked before the work
 /// is done.
 void requireWritable(const std::string& filename, bool replace);
+
+/// Makes the directory and those above it, as far as they are missing; the empty path is there already. Throws Fatal
+/// "Unable to make directory" with the fields "filename" and "reason".
+void makeDirectory(const std::filesystem::path& directory);
 
 } // namespace SealTool

@@ -1,6 +1,11 @@
+#include <velmora-seal/InfoCommand.h>
 #include <velmora-seal/KeygenCommand.h>
+#include <velmora-seal/OpenCommand.h>
+#include <velmora-seal/ProtectCommand.h>
+#include <velmora-seal/RecipientsCommand.h>
 #include <velmora-seal/Report.h>
 #include <velmora-seal/SealCommand.h>
+#include <velmora-seal/UnsealCommand.h>
 #include <velmora-seal/UsageError.h>
 
 #include <algorithm>
@@ -14,15 +19,23 @@ namespace SealTool {
 
 namespace {
 
-const std::array<const Command*, 2> commands = {&keygenCommand, &sealCommand};
+const std::array<const Command*, 7> commands = {&keygenCommand,  &recipientsCommand, &sealCommand, &unsealCommand,
+                                                &protectCommand, &openCommand,       &infoCommand};
 
 void showHelp() {
     std::cout << "Usage: velmora-seal COMMAND ...\n\n"
-                 "Makes the keys of sealed scripts and protected regions and seals scripts.\n\n";
+                 "Makes and keeps the keys of sealed generator scripts and of protected HDL regions, and seals,\n"
+                 "protects and opens them.\n\n";
     for (const auto* command : commands)
         std::cout << "  " << command->name << std::string(12 - command->name.size(), ' ') << command->summary << '\n';
     std::cout << "\nvelmora-seal COMMAND --help tells more about one of them.\n\n"
-                 "Exit status: 0 done, 2 a wrong command line or a file that cannot be used.\n\n"
+                 "Exit status:\n"
+                 "  0  done\n"
+                 "  2  a wrong command line, or a file that cannot be used\n"
+                 "  3  the input is malformed\n"
+                 "  4  no key at hand opens it\n"
+                 "  5  it was altered after it was sealed or protected\n"
+                 "  6  there is nothing to open, or its signature is missing or wrong\n\n"
                  "Example: velmora-seal keygen script -o keys\n";
 }
 
@@ -60,6 +73,7 @@ ExitCode runReporting(const std::vector<std::string>& arguments) {
         showProblem(getReport(error) + "; see velmora-seal --help");
     } catch (const Brindle::Exception& exception) {
         showProblem(getReport(exception));
+        return getExitCode(exception);
     } catch (const std::exception& exception) {
         showProblem(exception.what());
     }

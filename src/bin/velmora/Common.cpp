@@ -1,5 +1,7 @@
 #include <velmora/Common.h>
 
+#include <velmora/InformationBlock.h>
+
 #include <Brindle/Exception.h>
 #include <Brindle/Label.h>
 #include <Sealwork/Crypto.h>
@@ -7,7 +9,6 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <chrono>
 #include <cstdint>
 #include <string_view>
 
@@ -26,24 +27,6 @@ std::string toLower(std::string text) {
 
 bool isLowerHexadecimalDigit(char c) {
     return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f');
-}
-
-void appendLittleEndian(std::string& block, std::uint32_t number) {
-    for (unsigned shift = 0; shift < 32; shift += 8)
-        block += static_cast<char>(number >> shift & 0xFFU);
-}
-
-/// The 16 bytes that an envelope carries about its making: minutes since 1970, tool tag, format number.
-std::string informationBlock() {
-    using namespace std::chrono;
-    constexpr std::string_view toolTag("velmora\0", 8);
-    constexpr std::uint32_t formatNumber = 42;
-    const auto sinceEpoch = duration_cast<seconds>(system_clock::now().time_since_epoch());
-    std::string block;
-    appendLittleEndian(block, static_cast<std::uint32_t>(sinceEpoch.count() / 60));
-    block += toolTag;
-    appendLittleEndian(block, formatNumber);
-    return block;
 }
 
 } // namespace
@@ -79,7 +62,8 @@ std::string getHexadecimal(int value, unsigned long bitCount) {
 
 std::string getEncrypted(const std::string& language, const std::string& text) {
     std::string envelope;
-    Sealwork::Crypto(bothDirections).getEncrypted(allRecipients, language, informationBlock(), text, envelope);
+    Sealwork::Crypto(bothDirections)
+        .getEncrypted(allRecipients, language, InformationBlock::now().getBytes(), text, envelope);
     return envelope;
 }
 

@@ -12,15 +12,13 @@ namespace Sealwork {
 
 namespace {
 
-constexpr std::string_view publicBegin = "-----BEGIN PUBLIC KEY-----";
-constexpr std::string_view publicEnd = "-----END PUBLIC KEY-----";
 constexpr std::string_view whiteSpace = " \t\r\n";
 
 bool isOnePublicKey(std::string_view pem) {
-    if (!pem.starts_with(publicBegin))
+    if (!pem.starts_with(AsymmetricKey::publicBegin))
         return false;
-    const auto end = pem.find(publicEnd);
-    return end != pem.npos && pem.find_first_not_of(whiteSpace, end + publicEnd.size()) == pem.npos;
+    const auto end = pem.find(AsymmetricKey::publicEnd);
+    return end != pem.npos && pem.find_first_not_of(whiteSpace, end + AsymmetricKey::publicEnd.size()) == pem.npos;
 }
 
 /// What the PEM reader's call for a passphrase needs; an exception may not cross its C frames.
@@ -41,6 +39,16 @@ int givePassphrase(char* buffer, int capacity, int, void* data) {
         call.failure = std::current_exception();
         return -1;
     }
+}
+
+/// The private key in PEM; without a cipher it is not enciphered.
+SecureBuffer encodePrivate(const EVP_PKEY& key, const EVP_CIPHER* cipher, std::string_view passphrase) {
+    const ErrorScope scope;
+    const Bio bio(BIO_new(BIO_s_mem()));
+    require(bio && PEM_write_bio_PKCS8PrivateKey(bio.get(), &key, cipher, passphrase.data(), toInt(passphrase.size()),
+                                                 nullptr, nullptr) == 1,
+            "encoding a private key", BRINDLE_HERE);
+    return getContent(*bio);
 }
 
 } // namespace
@@ -106,11 +114,11 @@ std::string AsymmetricKey::getPublicPem() const {
 }
 
 SecureBuffer AsymmetricKey::getPrivatePem() const {
-    const ErrorScope scope;
-    const Bio bio(BIO_new(BIO_s_mem()));
-    require(bio && PEM_write_bio_PKCS8PrivateKey(bio.get(), _key.get(), nullptr, nullptr, 0, nullptr, nullptr) == 1,
-            "encoding a private key", BRINDLE_HERE);
-    return getContent(*bio);
+    return encodePrivate(*_key, nullptr, {});
+}
+
+SecureBuffer AsymmetricKey::getPrivatePem(const SecureBuffer& passphrase) const {
+    return encodePrivate(*_key, EVP_aes_256_cbc(), passphrase.text());
 }
 
 } // namespace Sealwork

@@ -19,6 +19,9 @@ using PassphraseSource = std::function<SecureBuffer()>;
 /// A public key, or a key pair, of any algorithm.
 class AsymmetricKey {
 public:
+    static constexpr std::string_view publicBegin = "-----BEGIN PUBLIC KEY-----"; ///< First line of a PEM public key.
+    static constexpr std::string_view publicEnd = "-----END PUBLIC KEY-----";     ///< Its last line.
+
     /// The key of a text that is one SubjectPublicKeyInfo in PEM (RFC 7468 section 13) and nothing else but white space
     /// behind it.
     static std::optional<AsymmetricKey> parsePublic(std::string_view pem);
@@ -41,6 +44,8 @@ public:
     std::string getPublicPem() const;
     /// PKCS#8, not enciphered.
     SecureBuffer getPrivatePem() const;
+    /// PKCS#8, enciphered under the passphrase (PBES2 of RFC 8018 with AES-256-CBC).
+    SecureBuffer getPrivatePem(const SecureBuffer& passphrase) const;
 
     /// Stays with this object.
     evp_pkey_st* getHandle() const { return _key.get(); }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <string>
 
 namespace Sealwork {
 
@@ -58,6 +59,33 @@ bool decodeLine(const char* characters, std::span<std::uint8_t> bytes) {
     return index == bytes.size() || decodePaddedGroup(characters, bytes.subspan(index));
 }
 
+/// The text without its white space, broken in lines of the standard length.
+std::string withStandardLines(std::string_view text) {
+    std::string lines;
+    lines.reserve(text.size() + text.size() / base64LineCharacters + 1);
+    std::size_t column = 0;
+    for (const char character : text) {
+        if (character == ' ' || character == '\t' || character == '\r' || character == '\n')
+            continue;
+        lines += character;
+        if (++column < base64LineCharacters)
+            continue;
+        lines += '\n';
+        column = 0;
+    }
+    if (column > 0)
+        lines += '\n';
+    return lines;
+}
+
+/// Bytes that lines of the standard length hold, if they hold any.
+std::size_t getByteCount(std::string_view lines) {
+    const std::size_t lineCount = (lines.size() + base64LineCharacters) / (base64LineCharacters + 1);
+    const std::size_t padding = lines.ends_with("==\n") ? 2 : lines.ends_with("=\n") ? 1 : 0;
+    const std::size_t groupCount = (lines.size() - lineCount) / 4;
+    return std::max(groupCount * 3, padding) - padding;
+}
+
 } // namespace
 
 bool decodeBase64Lines(std::string_view lines, std::span<std::uint8_t> bytes) {
@@ -72,6 +100,12 @@ bool decodeBase64Lines(std::string_view lines, std::span<std::uint8_t> bytes) {
         bytes = bytes.subspan(lineBytes.size());
     }
     return true;
+}
+
+std::optional<std::vector<std::uint8_t>> decodeBase64Text(std::string_view text) {
+    const auto lines = withStandardLines(text);
+    std::vector<std::uint8_t> bytes(getByteCount(lines));
+    return decodeBase64Lines(lines, bytes) ? std::optional(std::move(bytes)) : std::nullopt;
 }
 
 } // namespace Sealwork

@@ -2,8 +2,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string_view>
+#include <vector>
 
 namespace Sealwork {
 
@@ -21,5 +23,9 @@ constexpr std::size_t base64LinesSize(std::size_t byteCount) {
 /// Fills `bytes` from lines that hold exactly as many. False when the lines are not the one encoding of some bytes of
 /// that size (wrong line length, foreign character, missing padding, stray bits); the bytes are then unspecified.
 bool decodeBase64Lines(std::string_view lines, std::span<std::uint8_t> bytes);
+
+/// The bytes of a base64 text with white space (blank, tab, carriage return, line feed) anywhere. None when it is
+/// anything else, stray bits included.
+std::optional<std::vector<std::uint8_t>> decodeBase64Text(std::string_view text);
 
 } // namespace Sealwork

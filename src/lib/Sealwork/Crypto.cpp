@@ -7,6 +7,8 @@
 #include <Sealwork/ScriptOpener.h>
 #include <Sealwork/SealConfiguration.h>
 
+#include <utility>
+
 namespace Sealwork {
 
 namespace {
@@ -36,7 +38,9 @@ void Crypto::getEncrypted(int selector, const std::string& language, const std::
     const auto directory = KeyDirectory::locate();
     const auto configuration = SealConfiguration::load(directory.getConfiguration());
     const auto recipients = RecipientKeys::load(directory.getRecipients());
-    out = EnvelopeWriter(recipients, configuration.dataMethod).write(region);
+    std::string envelope;
+    EnvelopeWriter(recipients, configuration.dataMethod).append(envelope, region);
+    out = std::move(envelope);
 }
 
 void Crypto::getDecrypted(int selector, const std::string& in, std::string& out) const {

@@ -15,11 +15,11 @@ public:
     /// The recipients are kept, not owned.
     EnvelopeWriter(const RecipientKeys& recipients, DataMethod method) : _recipients(recipients), _method(method) {}
 
-    /// The lines that stand for the region in its file, the last one ended by a line feed. Throws Fatal "No random
-    /// numbers available" and "Cryptography failure".
-    std::string write(const ProtectedRegion& region) const;
+    /// Adds to the text the lines that stand for the region in its file, the last one ended by a line feed. Throws
+    /// Fatal "No random numbers available" and "Cryptography failure"; the text is then of no use.
+    void append(std::string& out, const ProtectedRegion& region) const;
     /// The same with a session key that is given, which must fit the data method.
-    std::string write(const ProtectedRegion& region, const SessionKey& session) const;
+    void append(std::string& out, const ProtectedRegion& region, const SessionKey& session) const;
 
 private:
     const RecipientKeys& _recipients;

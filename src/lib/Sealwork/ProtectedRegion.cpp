@@ -3,45 +3,28 @@
 #include <Brindle/Exception.h>
 #include <Brindle/Label.h>
 #include <Sealwork/EnvelopeDirective.h>
+#include <Sealwork/HdlLanguage.h>
 #include <Sealwork/Hex.h>
 #include <Sealwork/OpenSsl.h>
-
-#include <algorithm>
+#include <Sealwork/TextLines.h>
 
 namespace Sealwork {
 
 namespace {
 
-constexpr std::string_view vhdl = "vhdl";
-constexpr std::string_view verilog = "vlog";
-
-/// Where the first line stands that is the block directive of an envelope; `npos` when there is none. Only lines with a
-/// backtick are looked at, each once.
-std::size_t findEnvelope(std::string_view text) {
-    for (auto backtick = text.find('`'); backtick != text.npos;) {
-        const auto begin = text.rfind('\n', backtick) + 1; // `npos` + 1 is 0, the first line.
-        const auto end = std::min(text.find('\n', backtick), text.size());
-        if (isBlockDirective(text.substr(begin, end - begin)))
-            return begin;
-        backtick = text.find('`', end);
-    }
-    return text.npos;
-}
-
 void requireNoEnvelope(std::string_view text) {
-    const auto envelope = findEnvelope(text);
-    if (envelope == text.npos)
-        return;
-    const auto line = std::ranges::count(text.substr(0, envelope), '\n') + 1;
-    throw Brindle::located(Brindle::Fatal("Region already holds a protected envelope"), BRINDLE_HERE,
-                           {{"line", Brindle::getLabel(line)}});
+    BacktickLines lines(text);
+    while (const auto line = lines.next())
+        if (isBlockDirective(line->text))
+            throw Brindle::located(Brindle::Fatal("Region already holds a protected envelope"), BRINDLE_HERE,
+                                   {{"line", Brindle::getLabel(getLineNumber(text, line->begin))}});
 }
 
 } // namespace
 
 ProtectedRegion::ProtectedRegion(std::string_view language, std::string_view info, std::string_view text)
     : _language(language), _info(info), _text(text) {
-    if (language != vhdl && language != verilog)
+    if (language != vhdlLanguage && language != verilogLanguage)
         throw Brindle::located(Brindle::InvalidRequest("Unknown language"), BRINDLE_HERE,
                                {{"language", std::string(language)}});
     if (info.size() != infoSize)
@@ -55,10 +38,6 @@ ProtectedRegion::ProtectedRegion(std::string_view language, std::string_view inf
 
 std::string ProtectedRegion::getInfoHex() const {
     return toHex({toBytes(_info), _info.size()});
-}
-
-std::string_view ProtectedRegion::getDirective() const {
-    return _language == vhdl ? "`protect " : "`pragma protect ";
 }
 
 } // namespace Sealwork

@@ -21,8 +21,6 @@ public:
     std::string_view getText() const { return _text; }
     /// The information block in lower-case hexadecimal.
     std::string getInfoHex() const;
-    /// What a directive of the language begins with: "`protect " or "`pragma protect ".
-    std::string_view getDirective() const;
 
 private:
     std::string_view _language;

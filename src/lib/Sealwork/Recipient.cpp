@@ -18,8 +18,6 @@ namespace Sealwork {
 
 namespace {
 
-constexpr std::string_view ownerField = "Key-Owner: ";
-constexpr std::string_view nameField = "Key-Name: ";
 constexpr std::size_t longestName = 128;
 
 using Number = std::unique_ptr<BIGNUM, Release<BN_free>>;
@@ -81,8 +79,8 @@ constexpr std::string_view wrongLayout = "not the lines Key-Owner and Key-Name a
 Recipient Recipient::parse(std::string_view text, const std::filesystem::path& filename) {
     const std::string content = withLineFeeds(text);
     TextLines lines(content);
-    const auto owner = getFieldValue(lines.next(), ownerField);
-    const auto name = getFieldValue(lines.next(), nameField);
+    const auto owner = getFieldValue(lines.next(), Recipient::ownerField);
+    const auto name = getFieldValue(lines.next(), Recipient::nameField);
     if (!owner || !name)
         refuse(wrongLayout, filename, BRINDLE_HERE);
     if (!isName(*owner) || !isName(*name))

@@ -16,6 +16,8 @@ class Recipient {
 public:
     static constexpr unsigned fewestBits = 2048;
     static constexpr unsigned mostBits = 8192;
+    static constexpr std::string_view ownerField = "Key-Owner: "; ///< Begin of a recipient file's first line.
+    static constexpr std::string_view nameField = "Key-Name: ";   ///< Begin of its second line.
 
     /// Reads a recipient file: the lines "Key-Owner: ..." and "Key-Name: ...", then one PEM public key. Throws Fatal
     /// "Recipient key refused: ..." with the fields "filename" and, for a wrong length, "bits".

@@ -11,6 +11,7 @@ enum class ScriptFault {
     Malformed,
     KeyNotInstalled,
     Altered,
+    WrongSignature, ///< Said as Altered is.
     NotSigned,
     UnknownSigner,
 };

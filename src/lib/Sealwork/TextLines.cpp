@@ -1,5 +1,7 @@
 #include <Sealwork/TextLines.h>
 
+#include <algorithm>
+
 namespace Sealwork {
 
 std::optional<std::string_view> TextLines::next() {
@@ -22,6 +24,10 @@ std::optional<std::string_view> getFieldValue(std::optional<std::string_view> li
     if (!line || !line->starts_with(field))
         return std::nullopt;
     return line->substr(field.size());
+}
+
+std::size_t getLineNumber(std::string_view text, std::size_t offset) {
+    return static_cast<std::size_t>(std::ranges::count(text.substr(0, offset), '\n')) + 1;
 }
 
 std::string withLineFeeds(std::string_view text) {

@@ -29,6 +29,9 @@ private:
 /// What follows the field's name ("Key-Id: ") in the line; none when the line does not begin with it.
 std::optional<std::string_view> getFieldValue(std::optional<std::string_view> line, std::string_view field);
 
+/// The number, from 1, of the line in which the character at the offset stands.
+std::size_t getLineNumber(std::string_view text, std::size_t offset);
+
 /// The text with every pair of carriage return and line feed turned into a line feed.
 std::string withLineFeeds(std::string_view text);
 

@@ -8,6 +8,9 @@
 #include <Brindle/Exception.h>
 #include <Brindle/FileDialog.h>
 
+#include <Sealwork/EnvelopeOpener.h>
+#include <Sealwork/HdlPieces.h>
+
 #include <QDateTime>
 #include <QDir>
 #include <QDirIterator>
@@ -87,6 +90,8 @@ private Q_SLOTS:
     void entityNameIsText();
     void removedDirectoryIsMadeAgain();
     void regionsAreEnciphered();
+    void regionsOpenAgain_data();
+    void regionsOpenAgain();
     void markerErrors();
     void missingScript();
     void unwritableDirectory();
@@ -354,6 +359,59 @@ void BridgeTest::regionsAreEnciphered() {
     QCOMPARE(info.mid(4), QByteArray("velmora\0\x2a\0\0\0", 12));
     press("Generate");
     QVERIFY(readFile(out("x.vhd")) != vhdl);
+}
+
+void BridgeTest::regionsOpenAgain_data() {
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("content"); // as a Python literal
+    QTest::addColumn<int>("regionCount");
+    QTest::addColumn<QByteArray>("opened");
+    const auto row = [](const char* tag, const char* name, const char* content, int regionCount, const char* opened) {
+        QTest::newRow(tag) << name << QByteArray(content) << regionCount << QByteArray(opened);
+    };
+    for (const char* name : {"x.vhd", "x.v", "x.vh"}) {
+        const auto named = [name](const char* what) { return QByteArray(name) + ": " + what; };
+        row(named("between"), name, "'a\\n-- `protect begin\\nb\\nc\\n-- `protect end\\nd'", 1, "a\nb\nc\nd\n");
+        row(named("at the start and at the end"), name,
+            "'`protect begin\\na\\n`protect end\\nb\\n`protect begin\\nc\\n`protect end'", 2, "a\nb\nc\n");
+        row(named("one after another"), name,
+            "'`protect begin\\na\\n`protect end\\n`protect begin\\nb\\n`protect end\\n'", 2, "a\nb\n\n");
+        row(named("Windows line ends"), name, "'a\\r\\n`protect begin\\r\\nb\\r\\n\\r\\n`protect end\\r\\nc\\r\\n'", 1,
+            "a\r\nb\r\n\r\nc\r\n\n");
+        row(named("every byte"), name,
+            "'`protect begin\\n' + ''.join(chr(n) for n in range(255, 0, -1)) + '\\n`protect end'", 1, nullptr);
+        row(named("open at the end"), name, "'`protect begin\\na\\n`protect end\\nb\\n`protect begin\\nc'", 1,
+            "a\nb\n");
+    }
+}
+
+void BridgeTest::regionsOpenAgain() {
+    QFETCH(QString, name);
+    QFETCH(QByteArray, content);
+    QFETCH(int, regionCount);
+    QFETCH(QByteArray, opened);
+    if (opened.isNull()) {
+        for (int byte = 255; byte > 0; --byte)
+            opened += static_cast<char>(byte);
+        opened += '\n';
+    }
+    open(returning("{'" + name.toLatin1() + "': " + content + "}"));
+    press("Generate");
+    const QByteArray text = readFile(out(name));
+    const auto key = Sealwork::EnvelopeKey::load(_prefix->recipientKeyPath().toStdString(), nullptr);
+    QByteArray plain;
+    for (const auto& piece : Sealwork::splitAtEnvelopes({text.data(), static_cast<std::size_t>(text.size())})) {
+        if (!piece.isEnvelope) {
+            plain.append(piece.text.data(), static_cast<int>(piece.text.size()));
+            continue;
+        }
+        const auto envelope = Sealwork::Envelope::parse(piece.text, Sealwork::EnvelopeReading::Strict);
+        QCOMPARE(envelope.language, name == "x.vhd" ? std::string("vhdl") : std::string("vlog"));
+        plain += bytesOf(Sealwork::EnvelopeOpener(key).open(envelope));
+        --regionCount;
+    }
+    QCOMPARE(plain, opened);
+    QCOMPARE(regionCount, 0);
 }
 
 void BridgeTest::markerErrors() {

@@ -89,6 +89,56 @@ void EncodingTest::base64IsCanonical() {
     }
 }
 
+void EncodingTest::base64WithWhiteSpace_data() {
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QByteArray>("bytes"); // null when refused
+    QTest::newRow("nothing") << QByteArray(" \r\n") << QByteArray("");
+    QTest::newRow("one line") << QByteArray("YWJj") << QByteArray("abc");
+    QTest::newRow("anywhere") << QByteArray("\tY W\r\nI\n=\n\n") << QByteArray("ab");
+    QTest::newRow("long line") << QByteArray(160, 'A') << QByteArray(120, '\0');
+    QTest::newRow("padding in the middle") << QByteArray("YQ==YQ==") << QByteArray();
+    QTest::newRow("cut") << QByteArray("YWJ") << QByteArray();
+    QTest::newRow("padding alone") << QByteArray("=") << QByteArray();
+    QTest::newRow("three paddings") << QByteArray("Y===") << QByteArray();
+    QTest::newRow("stray bits") << QByteArray("YWJ=") << QByteArray();
+    QTest::newRow("other character") << QByteArray("YW`j") << QByteArray();
+}
+
+void EncodingTest::base64WithWhiteSpace() {
+    QFETCH(QByteArray, text);
+    QFETCH(QByteArray, bytes);
+    const auto decoded = Sealwork::decodeBase64Text(text.toStdString());
+    QCOMPARE(decoded.has_value(), !bytes.isNull());
+    QVERIFY(!decoded || std::ranges::equal(*decoded, asBytes({bytes.data(), static_cast<std::size_t>(bytes.size())})));
+}
+
+void EncodingTest::directiveExpressions_data() {
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QString>("expected"); // name:value, separated by "; "
+    const QString unreadable = QStringLiteral("unreadable");
+    QTest::newRow("name") << QByteArray(" KEY_block\r") << "key_block:";
+    QTest::newRow("values") << QByteArray("a=\"x, y=(z)\",b = 1 , c=( d=\"e\", f=2 )")
+                            << "a:x, y=(z); b:1; c: d=\"e\", f=2 ";
+    QTest::newRow("empty value") << QByteArray("a=\"\"") << "a:";
+    QTest::newRow("nothing") << QByteArray(" ") << unreadable;
+    QTest::newRow("two words") << QByteArray("a b") << unreadable;
+    QTest::newRow("no value") << QByteArray("a=") << unreadable;
+    QTest::newRow("no end of the text") << QByteArray("a=\"b") << unreadable;
+    QTest::newRow("no end of the list") << QByteArray("a=(b") << unreadable;
+    QTest::newRow("comma at the end") << QByteArray("a,") << unreadable;
+    QTest::newRow("text behind") << QByteArray("a=\"b\"c") << unreadable;
+}
+
+void EncodingTest::directiveExpressions() {
+    QFETCH(QByteArray, text);
+    const auto bytes = text.toStdString();
+    const auto expressions = Sealwork::parseExpressions(bytes);
+    QStringList result;
+    for (const auto& [name, value] : expressions.value_or(std::vector<Sealwork::DirectiveExpression>()))
+        result << QString::fromStdString(name + ":" + value);
+    QTEST(expressions ? result.join(QLatin1String("; ")) : QStringLiteral("unreadable"), "expected");
+}
+
 void EncodingTest::blockDirectives_data() {
     QTest::addColumn<QByteArray>("line");
     QTest::addColumn<bool>("expected");

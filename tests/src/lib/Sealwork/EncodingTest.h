@@ -11,6 +11,10 @@ private Q_SLOTS:
     void refusedBase64_data();
     void refusedBase64();
     void base64IsCanonical();
+    void base64WithWhiteSpace_data();
+    void base64WithWhiteSpace();
+    void directiveExpressions_data();
+    void directiveExpressions();
     void blockDirectives_data();
     void blockDirectives();
     void configurations_data();

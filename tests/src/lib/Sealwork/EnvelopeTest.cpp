@@ -151,7 +151,8 @@ void EnvelopeTest::knownEnvelope() {
     std::iota(session.key.data(), session.key.data() + session.key.size(), std::uint8_t{0});
     std::copy_n(session.key.data() + 16, session.initial.size(), session.initial.begin());
     const Sealwork::ProtectedRegion region("vlog", info, "assign a = b;\n");
-    const auto text = Sealwork::EnvelopeWriter(keys, Sealwork::DataMethod::Aes256Cbc).write(region, session);
+    std::string text;
+    Sealwork::EnvelopeWriter(keys, Sealwork::DataMethod::Aes256Cbc).append(text, region, session);
     const Envelope envelope(toBytes(text), "`pragma protect ");
     QCOMPARE(envelope.data.toBase64(), QByteArray("EBESExQVFhcYGRobHB0eH3CT+ytm2ITUp+Rue9kB3Vo="));
     QCOMPARE(envelope.mac, QByteArray("5bc70b7e750ae0c03ea6037205e54cb45a2b649da28c9f8b26798f3f706ad28e"));

@@ -11,21 +11,6 @@
 
 namespace {
 
-ToolResult seal(const QStringList& arguments, const QByteArray& input = {},
-                const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment()) {
-    return runTool(QStringLiteral(VELMORA_SEAL_PROGRAM), arguments, input, environment);
-}
-
-/// The arguments of a line, split at blanks; "@" stands for the directory.
-QStringList argumentsOf(const char* line, const QString& directory) {
-    return QString::fromLatin1(line).replace(QLatin1Char('@'), directory).split(QLatin1Char(' '), Qt::SkipEmptyParts);
-}
-
-QByteArray contentOf(const QString& filename) {
-    QFile file(filename);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 bool isPrivate(const QString& filename) {
     const auto permissions = QFile::permissions(filename);
     return permissions == (QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser);

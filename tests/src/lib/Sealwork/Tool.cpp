@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include <QFile>
 #include <QProcess>
 
 ToolResult runTool(const QString& program, const QStringList& arguments, const QByteArray& input,
@@ -21,4 +22,17 @@ QByteArray openssl(const QStringList& arguments, const QByteArray& input) {
         throw std::runtime_error("openssl " + arguments.join(QLatin1Char(' ')).toStdString() + ": " +
                                  result.errors.toStdString());
     return result.output;
+}
+
+ToolResult seal(const QStringList& arguments, const QByteArray& input, const QProcessEnvironment& environment) {
+    return runTool(QStringLiteral(VELMORA_SEAL_PROGRAM), arguments, input, environment);
+}
+
+QStringList argumentsOf(const char* line, const QString& directory) {
+    return QString::fromLatin1(line).replace(QLatin1Char('@'), directory).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}
+
+QByteArray contentOf(const QString& filename) {
+    QFile file(filename);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }

@@ -17,3 +17,13 @@ ToolResult runTool(const QString& program, const QStringList& arguments, const Q
 
 /// The output of the `openssl` command; throws std::runtime_error with its errors when it fails.
 QByteArray openssl(const QStringList& arguments, const QByteArray& input = {});
+
+/// Runs velmora-seal.
+ToolResult seal(const QStringList& arguments, const QByteArray& input = {},
+                const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment());
+
+/// The arguments of a line, split at blanks; "@" stands for the directory.
+QStringList argumentsOf(const char* line, const QString& directory);
+
+/// The bytes of a file; empty when it cannot be read.
+QByteArray contentOf(const QString& filename);

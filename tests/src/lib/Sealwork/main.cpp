@@ -1,7 +1,9 @@
 #include "EncodingTest.h"
+#include "EnvelopeOpenTest.h"
 #include "EnvelopeTest.h"
 #include "KeyringTest.h"
 #include "ScriptTest.h"
+#include "SealToolEnvelopeTest.h"
 #include "SealToolTest.h"
 
 #include <cstdlib>
@@ -19,5 +21,6 @@ int runAll(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
-    return runAll<EncodingTest, KeyringTest, ScriptTest, EnvelopeTest, SealToolTest>(argc, argv);
+    return runAll<EncodingTest, KeyringTest, ScriptTest, EnvelopeTest, EnvelopeOpenTest, SealToolTest,
+                  SealToolEnvelopeTest>(argc, argv);
 }

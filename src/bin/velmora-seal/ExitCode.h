@@ -1,0 +1,20 @@
+#pragma once
+
+#include <Brindle/Exception.h>
+
+namespace SealTool {
+
+/// How a command ended, as the process's exit status.
+enum class ExitCode {
+    Done = 0,
+    UsageOrFile = 2,    ///< The command line, or a file that cannot be used.
+    Malformed = 3,      ///< Input that is not what it should be.
+    NoKey = 4,          ///< No key at hand opens it.
+    Altered = 5,        ///< Changed after it was sealed or protected.
+    NothingOrFaked = 6, ///< Nothing to open, or a signature that is missing or wrong.
+};
+
+/// What the exit status is when the exception ended the command.
+ExitCode getExitCode(const Brindle::Exception& exception);
+
+} // namespace SealTool
