@@ -36,8 +36,8 @@ void FilterForm::addCoefficientWidth(const NumberRange& range) {
 }
 
 void FilterForm::addCoefficients() {
-    _coefficientsEdit = _form.addText(QObject::tr("Coefficients"), SettingsKeys::coefficients,
-                                      QObject::tr("List of coefficients separed by ';', ',' or carry return."));
+    _coefficientsEdit = _form.addCoefficients(QObject::tr("Coefficients"), SettingsKeys::coefficients,
+                                              QObject::tr("List of coefficients separed by ';', ',' or carry return."));
 }
 
 void FilterForm::addTruncation(const NumberRange& range) {

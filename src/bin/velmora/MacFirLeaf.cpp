@@ -20,7 +20,7 @@ const QString enable = QStringLiteral("Enable");
 } // namespace
 
 MacFirLeaf::MacFirLeaf(IPLeaf* ipLeaf) : QWidget(ipLeaf), _ipLeaf(ipLeaf), _filter(this, QStringLiteral("MacFirLeaf")) {
-    Form& form = _filter.getForm();
+    Form& form = getForm();
     _filter.addEntityName();
     _filter.addInputDataWidth({1, 18, 8});
     _filter.addOutputDataWidth({1, 16, 8});
@@ -70,10 +70,18 @@ QString MacFirLeaf::getFilter() const {
     return GeneratorScript(_ipLeaf->getScriptFilename(), BRINDLE_HERE).generateText(getArguments());
 }
 
+Generation MacFirLeaf::getGeneration(const Brindle::Location& caller) const {
+    return {"Generating filter mac",
+            _filter.getEntityName(),
+            FailureRules::filter,
+            caller,
+            [this] { return isFullyConfigured(); },
+            [this] { return getArguments(); },
+            [this] { return getFilter(); }};
+}
+
 void MacFirLeaf::onGenerate() {
-    generateHdlFile({this, _filter.getForm().getGroup(), _filter.getEntityName(), "Generating filter mac",
-                     FailureRules::filter, BRINDLE_HERE, [this] { return isFullyConfigured(); },
-                     [this] { return getFilter(); }});
+    generateHdlFile(this, getForm().getGroup(), getGeneration(BRINDLE_HERE));
 }
 
 } // namespace Velmora

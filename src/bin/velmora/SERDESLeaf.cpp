@@ -104,7 +104,7 @@ void SERDESLeaf::addSERParameters() {
     _outputCapacity = _form.addNumber(tr("Output capacity"), SettingsKeys::outputCapacity, {0, 100, 0});
     _serTrainingEdit = addTrainingValue();
     _serTable = new LocationTableView(LocationTableView::SER, this);
-    _form.addTable(_serTable);
+    _form.addTable(_serTable, SettingsKeys::serCount);
 }
 
 void SERDESLeaf::addDESParameters() {
@@ -118,7 +118,7 @@ void SERDESLeaf::addDESParameters() {
         _form.addDecimal(tr("Input signal slope"), SettingsKeys::inputSignalSlope, {0.5, 20.0, 0.5, 0.5, 1});
     _desTrainingEdit = addTrainingValue();
     _desTable = new LocationTableView(LocationTableView::DES, this);
-    _form.addTable(_desTable);
+    _form.addTable(_desTable, SettingsKeys::desCount);
 }
 
 QComboBox* SERDESLeaf::addPadType() {
@@ -233,9 +233,18 @@ void SERDESLeaf::onDESCountChanged() {
     _desTable->invalidateFilter();
 }
 
+Generation SERDESLeaf::getGeneration(const Brindle::Location& caller) const {
+    return {"Generating Scope",
+            _entityEdit->text(),
+            FailureRules::lineTable,
+            caller,
+            [this] { return isFullyConfigured(); },
+            [this] { return getArguments(); },
+            [this] { return getIP(); }};
+}
+
 void SERDESLeaf::onGenerate() {
-    generateHdlFile({this, getSettingsGroup(), _entityEdit->text(), "Generating Scope", FailureRules::lineTable,
-                     BRINDLE_HERE, [this] { return isFullyConfigured(); }, [this] { return getIP(); }});
+    generateHdlFile(this, getSettingsGroup(), getGeneration(BRINDLE_HERE));
 }
 
 } // namespace Velmora

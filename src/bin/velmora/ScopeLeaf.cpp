@@ -2,6 +2,7 @@
 
 #include <velmora/Clock.h>
 #include <velmora/GeneratorScript.h>
+#include <velmora/HdlGeneration.h>
 #include <velmora/IPLeaf.h>
 #include <velmora/SettingsKeys.h>
 #include <velmora/TriggerCodes.h>
@@ -153,8 +154,13 @@ void ScopeLeaf::onTriggerCountChange() {
     _triggerTable->invalidateFilter();
 }
 
+Generation ScopeLeaf::getGeneration(const Brindle::Location& caller) const {
+    return _scope.getGeneration(
+        caller, [this] { return getArguments(); }, [this] { return getIP(); });
+}
+
 void ScopeLeaf::onGenerate() {
-    _scope.generate(BRINDLE_HERE, [this] { return getIP(); });
+    generateHdlFile(this, getSettingsGroup(), getGeneration(BRINDLE_HERE));
 }
 
 } // namespace Velmora

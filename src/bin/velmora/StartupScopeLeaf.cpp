@@ -2,6 +2,7 @@
 
 #include <velmora/Clock.h>
 #include <velmora/GeneratorScript.h>
+#include <velmora/HdlGeneration.h>
 #include <velmora/IPLeaf.h>
 #include <velmora/StartupTriggerTableView.h>
 
@@ -68,8 +69,13 @@ void StartupScopeLeaf::onTriggerCountChange() {
     _triggerTable->invalidateFilter();
 }
 
+Generation StartupScopeLeaf::getGeneration(const Brindle::Location& caller) const {
+    return _scope.getGeneration(
+        caller, [this] { return getArguments(); }, [this] { return getIP(); });
+}
+
 void StartupScopeLeaf::onGenerate() {
-    _scope.generate(BRINDLE_HERE, [this] { return getIP(); });
+    generateHdlFile(this, getSettingsGroup(), getGeneration(BRINDLE_HERE));
 }
 
 } // namespace Velmora

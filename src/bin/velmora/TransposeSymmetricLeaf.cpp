@@ -8,7 +8,7 @@ namespace Velmora {
 
 TransposeSymmetricLeaf::TransposeSymmetricLeaf(IPLeaf* ipLeaf)
     : QWidget(ipLeaf), _ipLeaf(ipLeaf), _form(this, QStringLiteral("TransposeSymmetricLeaf"), 18) {
-    _form.getForm().addButtons(this, &TransposeSymmetricLeaf::onReset, &TransposeSymmetricLeaf::onGenerate);
+    getForm().addButtons(this, &TransposeSymmetricLeaf::onReset, &TransposeSymmetricLeaf::onGenerate);
     connect(_form.getModeCombo(), SIGNAL(currentIndexChanged(const QString&)), this,
             SLOT(onCoefficientModeChange(const QString&)));
     onCoefficientModeChange(_form.getModeCombo()->currentText());
@@ -31,10 +31,18 @@ QString TransposeSymmetricLeaf::getFilter() const {
     return GeneratorScript(_ipLeaf->getScriptFilename(), BRINDLE_HERE).generateText(_form.getArguments(BRINDLE_HERE));
 }
 
+Generation TransposeSymmetricLeaf::getGeneration(const Brindle::Location& caller) const {
+    return {"Generating transpose symmetric filter",
+            _form.getFilter().getEntityName(),
+            FailureRules::filter,
+            caller,
+            [this] { return isFullyConfigured(); },
+            [this] { return getArguments(); },
+            [this] { return getFilter(); }};
+}
+
 void TransposeSymmetricLeaf::onGenerate() {
-    generateHdlFile({this, _form.getForm().getGroup(), _form.getFilter().getEntityName(),
-                     "Generating transpose symmetric filter", FailureRules::filter, BRINDLE_HERE,
-                     [this] { return isFullyConfigured(); }, [this] { return getFilter(); }});
+    generateHdlFile(this, getForm().getGroup(), getGeneration(BRINDLE_HERE));
 }
 
 } // namespace Velmora
