@@ -1,7 +1,5 @@
 #include <velmora/APBToSPWLeaf.h>
 
-#include <velmora/ArgumentDictionary.h>
-#include <velmora/GenerateFlow.h>
 #include <velmora/GeneratorScript.h>
 #include <velmora/IPLeaf.h>
 #include <velmora/OutputDirectory.h>
@@ -40,20 +38,32 @@ void APBToSPWLeaf::onReset() {
 }
 
 GeneratedFiles APBToSPWLeaf::getIP() const {
-    const GeneratorScript script(_ipLeaf->getScriptFilename(), BRINDLE_HERE);
+    return GeneratorScript(_ipLeaf->getScriptFilename(), BRINDLE_HERE).generateFiles(getArguments());
+}
+
+ArgumentDictionary APBToSPWLeaf::getArguments() const {
     ArgumentDictionary arguments(BRINDLE_HERE);
     arguments.add("%%ENTITY_NAME%%", _entityEdit->text().toStdString());
-    return script.generateFiles(arguments);
+    return arguments;
+}
+
+Generation APBToSPWLeaf::getGeneration(const Brindle::Location& caller) const {
+    return {"Generating " + _ipLeaf->getName(),
+            _entityEdit->text(),
+            FailureRules::bridge,
+            caller,
+            [this] { return isFullyConfigured(); },
+            [this] { return getArguments(); },
+            [this] { return getIP(); }};
 }
 
 void APBToSPWLeaf::onGenerate() {
     const QString directory = chooseDirectory();
     if (directory.isEmpty())
         return;
-    const Brindle::Location here = BRINDLE_HERE;
-    runGeneration(
-        "Generating " + _ipLeaf->getName(), FailureRules::bridge, here, [this] { return isFullyConfigured(); },
-        [&] { writeGeneratedFiles(directory, getIP(), here); });
+    const Generation generation = getGeneration(BRINDLE_HERE);
+    runGeneration(generation.title, generation.failureRule, generation.caller, generation.check,
+                  [&] { writeGeneratedFiles(directory, getIP(), generation.caller); });
 }
 
 /// The directory that the user chooses and the settings remember; empty when the user cancels.

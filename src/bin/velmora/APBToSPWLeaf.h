@@ -1,7 +1,7 @@
 #pragma once
 
 #include <velmora/Form.h>
-#include <velmora/GeneratedFiles.h>
+#include <velmora/Generation.h>
 
 #include <QWidget>
 
@@ -19,12 +19,17 @@ public:
     explicit APBToSPWLeaf(IPLeaf* ipLeaf);
     ~APBToSPWLeaf() override;
 
+    Form& getForm() { return _form; }
     /// Any entity name can be generated, the empty one too.
     virtual bool isFullyConfigured() const { return true; }
     virtual void load();
     virtual void save();
     /// Runs the script on the form's values. Throws what the runner throws.
     virtual GeneratedFiles getIP() const;
+    /// What the script is given. Throws Brindle::InvalidRequest for a name that cannot be passed.
+    ArgumentDictionary getArguments() const;
+    /// What the Generate button starts. Errors that are not in-house ones are located at `caller`.
+    Generation getGeneration(const Brindle::Location& caller) const;
 
 public Q_SLOTS:
     void onReset();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <velmora/FieldType.h>
+
 #include <Brindle/Exception.h>
 
 #include <QString>
@@ -23,8 +25,10 @@ public:
     virtual void setValue(QWidget* editor, const QVariant& value) const = 0;
     /// What the user entered.
     virtual QVariant getValue(QWidget* editor) const = 0;
+    /// What the cells can hold.
+    virtual const FieldType& getType() const = 0;
     /// True for a text that an editor could have given.
-    virtual bool canGive(const QString& text) const = 0;
+    bool canGive(const QString& text) const { return getType().toValue(text).has_value(); }
 
 protected:
     template <class Editor>

@@ -8,7 +8,7 @@ namespace Velmora {
 
 QWidget* ChoiceCell::create(QWidget* parent) const {
     auto* comboBox = new QComboBox(parent);
-    comboBox->addItems(_items);
+    comboBox->addItems(_type.getItems());
     Brindle::theme.enrich(comboBox);
     return comboBox;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <velmora/CellEditor.h>
+#include <velmora/ChoiceType.h>
 
 #include <QStringList>
 
@@ -9,16 +10,16 @@ namespace Velmora {
 /// Cells that hold one of some texts, chosen in a combo box.
 class ChoiceCell : public CellEditor {
 public:
-    explicit ChoiceCell(const QStringList& items) : _items(items) {}
+    explicit ChoiceCell(const QStringList& items) : _type(items) {}
 
     QWidget* create(QWidget* parent) const override;
     /// Nothing is chosen when no item has the value's text.
     void setValue(QWidget* editor, const QVariant& value) const override;
     QVariant getValue(QWidget* editor) const override;
-    bool canGive(const QString& text) const override { return _items.contains(text); }
+    const FieldType& getType() const override { return _type; }
 
 private:
-    const QStringList _items;
+    const ChoiceType _type;
 };
 
 } // namespace Velmora

@@ -1,6 +1,13 @@
 #include <velmora/Form.h>
 
+#include <velmora/ChoiceType.h>
+#include <velmora/CoefficientsType.h>
+#include <velmora/DecimalType.h>
 #include <velmora/FoldWidget.h>
+#include <velmora/FormMemory.h>
+#include <velmora/LineTableView.h>
+#include <velmora/NumberType.h>
+#include <velmora/TextType.h>
 
 #include <Brindle/Theme.h>
 
@@ -58,7 +65,11 @@ QKeySequence getShortcut(const QString& button) {
 } // namespace
 
 Form::Form(QWidget* widget, const QString& className, AbsentValue absentValue)
-    : _group(className), _absentValue(absentValue), _grid(new QGridLayout), _buttons(new QHBoxLayout) {
+    : _group(className),
+      _absentValue(absentValue),
+      _mark(new CheckMark(widget)),
+      _grid(new QGridLayout),
+      _buttons(new QHBoxLayout) {
     widget->setObjectName(className);
     _grid->setContentsMargins(5, 5, 5, 5);
     _grid->setColumnStretch(1, 1);
@@ -85,14 +96,17 @@ void Form::addSection(const QString& title, const QString& subgroup, const std::
 QLineEdit* Form::addLine(const QString& label, const QString& key, const QString& help, LineReset lineReset) {
     auto* editor = new QLineEdit;
     addRow(label, key, editor, help);
-    _fields.push_back({editor->objectName(), [editor] { return QVariant(editor->text()); },
+    const bool clears = lineReset == LineReset::Clears;
+    _fields.push_back({editor->objectName(), label, std::make_shared<TextType>(),
+                       clears ? std::optional<QVariant>(QString()) : std::nullopt,
+                       [editor] { return QVariant(editor->text()); },
                        [editor](const QVariant& value) {
-                           if (isText(value))
-                               editor->setText(value.toString());
-                       },
-                       [editor, lineReset] {
-                           if (lineReset == LineReset::Clears)
-                               editor->clear();
+                           if (!isText(value))
+                               return;
+                           if (const QString text = value.toString(); text.isEmpty())
+                               editor->clear(); // which can be undone
+                           else
+                               editor->setText(text);
                        }});
     return editor;
 }
@@ -101,12 +115,12 @@ QSpinBox* Form::addNumber(const QString& label, const QString& key, const Number
     auto* editor = new QSpinBox;
     editor->setRange(range.minimum, range.maximum);
     addRow(label, key, editor, help);
-    _fields.push_back({editor->objectName(), [editor] { return QVariant(editor->value()); },
+    _fields.push_back({editor->objectName(), label, std::make_shared<NumberType>(range.minimum, range.maximum),
+                       range.resetValue, [editor] { return QVariant(editor->value()); },
                        [editor](const QVariant& value) {
                            if (const auto number = toNumber(value))
                                editor->setValue(*number);
-                       },
-                       [editor, range] { editor->setValue(range.resetValue); }});
+                       }});
     return editor;
 }
 
@@ -116,12 +130,13 @@ QDoubleSpinBox* Form::addDecimal(const QString& label, const QString& key, const
     editor->setRange(range.minimum, range.maximum);
     editor->setSingleStep(range.step);
     addRow(label, key, editor, QString());
-    _fields.push_back({editor->objectName(), [editor] { return QVariant(editor->value()); },
+    _fields.push_back({editor->objectName(), label,
+                       std::make_shared<DecimalType>(range.minimum, range.maximum, range.decimals), range.resetValue,
+                       [editor] { return QVariant(editor->value()); },
                        [editor](const QVariant& value) {
                            if (const auto number = toDecimal(value))
                                editor->setValue(*number);
-                       },
-                       [editor, range] { editor->setValue(range.resetValue); }});
+                       }});
     return editor;
 }
 
@@ -130,19 +145,16 @@ QComboBox* Form::addChoice(const QString& label, const QString& key, const QStri
     auto* editor = new QComboBox;
     editor->addItems(items);
     addRow(label, key, editor, QString());
-    _fields.push_back({editor->objectName(), [editor] { return QVariant(editor->currentIndex()); },
+    _fields.push_back({editor->objectName(), label, std::make_shared<ChoiceType>(items), resetIndex,
+                       [editor] { return QVariant(editor->currentIndex()); },
                        [editor](const QVariant& value) {
                            if (const auto index = toNumber(value); index && *index >= 0 && *index < editor->count())
                                editor->setCurrentIndex(*index);
-                       },
-                       [editor, resetIndex] {
-                           if (resetIndex)
-                               editor->setCurrentIndex(*resetIndex);
                        }});
     return editor;
 }
 
-QTextEdit* Form::addText(const QString& label, const QString& key, const QString& help) {
+QTextEdit* Form::addCoefficients(const QString& label, const QString& key, const QString& help) {
     auto* editor = new QTextEdit;
     editor->setAcceptRichText(false);
     editor->setTabChangesFocus(true);
@@ -150,17 +162,18 @@ QTextEdit* Form::addText(const QString& label, const QString& key, const QString
     _grid->setRowStretch(_rowCount, 1);
     addRow(label, key, editor, help);
     getHelp(editor)->setMinimumHeight(textHelpHeight);
-    _fields.push_back({editor->objectName(), [editor] { return QVariant(editor->toPlainText()); },
+    _fields.push_back({editor->objectName(), label, std::make_shared<CoefficientsType>(), QString(),
+                       [editor] { return QVariant(editor->toPlainText()); },
                        [editor](const QVariant& value) {
                            if (isText(value))
                                editor->setPlainText(value.toString());
-                       },
-                       [editor] { editor->clear(); }});
+                       }});
     return editor;
 }
 
-void Form::addTable(QWidget* table) {
+void Form::addTable(LineTableView* table, const QString& countKey) {
     place(table, _rowCount++, 0, 1, 2);
+    _tables.push_back({table, countKey});
 }
 
 HelpLabel* Form::addHelp(const QString& help, int rowCount) {
@@ -205,6 +218,9 @@ QPushButton* Form::addButton(const QString& text) {
 }
 
 void Form::load() {
+    if (!FormMemory::isKept())
+        return;
+    _mark->clear();
     QSettings settings;
     settings.beginGroup(_group);
     for (const FormField& field : _fields) {
@@ -215,7 +231,7 @@ void Form::load() {
 }
 
 void Form::save() const noexcept {
-    if (std::uncaught_exceptions() > 0)
+    if (!FormMemory::isKept() || std::uncaught_exceptions() > 0)
         return;
     QSettings settings;
     settings.beginGroup(_group);
@@ -225,8 +241,11 @@ void Form::save() const noexcept {
 }
 
 void Form::reset() {
-    for (const FormField& field : _fields)
-        field.reset();
+    _mark->clear();
+    for (const FormField& field : _fields) {
+        if (field.resetValue)
+            field.setValue(*field.resetValue);
+    }
 }
 
 } // namespace Velmora

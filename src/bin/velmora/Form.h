@@ -1,6 +1,8 @@
 #pragma once
 
+#include <velmora/CheckMark.h>
 #include <velmora/FormField.h>
+#include <velmora/FormTable.h>
 #include <velmora/HelpLabel.h>
 
 #include <QComboBox>
@@ -71,10 +73,11 @@ public:
     /// A choice without a reset index is left alone by `reset`.
     QComboBox* addChoice(const QString& label, const QString& key, const QStringList& items,
                          std::optional<int> resetIndex);
-    /// A text of several lines, which takes the free height of the form.
-    QTextEdit* addText(const QString& label, const QString& key, const QString& help);
-    /// A row without label that takes the columns of label and editor. The table keeps its values itself.
-    void addTable(QWidget* table);
+    /// A list of coefficients, which takes the free height of the form.
+    QTextEdit* addCoefficients(const QString& label, const QString& key, const QString& help);
+    /// A row without label that takes the columns of label and editor. The table shows as many lines as the field of
+    /// that key counts and keeps its values itself.
+    void addTable(LineTableView* table, const QString& countKey);
     /// One help label for the last rows together.
     HelpLabel* addHelp(const QString& help, int rowCount);
     /// A row that takes the free height of the form.
@@ -90,6 +93,11 @@ public:
     /// The help label beside an editor; null when it has none.
     HelpLabel* getHelp(QWidget* editor) const { return _helpLabels.value(editor); }
     const QString& getGroup() const { return _group; }
+    /// In the order of the rows.
+    const std::vector<FormField>& getFields() const { return _fields; }
+    const std::vector<FormTable>& getTables() const { return _tables; }
+    /// On what the last check refused. Loading and resetting take it off.
+    CheckMark& getMark() const { return *_mark; }
 
     /// Gives every editor its stored value. What is absent reads as empty or 0, or changes nothing; a number outside
     /// the range becomes its nearest end, an index that the choice does not have and a value of another type are
@@ -108,12 +116,14 @@ private:
 
     QString _group;
     AbsentValue _absentValue;
+    CheckMark* _mark; // the widget's child
     QGridLayout* _grid;
     QHBoxLayout* _buttons;
     FoldWidget* _section = nullptr; // while it is being filled
     QString _subgroup;              // of the section, with its "/"
     int _rowCount = 0;              // of the grid that is being filled
     std::vector<FormField> _fields;
+    std::vector<FormTable> _tables;
     QHash<QWidget*, HelpLabel*> _helpLabels; // by editor
 };
 

@@ -13,7 +13,8 @@ std::string aborted(const std::string& reason) {
     return "Processing aborted [" + reason + "]";
 }
 
-/// Runs the work; what it throws is shown. True when it threw nothing.
+} // namespace
+
 bool runGuarded(const FailureRule& rule, const Brindle::Location& caller, const std::function<void()>& work) {
     const std::string unknown = "something strange...";
     try {
@@ -33,17 +34,20 @@ bool runGuarded(const FailureRule& rule, const Brindle::Location& caller, const 
     return false;
 }
 
-} // namespace
-
-void runGeneration(const std::string& title, const FailureRule& rule, const Brindle::Location& caller,
-                   const std::function<bool()>& check, const std::function<void()>& work) {
+bool runGeneration(const std::string& title, const FailureRule& rule, const Brindle::Location& caller,
+                   const std::function<bool()>& check, const std::function<void()>& work, DoneWhen doneWhen) {
     console.print(title);
     console.indent();
-    if (!check())
+    const bool isChecked = check();
+    const unsigned long errorCount = console.getErrorCount();
+    const bool isDone = isChecked && runGuarded(rule, caller, work) &&
+                        (doneWhen == DoneWhen::NothingThrown || console.getErrorCount() == errorCount);
+    if (!isChecked)
         console.print("Generating failed");
     else
-        console.print(runGuarded(rule, caller, work) ? "Generating done" : rule.closingLine);
+        console.print(isDone ? "Generating done" : rule.closingLine);
     console.unindent();
+    return isDone;
 }
 
 } // namespace Velmora

@@ -20,11 +20,20 @@ inline constexpr FailureRule filter{true, false, "Generating failed"};
 inline constexpr FailureRule lineTable{true, true, "Generating Failed"}; // forms that hold a table of lines
 } // namespace FailureRules
 
+/// Runs the work of a generation; what it throws is shown as one error on the console, as `runGeneration` does it. True
+/// when it threw nothing.
+bool runGuarded(const FailureRule& rule, const Brindle::Location& caller, const std::function<void()>& work);
+
+/// What the work of a generation must not have done for this to be done. Scripts show errors and yet return a result.
+enum class DoneWhen { NothingThrown, NoErrorShown };
+
 /// One generation as the console tells it: the title, then, indented, what the check and the work print and "Generating
 /// done". When the check fails, which has told why, "Generating failed" ends it; when the work throws, the exception as
 /// one error and the rule's closing line. A wrapped exception keeps its named fields and location; what is not of the
-/// in-house family is located at `caller`.
-void runGeneration(const std::string& title, const FailureRule& rule, const Brindle::Location& caller,
-                   const std::function<bool()>& check, const std::function<void()>& work);
+/// in-house family is located at `caller`. Returns true when the generation is
+/// done; the closing line ends any other whose check passed.
+bool runGeneration(const std::string& title, const FailureRule& rule, const Brindle::Location& caller,
+                   const std::function<bool()>& check, const std::function<void()>& work,
+                   DoneWhen doneWhen = DoneWhen::NothingThrown);
 
 } // namespace Velmora

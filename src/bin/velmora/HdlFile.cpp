@@ -12,12 +12,15 @@ HdlFile::HdlFile(const QString& path, const Brindle::Location& caller) : _file(p
         throw Brindle::located(Brindle::Fatal("Unable to open file " + path.toStdString()), _caller);
 }
 
+std::string HdlFile::getContent(const QString& text, const QString& path, const Brindle::Location& caller) {
+    return protectRegions(text.toLatin1().toStdString(), getLanguage(path.toStdString()), getEncrypted, caller);
+}
+
 void HdlFile::write(const QString& text) {
-    const std::string path = _file.fileName().toStdString();
-    const std::string output = protectRegions(text.toLatin1().toStdString(), getLanguage(path), getEncrypted, _caller);
+    const std::string output = getContent(text, _file.fileName(), _caller);
     const auto size = static_cast<qint64>(output.size());
     if (_file.write(output.data(), size) != size || !_file.flush()) {
-        throw Brindle::located(Brindle::Fatal("Unable to write file " + path), _caller,
+        throw Brindle::located(Brindle::Fatal("Unable to write file " + _file.fileName().toStdString()), _caller,
                                {{"reason", _file.errorString().toStdString()}});
     }
     _file.close();

@@ -5,6 +5,8 @@
 #include <QFile>
 #include <QString>
 
+#include <string>
+
 namespace Velmora {
 
 /// A file that takes generated HDL. Constructing it opens the file, which empties it. Everything that is thrown is
@@ -13,6 +15,9 @@ class HdlFile {
 public:
     /// Throws Brindle::Fatal "Unable to open file " and the path.
     HdlFile(const QString& path, const Brindle::Location& caller);
+
+    /// What a file of that path holds for the text. Throws what `write` throws before it writes.
+    static std::string getContent(const QString& text, const QString& path, const Brindle::Location& caller);
 
     /// Writes the text, which holds its bytes one a character, with its protected regions enciphered. Throws
     /// Brindle::Fatal when the markers are out of order or not everything could be written, and what Sealwork throws.

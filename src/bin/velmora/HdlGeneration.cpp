@@ -1,5 +1,6 @@
 #include <velmora/HdlGeneration.h>
 
+#include <velmora/Generation.h>
 #include <velmora/HdlFile.h>
 #include <velmora/SettingsKeys.h>
 
@@ -13,13 +14,13 @@ namespace Velmora {
 namespace {
 
 /// The file that the user chooses and the settings remember; empty when the user cancels.
-QString chooseFile(const HdlGeneration& generation) {
+QString chooseFile(QWidget* form, const QString& settingsGroup, const QString& entityName) {
     QSettings settings;
-    settings.beginGroup(generation.settingsGroup);
-    const QString defaultPath = QDir::currentPath() + "/" + generation.entityName + ".vhd";
+    settings.beginGroup(settingsGroup);
+    const QString defaultPath = QDir::currentPath() + "/" + entityName + ".vhd";
     const QString path = Brindle::FileDialog::getSaveFileName(
-        generation.form, QObject::tr("Choose a file name"),
-        settings.value(SettingsKeys::filepath, defaultPath).toString(), QStringLiteral("VHDL (*.vhd)"));
+        form, QObject::tr("Choose a file name"), settings.value(SettingsKeys::filepath, defaultPath).toString(),
+        QStringLiteral("VHDL (*.vhd)"));
     if (!path.isEmpty()) {
         settings.setValue(SettingsKeys::filepath, path);
         settings.sync();
@@ -29,13 +30,13 @@ QString chooseFile(const HdlGeneration& generation) {
 
 } // namespace
 
-void generateHdlFile(const HdlGeneration& generation) {
-    const QString path = chooseFile(generation);
+void generateHdlFile(QWidget* form, const QString& settingsGroup, const Generation& generation) {
+    const QString path = chooseFile(form, settingsGroup, generation.entityName);
     if (path.isEmpty())
         return;
     runGeneration(generation.title, generation.failureRule, generation.caller, generation.check, [&] {
         HdlFile file(path, generation.caller);
-        file.write(generation.getText());
+        file.write(std::get<Generation::TextRun>(generation.run)());
     });
 }
 

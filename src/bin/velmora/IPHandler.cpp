@@ -1,25 +1,14 @@
 #include <velmora/IPHandler.h>
 
+#include <velmora/DescriptionFile.h>
 #include <velmora/IPLeaf.h>
 
 #include <Brindle/Exception.h>
 #include <Brindle/ListCollection.h>
 
-#include <QDir>
-#include <QFileInfo>
-
 #include <cstdlib>
 
 namespace Velmora {
-
-namespace {
-
-/// The subdirectories in the order in which the file system returns them.
-QStringList subdirectoriesOf(const QString& path) {
-    return QDir(path).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Unsorted);
-}
-
-} // namespace
 
 IPHandler* ipHandler = nullptr;
 
@@ -46,15 +35,8 @@ void IPHandler::postCreate(MainWindow*) {
     ipHandler = this;
     const std::string prefix =
         std::getenv("ORVANE_PREFIX"); // without the variable the program cannot work: this throws
-    const QString root = QString::fromStdString(prefix + "/share/velmora");
-    for (const QString& provider : subdirectoriesOf(root)) {
-        const QString providerPath = root + "/" + provider;
-        for (const QString& ip : subdirectoriesOf(providerPath)) {
-            const QString descriptionFilename = providerPath + "/" + ip + "/config";
-            if (QFileInfo::exists(descriptionFilename))
-                attach(new IPLeaf(descriptionFilename.toStdString()));
-        }
-    }
+    for (const std::string& descriptionFilename : findDescriptionFiles(prefix))
+        attach(new IPLeaf(descriptionFilename));
     Object::postCreate();
 }
 

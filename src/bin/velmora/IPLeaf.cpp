@@ -1,9 +1,10 @@
 #include <velmora/IPLeaf.h>
 
 #include <velmora/APBToSPWLeaf.h>
+#include <velmora/DescriptionFile.h>
 #include <velmora/DescriptionView.h>
+#include <velmora/FormConfiguration.h>
 #include <velmora/MacFirLeaf.h>
-#include <velmora/RegularFile.h>
 #include <velmora/SERDESLeaf.h>
 #include <velmora/ScopeLeaf.h>
 #include <velmora/SettingsKeys.h>
@@ -27,28 +28,10 @@
 
 namespace Velmora {
 
-namespace {
-
-constexpr std::size_t largestDescription = 16 * 1024 * 1024; // bytes
-
-IPDescription readDescription(const std::string& filename, const Brindle::Location& caller) {
-    if (filename.empty())
-        throw Brindle::located(Brindle::Critical("Empty filename"), caller);
-    const auto content = readRegularFile(filename, largestDescription + 1);
-    if (!content)
-        throw Brindle::located(Brindle::Critical("Unable to open description file"), caller, {{"filename", filename}});
-    if (content->size() > largestDescription) {
-        throw Brindle::located(Brindle::Critical("Description file is larger than 16 MiB"), caller,
-                               {{"filename", filename}});
-    }
-    return parseIPDescription(*content, filename, caller);
-}
-
-} // namespace
-
-IPLeaf::IPLeaf(const std::string& descriptionFilename)
-    : _descriptionFilename(descriptionFilename), _description(readDescription(descriptionFilename, BRINDLE_HERE)) {
-    createDescriptionView();
+IPLeaf::IPLeaf(const std::string& descriptionFilename, Content content)
+    : _descriptionFilename(descriptionFilename), _description(readDescriptionFile(descriptionFilename, BRINDLE_HERE)) {
+    if (content == Content::DescriptionAndForm)
+        createDescriptionView();
     createConfigurationWidget();
 }
 
@@ -64,25 +47,33 @@ void IPLeaf::createDescriptionView() {
     setLayout(layout);
 }
 
+template <class Leaf>
+void IPLeaf::createForm() {
+    auto* leaf = new Leaf(this);
+    _form = &leaf->getForm();
+    _getGeneration = [leaf](const Brindle::Location& caller) { return leaf->getGeneration(caller); };
+    setConfigurationWidget(leaf);
+}
+
 void IPLeaf::createConfigurationWidget() {
     if (isOVSystolic())
-        setConfigurationWidget(new SystolicLeaf(this));
+        createForm<SystolicLeaf>();
     else if (isOVTranspose())
-        setConfigurationWidget(new TransposeLeaf(this));
+        createForm<TransposeLeaf>();
     else if (isOVTransposeDual())
-        setConfigurationWidget(new TransposeDualLeaf(this));
+        createForm<TransposeDualLeaf>();
     else if (isOVTransposeSymmetric())
-        setConfigurationWidget(new TransposeSymmetricLeaf(this));
+        createForm<TransposeSymmetricLeaf>();
     else if (isOVMacFir())
-        setConfigurationWidget(new MacFirLeaf(this));
+        createForm<MacFirLeaf>();
     else if (isOVScope())
-        setConfigurationWidget(new ScopeLeaf(this));
+        createForm<ScopeLeaf>();
     else if (isOVStartupScope())
-        setConfigurationWidget(new StartupScopeLeaf(this));
+        createForm<StartupScopeLeaf>();
     else if (isOVSERDES())
-        setConfigurationWidget(new SERDESLeaf(this));
+        createForm<SERDESLeaf>();
     else if (isAPBToSPW())
-        setConfigurationWidget(new APBToSPWLeaf(this));
+        createForm<APBToSPWLeaf>();
 }
 
 void IPLeaf::setConfigurationWidget(QWidget* widget) {
@@ -91,12 +82,16 @@ void IPLeaf::setConfigurationWidget(QWidget* widget) {
     if (_configurationWidget)
         throw Brindle::located(Brindle::Critical("configurationWidget already set"), BRINDLE_HERE);
     _configurationWidget = widget;
+    if (_splitter)
+        showConfigurationWidget();
+}
 
+void IPLeaf::showConfigurationWidget() {
     auto* scrollArea = new QScrollArea(this);
     Brindle::theme.enrich(scrollArea);
     scrollArea->setWidgetResizable(true);
     scrollArea->setFocusPolicy(Qt::NoFocus); // Tab goes from field to field, and the form follows
-    scrollArea->setWidget(widget);
+    scrollArea->setWidget(_configurationWidget);
     _splitter->addWidget(Brindle::theme.getCapWidget(scrollArea));
 
     const int share = QSettings().value(SettingsKeys::size, 50).toInt(); // percent of the height for the form
@@ -118,6 +113,27 @@ bool IPLeaf::isForVariant(const std::string& variant) const {
 
 bool IPLeaf::isOurs(const char* name) const {
     return isFromCompany("Orvane") && getName() == name;
+}
+
+Generation IPLeaf::getGeneration(const Brindle::Location& caller) const {
+    return _getGeneration(caller);
+}
+
+Configuration IPLeaf::getConfiguration() const {
+    Configuration configuration(getCompany(), getName(), getUID());
+    addFormValues(configuration, *_form);
+    return configuration;
+}
+
+void IPLeaf::setConfiguration(const Configuration& configuration) {
+    const auto describe = [](const std::string& company, const std::string& name, const std::string& uid) {
+        return "'" + name + "' of " + company + " (uid " + uid + ")";
+    };
+    const std::string wanted = describe(configuration.getCompany(), configuration.getName(), configuration.getUID());
+    const std::string present = describe(getCompany(), getName(), getUID());
+    if (wanted != present)
+        configuration.refuseIP("Configuration is for " + wanted + ", not for " + present);
+    setFormValues(*_form, configuration);
 }
 
 void IPLeaf::onLinkClicked(const QUrl& url) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <velmora/Configuration.h>
+#include <velmora/Generation.h>
 #include <velmora/IPDescription.h>
 
 #include <Brindle/Strings.h>
@@ -8,9 +10,12 @@
 #include <QUrl>
 #include <QWidget>
 
+#include <functional>
 #include <string>
 
 namespace Velmora {
+
+class Form;
 
 /// The page of one IP: its HTML description above, its configuration form (when the IP is one that the program knows)
 /// below.
@@ -18,9 +23,12 @@ class IPLeaf : public QWidget {
     Q_OBJECT
 
 public:
+    /// What the page is made of. A program without a window needs no description.
+    enum class Content { DescriptionAndForm, FormOnly };
+
     /// Reads the description file and builds the page. Throws Brindle::Critical when the file cannot be read or is
     /// wrong.
-    explicit IPLeaf(const std::string& descriptionFilename);
+    explicit IPLeaf(const std::string& descriptionFilename, Content content = Content::DescriptionAndForm);
 
     /// Installs the configuration form, once; it becomes a child of the page. Throws Brindle::Critical for a null
     /// widget and for a second one.
@@ -51,6 +59,18 @@ public:
     bool isOVSERDES() const { return isOurs("SER/DES"); }
     bool isAPBToSPW() const { return isOurs("APB slave to serial master"); }
 
+    /// The configuration form of an IP that the program knows; null for another one, for which what follows must not be
+    /// called.
+    Form* getForm() const { return _form; }
+    /// What the form generates. Errors that are not in-house ones are located at `caller`.
+    Generation getGeneration(const Brindle::Location& caller) const;
+    /// The IP and what its form holds.
+    Configuration getConfiguration() const;
+    /// Gives the form the values of a configuration of this IP: all of them, or none and a Brindle::Critical with the
+    /// fields "filename" and "line". Throws what `setFormValues` throws, and the same for the configuration of another
+    /// IP (by company, name and uid).
+    void setConfiguration(const Configuration& configuration);
+
 public Q_SLOTS:
     /// Opens a link of the description page outside the program.
     void onLinkClicked(const QUrl& url);
@@ -59,10 +79,15 @@ private:
     bool isOurs(const char* name) const;
     void createDescriptionView();
     void createConfigurationWidget();
+    template <class Leaf>
+    void createForm();
+    void showConfigurationWidget();
 
     const std::string _descriptionFilename;
     const IPDescription _description;
     QWidget* _configurationWidget = nullptr;
+    Form* _form = nullptr; // of the configuration widget
+    std::function<Generation(const Brindle::Location&)> _getGeneration;
     QSplitter* _splitter = nullptr;
 };
 

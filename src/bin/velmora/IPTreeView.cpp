@@ -1,12 +1,37 @@
 #include <velmora/IPTreeView.h>
 
+#include <velmora/IPLeaf.h>
 #include <velmora/IPsLeaf.h>
 
 #include <Brindle/Theme.h>
 
 #include <QItemSelectionModel>
+#include <QSignalBlocker>
+
+#include <functional>
 
 namespace Velmora {
+
+namespace {
+
+IPLeaf* leafOf(const QModelIndex& index) {
+    return index.data(IPTreeView::LeafRole).value<IPLeaf*>();
+}
+
+/// The first row, from top to bottom, with a page that is wanted.
+QModelIndex findRow(const QAbstractItemModel& model, const std::function<bool(const IPLeaf*)>& isWanted,
+                    const QModelIndex& parent = {}) {
+    for (int row = 0; row < model.rowCount(parent); ++row) {
+        const QModelIndex index = model.index(row, 0, parent);
+        const IPLeaf* leaf = leafOf(index);
+        const QModelIndex found = leaf && isWanted(leaf) ? index : findRow(model, isWanted, index);
+        if (found.isValid())
+            return found;
+    }
+    return {};
+}
+
+} // namespace
 
 IPTreeView::IPTreeView(IPsLeaf* parent) : QTreeView(parent) {
     Brindle::theme.enrich(this);
@@ -15,6 +40,8 @@ IPTreeView::IPTreeView(IPsLeaf* parent) : QTreeView(parent) {
     setModel(_proxy);
     setHeaderHidden(true);
     initialize();
+    connect(this, &QTreeView::collapsed, this, [this](const QModelIndex& index) { rememberNode(index, true); });
+    connect(this, &QTreeView::expanded, this, [this](const QModelIndex& index) { rememberNode(index, false); });
 }
 
 QStandardItemModel* IPTreeView::getModel() const {
@@ -31,6 +58,19 @@ void IPTreeView::select(QStandardItem* item) {
         selectionModel()->select(index, QItemSelectionModel::Select);
 }
 
+void IPTreeView::setCurrentLeaf(const IPLeaf* leaf) {
+    const QModelIndex index = findRow(*_proxy, [leaf](const IPLeaf* candidate) { return candidate == leaf; });
+    if (index.isValid())
+        setCurrentIndex(index);
+    else
+        selectionModel()->clear();
+}
+
+IPLeaf* IPTreeView::getFirstLeaf(const IPLeaf* preferred) const {
+    const QModelIndex index = findRow(*_proxy, [preferred](const IPLeaf* candidate) { return candidate == preferred; });
+    return leafOf(index.isValid() ? index : findRow(*_proxy, [](const IPLeaf*) { return true; }));
+}
+
 const QStringList& IPTreeView::getHeaderList() {
     static const QStringList headers{QStringLiteral("Input")};
     return headers;
@@ -38,6 +78,26 @@ const QStringList& IPTreeView::getHeaderList() {
 
 void IPTreeView::invalidateFilter() {
     _proxy->invalidateFilter();
+    restoreNodes();
+}
+
+void IPTreeView::rememberNode(const QModelIndex& index, bool isClosed) {
+    if (!getIPsLeaf()->getSearchText().isEmpty())
+        return;
+    const QPersistentModelIndex node = _proxy->mapToSource(index);
+    if (isClosed)
+        _closedNodes.insert(node);
+    else
+        _closedNodes.erase(node);
+}
+
+void IPTreeView::restoreNodes() {
+    const QSignalBlocker blocker(this);
+    expandAll();
+    if (!getIPsLeaf()->getSearchText().isEmpty())
+        return;
+    for (const QPersistentModelIndex& node : _closedNodes)
+        collapse(_proxy->mapFromSource(node));
 }
 
 void IPTreeView::initialize() {
@@ -55,7 +115,21 @@ bool IPTreeView::SortFilterProxyModel::filterAcceptsRow(int sourceRow, const QMo
     const QString wantedVariant = browser->getVariantFilter();
     const QString wantedCategory = browser->getCategoryFilter();
     return (wantedVariant.isEmpty() || variants.isEmpty() || variants.contains(wantedVariant)) &&
-           (wantedCategory.isEmpty() || category.isEmpty() || category.startsWith(wantedCategory));
+           (wantedCategory.isEmpty() || category.isEmpty() || category.startsWith(wantedCategory)) &&
+           passesSearch(index);
+}
+
+bool IPTreeView::SortFilterProxyModel::passesSearch(const QModelIndex& index) const {
+    const QString wanted = _view->getIPsLeaf()->getSearchText();
+    if (wanted.isEmpty())
+        return true;
+    if (leafOf(index))
+        return index.data().toString().contains(wanted, Qt::CaseInsensitive);
+    for (int row = 0; row < sourceModel()->rowCount(index); ++row) {
+        if (filterAcceptsRow(row, index))
+            return true;
+    }
+    return false;
 }
 
 } // namespace Velmora

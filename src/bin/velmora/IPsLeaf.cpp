@@ -4,11 +4,13 @@
 #include <velmora/IPHandler.h>
 #include <velmora/IPLeaf.h>
 #include <velmora/IPTreeView.h>
+#include <velmora/SearchEdit.h>
 
 #include <Brindle/Theme.h>
 
 #include <QGridLayout>
 #include <QItemSelectionModel>
+#include <QShortcut>
 #include <QStandardItem>
 
 namespace Velmora {
@@ -75,8 +77,43 @@ void IPsLeaf::createWidgets() {
     _categoryCombo = createFilter("categoryCombo", tr("Show the IPs of this category"), this);
     layout->addWidget(_categoryCombo, 2, 0);
 
+    createSearch();
+    layout->addWidget(_searchEdit, 3, 0);
+
     connect(_treeView->selectionModel(), &QItemSelectionModel::currentChanged, this, &IPsLeaf::onIPSelected);
+    connect(_leafStack, &QStackedWidget::currentChanged, this, &IPsLeaf::shownLeafChanged);
     setLayout(layout);
+}
+
+void IPsLeaf::createSearch() {
+    _searchEdit = new SearchEdit(this);
+    _searchEdit->setObjectName(QStringLiteral("searchEdit"));
+    _searchEdit->setPlaceholderText(tr("Search by name"));
+    _searchEdit->setToolTip(tr("Show the IPs whose name holds this text (Ctrl+F); Enter opens the first one"));
+    _searchEdit->setAccessibleName(tr("Search by name"));
+    connect(_searchEdit, &SearchEdit::textChanged, this, &IPsLeaf::narrowTree);
+    connect(_searchEdit, &SearchEdit::returnPressed, this, &IPsLeaf::openFound);
+    connect(_searchEdit, &SearchEdit::left, this, [this] {
+        openFound();
+        _treeView->setFocus();
+    });
+    connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, _searchEdit, [this] {
+        _searchEdit->setFocus();
+        _searchEdit->selectAll();
+    });
+}
+
+/// The page that is shown stays; its row is the current one again as soon as the tree has it.
+void IPsLeaf::narrowTree() {
+    _treeView->setCurrentLeaf(nullptr); // or a neighbour of a row that goes would be chosen
+    _treeView->invalidateFilter();
+    _treeView->setCurrentLeaf(getShownLeaf());
+}
+
+/// Shows the page of the first IP that the tree has; the one that is shown stays if the tree has it.
+void IPsLeaf::openFound() {
+    if (IPLeaf* leaf = _treeView->getFirstLeaf(getShownLeaf()))
+        showLeaf(leaf);
 }
 
 void IPsLeaf::fillTree() {
@@ -138,6 +175,19 @@ QString IPsLeaf::getVariantFilter() const {
 
 QString IPsLeaf::getCategoryFilter() const {
     return wantedText(_categoryCombo);
+}
+
+QString IPsLeaf::getSearchText() const {
+    return _searchEdit->text().trimmed();
+}
+
+IPLeaf* IPsLeaf::getShownLeaf() const {
+    return qobject_cast<IPLeaf*>(_leafStack->currentWidget());
+}
+
+void IPsLeaf::showLeaf(IPLeaf* leaf) {
+    _leafStack->setCurrentWidget(leaf);
+    _treeView->setCurrentLeaf(leaf);
 }
 
 void IPsLeaf::showEvent(QShowEvent* event) {

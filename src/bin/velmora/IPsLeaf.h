@@ -15,9 +15,10 @@ namespace Velmora {
 class Folio;
 class IPLeaf;
 class IPTreeView;
+class SearchEdit;
 
-/// The IP browser: the catalogue as a tree with filters on the left, the page of the current IP on the right. It is
-/// built from the catalogue as the handler holds it at construction and owns the pages from then on.
+/// The IP browser: the catalogue as a tree with filters and a search on the left, the page of the current IP on the
+/// right. It is built from the catalogue as the handler holds it at construction and owns the pages from then on.
 class IPsLeaf : public QWidget {
     Q_OBJECT
 
@@ -28,6 +29,17 @@ public:
     QString getVariantFilter() const;
     /// The beginning of the category that the user wants to see; empty for all.
     QString getCategoryFilter() const;
+    /// What the names of the IPs that the user wants to see hold, in any letter case; empty for all.
+    QString getSearchText() const;
+
+    /// The IP whose page is on the right; null in an empty catalogue.
+    IPLeaf* getShownLeaf() const;
+    /// Shows the page of an IP of the browser, whatever the filters hide.
+    void showLeaf(IPLeaf* leaf);
+
+Q_SIGNALS:
+    /// Another page is on the right.
+    void shownLeafChanged();
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -40,6 +52,9 @@ private:
     using CategoryNodes = std::map<std::string, QStandardItem*>;
 
     void createWidgets();
+    void createSearch();
+    void narrowTree();
+    void openFound();
     void fillTree();
     void fillCategories();
     QStandardItem* createItem(IPLeaf& leaf) const;
@@ -49,6 +64,7 @@ private:
     QComboBox* _variantCombo = nullptr;
     IPTreeView* _treeView = nullptr;
     QComboBox* _categoryCombo = nullptr;
+    SearchEdit* _searchEdit = nullptr;
     QStackedWidget* _leafStack = nullptr;
 };
 

@@ -1,5 +1,7 @@
 #include <velmora/LineTableModel.h>
 
+#include <velmora/FormMemory.h>
+
 #include <QSettings>
 
 #include <algorithm>
@@ -45,7 +47,21 @@ QStringList LineTableModel::getTexts(int column, int rowCount) const {
     return texts;
 }
 
+QStringList LineTableModel::getCells(int row) const {
+    QStringList texts;
+    for (int column = 1; column < columnCount(); ++column)
+        texts += item(row, column)->text();
+    return texts;
+}
+
+void LineTableModel::setCells(int row, const QStringList& texts) {
+    for (int column = 1; column < columnCount(); ++column)
+        item(row, column)->setText(texts.at(column - 1));
+}
+
 void LineTableModel::load(const QString& group) {
+    if (!FormMemory::isKept())
+        return;
     QSettings settings;
     settings.beginGroup(group);
     for (int row = 0; row < lineCount; ++row) {
@@ -59,7 +75,7 @@ void LineTableModel::load(const QString& group) {
 }
 
 void LineTableModel::save(const QString& group) const noexcept {
-    if (std::uncaught_exceptions() > 0)
+    if (!FormMemory::isKept() || std::uncaught_exceptions() > 0)
         return;
     QSettings settings;
     settings.beginGroup(group);

@@ -20,7 +20,7 @@ const QString enable = QStringLiteral("Enable");
 } // namespace
 
 MacFirLeaf::MacFirLeaf(IPLeaf* ipLeaf) : QWidget(ipLeaf), _ipLeaf(ipLeaf), _filter(this, QStringLiteral("MacFirLeaf")) {
-    Form& form = _filter.getForm();
+    Form& form = getForm();
     _filter.addEntityName();
     _filter.addInputDataWidth({1, 18, 8});
     _filter.addOutputDataWidth({1, 16, 8});
@@ -44,10 +44,13 @@ MacFirLeaf::~MacFirLeaf() {
 bool MacFirLeaf::isFullyConfigured() const {
     static const QRegularExpression wholePattern(QStringLiteral("\\A[01]{16}\\z"));
     const QString pattern = _patternEdit->text();
-    FormCheck check;
+    FormCheck check(_filter.getForm());
     _filter.check(check, true);
-    check.require(getCoefficientList().size() > 2, "Coefficient count should be greater than 2.")
-        .require(pattern.isEmpty() || wholePattern.match(pattern).hasMatch(), "Invalid auxiliary clock pattern.");
+    check
+        .require(getCoefficientList().size() > 2, "Coefficient count should be greater than 2.",
+                 {_filter.getCoefficientsEdit()})
+        .require(pattern.isEmpty() || wholePattern.match(pattern).hasMatch(), "Invalid auxiliary clock pattern.",
+                 {_patternEdit});
     return check.hasPassed();
 }
 
@@ -62,7 +65,7 @@ ArgumentDictionary MacFirLeaf::getArguments() const {
         .add("%%APPLICATION%%", Quillon::application->getFullName().toStdString())
         .add("%%DSP_COUNT%%", _dspCount->value());
     _filter.addWidthArguments(arguments);
-    arguments.add("%%DATE%%", getDateLabel());
+    arguments.add("%%DATE%%", getGenerationDateLabel(BRINDLE_HERE));
     return arguments;
 }
 
@@ -70,10 +73,18 @@ QString MacFirLeaf::getFilter() const {
     return GeneratorScript(_ipLeaf->getScriptFilename(), BRINDLE_HERE).generateText(getArguments());
 }
 
+Generation MacFirLeaf::getGeneration(const Brindle::Location& caller) const {
+    return {"Generating filter mac",
+            _filter.getEntityName(),
+            FailureRules::filter,
+            caller,
+            [this] { return isFullyConfigured(); },
+            [this] { return getArguments(); },
+            [this] { return getFilter(); }};
+}
+
 void MacFirLeaf::onGenerate() {
-    generateHdlFile({this, _filter.getForm().getGroup(), _filter.getEntityName(), "Generating filter mac",
-                     FailureRules::filter, BRINDLE_HERE, [this] { return isFullyConfigured(); },
-                     [this] { return getFilter(); }});
+    generateHdlFile(this, getForm().getGroup(), getGeneration(BRINDLE_HERE));
 }
 
 } // namespace Velmora

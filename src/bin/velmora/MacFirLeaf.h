@@ -1,6 +1,7 @@
 #pragma once
 
 #include <velmora/FilterForm.h>
+#include <velmora/Generation.h>
 
 #include <QWidget>
 
@@ -17,6 +18,7 @@ public:
     explicit MacFirLeaf(IPLeaf* ipLeaf);
     ~MacFirLeaf() override;
 
+    Form& getForm() { return _filter.getForm(); }
     std::vector<std::string> getCoefficientList() const { return _filter.getCoefficientList(); }
     unsigned long getNormalizedCoefficientWidth() const { return _filter.getNormalizedCoefficientWidth(); }
     std::string getCoefficientString() const { return _filter.getCoefficientString(BRINDLE_HERE); }
@@ -26,12 +28,14 @@ public:
     ArgumentDictionary getArguments() const;
     /// Runs the script on the form's values. Throws what the runner and `getArguments` throw.
     QString getFilter() const;
-    void load() { _filter.getForm().load(); }
-    void save() { _filter.getForm().save(); }
+    /// What the Generate button starts. Errors that are not in-house ones are located at `caller`.
+    Generation getGeneration(const Brindle::Location& caller) const;
+    void load() { getForm().load(); }
+    void save() { getForm().save(); }
 
 public Q_SLOTS:
     void onGenerate();
-    void onReset() { _filter.getForm().reset(); }
+    void onReset() { getForm().reset(); }
 
 private:
     IPLeaf* const _ipLeaf;

@@ -8,7 +8,7 @@ namespace Velmora {
 
 QWidget* NumberCell::create(QWidget* parent) const {
     auto* spinBox = new QSpinBox(parent);
-    spinBox->setRange(_minimum, _maximum);
+    spinBox->setRange(_type.getMinimum(), _type.getMaximum());
     Brindle::theme.enrich(spinBox);
     return spinBox;
 }
@@ -19,11 +19,6 @@ void NumberCell::setValue(QWidget* editor, const QVariant& value) const {
 
 QVariant NumberCell::getValue(QWidget* editor) const {
     return editorAs<QSpinBox>(editor).value();
-}
-
-bool NumberCell::canGive(const QString& text) const {
-    const int number = text.toInt();
-    return QString::number(number) == text && number >= _minimum && number <= _maximum;
 }
 
 } // namespace Velmora

@@ -2,6 +2,7 @@
 
 #include <velmora/ArgumentDictionary.h>
 #include <velmora/Form.h>
+#include <velmora/Generation.h>
 
 #include <QWidget>
 
@@ -21,6 +22,7 @@ public:
     explicit SERDESLeaf(IPLeaf* ipLeaf);
     ~SERDESLeaf() override;
 
+    Form& getForm() { return _form; }
     int getSERCount() const { return _serCount->value(); }
     int getDESCount() const { return _desCount->value(); }
     QString getBankNumber() const { return _bankCombo->currentText(); }
@@ -37,6 +39,8 @@ public:
     ArgumentDictionary getArguments() const;
     /// Runs the script on the form's values. Throws what the runner and `getArguments` throw.
     QString getIP() const;
+    /// What the Generate button starts. Errors that are not in-house ones are located at `caller`.
+    Generation getGeneration(const Brindle::Location& caller) const;
     void load();
     void save();
 

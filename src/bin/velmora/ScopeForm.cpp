@@ -1,7 +1,6 @@
 #include <velmora/ScopeForm.h>
 
 #include <velmora/FormCheck.h>
-#include <velmora/HdlGeneration.h>
 #include <velmora/LineTableView.h>
 #include <velmora/SettingsKeys.h>
 
@@ -25,8 +24,7 @@ constexpr std::array captureDepths{
 
 } // namespace
 
-ScopeForm::ScopeForm(QWidget* widget, const QString& className)
-    : _widget(widget), _form(widget, className, AbsentValue::KeepsCurrent) {}
+ScopeForm::ScopeForm(QWidget* widget, const QString& className) : _form(widget, className, AbsentValue::KeepsCurrent) {}
 
 void ScopeForm::addEntityName() {
     _entityEdit = _form.addLine(QObject::tr("Entity name"), SettingsKeys::entity);
@@ -53,7 +51,7 @@ void ScopeForm::addTriggerCount(int most) {
 
 void ScopeForm::addTriggerTable(LineTableView* table) {
     _table = table;
-    _form.addTable(table);
+    _form.addTable(table, SettingsKeys::triggerCount);
     _form.addHelp(QObject::tr("The alias is not mandatory,\nit is only an aid to recognize easily a net."), 1);
 }
 
@@ -79,8 +77,8 @@ int ScopeForm::getCaptureWidth(const Brindle::Location& caller) const {
 }
 
 bool ScopeForm::isFullyConfigured() const {
-    FormCheck check;
-    check.require(!_entityEdit->text().isEmpty(), "Entity name not specified!");
+    FormCheck check(_form);
+    check.require(!_entityEdit->text().isEmpty(), "Entity name not specified!", {_entityEdit});
     return check.hasPassed();
 }
 
@@ -99,9 +97,16 @@ void ScopeForm::reset() {
     _table->initialize();
 }
 
-void ScopeForm::generate(const Brindle::Location& caller, const std::function<QString()>& getText) const {
-    generateHdlFile({_widget, getGroup(), _entityEdit->text(), "Generating Scope", FailureRules::lineTable, caller,
-                     [this] { return isFullyConfigured(); }, getText});
+Generation ScopeForm::getGeneration(const Brindle::Location& caller,
+                                    const std::function<ArgumentDictionary()>& getArguments,
+                                    const Generation::TextRun& run) const {
+    return {"Generating Scope",
+            _entityEdit->text(),
+            FailureRules::lineTable,
+            caller,
+            [this] { return isFullyConfigured(); },
+            getArguments,
+            run};
 }
 
 } // namespace Velmora

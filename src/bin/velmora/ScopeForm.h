@@ -1,6 +1,7 @@
 #pragma once
 
 #include <velmora/Form.h>
+#include <velmora/Generation.h>
 
 #include <Brindle/Location.h>
 
@@ -65,11 +66,11 @@ public:
     void load();
     void save() const;
     void reset();
-    /// Asks for the file and writes the text into it; errors that are not in-house ones are located at `caller`.
-    void generate(const Brindle::Location& caller, const std::function<QString()>& getText) const;
+    /// What the Generate button starts. Errors that are not in-house ones are located at `caller`.
+    Generation getGeneration(const Brindle::Location& caller, const std::function<ArgumentDictionary()>& getArguments,
+                             const Generation::TextRun& run) const;
 
 private:
-    QWidget* const _widget;
     Form _form;
     QLineEdit* _entityEdit = nullptr;
     QSpinBox* _inputCount = nullptr;

@@ -2,6 +2,7 @@
 
 #include <velmora/Clock.h>
 #include <velmora/GeneratorScript.h>
+#include <velmora/HdlGeneration.h>
 #include <velmora/IPLeaf.h>
 #include <velmora/SettingsKeys.h>
 #include <velmora/TriggerCodes.h>
@@ -129,7 +130,7 @@ ArgumentDictionary ScopeLeaf::getArguments() const {
         .add("%%PRE_TRIGGER_SAMPLES%%", _scope.getPreTriggerSamples())
         .add("%%WINDOW_CAPTURE_LENGTH%%", _windowLength->value())
         .add("%%ADVANCED_EDGE_TRIGGER_VALUES%%", firstEdges)
-        .add("%%DATE%%", getDateLabel());
+        .add("%%DATE%%", getGenerationDateLabel(BRINDLE_HERE));
     return arguments;
 }
 
@@ -153,8 +154,13 @@ void ScopeLeaf::onTriggerCountChange() {
     _triggerTable->invalidateFilter();
 }
 
+Generation ScopeLeaf::getGeneration(const Brindle::Location& caller) const {
+    return _scope.getGeneration(
+        caller, [this] { return getArguments(); }, [this] { return getIP(); });
+}
+
 void ScopeLeaf::onGenerate() {
-    _scope.generate(BRINDLE_HERE, [this] { return getIP(); });
+    generateHdlFile(this, getSettingsGroup(), getGeneration(BRINDLE_HERE));
 }
 
 } // namespace Velmora

@@ -21,6 +21,7 @@ public:
     explicit ScopeLeaf(IPLeaf* ipLeaf);
     ~ScopeLeaf() override;
 
+    Form& getForm() { return _scope.getForm(); }
     int getTriggerCount() const { return _scope.getTriggerCount(); }
     /// True when trigger lines can wait for edges too.
     bool hasEdges() const;
@@ -41,6 +42,8 @@ public:
     ArgumentDictionary getArguments() const;
     /// Runs the script on the form's values. Throws what the runner and `getArguments` throw.
     QString getIP() const;
+    /// What the Generate button starts. Errors that are not in-house ones are located at `caller`.
+    Generation getGeneration(const Brindle::Location& caller) const;
     void load();
     void save() { _scope.save(); }
 

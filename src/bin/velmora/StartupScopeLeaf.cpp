@@ -2,6 +2,7 @@
 
 #include <velmora/Clock.h>
 #include <velmora/GeneratorScript.h>
+#include <velmora/HdlGeneration.h>
 #include <velmora/IPLeaf.h>
 #include <velmora/StartupTriggerTableView.h>
 
@@ -56,7 +57,7 @@ ArgumentDictionary StartupScopeLeaf::getArguments() const {
         .add("%%APPLICATION%%", Quillon::application->getFullName().toStdString())
         .add("%%TRIGGER_LINE_COUNT-1%%", getTriggerCount() - 1)
         .add("%%PRE_TRIGGER_SAMPLES%%", _scope.getPreTriggerSamples())
-        .add("%%DATE%%", getDateLabel());
+        .add("%%DATE%%", getGenerationDateLabel(BRINDLE_HERE));
     return arguments;
 }
 
@@ -68,8 +69,13 @@ void StartupScopeLeaf::onTriggerCountChange() {
     _triggerTable->invalidateFilter();
 }
 
+Generation StartupScopeLeaf::getGeneration(const Brindle::Location& caller) const {
+    return _scope.getGeneration(
+        caller, [this] { return getArguments(); }, [this] { return getIP(); });
+}
+
 void StartupScopeLeaf::onGenerate() {
-    _scope.generate(BRINDLE_HERE, [this] { return getIP(); });
+    generateHdlFile(this, getSettingsGroup(), getGeneration(BRINDLE_HERE));
 }
 
 } // namespace Velmora

@@ -21,6 +21,7 @@ public:
     explicit StartupScopeLeaf(IPLeaf* ipLeaf);
     ~StartupScopeLeaf() override;
 
+    Form& getForm() { return _scope.getForm(); }
     int getTriggerCount() const { return _scope.getTriggerCount(); }
     const QString& getSettingsGroup() const { return _scope.getGroup(); }
 
@@ -33,6 +34,8 @@ public:
     ArgumentDictionary getArguments() const;
     /// Runs the script on the form's values. Throws what the runner and `getArguments` throw.
     QString getIP() const;
+    /// What the Generate button starts. Errors that are not in-house ones are located at `caller`.
+    Generation getGeneration(const Brindle::Location& caller) const;
     void load() { _scope.load(); }
     void save() { _scope.save(); }
 

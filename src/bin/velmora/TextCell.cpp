@@ -6,15 +6,9 @@
 
 namespace Velmora {
 
-namespace {
-
-constexpr int longestText = 32767; // characters
-
-} // namespace
-
 QWidget* TextCell::create(QWidget* parent) const {
     auto* lineEdit = new QLineEdit(parent);
-    lineEdit->setMaxLength(longestText);
+    lineEdit->setMaxLength(TextType::longestText);
     Brindle::theme.enrich(lineEdit);
     return lineEdit;
 }
@@ -25,10 +19,6 @@ void TextCell::setValue(QWidget* editor, const QVariant& value) const {
 
 QVariant TextCell::getValue(QWidget* editor) const {
     return editorAs<QLineEdit>(editor).text();
-}
-
-bool TextCell::canGive(const QString& text) const {
-    return text.size() <= longestText;
 }
 
 } // namespace Velmora

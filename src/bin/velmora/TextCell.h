@@ -1,6 +1,7 @@
 #pragma once
 
 #include <velmora/CellEditor.h>
+#include <velmora/TextType.h>
 
 namespace Velmora {
 
@@ -10,8 +11,10 @@ public:
     QWidget* create(QWidget* parent) const override;
     void setValue(QWidget* editor, const QVariant& value) const override;
     QVariant getValue(QWidget* editor) const override;
-    /// True for every text that a line edit takes.
-    bool canGive(const QString& text) const override;
+    const FieldType& getType() const override { return _type; }
+
+private:
+    const TextType _type;
 };
 
 } // namespace Velmora

@@ -8,7 +8,7 @@ namespace Velmora {
 
 TransposeDualLeaf::TransposeDualLeaf(IPLeaf* ipLeaf)
     : QWidget(ipLeaf), _ipLeaf(ipLeaf), _form(this, QStringLiteral("TransposeDualLeaf"), 18) {
-    _form.getForm().addButtons(this, &TransposeDualLeaf::onReset, &TransposeDualLeaf::onGenerate);
+    getForm().addButtons(this, &TransposeDualLeaf::onReset, &TransposeDualLeaf::onGenerate);
     connect(_form.getModeCombo(), SIGNAL(currentIndexChanged(const QString&)), this,
             SLOT(onCoefficientModeChange(const QString&)));
     onCoefficientModeChange(_form.getModeCombo()->currentText());
@@ -20,7 +20,7 @@ TransposeDualLeaf::~TransposeDualLeaf() {
 }
 
 bool TransposeDualLeaf::isFullyConfigured() const {
-    FormCheck check;
+    FormCheck check(_form.getForm());
     _form.check(check);
     return check.hasPassed();
 }
@@ -29,10 +29,18 @@ QString TransposeDualLeaf::getFilter() const {
     return GeneratorScript(_ipLeaf->getScriptFilename(), BRINDLE_HERE).generateText(_form.getArguments(BRINDLE_HERE));
 }
 
+Generation TransposeDualLeaf::getGeneration(const Brindle::Location& caller) const {
+    return {"Generating transpose dual filter",
+            _form.getFilter().getEntityName(),
+            FailureRules::filter,
+            caller,
+            [this] { return isFullyConfigured(); },
+            [this] { return getArguments(); },
+            [this] { return getFilter(); }};
+}
+
 void TransposeDualLeaf::onGenerate() {
-    generateHdlFile({this, _form.getForm().getGroup(), _form.getFilter().getEntityName(),
-                     "Generating transpose dual filter", FailureRules::filter, BRINDLE_HERE,
-                     [this] { return isFullyConfigured(); }, [this] { return getFilter(); }});
+    generateHdlFile(this, getForm().getGroup(), getGeneration(BRINDLE_HERE));
 }
 
 } // namespace Velmora

@@ -8,7 +8,7 @@ namespace Velmora {
 
 TransposeLeaf::TransposeLeaf(IPLeaf* ipLeaf)
     : QWidget(ipLeaf), _ipLeaf(ipLeaf), _form(this, QStringLiteral("TransposeLeaf"), 24) {
-    _form.getForm().addButtons(this, &TransposeLeaf::onReset, &TransposeLeaf::onGenerate);
+    getForm().addButtons(this, &TransposeLeaf::onReset, &TransposeLeaf::onGenerate);
     connect(_form.getModeCombo(), SIGNAL(currentIndexChanged(const QString&)), this,
             SLOT(onCoefficientModeChange(const QString&)));
     onCoefficientModeChange(_form.getModeCombo()->currentText());
@@ -20,7 +20,7 @@ TransposeLeaf::~TransposeLeaf() {
 }
 
 bool TransposeLeaf::isFullyConfigured() const {
-    FormCheck check;
+    FormCheck check(_form.getForm());
     _form.check(check);
     return check.hasPassed();
 }
@@ -29,10 +29,18 @@ QString TransposeLeaf::getFilter() const {
     return GeneratorScript(_ipLeaf->getScriptFilename(), BRINDLE_HERE).generateText(_form.getArguments(BRINDLE_HERE));
 }
 
+Generation TransposeLeaf::getGeneration(const Brindle::Location& caller) const {
+    return {"Generating transpose filter",
+            _form.getFilter().getEntityName(),
+            FailureRules::filter,
+            caller,
+            [this] { return isFullyConfigured(); },
+            [this] { return getArguments(); },
+            [this] { return getFilter(); }};
+}
+
 void TransposeLeaf::onGenerate() {
-    generateHdlFile({this, _form.getForm().getGroup(), _form.getFilter().getEntityName(), "Generating transpose filter",
-                     FailureRules::filter, BRINDLE_HERE, [this] { return isFullyConfigured(); },
-                     [this] { return getFilter(); }});
+    generateHdlFile(this, getForm().getGroup(), getGeneration(BRINDLE_HERE));
 }
 
 } // namespace Velmora

@@ -8,7 +8,7 @@ namespace Velmora {
 
 TransposeSymmetricLeaf::TransposeSymmetricLeaf(IPLeaf* ipLeaf)
     : QWidget(ipLeaf), _ipLeaf(ipLeaf), _form(this, QStringLiteral("TransposeSymmetricLeaf"), 18) {
-    _form.getForm().addButtons(this, &TransposeSymmetricLeaf::onReset, &TransposeSymmetricLeaf::onGenerate);
+    getForm().addButtons(this, &TransposeSymmetricLeaf::onReset, &TransposeSymmetricLeaf::onGenerate);
     connect(_form.getModeCombo(), SIGNAL(currentIndexChanged(const QString&)), this,
             SLOT(onCoefficientModeChange(const QString&)));
     onCoefficientModeChange(_form.getModeCombo()->currentText());
@@ -20,10 +20,11 @@ TransposeSymmetricLeaf::~TransposeSymmetricLeaf() {
 }
 
 bool TransposeSymmetricLeaf::isFullyConfigured() const {
-    FormCheck check;
+    FormCheck check(_form.getForm());
     _form.check(check);
     // Even counts are the right ones; the text says the contrary and stays so.
-    check.require(_form.getCoefficientCount() % 2 == 0, "For a symmetric filter, coefficient count should be odd.");
+    check.require(_form.getCoefficientCount() % 2 == 0, "For a symmetric filter, coefficient count should be odd.",
+                  {_form.getCountEditor()});
     return check.hasPassed();
 }
 
@@ -31,10 +32,18 @@ QString TransposeSymmetricLeaf::getFilter() const {
     return GeneratorScript(_ipLeaf->getScriptFilename(), BRINDLE_HERE).generateText(_form.getArguments(BRINDLE_HERE));
 }
 
+Generation TransposeSymmetricLeaf::getGeneration(const Brindle::Location& caller) const {
+    return {"Generating transpose symmetric filter",
+            _form.getFilter().getEntityName(),
+            FailureRules::filter,
+            caller,
+            [this] { return isFullyConfigured(); },
+            [this] { return getArguments(); },
+            [this] { return getFilter(); }};
+}
+
 void TransposeSymmetricLeaf::onGenerate() {
-    generateHdlFile({this, _form.getForm().getGroup(), _form.getFilter().getEntityName(),
-                     "Generating transpose symmetric filter", FailureRules::filter, BRINDLE_HERE,
-                     [this] { return isFullyConfigured(); }, [this] { return getFilter(); }});
+    generateHdlFile(this, getForm().getGroup(), getGeneration(BRINDLE_HERE));
 }
 
 } // namespace Velmora

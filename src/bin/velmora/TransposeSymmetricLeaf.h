@@ -1,5 +1,6 @@
 #pragma once
 
+#include <velmora/Generation.h>
 #include <velmora/StreamingFilterForm.h>
 
 #include <QWidget>
@@ -17,6 +18,7 @@ public:
     explicit TransposeSymmetricLeaf(IPLeaf* ipLeaf);
     ~TransposeSymmetricLeaf() override;
 
+    Form& getForm() { return _form.getForm(); }
     std::vector<std::string> getCoefficientList() const { return _form.getFilter().getCoefficientList(); }
     unsigned long getNormalizedCoefficientWidth() const { return _form.getFilter().getNormalizedCoefficientWidth(); }
     std::string getCoefficientString() const { return _form.getFilter().getCoefficientString(BRINDLE_HERE); }
@@ -26,12 +28,14 @@ public:
     ArgumentDictionary getArguments() const { return _form.getArguments(BRINDLE_HERE); }
     /// Runs the script on the form's values. Throws what the runner and `getArguments` throw.
     QString getFilter() const;
-    void load() { _form.getForm().load(); }
-    void save() { _form.getForm().save(); }
+    /// What the Generate button starts. Errors that are not in-house ones are located at `caller`.
+    Generation getGeneration(const Brindle::Location& caller) const;
+    void load() { getForm().load(); }
+    void save() { getForm().save(); }
 
 public Q_SLOTS:
     void onGenerate();
-    void onReset() { _form.getForm().reset(); }
+    void onReset() { getForm().reset(); }
     void onCoefficientModeChange(const QString& text) { _form.applyMode(text, BRINDLE_HERE); }
 
 private:

@@ -17,8 +17,10 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QLineEdit>
 #include <QScrollArea>
 #include <QSettings>
+#include <QSignalSpy>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QTcpServer>
@@ -106,6 +108,11 @@ private Q_SLOTS:
     void treeFollowsTheCatalogue();
     void filters_data();
     void filters();
+    void searches_data();
+    void searches();
+    void searchKeepsThePage();
+    void searchKeys();
+    void filtersKeepClosedNodes();
     void selectionShowsThePage();
     void filteringAThousandIsQuick();
 };
@@ -469,6 +476,151 @@ void CatalogueTest::filters() {
     QCOMPARE(rowsOf(*model).size(), 9);
 }
 
+void CatalogueTest::searches_data() {
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("variant");
+    QTest::addColumn<QString>("category");
+    QTest::addColumn<QStringList>("rows");
+    const auto row = [](const char* text, const char* variant, const char* category, const QStringList& rows) {
+        QTest::addRow("'%s' for %s in %s", text, variant, category) << text << variant << category << rows;
+    };
+    const QStringList everything{"0:DSP", "1:Filters", "2:Mac fir", "2:Systolic", "1:FIR tools", "0:Debug", "1:Scope"};
+    row("", "All", "All", everything);
+    row("  ", "All", "All", everything);
+    row("FIR", "All", "All", {"0:DSP", "1:Filters", "2:Mac fir", "1:FIR tools"});
+    row(" c f", "All", "All", {"0:DSP", "1:Filters", "2:Mac fir"});
+    row("filters", "All", "All", {}); // a category's name
+    row("o", "All", "Debug", {"0:Debug", "1:Scope"});
+    row("fir", "B", "All", {"0:DSP", "1:FIR tools"});
+    row("mac", "B", "All", {});
+    row("scope", "All", "DSP", {});
+    row(".*", "All", "All", {}); // the text itself, no pattern
+}
+
+void CatalogueTest::searches() {
+    QFETCH(QString, text);
+    QFETCH(QString, variant);
+    QFETCH(QString, category);
+    const auto handler = createHandler();
+    addLeaf(*handler, "X/1", description("Mac fir", "DSP/Filters", "Orvane", "A"));
+    addLeaf(*handler, "X/2", description("Systolic", "DSP/Filters", "Orvane", "A B"));
+    addLeaf(*handler, "X/3", description("FIR tools", "DSP", "Orvane", "B"));
+    addLeaf(*handler, "X/4", description("Scope", "Debug", "Orvane", "B"));
+    Velmora::Folio folio(nullptr);
+    auto* tree = folio.findChild<Velmora::IPTreeView*>();
+    auto* search = folio.findChild<QLineEdit*>("searchEdit");
+    QAbstractItemModelTester tester(tree->model());
+    const QStringList everything = rowsOf(*tree->model());
+    folio.findChild<QComboBox*>("variantCombo")->setCurrentText(variant);
+    QTest::keyClicks(search, text);
+    folio.findChild<QComboBox*>("categoryCombo")->setCurrentText(category);
+    QTEST(rowsOf(*tree->model()), "rows");
+    folio.findChild<QComboBox*>("variantCombo")->setCurrentIndex(0);
+    QTest::keyClick(search, Qt::Key_Escape);
+    folio.findChild<QComboBox*>("categoryCombo")->setCurrentIndex(0);
+    QCOMPARE(rowsOf(*tree->model()), everything);
+}
+
+void CatalogueTest::searchKeepsThePage() {
+    const auto handler = createHandler();
+    addLeaf(*handler, "X/1", description("One", "A", "Orvane", "V"));
+    addLeaf(*handler, "X/2", description("Two", "A", "Orvane", "V"));
+    addLeaf(*handler, "X/3", description("Twenty", "B", "Orvane", "V"));
+    Velmora::Folio folio(nullptr);
+    folio.show();
+    folio.raiseLeaf(0);
+    auto* tree = folio.findChild<Velmora::IPTreeView*>();
+    auto* search = folio.findChild<QLineEdit*>("searchEdit");
+    const auto* stack = folio.findChild<QStackedWidget*>("leafStack");
+    const QSignalSpy pageChanges(stack, &QStackedWidget::currentChanged);
+    tree->setCurrentIndex(tree->model()->index(0, 0, tree->model()->index(0, 0)));
+    const auto shown = [&] {
+        const auto* leaf = static_cast<IPLeaf*>(stack->currentWidget());
+        return QString::fromStdString(leaf->getName()) + "|" + tree->currentIndex().data().toString();
+    };
+    QCOMPARE(shown(), QStringLiteral("One|One"));
+    search->setText("tw");
+    QCOMPARE(shown(), QStringLiteral("One|")); // no neighbour takes the place of what is hidden
+    QVERIFY(tree->selectionModel()->selectedIndexes().isEmpty());
+    search->setText("o"); // of one and two
+    QCOMPARE(shown(), QStringLiteral("One|One"));
+    QCOMPARE(pageChanges.count(), 0);
+
+    search->setText("tw");
+    QTest::keyClick(search, Qt::Key_Return);
+    QCOMPARE(shown(), QStringLiteral("Two|Two")); // the first match
+    search->setText("twe");
+    QTest::keyClick(search, Qt::Key_Enter);
+    QCOMPARE(shown(), QStringLiteral("Twenty|Twenty"));
+    search->setText("tw");
+    QTest::keyClick(search, Qt::Key_Return);
+    QCOMPARE(shown(), QStringLiteral("Twenty|Twenty")); // which matches too
+    search->setText("nothing");
+    QTest::keyClick(search, Qt::Key_Return);
+    QCOMPARE(shown(), QStringLiteral("Twenty|"));
+    search->clear();
+    QCOMPARE(shown(), QStringLiteral("Twenty|Twenty"));
+}
+
+void CatalogueTest::searchKeys() {
+    const auto handler = createHandler();
+    addLeaf(*handler, "X/1", description("One", "A", "Orvane", "V"));
+    addLeaf(*handler, "X/2", description("Two", "A", "Orvane", "V"));
+    Velmora::Folio folio(nullptr);
+    folio.show();
+    folio.raiseLeaf(0);
+    QVERIFY(QTest::qWaitForWindowActive(&folio));
+    auto* tree = folio.findChild<Velmora::IPTreeView*>();
+    auto* search = folio.findChild<QLineEdit*>("searchEdit");
+    QVERIFY(search->isClearButtonEnabled());
+    QVERIFY(!search->accessibleName().isEmpty());
+    tree->setFocus();
+    QTest::keyClick(tree, Qt::Key_F, Qt::ControlModifier);
+    QVERIFY(search->hasFocus());
+    QTest::keyClicks(search, "two");
+    QTest::keyClick(search, Qt::Key_Down);
+    QVERIFY(tree->hasFocus());
+    QCOMPARE(tree->currentIndex().data().toString(), QStringLiteral("Two"));
+    search->setFocus();
+    QTest::keyClick(search, Qt::Key_Escape);
+    QVERIFY(search->hasFocus());
+    QCOMPARE(search->text(), QString());
+    QCOMPARE(tree->currentIndex().data().toString(), QStringLiteral("Two"));
+}
+
+void CatalogueTest::filtersKeepClosedNodes() {
+    const auto handler = createHandler();
+    addLeaf(*handler, "X/1", description("One", "A/B", "Orvane", "V"));
+    addLeaf(*handler, "X/2", description("Two", "C", "Orvane", "V"));
+    Velmora::Folio folio(nullptr);
+    auto* tree = folio.findChild<Velmora::IPTreeView*>();
+    auto* search = folio.findChild<QLineEdit*>("searchEdit");
+    const auto openNodes = [tree] {
+        QStringList names;
+        for (const char* path : {"A", "A/B", "C"}) {
+            const QModelIndexList nodes =
+                tree->model()->match(tree->model()->index(0, 0), Velmora::IPTreeView::CategoryRole, path, 1,
+                                     Qt::MatchExactly | Qt::MatchRecursive);
+            if (!nodes.isEmpty() && tree->isExpanded(nodes.first()))
+                names += path;
+        }
+        return names;
+    };
+    QCOMPARE(openNodes(), QStringList({"A", "A/B", "C"}));
+    tree->collapse(tree->model()->index(0, 0));
+    folio.findChild<QComboBox*>("categoryCombo")->setCurrentText("C");
+    folio.findChild<QComboBox*>("categoryCombo")->setCurrentText("All");
+    QCOMPARE(openNodes(), QStringList({"A/B", "C"}));
+    search->setText("one");
+    QCOMPARE(openNodes(), QStringList({"A", "A/B"}));
+    search->setText("two");
+    search->clear();
+    QVERIFY(openNodes().contains("C"));
+    tree->expand(tree->model()->index(0, 0));
+    folio.findChild<QComboBox*>("categoryCombo")->setCurrentText("A");
+    QCOMPARE(openNodes(), QStringList({"A", "A/B"}));
+}
+
 void CatalogueTest::selectionShowsThePage() {
     const auto handler = createHandler();
     addLeaf(*handler, "X/1", description("One", "A/B", "Orvane", "V"));
@@ -513,7 +665,12 @@ void CatalogueTest::filteringAThousandIsQuick() {
     timer.start();
     folio.findChild<QComboBox*>("variantCombo")->setCurrentText("V3");
     QVERIFY(timer.elapsed() < 500); // aim 100 ms; the benchmark measures it
-    QCOMPARE(rowsOf(*folio.findChild<Velmora::IPTreeView*>()->model()).filter("IP ").size(), 143);
+    const auto* model = folio.findChild<Velmora::IPTreeView*>()->model();
+    QCOMPARE(rowsOf(*model).filter("IP ").size(), 143);
+    timer.start();
+    folio.findChild<QLineEdit*>("searchEdit")->setText("ip 9");
+    QVERIFY(timer.elapsed() < 500);                    // likewise
+    QCOMPARE(rowsOf(*model).filter("IP ").size(), 15); // 9 is not among them, 94 is the first
 }
 
 VELMORA_TEST_MAIN(CatalogueTest)

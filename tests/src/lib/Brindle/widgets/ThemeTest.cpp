@@ -157,7 +157,7 @@ void ThemeTest::iconsStandOut_data() {
     QTest::addColumn<QString>("name");
     QTest::addColumn<int>("size");
     for (const Theme& theme : Theme::getThemes()) {
-        for (const char* name : {"ip", "about", "settings", "copy", "select-all", "clear"}) {
+        for (const char* name : {"ip", "about", "settings", "copy", "select-all", "clear", "erase"}) {
             for (const int size : {16, 32})
                 QTest::addRow("%s: %s at %d", qPrintable(theme.getName()), name, size)
                     << int(theme.getCode()) << name << size;
