@@ -16,6 +16,7 @@
 #include <QComboBox>
 #include <QFile>
 #include <QHeaderView>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QStyleFactory>
 #include <QTableView>
@@ -49,9 +50,18 @@ void enrichItemView(QAbstractItemView* view) {
     view->ensurePolished(); // rows that are measured before the view is shown get the style sheet's height
 }
 
-void enrichScrollArea(QAbstractScrollArea* area) {
+void enrichAbstractScrollArea(QAbstractScrollArea* area) {
     area->verticalScrollBar()->setSingleStep(scrollStep);
     area->horizontalScrollBar()->setSingleStep(scrollStep);
+}
+
+/// Qt scrolls to what gets the focus from within the area only. What can be seen was perhaps clicked and stays in
+/// place.
+void enrichScrollArea(QScrollArea* area) {
+    QObject::connect(qApp, &QApplication::focusChanged, area, [area](QWidget*, QWidget* focused) {
+        if (focused && area->isAncestorOf(focused) && focused->visibleRegion().isEmpty())
+            area->ensureWidgetVisible(focused);
+    });
 }
 
 } // namespace
@@ -153,6 +163,8 @@ void Theme::enrich(QWidget* widget) const {
     if (auto* view = qobject_cast<QAbstractItemView*>(widget))
         enrichItemView(view);
     if (auto* area = qobject_cast<QAbstractScrollArea*>(widget))
+        enrichAbstractScrollArea(area);
+    if (auto* area = qobject_cast<QScrollArea*>(widget))
         enrichScrollArea(area);
 }
 

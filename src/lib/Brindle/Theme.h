@@ -60,9 +60,9 @@ public:
     /// Gives the application the theme's base style, palette and style sheet.
     void apply(QApplication& application) const;
 
-    /// Gives a widget the manners that a style sheet cannot: item views and scroll areas scroll smoothly, the popup of
-    /// a combo box takes the style sheet, the wheel scrolls what is around a combo or spin box instead of changing it.
-    /// Enriching twice does no harm. The widget is not kept.
+    /// Gives a widget the manners that a style sheet cannot: item views and scroll areas scroll smoothly, a scroll area
+    /// brings into view what gets the focus, the popup of a combo box takes the style sheet, the wheel scrolls what is
+    /// around a combo or spin box instead of changing it. Enriching twice does no harm. The widget is not kept.
     void enrich(QWidget* widget) const;
     /// A framed wrapper that becomes the parent of the widget and carries it, as a `QWidget*`, in the dynamic property
     /// "child". The caller owns the wrapper, which has the parent that the widget had.

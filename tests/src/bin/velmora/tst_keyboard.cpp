@@ -108,12 +108,13 @@ private:
         QTest::keyClick(_window->windowHandle(), static_cast<Qt::Key>(key), modifiers);
     }
     /// The stops of Tab (or Shift+Tab) from the checked button of the folio until it has the focus again.
-    QList<QWidget*> walk(int key) const;
+    QList<QWidget*> walk(int key);
     QWidget* currentIP() const { return _window->findChild<QStackedWidget*>("leafStack")->currentWidget(); }
     Folio* folio() const { return _window->findChild<Folio*>(); }
 
     std::unique_ptr<TestPrefix> _prefix;
     std::unique_ptr<MainWindow> _window;
+    QStringList _unseen; ///< Stops of the walks that were scrolled out of view.
 
 private Q_SLOTS:
     void init();
@@ -144,6 +145,7 @@ void KeyboardTest::init() {
 }
 
 void KeyboardTest::cleanup() {
+    _unseen.clear();
     _window.reset();
     _prefix.reset();
     Brindle::theme = Brindle::Theme::Light;
@@ -170,7 +172,7 @@ void KeyboardTest::open(const QString& page) {
     QCoreApplication::processEvents();
 }
 
-QList<QWidget*> KeyboardTest::walk(int key) const {
+QList<QWidget*> KeyboardTest::walk(int key) {
     constexpr int mostStops = 100;
     QWidget* start = nullptr;
     for (auto* button : folio()->findChildren<QToolButton*>()) {
@@ -183,6 +185,8 @@ QList<QWidget*> KeyboardTest::walk(int key) const {
         QWidget* stop = QApplication::focusWidget();
         if (stops.isEmpty() || stops.last() != stop) // the links of a page are stops within one widget
             stops += stop;
+        if (stop->visibleRegion().isEmpty())
+            _unseen += describe(stop);
         press(key, key == Qt::Key_Backtab ? Qt::ShiftModifier : Qt::NoModifier);
     } while (QApplication::focusWidget() != start && stops.size() < mostStops);
     return stops;
@@ -210,6 +214,13 @@ void KeyboardTest::tabFollowsTheEye() {
     }
     std::reverse(stops.begin() + 1, stops.end());
     QCOMPARE(walk(Qt::Key_Backtab), stops);
+
+    _window->resize(1000, 500); // the form is scrolled now
+    QCoreApplication::processEvents();
+    QCOMPARE(walk(Qt::Key_Backtab), stops);
+    std::reverse(stops.begin() + 1, stops.end());
+    QCOMPARE(walk(Qt::Key_Tab), stops);
+    QCOMPARE(_unseen, QStringList());
 }
 
 void KeyboardTest::focusIsVisible_data() {

@@ -242,7 +242,7 @@ void ThemeTest::wheelChangesNoInput_data() {
 void ThemeTest::wheelChangesNoInput() {
     QFETCH(bool, isComboBox);
     auto* form = new QWidget;
-    form->setMinimumHeight(2000);
+    form->setMinimumSize(200, 2000);
     auto* spinBox = new QSpinBox(form);
     spinBox->setValue(50);
     auto* comboBox = new QComboBox(form);
@@ -265,8 +265,9 @@ void ThemeTest::wheelChangesNoInput() {
     QVERIFY2(!input->hasFocus(), "the wheel must give no focus");
     QVERIFY2(area.verticalScrollBar()->value() > 0, "the form must scroll instead");
 
+    input->setFocus(); // brings the input back into view
+    QVERIFY(!input->visibleRegion().isEmpty());
     const int scrolled = area.verticalScrollBar()->value();
-    input->setFocus();
     turnWheel(input);
     QCOMPARE(valueOf(), 0);
     QVERIFY(area.verticalScrollBar()->value() > scrolled);
