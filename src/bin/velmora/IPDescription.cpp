@@ -4,7 +4,8 @@
 
 #include <Brindle/Exception.h>
 
-#include <algorithm>
+#include <bit>
+#include <cstdint>
 #include <filesystem>
 #include <vector>
 
@@ -14,10 +15,22 @@ namespace {
 
 constexpr std::size_t longestUID = 25; // characters
 
-/// Number of characters of a UTF-8 text: bytes that continue one are not counted.
+/// Number of characters of a UTF-8 text. A byte that continues no character counts as one.
 std::size_t characterCount(const std::string& text) {
-    return static_cast<std::size_t>(
-        std::ranges::count_if(text, [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }));
+    constexpr int longestCharacter = 4; // bytes
+    std::size_t count = 0;
+    int continuationCount = 0; // bytes that still belong to the last character
+    for (const char character : text) {
+        const auto byte = static_cast<std::uint8_t>(character);
+        const int leadingOnes = std::countl_one(byte); // 1 in a continuation, otherwise the character's bytes
+        if (leadingOnes == 1 && continuationCount > 0) {
+            --continuationCount;
+            continue;
+        }
+        ++count;
+        continuationCount = leadingOnes >= 2 && leadingOnes <= longestCharacter ? leadingOnes - 1 : 0;
+    }
+    return count;
 }
 
 std::vector<std::string> wordsOf(std::string_view line) {

@@ -94,6 +94,10 @@ void RulesTest::descriptionErrors_data() {
     row("accepted: uid of 25 long characters", whole + "uid " + QByteArray("\xc3\xa9").repeated(25) + "\n", "");
     row("uid of 26 long characters", whole + "uid " + QByteArray("\xc3\xa9").repeated(26),
         "UID should contains less than 25 characters");
+    row("uid of 26 bytes that continue nothing", whole + "uid " + QByteArray("\x80").repeated(26),
+        "UID should contains less than 25 characters");
+    row("uid of a character and 25 stray bytes", whole + "uid \xc3\xa9" + QByteArray("\xa9").repeated(25),
+        "UID should contains less than 25 characters");
 
     row("empty file", "", "Name not specified");
     row("empty line inside", "name A\n\n" + whole, "Invalid line: ''");

@@ -1,0 +1,61 @@
+#include <fuzz/Property.h>
+
+#include <velmora/Coefficients.h>
+#include <velmora/Common.h>
+#include <velmora/WhiteSpace.h>
+
+#include <Brindle/Exception.h>
+
+#include <algorithm>
+#include <cstdint>
+
+namespace {
+
+const Brindle::Location caller{"src/bin/velmora/Somewhere", "something", 7};
+
+/// The aggregate of the literals, which the rendering must come to whatever the numbers are.
+std::vector<std::string> literalsOf(std::string aggregate) {
+    require(aggregate.starts_with('(') && aggregate.ends_with(')'), "an aggregate stands in parentheses");
+    aggregate = aggregate.substr(1, aggregate.size() - 2);
+    std::vector<std::string> literals;
+    for (std::size_t begin = 0; begin < aggregate.size();) {
+        const std::size_t end = std::min(aggregate.find(", ", begin), aggregate.size());
+        literals.push_back(aggregate.substr(begin, end - begin));
+        begin = end + 2;
+    }
+    return literals;
+}
+
+void checkRendered(const std::string& aggregate, const std::vector<std::string>& coefficients, unsigned long width) {
+    const std::vector<std::string> literals = literalsOf(aggregate);
+    require(literals.size() == coefficients.size(), "one literal a coefficient");
+    for (std::size_t index = 0; index < literals.size(); ++index) {
+        require(Velmora::isHexadecimal(literals[index]), "every literal is hexadecimal");
+        const bool isGiven = literals[index] == coefficients[index];
+        require(isGiven || literals[index].size() == width / 4 + 3, "a rendered number has the width");
+    }
+}
+
+} // namespace
+
+/// The first byte of the input gives the coefficient width, the rest is the text.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    if (size == 0)
+        return 0;
+    const unsigned long width = Velmora::normalizedCoefficientWidth(data[0] % 64U + 1U);
+    const std::string_view text(reinterpret_cast<const char*>(data) + 1, size - 1);
+    const std::vector<std::string> coefficients = Velmora::parseCoefficients(text);
+    for (const std::string& coefficient : coefficients) {
+        require(!coefficient.empty() && Velmora::simplified(coefficient) == coefficient, "white space is collapsed");
+        require(coefficient.find_first_of(";,\n") == coefficient.npos, "separators separate");
+    }
+    try {
+        checkRendered(Velmora::renderCoefficients(coefficients, width, caller), coefficients, width);
+    } catch (const Brindle::Fatal& exception) {
+        const bool isNoNumber = exception.getMessage() == "Invalid coefficient";
+        require(isNoNumber || exception.getMessage() == "Value too high for specified width", "the refusal is known");
+        require(!isNoNumber || std::ranges::count(coefficients, exception.getField("coefficient")) > 0,
+                "the refusal names a coefficient of the list");
+    }
+    return 0;
+}

@@ -1,0 +1,44 @@
+#include <fuzz/Property.h>
+
+#include <velmora/IPDescription.h>
+#include <velmora/WhiteSpace.h>
+
+#include <Brindle/Exception.h>
+
+#include <algorithm>
+#include <cstdint>
+
+namespace {
+
+const std::string filename = "/prefix/share/velmora/Orvane/one/config";
+const Brindle::Location caller{"src/bin/velmora/Somewhere", "something", 7};
+
+bool isCollapsed(const std::string& text) {
+    return !text.empty() && Velmora::simplified(text) == text;
+}
+
+bool isAbsoluteOrNone(const std::string& path) {
+    return path.empty() || path.starts_with('/');
+}
+
+void checkAccepted(const Velmora::IPDescription& ip) {
+    require(isCollapsed(ip.name) && isCollapsed(ip.category), "name and category are there, white space collapsed");
+    require(isCollapsed(ip.company) && ip.company.find(' ') == ip.company.npos, "the company is one word");
+    require(!ip.variants.empty() && std::ranges::all_of(ip.variants, isCollapsed), "every variant is a word");
+    require(ip.uid.size() <= 4 * 25, "25 characters take at most 100 bytes");
+    require(ip.scriptFilename.empty() || !ip.uid.empty(), "a script has a uid");
+    require(isAbsoluteOrNone(ip.scriptFilename) && isAbsoluteOrNone(ip.htmlFilename), "paths are absolute");
+}
+
+} // namespace
+
+/// The input is the content of a description file.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    try {
+        checkAccepted(Velmora::parseIPDescription({reinterpret_cast<const char*>(data), size}, filename, caller));
+    } catch (const Brindle::Critical& exception) {
+        require(exception.getField("filename") == filename, "a refusal names the file");
+        require(exception.getLocation() == caller, "a refusal is located at the caller");
+    }
+    return 0;
+}
