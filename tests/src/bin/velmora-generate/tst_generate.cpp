@@ -119,6 +119,8 @@ private Q_SLOTS:
     void sourceDateEpoch();
     void exampleRepository();
     void documentedExample();
+    void completion_data();
+    void completion();
 };
 
 void GenerateTest::init() {
@@ -542,6 +544,33 @@ void GenerateTest::documentedExample() {
     QVERIFY(page.contains(shown));
     for (const QString& name : exampleNames())
         QVERIFY2(page.contains("(examples/" + name.toUtf8() + ".velmora)"), qPrintable(name));
+}
+
+void GenerateTest::completion_data() {
+    QTest::addColumn<QStringList>("words");
+    QTest::addColumn<QStringList>("replies");
+    QTest::newRow("command") << QStringList{"de"} << QStringList{"describe"};
+    QTest::newRow("IP by uid") << QStringList{"template", "firt"}
+                               << QStringList{"FIRTRANSPOSE", "FIRTRANSPOSEDUAL", "FIRTRANSPOSESYMMETRIC"};
+    QTest::newRow("option") << QStringList{"run", "--o"} << QStringList{"--output"};
+    QTest::newRow("configurations and directories") << QStringList{"check", "z"} << QStringList{"zone.velmora", "zoo/"};
+    QTest::newRow("any file") << QStringList{"run", "a", "-o", "z"} << QStringList{"zone.velmora", "zone.vhd", "zoo"};
+}
+
+void GenerateTest::completion() {
+    QFETCH(QStringList, words);
+    useShippedCatalogue();
+    _prefix->write("zone.velmora", "");
+    _prefix->write("zone.vhd", "");
+    QDir().mkpath("zoo");
+    set("PATH", QFileInfo(VELMORA_GENERATE).path() + ":" + qEnvironmentVariable("PATH"));
+    const QString script = "source \"$0\"; COMP_WORDS=(velmora-generate \"$@\"); COMP_CWORD=$#; _velmora_generate; "
+                           "printf '%s\\n' \"${COMPREPLY[@]}\"";
+    const Outcome outcome = run(QStringList{"-c", script, VELMORA_COMPLETION} + words, "bash");
+    QCOMPARE(outcome.errors, QStringList());
+    QStringList replies = QString(outcome.output).split('\n', Qt::SkipEmptyParts);
+    replies.sort();
+    QTEST(replies, "replies");
 }
 
 VELMORA_TEST_MAIN(GenerateTest)
