@@ -17,7 +17,7 @@ namespace {
 using Velmora::Configuration;
 
 std::string getPrefix() {
-    if (const char* prefix = std::getenv("ORVANE_PREFIX"))
+    if (const char* prefix = std::getenv("ORVANE_PREFIX"); prefix && *prefix)
         return prefix;
     throw Brindle::located(
         UsageError("ORVANE_PREFIX is not set, it should name the directory that holds share/velmora"), BRINDLE_HERE);

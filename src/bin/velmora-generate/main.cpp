@@ -10,6 +10,8 @@
 #include <Brindle/Console.h>
 #include <Quillon/Application.h>
 
+#include <QTextCodec>
+
 #include <algorithm>
 #include <array>
 #include <exception>
@@ -99,9 +101,11 @@ ExitCode runReporting(const QStringList& arguments, char* programName) {
 } // namespace GenerateTool
 
 int main(int argumentCount, char** arguments) {
+    // File names are UTF-8 whatever the locale, which is "C" in many builds.
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
     QStringList texts;
     for (int index = 0; index < argumentCount; ++index)
-        texts += QString::fromLocal8Bit(arguments[index]);
+        texts += QString::fromUtf8(arguments[index]);
     const GenerateTool::ExitCode exitCode = GenerateTool::runReporting(texts, arguments[0]);
     const bool isWritten = static_cast<bool>(std::cout.flush());
     return static_cast<int>(isWritten ? exitCode : GenerateTool::ExitCode::Failed);
