@@ -5,6 +5,8 @@
 #include <QFile>
 #include <QString>
 
+#include <string_view>
+
 namespace Velmora {
 
 /// A file that takes generated HDL. Constructing it opens the file, which empties it. Everything that is thrown is
@@ -15,10 +17,13 @@ public:
     HdlFile(const QString& path, const Brindle::Location& caller);
 
     /// Writes the text, which holds its bytes one a character, with its protected regions enciphered. Throws
-    /// Brindle::Fatal when the markers are out of order or not everything could be written, and what Sealwork throws.
+    /// Brindle::Fatal when the markers are out of order or not everything could be written, and what Sealwork throws;
+    /// the file is then empty.
     void write(const QString& text);
 
 private:
+    void writeBytes(std::string_view bytes);
+
     QFile _file;
     Brindle::Location _caller;
 };
