@@ -6,7 +6,10 @@
 #include <QFile>
 #include <QGenericPlugin>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMainWindow>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QTimer>
 #include <QTreeView>
 
@@ -16,12 +19,14 @@
 
 namespace {
 
+constexpr int dialogTime = 50;     // ms between two looks for a dialog
 constexpr int settlingTime = 1500; // ms that a page gets to load and draw itself
 
 /// Acts inside an unchanged program, in its event loop, as the environment variable VELMORA_PROBE says: "close" closes
 /// the window, "title" prints the title of the current page and closes it, "standard", "in-house" and "unrelated" throw
-/// an exception of that family out of a slot, and "first-paint" prints the monotonic time in nanoseconds at which the
-/// first window was painted and ends the process.
+/// an exception of that family out of a slot, "generate" types "probed" as entity name, generates with the one form
+/// that there is, answering every dialog with what it proposes, and closes the window, and "first-paint" prints the
+/// monotonic time in nanoseconds at which the first window was painted and ends the process.
 class Probe : public QObject {
     Q_OBJECT
 
@@ -30,6 +35,8 @@ public:
         const QByteArray action = qgetenv("VELMORA_PROBE");
         if (action == "first-paint")
             qApp->installEventFilter(this);
+        else if (action == "generate")
+            QTimer::singleShot(0, this, &Probe::generate);
         else if (action == "screenshot")
             QTimer::singleShot(0, this, &Probe::prepareScreenshot);
         else
@@ -55,6 +62,24 @@ private:
             throw Brindle::located(Brindle::Critical("in-house text"), BRINDLE_HERE);
         else
             throw 7;
+    }
+
+    void generate() {
+        auto* answering = new QTimer(this);
+        connect(answering, &QTimer::timeout, this, &Probe::answerDialog);
+        answering->start(dialogTime);
+        const QWidget* window = getMainWindow();
+        window->findChild<QLineEdit*>(QStringLiteral("Entity"))->setText(QStringLiteral("probed"));
+        window->findChild<QPushButton*>(QStringLiteral("Generate"))->click();
+        qApp->closeAllWindows();
+    }
+
+    static void answerDialog() {
+        QWidget* dialog = QApplication::activeModalWidget();
+        if (const auto* question = qobject_cast<QMessageBox*>(dialog))
+            question->button(QMessageBox::Yes)->click();
+        else if (dialog)
+            QMetaObject::invokeMethod(dialog, "accept", Qt::QueuedConnection); // it may ask, and the timer must go on
     }
 
     void prepareScreenshot() {

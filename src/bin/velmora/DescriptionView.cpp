@@ -57,12 +57,10 @@ void applyGlobalSettings() {
 
 DescriptionView::DescriptionView(const QString& htmlFilename, QWidget* parent) : QWebView(parent) {
     setAccessibleName(tr("Description of the IP"));
-    if (!htmlFilename.isEmpty() && QFileInfo::exists(htmlFilename)) {
+    if (!htmlFilename.isEmpty() && QFileInfo::exists(htmlFilename))
         _pendingUrl = QUrl::fromLocalFile(htmlFilename);
-    } else {
-        preparePage();
-        setHtml(QStringLiteral("<h2>Description file does not exists</h2>"));
-    }
+    else
+        showMissing();
 }
 
 void DescriptionView::preparePage() {
@@ -71,12 +69,22 @@ void DescriptionView::preparePage() {
     page()->setLinkDelegationPolicy(QWebPage::DelegateAllLinks);
 }
 
+void DescriptionView::showMissing() {
+    preparePage();
+    setHtml(QStringLiteral("<h2>Description file does not exists</h2>"));
+}
+
 void DescriptionView::showEvent(QShowEvent* event) {
     QWebView::showEvent(event);
     if (_pendingUrl.isEmpty())
         return;
+    const QUrl url = std::exchange(_pendingUrl, QUrl());
+    if (!QFileInfo::exists(url.toLocalFile())) { // removed since
+        showMissing();
+        return;
+    }
     preparePage();
-    setUrl(std::exchange(_pendingUrl, QUrl()));
+    setUrl(url);
 }
 
 /// At scales such as 150 % the page may end within a pixel, of which it would cover a part only.

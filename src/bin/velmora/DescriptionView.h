@@ -13,8 +13,8 @@ class DescriptionView : public QWebView {
     Q_OBJECT
 
 public:
-    /// Whether the file exists is decided here; its page is made and loaded when the view is first shown, since a
-    /// catalogue may have a thousand of them.
+    /// The page is loaded when the view is first shown, since a catalogue may have a thousand of them. A file that does
+    /// not exist now, or is gone by then, is told of in its place.
     explicit DescriptionView(const QString& htmlFilename, QWidget* parent = nullptr);
 
 protected:
@@ -23,6 +23,7 @@ protected:
 
 private:
     void preparePage();
+    void showMissing();
 
     QUrl _pendingUrl; ///< What is still to be loaded; empty afterwards.
 };

@@ -82,11 +82,14 @@ public:
     HelpLabel* addHelp(const QString& help, int rowCount);
     /// A row that takes the free height of the form.
     void addStretch();
-    /// The last row: the buttons "Reset" and "Generate", which act on being pressed, across all columns.
+    /// The last row: the buttons "Reset" and "Generate", which act on being pressed, across all columns. A generation
+    /// stores the form first, so that what the user filled in outlives a script that never ends.
     template <class Leaf>
     void addButtons(Leaf* leaf, void (Leaf::*onReset)(), void (Leaf::*onGenerate)()) {
         QObject::connect(addButton(QStringLiteral("Reset")), &QPushButton::pressed, leaf, onReset);
-        QObject::connect(addButton(QStringLiteral("Generate")), &QPushButton::pressed, leaf, onGenerate);
+        QPushButton* generateButton = addButton(QStringLiteral("Generate"));
+        QObject::connect(generateButton, &QPushButton::pressed, leaf, [leaf] { leaf->save(); });
+        QObject::connect(generateButton, &QPushButton::pressed, leaf, onGenerate);
         _grid->addLayout(_buttons, _rowCount++, 0, 1, -1);
     }
 

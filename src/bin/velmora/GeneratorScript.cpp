@@ -11,6 +11,7 @@
 #include <Brindle/Exception.h>
 
 #include <array>
+#include <clocale>
 #include <string_view>
 #include <tuple>
 
@@ -76,6 +77,19 @@ void startInterpreter() {
     Py_InitializeEx(0);
 }
 
+/// While it lives, the C library has its standard locale, as a Python of its own would: otherwise `upper` and `lower`
+/// would follow the user's language, and a script could change the language of the program.
+class StandardLocale {
+public:
+    StandardLocale() : _earlier(std::setlocale(LC_ALL, nullptr)) { std::setlocale(LC_ALL, "C"); }
+    ~StandardLocale() { std::setlocale(LC_ALL, _earlier.c_str()); }
+    StandardLocale(const StandardLocale&) = delete;
+    StandardLocale& operator=(const StandardLocale&) = delete;
+
+private:
+    const std::string _earlier;
+};
+
 /// A run of the interpreter. It is stopped by `finish` only: after a run that ends by an exception it deliberately
 /// stays up, and the next run goes on in it.
 class Interpreter {
@@ -106,6 +120,7 @@ private:
         }
     }
 
+    const StandardLocale _locale;
     PyObject* _variables = nullptr; // borrowed from the module, which lives as long as the interpreter
 };
 

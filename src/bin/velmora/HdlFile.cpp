@@ -8,7 +8,8 @@
 namespace Velmora {
 
 HdlFile::HdlFile(const QString& path, const Brindle::Location& caller) : _file(path), _caller(caller) {
-    if (!_file.open(QIODevice::WriteOnly | QIODevice::Text | QIODevice::Truncate))
+    const auto mode = QIODevice::WriteOnly | QIODevice::Text | QIODevice::Truncate | QIODevice::Unbuffered;
+    if (!_file.open(mode))
         throw Brindle::located(Brindle::Fatal("Unable to open file " + path.toStdString()), _caller);
 }
 
@@ -17,13 +18,22 @@ std::string HdlFile::getContent(const QString& text, const QString& path, const 
 }
 
 void HdlFile::write(const QString& text) {
-    const std::string output = getContent(text, _file.fileName(), _caller);
-    const auto size = static_cast<qint64>(output.size());
-    if (_file.write(output.data(), size) != size || !_file.flush()) {
-        throw Brindle::located(Brindle::Fatal("Unable to write file " + _file.fileName().toStdString()), _caller,
-                               {{"reason", _file.errorString().toStdString()}});
-    }
+    writeBytes(getContent(text, _file.fileName(), _caller));
     _file.close();
+}
+
+void HdlFile::writeBytes(std::string_view bytes) {
+    while (!bytes.empty()) {
+        // A full disk may take a part and refuse the rest.
+        const qint64 count = _file.write(bytes.data(), static_cast<qint64>(bytes.size()));
+        if (count <= 0) {
+            const std::string reason = _file.errorString().toStdString();
+            _file.resize(0); // half a description could be taken for a whole one
+            throw Brindle::located(Brindle::Fatal("Unable to write file " + _file.fileName().toStdString()), _caller,
+                                   {{"reason", reason}});
+        }
+        bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
 }
 
 } // namespace Velmora

@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <string>
+#include <string_view>
 
 namespace Velmora {
 
@@ -20,10 +21,13 @@ public:
     static std::string getContent(const QString& text, const QString& path, const Brindle::Location& caller);
 
     /// Writes the text, which holds its bytes one a character, with its protected regions enciphered. Throws
-    /// Brindle::Fatal when the markers are out of order or not everything could be written, and what Sealwork throws.
+    /// Brindle::Fatal when the markers are out of order or not everything could be written, and what Sealwork throws;
+    /// the file is then empty.
     void write(const QString& text);
 
 private:
+    void writeBytes(std::string_view bytes);
+
     QFile _file;
     Brindle::Location _caller;
 };

@@ -4,6 +4,7 @@
 #include <velmora/SettingsKeys.h>
 #include <velmora/StyleSheetPause.h>
 
+#include <Brindle/Console.h>
 #include <Quillon/Application.h>
 #include <Quillon/ConsoleWidget.h>
 
@@ -45,6 +46,10 @@ void MainWindow::createWidgets() {
 
 void MainWindow::loadSettings() {
     const QSettings settings;
+    if (!settings.isWritable()) {
+        Brindle::console.remark("Settings cannot be stored in " + settings.fileName().toStdString() +
+                                ": make it writable, or what you change and fill in is lost when the program ends.");
+    }
     if (settings.value(SettingsKeys::isMaximized).toBool()) {
         showMaximized();
     } else {
@@ -62,6 +67,8 @@ void MainWindow::saveSettings() {
     settings.setValue(SettingsKeys::isMaximized, isMaximized());
     settings.setValue(SettingsKeys::consoleSplitter, _consoleSplitter->saveState());
     settings.sync();
+    if (settings.status() == QSettings::AccessError)
+        Brindle::console.error("Unable to store the settings in " + settings.fileName().toStdString());
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

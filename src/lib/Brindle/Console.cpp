@@ -51,6 +51,12 @@ std::vector<std::string_view> linesOf(std::string_view text) {
     return lines;
 }
 
+/// The text with blanks for its line breaks.
+std::string onOneLine(std::string text) {
+    std::ranges::replace(text, '\n', ' ');
+    return text;
+}
+
 std::string withArgument(std::string text, const std::string& argument) {
     if (const auto place = text.find('%'); !argument.empty() && place != text.npos)
         text.replace(place, 1, argument);
@@ -92,7 +98,7 @@ void Console::error(const Exception& exception) {
     std::string text = shortened(exception.getMessage());
     std::string separator = " (";
     for (const auto& [name, value] : exception.getFields()) {
-        text += separator + name + ": " + shortened(value);
+        text += separator + name + ": " + onOneLine(shortened(value));
         separator = ", ";
     }
     if (!exception.getFields().empty())

@@ -34,7 +34,8 @@ public:
     void remark(const std::string& text);
     /// Shows an error and counts it.
     void error(const std::string& text);
-    /// Shows an exception's message and named fields, in a debugging build its location too, and counts one error.
+    /// Shows an exception's message and named fields, whose line breaks become blanks, in a debugging build its
+    /// location too, and counts one error.
     void error(const Exception& exception);
 
     void indent() { ++_level; }

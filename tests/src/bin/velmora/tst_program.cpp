@@ -1,8 +1,8 @@
+#include <support/Program.h>
 #include <support/TestPrefix.h>
 
 #include <Brindle/Build.h>
 
-#include <QProcess>
 #include <QRegularExpression>
 #include <QSettings>
 #include <QTest>
@@ -14,15 +14,10 @@ class ProgramTest : public QObject {
     Q_OBJECT
 
 private:
-    struct Outcome {
-        int status;
-        QStringList output;
-        QStringList errors;
-    };
-
-    /// Runs the program until it ends by itself or by what the probe does in its event loop.
-    Outcome run(const char* probe, const QStringList& arguments = {}, bool withPrefix = true) const;
-    QString settingsPath() const { return _prefix->path("config/Orvane/Velmora.conf"); }
+    Program::Outcome run(const char* probe, const QStringList& arguments = {}) const {
+        return Program(*_prefix).run(probe, arguments);
+    }
+    QString settingsPath() const { return Program(*_prefix).getSettingsPath(); }
 
     std::unique_ptr<TestPrefix> _prefix;
 
@@ -41,30 +36,9 @@ private Q_SLOTS:
     void brokenInstallation();
 };
 
-ProgramTest::Outcome ProgramTest::run(const char* probe, const QStringList& arguments, bool withPrefix) const {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("QT_PLUGIN_PATH", VELMORA_PLUGIN_DIRECTORY);
-    environment.insert("QT_QPA_GENERIC_PLUGINS", "velmoraprobe");
-    environment.insert("VELMORA_PROBE", probe);
-    environment.insert("XDG_CONFIG_HOME", _prefix->path("config"));
-    if (!withPrefix)
-        environment.remove("ORVANE_PREFIX");
-    QProcess process;
-    process.setProcessEnvironment(environment);
-    process.start(VELMORA_PROGRAM, arguments);
-    if (!process.waitForFinished(60'000) || process.exitStatus() != QProcess::NormalExit)
-        return {-1, {}, {QString::fromUtf8(process.readAllStandardError())}};
-    const auto linesOf = [](const QByteArray& bytes) {
-        return QString::fromUtf8(bytes.data(), bytes.size()).split('\n', Qt::SkipEmptyParts);
-    };
-    QStringList errors = linesOf(process.readAllStandardError());
-    errors = errors.filter(QRegularExpression("^(?!QStandardPaths|This plugin does not support)")); // of the desktop
-    return {process.exitCode(), linesOf(process.readAllStandardOutput()), errors};
-}
-
 void ProgramTest::normalClose() {
     _prefix->addBridge("");
-    const Outcome outcome = run("close");
+    const Program::Outcome outcome = run("close");
     QCOMPARE(outcome.errors, QStringList());
     QCOMPARE(outcome.status, 0);
     QCOMPARE(outcome.output.size(), 2);
@@ -78,14 +52,14 @@ void ProgramTest::normalClose() {
 }
 
 void ProgramTest::optionsOfTheUsageTextDoNothing() {
-    const Outcome outcome = run("close", {"-help", "-check"});
+    const Program::Outcome outcome = run("close", {"-help", "-check"});
     QCOMPARE(outcome.status, 0);
     QCOMPARE(outcome.output.size(), 2);
 }
 
 void ProgramTest::aboutPageCanBeSuppressed() {
     QVERIFY(run("title").output.contains("<b>About</b>"));
-    const Outcome outcome = run("title", {"-no-about"});
+    const Program::Outcome outcome = run("title", {"-no-about"});
     QCOMPARE(outcome.status, 0);
     QVERIFY(outcome.output.contains("<b>IPs</b>"));
 }
@@ -133,7 +107,7 @@ void ProgramTest::exceptionsFromSlots() {
     QFETCH(QString, error);
     QFETCH(QString, location);
     _prefix->addBridge("");
-    const Outcome outcome = run(probe.toLatin1());
+    const Program::Outcome outcome = run(probe.toLatin1());
     QCOMPARE(outcome.status, 1);
     QCOMPARE(outcome.errors.size(), 1);
     QVERIFY2(outcome.errors.first().startsWith(error), qPrintable(outcome.errors.first()));
@@ -158,7 +132,10 @@ void ProgramTest::brokenInstallation() {
     _prefix->addBridge("");
     _prefix->write("config/Orvane/Velmora.conf", "[APBToSPWLeaf]\nEntity=before\n");
     const QString filename = _prefix->addIP("Zebra/broken", description);
-    const Outcome outcome = run("close", {}, withPrefix);
+    Program program(*_prefix);
+    if (!withPrefix)
+        program.unset("ORVANE_PREFIX");
+    const Program::Outcome outcome = program.run("close");
     QCOMPARE(outcome.status, 1);
     QCOMPARE(outcome.errors.size(), 1);
     QVERIFY2(outcome.errors.first().startsWith(error), qPrintable(outcome.errors.first()));

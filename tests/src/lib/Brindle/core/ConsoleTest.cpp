@@ -148,6 +148,7 @@ void ConsoleTest::exceptions_data() {
     QTest::newRow("fields in order") << with({{"value", "7"}, {"bitCount", ""}})
                                      << "Bad value (value: 7, bitCount: )\n";
     QTest::newRow("several lines") << with({{"value", "7"}}, "Bad\nvalue") << "Bad\nvalue (value: 7)\n";
+    QTest::newRow("a field is one line") << with({{"value", "7\n8"}}) << "Bad value (value: 7 8)\n";
     QTest::newRow("long parts") << with({{"value", std::string(2000, 'v')}}, std::string(1001, 'm'))
                                 << QString(997, 'm') + "... (value: " + QString(997, 'v') + "...)\n";
     QTest::newRow("place") << Shared(std::make_shared<Critical>(located(Critical("Bad"), place)))
