@@ -6,7 +6,6 @@
 #include <velmora-generate/Output.h>
 #include <velmora-generate/OutputFiles.h>
 
-#include <velmora/FormCheck.h>
 #include <velmora/HdlFile.h>
 #include <velmora/OutputDirectory.h>
 
@@ -70,9 +69,10 @@ bool generateInto(const QString& path, const Run& run, const Brindle::Location& 
 /// One generation with the console lines of the window.
 bool generate(const Generation& generation, const QString& filename, Output& output, FileReport& report) {
     const auto check = [&] {
-        Velmora::FormCheck nameCheck;
-        nameCheck.require(!output.isNamedByEntity() || !generation.entityName.isEmpty(), "Entity name not specified!");
-        return nameCheck.hasPassed() && generation.check();
+        const bool isNamed = !output.isNamedByEntity() || !generation.entityName.isEmpty();
+        if (!isNamed)
+            console.error("Entity name not specified!");
+        return isNamed && generation.check();
     };
     const auto work = [&] {
         const bool isDirectory = std::holds_alternative<Generation::FilesRun>(generation.run);
