@@ -4,7 +4,7 @@ import pathlib
 import re
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-PROGRAMS = ["velmora", "velmora-seal"]
+PROGRAMS = ["velmora", "velmora-generate", "velmora-seal"]
 CARRIED_PYTHON = "lib/velmora/python2.7"
 
 
@@ -17,7 +17,8 @@ def expected_files():
               if path.is_file() and path.parent.name != "man"}
     files |= {f"share/icons/hicolor/{size}/apps/velmora.{kind}"
               for size, kind in (("scalable", "svg"), ("256x256", "png"), ("48x48", "png"))}
-    files |= {"share/applications/velmora.desktop", "share/metainfo/example.orvane.Velmora.metainfo.xml"}
+    files |= {"share/applications/velmora.desktop", "share/metainfo/example.orvane.Velmora.metainfo.xml",
+              "share/bash-completion/completions/velmora-generate"}
     files |= {str(path.relative_to(ROOT)) for path in (ROOT / "share/velmora/Orvane").glob("*/*") if path.is_file()}
     files |= {"etc/velmora/seal/" + name
               for name in ("recipients/velmora-local-1.pem", "signers/velmora-local-1.pem", "scripts/KEY.key")}
