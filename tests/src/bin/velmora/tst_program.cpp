@@ -82,7 +82,7 @@ void ProgramTest::startsWithSpoiltSettings() {
     QFETCH(QByteArray, content);
     _prefix->addBridge("");
     _prefix->write(path, content);
-    const Outcome outcome = run("title");
+    const Program::Outcome outcome = run("title");
     QCOMPARE(outcome.errors, QStringList());
     QCOMPARE(outcome.status, 0);
     QVERIFY(outcome.output.contains("<b>About</b>"));
