@@ -111,6 +111,7 @@ private Q_SLOTS:
     void outputsInTheWay();
     void failuresKeepTheOutput_data();
     void failuresKeepTheOutput();
+    void protectedRegions();
     void oneFailureStopsNoOther();
     void hostileConfigurations_data();
     void hostileConfigurations();
@@ -401,6 +402,13 @@ void GenerateTest::failuresKeepTheOutput() {
     QVERIFY(outcome.output.endsWith("    Generating failed\n"));
     QCOMPARE(readFile("fir.vhd"), "earlier");
     QCOMPARE(QDir().entryList({"fir*"}), (QStringList{"fir.velmora", "fir.vhd"})); // nothing left behind
+}
+
+void GenerateTest::protectedRegions() {
+    addFilter("def generate(argDict):\n  return 'open\\n`protect begin\\nsecret\\n`protect end\\n'\n");
+    QCOMPARE(generate({"fir.velmora"}).status, 0);
+    const QByteArray output = readFile("fir.vhd");
+    QVERIFY(output.startsWith("open\n`protect ") && !output.contains("secret"));
 }
 
 void GenerateTest::oneFailureStopsNoOther() {
