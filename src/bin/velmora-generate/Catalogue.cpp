@@ -15,12 +15,18 @@ namespace GenerateTool {
 namespace {
 
 using Velmora::Configuration;
+using Velmora::IPDescription;
 
 std::string getPrefix() {
     if (const char* prefix = std::getenv("ORVANE_PREFIX"); prefix && *prefix)
         return prefix;
     throw Brindle::located(
         UsageError("ORVANE_PREFIX is not set, it should name the directory that holds share/velmora"), BRINDLE_HERE);
+}
+
+void show(const std::vector<Brindle::Critical>& wrongDescriptions) {
+    for (const Brindle::Critical& exception : wrongDescriptions)
+        Brindle::console.error(exception);
 }
 
 bool isEqual(const std::string& text, const QString& wanted) {
@@ -33,8 +39,7 @@ Catalogue::Catalogue() : _descriptionFilenames(Velmora::findDescriptionFiles(get
 
 std::vector<InstalledIP> Catalogue::getAll() const {
     Content content = read();
-    for (const Brindle::Critical& exception : content.wrongDescriptions)
-        Brindle::console.error(exception);
+    show(content.wrongDescriptions);
     std::ranges::sort(content.ips, {}, [](const InstalledIP& ip) {
         return std::tie(ip.description.name, ip.description.company, ip.description.uid);
     });
@@ -53,10 +58,17 @@ Catalogue::Content Catalogue::read() const {
     return content;
 }
 
+std::vector<InstalledIP> Catalogue::select(const std::function<bool(const IPDescription&)>& isWanted) const {
+    Content content = read();
+    std::erase_if(content.ips, [&isWanted](const InstalledIP& ip) { return !isWanted(ip.description); });
+    if (content.ips.empty())
+        show(content.wrongDescriptions);
+    return content.ips;
+}
+
 InstalledIP Catalogue::getNamed(const QString& name) const {
-    std::vector<InstalledIP> ips = read().ips;
-    std::erase_if(ips, [&name](const InstalledIP& ip) {
-        return !isEqual(ip.description.name, name) && !isEqual(ip.description.uid, name);
+    const std::vector<InstalledIP> ips = select([&name](const IPDescription& description) {
+        return isEqual(description.name, name) || isEqual(description.uid, name);
     });
     if (ips.size() == 1)
         return ips.front();
@@ -68,9 +80,8 @@ InstalledIP Catalogue::getNamed(const QString& name) const {
 }
 
 InstalledIP Catalogue::getConfigured(const Configuration& configuration) const {
-    std::vector<InstalledIP> ips = read().ips;
-    std::erase_if(ips, [&configuration](const InstalledIP& ip) {
-        return ip.description.company != configuration.getCompany() || ip.description.name != configuration.getName();
+    const std::vector<InstalledIP> ips = select([&configuration](const IPDescription& description) {
+        return description.company == configuration.getCompany() && description.name == configuration.getName();
     });
     if (ips.empty()) {
         configuration.refuseIP("No installed IP is '" + configuration.getName() + "' of " + configuration.getCompany() +

@@ -8,6 +8,7 @@
 
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -42,6 +43,8 @@ private:
     };
 
     Content read() const;
+    /// When there is none, wrong descriptions are shown as errors: one of them may be what is wanted.
+    std::vector<InstalledIP> select(const std::function<bool(const Velmora::IPDescription&)>& isWanted) const;
 
     const std::vector<std::string> _descriptionFilenames;
 };

@@ -12,12 +12,15 @@ namespace {
 
 constexpr const char* help = R"(Usage: velmora-generate check FILE... [--json] [-q]
 
-Checks configurations as the forms of their IPs do before a generation. Scripts, which may refuse more, are not run.
+Checks configurations as the forms of their IPs do before a generation.
+Scripts, which may refuse more, are not run.
 
-      --json   Write one JSON text, a list with an object for each file: "file", "ip", "succeeded" and "messages".
+      --json   Write one JSON text, a list with an object for each file: "file",
+               "ip", "succeeded" and "messages".
   -q, --quiet  Show errors alone.
 
-Exit status: 0 when all files are good, 1 when one is not, 2 for a wrong command line.
+Exit status: 0 when all files are good, 1 when one is not, 2 for a wrong command
+line.
 )";
 
 ExitCode run(const QCommandLineParser& commandLine, const QStringList& operands) {

@@ -23,8 +23,9 @@ using Velmora::LineTableModel;
 
 constexpr const char* help = R"(Usage: velmora-generate describe IP [--json]
 
-Shows what the form of an IP, given by its name or uid, asks for: the key of each field in a configuration, its label, the values
-that it can hold and its reset value; the same for the rows of tables.
+Shows what the form of an IP, given by its name or uid, asks for: the key of
+each field in a configuration, its label, the values that it can hold and its
+reset value; the same for the rows of tables.
 
       --json  Write one JSON text: the IP with the lists "fields" and "tables".
 

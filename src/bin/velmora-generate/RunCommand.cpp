@@ -23,18 +23,22 @@ using Velmora::Generation;
 
 constexpr const char* help = R"(Usage: velmora-generate run FILE... [-o OUTPUT] [--json] [-q]
 
-Generates from configurations what the program's window would. The output stands beside the configuration: a file named after the
-entity with the extension .vhd, or for an IP of several files a directory named after the entity. It is replaced only when its
-generation succeeded. A file that fails does not stop the others.
+Generates from configurations what the program's window would. The output stands
+beside the configuration: a file named after the entity with the extension .vhd,
+or for an IP of several files a directory named after the entity. It is replaced
+only when its generation succeeded. A file that fails does not stop the others.
 
-  -o, --output OUTPUT  The output of the one FILE, or an existing directory for the outputs of several.
-      --json           Write one JSON text, a list with an object for each file: "file", "ip", "output", "succeeded"
-                       and "messages".
+  -o, --output OUTPUT  The output of the one FILE, or an existing directory for
+                       the outputs of several.
+      --json           Write one JSON text, a list with an object for each file:
+                       "file", "ip", "output", "succeeded" and "messages".
   -q, --quiet          Show errors alone.
 
-SOURCE_DATE_EPOCH, when it is set, takes the place of the time of generation: seconds since 1970, shown in UTC.
+SOURCE_DATE_EPOCH, when it is set, takes the place of the time of generation:
+seconds since 1970, shown in UTC.
 
-Exit status: 0 when all files were generated, 1 when one was not, 2 for a wrong command line.
+Exit status: 0 when all files were generated, 1 when one was not, 2 for a wrong
+command line.
 
 Example: velmora-generate run filter.velmora -o rtl/filter.vhd
 )";

@@ -13,7 +13,8 @@ namespace {
 
 constexpr const char* help = R"(Usage: velmora-generate template IP
 
-Writes a configuration with the reset values of an IP, given by its name or uid, to standard output.
+Writes a configuration with the reset values of an IP, given by its name or uid,
+to standard output.
 
 Example: velmora-generate template Systolic > filter.velmora
 )";

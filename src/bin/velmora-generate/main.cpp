@@ -32,7 +32,7 @@ void showHelp() {
     for (const Command* command : commands)
         std::cout << "  " << QString(command->name).leftJustified(10).toStdString() << command->summary << '\n';
     std::cout << "\nvelmora-generate COMMAND --help tells more about one of them.\n\n"
-                 "Exit status: 0 done, 1 something was refused or could not be generated, 2 a wrong command line.\n\n"
+                 "Exit status: 0 done, 1 something was refused or could not be generated,\n2 a wrong command line.\n\n"
                  "Example: velmora-generate template Systolic > filter.velmora\n"
                  "         velmora-generate run filter.velmora\n";
 }
