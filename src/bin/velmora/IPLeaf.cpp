@@ -29,7 +29,7 @@ namespace Velmora {
 
 namespace {
 
-constexpr std::size_t largestDescription = 16 * 1024 * 1024; // bytes
+constexpr std::size_t largestDescription = 16UL * 1024 * 1024; // bytes
 
 IPDescription readDescription(const std::string& filename, const Brindle::Location& caller) {
     if (filename.empty())

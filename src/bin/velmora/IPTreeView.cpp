@@ -40,7 +40,8 @@ void IPTreeView::invalidateFilter() {
     _proxy->invalidateFilter();
 }
 
-void IPTreeView::initialize() {
+// Constant for the view, but not for who looks at it.
+void IPTreeView::initialize() { // NOLINT(readability-make-member-function-const)
     for (int row = 0; row < getModel()->rowCount(); ++row)
         getModel()->item(row)->setText(QString());
 }
