@@ -52,6 +52,7 @@ CommandLine::CommandLine(const std::vector<std::string>& arguments, const std::v
     const OptionTable table(known);
     std::vector<std::string> texts = arguments;
     std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
     for (auto& text : texts)
         pointers.push_back(text.data());
     const int count = static_cast<int>(pointers.size());

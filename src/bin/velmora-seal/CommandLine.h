@@ -10,7 +10,7 @@ namespace SealTool {
 
 /// An option that a command takes.
 struct Option {
-    const char* name;      ///< Long name without the dashes.
+    const char* name = ""; ///< Long name without the dashes.
     bool hasValue = true;  ///< False for a switch.
     char shortName = '\0'; ///< One letter, or none.
 };

@@ -16,7 +16,9 @@ std::string getOtherFields(const Brindle::Exception& exception) {
         if (name == filenameField || name == lineField)
             continue;
         text += text.empty() ? " (" : ", ";
-        text += name == "reason" ? value : name + " " + value;
+        if (name != "reason")
+            text.append(name).append(" ");
+        text += value;
     }
     return text.empty() ? text : text + ")";
 }

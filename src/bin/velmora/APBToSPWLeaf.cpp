@@ -18,7 +18,7 @@ APBToSPWLeaf::APBToSPWLeaf(IPLeaf* ipLeaf)
       _entityEdit(_form.addLine(tr("Entity name"), SettingsKeys::entity)) {
     _form.addStretch();
     _form.addButtons(this, &APBToSPWLeaf::onReset, &APBToSPWLeaf::onGenerate);
-    load();
+    APBToSPWLeaf::load();
 }
 
 APBToSPWLeaf::~APBToSPWLeaf() {

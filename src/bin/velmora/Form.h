@@ -59,6 +59,9 @@ public:
     /// Installs the grid on the widget, which is kept, not owned, and takes the class name as object name. The class
     /// name is also the settings group.
     Form(QWidget* widget, const QString& className, AbsentValue absentValue = AbsentValue::ReadsAsEmpty);
+    Form(const Form&) = delete;
+    Form& operator=(const Form&) = delete;
+    ~Form() = default;
 
     /// A section that folds: the function adds its rows, whose keys lie in the subgroup (none when it is empty). The
     /// columns of a form with sections are equally wide.

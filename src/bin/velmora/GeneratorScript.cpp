@@ -196,7 +196,7 @@ auto generate(const std::string& source, const ArgumentDictionary& arguments, co
 } // namespace
 
 GeneratorScript::GeneratorScript(const std::string& filename, const Brindle::Location& caller) : _caller(caller) {
-    constexpr std::size_t longest = 128 * 1024 * 1024; // bytes; a sealed script is refused long before
+    constexpr std::size_t longest = 128UL * 1024 * 1024; // bytes; a sealed script is refused long before
     const auto content = readRegularFile(filename, longest);
     if (!content)
         throw Brindle::located(Brindle::Fatal("Unable to open script file"), caller, {{"scriptFilename", filename}});

@@ -108,7 +108,7 @@ private:
         return words.back();
     }
 
-    const std::string& checkedUID(const std::string& uid) const {
+    std::string checkedUID(const std::string& uid) const {
         if (characterCount(uid) > longestUID)
             fail("UID should contains less than 25 characters");
         return uid;

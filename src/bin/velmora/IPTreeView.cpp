@@ -100,7 +100,8 @@ void IPTreeView::restoreNodes() {
         collapse(_proxy->mapFromSource(node));
 }
 
-void IPTreeView::initialize() {
+// Constant for the view, but not for who looks at it.
+void IPTreeView::initialize() { // NOLINT(readability-make-member-function-const)
     for (int row = 0; row < getModel()->rowCount(); ++row)
         getModel()->item(row)->setText(QString());
 }

@@ -36,6 +36,7 @@ void ScopeForm::addInputCount() {
 
 void ScopeForm::addCaptureDepth() {
     std::vector<ScopeChoice> choices;
+    choices.reserve(captureDepths.size());
     for (const CaptureDepth& depth : captureDepths)
         choices.push_back({QLatin1String(depth.label), depth.samples});
     _depthCombo = addChoice(QObject::tr("Capture depth"), SettingsKeys::captureDepth, choices);

@@ -108,7 +108,7 @@ void Console::error(const Exception& exception) {
                 std::to_string(location.line) + "]";
     }
     ++_errorCount;
-    for (std::string_view line : linesOf(text))
+    for (const std::string_view line : linesOf(text))
         showLine(ConsoleLineKind::Error, std::string(line));
 }
 
@@ -144,7 +144,7 @@ void Console::detach(ConsoleObserver& observer) {
 }
 
 void Console::show(ConsoleLineKind kind, std::string_view text) {
-    for (std::string_view line : linesOf(text))
+    for (const std::string_view line : linesOf(text))
         showLine(kind, shortened(line));
 }
 

@@ -41,7 +41,7 @@ void DirectoryDialog::accept() {
         return;
     }
     _chosenPath = path;
-    QDialog::accept();
+    QDialog::accept(); // NOLINT(bugprone-parent-virtual-call): the file dialog's own wants a folder that exists
 }
 
 void DirectoryDialog::onNameEdited() {

@@ -1,0 +1,123 @@
+#include <bench/Median.h>
+#include <support/TestPrefix.h>
+
+#include <velmora/ArgumentDictionary.h>
+#include <velmora/Common.h>
+#include <velmora/IPLeaf.h>
+#include <velmora/MacFirLeaf.h>
+
+#include <Brindle/FileDialog.h>
+#include <Quillon/Application.h>
+
+#include <QLineEdit>
+#include <QProcess>
+#include <QPushButton>
+#include <QSettings>
+#include <QSpinBox>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTextEdit>
+
+#include <cstdio>
+#include <functional>
+#include <iostream>
+#include <sstream>
+
+// One generation with the program's forms, from pressing Generate to "Generating done", beside the same script with the
+// same arguments in a python2.7 process of its own: bench_generation PYTHON, with ORVANE_PREFIX set.
+
+namespace {
+
+constexpr int roundCount = 30;
+
+/// A form and what its script is given.
+struct Subject {
+    const char* label;
+    const char* directory;                          ///< Of the IP, below the provider's.
+    const char* result;                             ///< Name of the variable that the script's call fills.
+    std::function<std::string(QWidget& page)> fill; ///< Fills the form in; gives the statement that defines `argDict`.
+};
+
+std::string fillBridge(QWidget& page) {
+    page.findChild<QLineEdit*>("Entity")->setText("bridge");
+    return Velmora::ArgumentDictionary(BRINDLE_HERE).add("%%ENTITY_NAME%%", "bridge").getStatement();
+}
+
+std::string fillFilter(QWidget& page) {
+    QStringList coefficients;
+    for (int number = 0; number < 160; ++number)
+        coefficients += QString::number(number - 80);
+    page.findChild<QLineEdit*>("Entity")->setText("filter");
+    page.findChild<QSpinBox*>("InputDataWidth")->setValue(12);
+    page.findChild<QSpinBox*>("OutputDataWidth")->setValue(16);
+    page.findChild<QSpinBox*>("CoefficientWidth")->setValue(12);
+    page.findChild<QSpinBox*>("TapCount")->setValue(coefficients.size());
+    page.findChild<QSpinBox*>("DSPCount")->setValue(8);
+    page.findChild<QTextEdit*>("Coefficients")->setPlainText(coefficients.join(';'));
+    return page.findChild<Velmora::MacFirLeaf*>()->getArguments().getStatement();
+}
+
+[[noreturn]] void fail(const std::string& problem) {
+    std::fprintf(stderr, "bench_generation: %s\n", problem.c_str());
+    std::exit(1);
+}
+
+/// The script as a program of its own, which prints the seconds that it spends between its start and the result.
+QByteArray makeBareProgram(const std::string& script, const std::string& statement, const char* result) {
+    const QByteArray call = QByteArray(result) + " = generate(argDict)\n";
+    return "import sys, time, types\nstart = time.time()\nquarnel = types.ModuleType('quarnel')\n"
+           "def printError(text): sys.exit(text)\ndef printText(text): pass\n"
+           "quarnel.printError, quarnel.printText = printError, printText\nsys.modules['quarnel'] = quarnel\n" +
+           QByteArray::fromStdString(script) + "\n" + QByteArray::fromStdString(statement) + "\n" + call +
+           "sys.stdout.write(repr(time.time() - start))\n";
+}
+
+void measure(const Subject& subject, const QString& python, const QTemporaryDir& folder) {
+    const std::string directory = qgetenv("ORVANE_PREFIX").toStdString() + "/share/velmora/Orvane/" + subject.directory;
+    Velmora::IPLeaf page(directory + "/config");
+    const std::string statement = subject.fill(page);
+
+    // What the forms print is not of interest, but has to be looked at.
+    std::ostringstream console;
+    std::streambuf* const standardOutput = std::cout.rdbuf(console.rdbuf());
+    auto* button = page.findChild<QPushButton*>("Generate");
+    const double pressToDone = medianOf(roundCount, [button] { QTest::mousePress(button, Qt::LeftButton); });
+    std::cout.rdbuf(standardOutput);
+    if (console.str().find("Generating done") == std::string::npos)
+        fail(std::string(subject.label) + " did not generate:\n" + console.str());
+
+    const QString program = folder.filePath("bare.py");
+    QFile file(program);
+    const std::string script =
+        Velmora::getDecrypted(readFile(QString::fromStdString(page.getScriptFilename())).toStdString());
+    if (!file.open(QIODevice::WriteOnly) || file.write(makeBareProgram(script, statement, subject.result)) < 0)
+        fail("cannot write the script");
+    file.close();
+    std::vector<double> scriptTimes;
+    const double bareProcess = medianOf(roundCount, [&] {
+        QProcess process;
+        process.start(python, {"-E", "-S", "-B", program});
+        if (!process.waitForFinished() || process.exitCode() != 0)
+            fail(process.readAllStandardError().toStdString());
+        scriptTimes.push_back(process.readAllStandardOutput().toDouble() * 1000);
+    });
+    std::ranges::sort(scriptTimes);
+    const double scriptTime = scriptTimes.at(scriptTimes.size() / 2);
+    std::printf("%-46s %10.2f %10.2f %10.2f %10.2f\n", subject.label, pressToDone, bareProcess, scriptTime,
+                pressToDone - scriptTime);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const auto application = Quillon::Application::create(argc, argv, "Velm", "Velmora", 1, 0, 0, true);
+    if (argc != 2)
+        fail("usage: bench_generation PYTHON");
+    const QTemporaryDir folder;
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
+    Brindle::FileDialog::setSaveFileNameFunction([&folder](auto&&...) { return folder.filePath("generated.vhd"); });
+    Brindle::FileDialog::setDirectoryFunction([&folder](auto&&...) { return folder.filePath("generated"); });
+    std::printf("%-46s %10s %10s %10s %10s\n", "one generation, median ms", "press-done", "bare", "script", "overhead");
+    measure({"bridge", "apb_slave_to_serial_master", "fileDict", fillBridge}, argv[1], folder);
+    measure({"multiply-accumulate filter, 160 coefficients", "mac_fir", "text", fillFilter}, argv[1], folder);
+}
