@@ -58,12 +58,14 @@ std::string FilterForm::getCoefficientString(const Brindle::Location& caller) co
 }
 
 void FilterForm::check(FormCheck& check, bool needsCoefficients) const {
-    check.require(!getEntityName().isEmpty(), "Entity name not specified!")
-        .require(!needsCoefficients || !getCoefficientList().empty(), "Coefficients not defined!")
+    check.require(!getEntityName().isEmpty(), "Entity name not specified!", {_entityEdit})
+        .require(!needsCoefficients || !getCoefficientList().empty(), "Coefficients not defined!", {_coefficientsEdit})
         .require(_inputDataWidth->value() <= widestOperand || _coefficientWidth->value() <= widestOperand,
-                 "'Input Data width' or 'Coefficient width' should be 18 bit or less.")
+                 "'Input Data width' or 'Coefficient width' should be 18 bit or less.",
+                 {_inputDataWidth, _coefficientWidth})
         .require(_truncation->value() + _outputDataWidth->value() <= widestAccumulator,
-                 "'LSB To Be Truncated' + 'Output Data width' should be inferior to 50.");
+                 "'LSB To Be Truncated' + 'Output Data width' should be inferior to 50.",
+                 {_truncation, _outputDataWidth});
 }
 
 void FilterForm::addWidthArguments(ArgumentDictionary& arguments) const {

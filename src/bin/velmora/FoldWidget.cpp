@@ -67,6 +67,11 @@ void FoldWidget::finalize() {
     measure();
 }
 
+void FoldWidget::open() {
+    if (!_toggle->isChecked())
+        _toggle->click();
+}
+
 void FoldWidget::measure() {
     for (QWidget* field : _body->findChildren<QWidget*>())
         field->ensurePolished(); // fields have the style's height only then

@@ -24,6 +24,8 @@ public:
 
     /// Installs the fields and takes the animation setting and the section's height as they are now.
     void finalize();
+    /// Shows the fields.
+    void open();
 
 public Q_SLOTS:
     void onTogglePressed(bool checked);

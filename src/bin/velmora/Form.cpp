@@ -59,7 +59,11 @@ QString getToolTip(const QString& button) {
 } // namespace
 
 Form::Form(QWidget* widget, const QString& className, AbsentValue absentValue)
-    : _group(className), _absentValue(absentValue), _grid(new QGridLayout), _buttons(new QHBoxLayout) {
+    : _group(className),
+      _absentValue(absentValue),
+      _mark(new CheckMark(widget)),
+      _grid(new QGridLayout),
+      _buttons(new QHBoxLayout) {
     widget->setObjectName(className);
     _grid->setContentsMargins(5, 5, 5, 5);
     _grid->setColumnStretch(1, 1);
@@ -208,6 +212,7 @@ QPushButton* Form::addButton(const QString& text) {
 void Form::load() {
     if (!FormMemory::isKept())
         return;
+    _mark->clear();
     QSettings settings;
     settings.beginGroup(_group);
     for (const FormField& field : _fields) {
@@ -228,6 +233,7 @@ void Form::save() const noexcept {
 }
 
 void Form::reset() {
+    _mark->clear();
     for (const FormField& field : _fields) {
         if (field.resetValue)
             field.setValue(*field.resetValue);

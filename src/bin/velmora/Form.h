@@ -1,5 +1,6 @@
 #pragma once
 
+#include <velmora/CheckMark.h>
 #include <velmora/FormField.h>
 #include <velmora/FormTable.h>
 #include <velmora/HelpLabel.h>
@@ -95,6 +96,8 @@ public:
     /// In the order of the rows.
     const std::vector<FormField>& getFields() const { return _fields; }
     const std::vector<FormTable>& getTables() const { return _tables; }
+    /// On what the last check refused. Loading and resetting take it off.
+    CheckMark& getMark() const { return *_mark; }
 
     /// Gives every editor its stored value. What is absent reads as empty or 0, or changes nothing; a number outside
     /// the range becomes its nearest end, an index that the choice does not have and a value of another type are
@@ -113,6 +116,7 @@ private:
 
     QString _group;
     AbsentValue _absentValue;
+    CheckMark* _mark; // the widget's child
     QGridLayout* _grid;
     QHBoxLayout* _buttons;
     FoldWidget* _section = nullptr; // while it is being filled

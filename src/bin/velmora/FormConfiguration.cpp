@@ -151,6 +151,7 @@ void addFormValues(Configuration& configuration, const Form& form) {
 
 void setFormValues(Form& form, const Configuration& configuration) {
     FormValues(form, configuration).apply();
+    form.getMark().clear();
 }
 
 } // namespace Velmora

@@ -1,6 +1,9 @@
 #include <velmora/LineTableDelegate.h>
 
+#include <Brindle/Theme.h>
+
 #include <QKeyEvent>
+#include <QPainter>
 #include <QTableView>
 
 namespace Velmora {
@@ -29,6 +32,16 @@ void LineTableDelegate::setEditorData(QWidget* editor, const QModelIndex& index)
 
 void LineTableDelegate::setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const {
     model->setData(index, requireCellEditor(index).getValue(editor));
+}
+
+void LineTableDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
+    Brindle::TableDelegate::paint(painter, option, index);
+    if (!index.data(LineTableModel::ProblemRole).isValid())
+        return;
+    const bool hasFocus = option.state.testFlag(QStyle::State_HasFocus);
+    const int inset = hasFocus ? 1 : 0; // the frame of the focus lies around it
+    painter->setPen(Brindle::theme.getColor("error"));
+    painter->drawRect(option.rect.adjusted(inset, inset, -inset - 1, -inset - 1));
 }
 
 bool LineTableDelegate::eventFilter(QObject* object, QEvent* event) {

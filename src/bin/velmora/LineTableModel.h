@@ -21,6 +21,8 @@ struct LineColumn {
 class LineTableModel : public QStandardItemModel {
 public:
     static constexpr int lineCount = 32;
+    /// What the last check of the form found wrong with a cell; no data for the others.
+    static constexpr int ProblemRole = Qt::AccessibleDescriptionRole;
 
     LineTableModel(const QString& nameHeader, const QString& lineName, std::vector<LineColumn> columns);
 

@@ -90,6 +90,13 @@ QStringList LocationTableView::getLocationList() const {
     return getTexts(locationColumn);
 }
 
+std::vector<QStandardItem*> LocationTableView::getLocationCells() const {
+    std::vector<QStandardItem*> cells;
+    for (int row = 0; row < getRowCount(); ++row)
+        cells.push_back(getModel()->item(row, locationColumn));
+    return cells;
+}
+
 QStringList LocationTableView::getOutputDelayList() const {
     QStringList delays;
     if (isDES())

@@ -24,6 +24,8 @@ public:
 
     /// The pads of the visible rows; empty texts where none is chosen.
     QStringList getLocationList() const;
+    /// The cells that hold them.
+    std::vector<QStandardItem*> getLocationCells() const;
     /// The output delays of the visible rows, with two digits; none in DES mode, which has no such column.
     QStringList getOutputDelayList() const;
 

@@ -44,10 +44,13 @@ MacFirLeaf::~MacFirLeaf() {
 bool MacFirLeaf::isFullyConfigured() const {
     static const QRegularExpression wholePattern(QStringLiteral("\\A[01]{16}\\z"));
     const QString pattern = _patternEdit->text();
-    FormCheck check;
+    FormCheck check(_filter.getForm());
     _filter.check(check, true);
-    check.require(getCoefficientList().size() > 2, "Coefficient count should be greater than 2.")
-        .require(pattern.isEmpty() || wholePattern.match(pattern).hasMatch(), "Invalid auxiliary clock pattern.");
+    check
+        .require(getCoefficientList().size() > 2, "Coefficient count should be greater than 2.",
+                 {_filter.getCoefficientsEdit()})
+        .require(pattern.isEmpty() || wholePattern.match(pattern).hasMatch(), "Invalid auxiliary clock pattern.",
+                 {_patternEdit});
     return check.hasPassed();
 }
 

@@ -12,10 +12,8 @@
 #include <Brindle/Label.h>
 #include <Quillon/PadType.h>
 
-#include <QSet>
+#include <QHash>
 #include <QVector>
-
-#include <optional>
 
 namespace Velmora {
 
@@ -52,18 +50,25 @@ std::string getAggregate(const QStringList& texts) {
     return texts.isEmpty() ? "(others => \"XXX\")" : "(" + getAssociations(texts) + ")";
 }
 
-/// Adds the locations to those in use; the first one that already was, if any.
-std::optional<QString> takeLocations(const QStringList& locations, QSet<QString>& used) {
-    for (const QString& location : locations) {
-        if (used.contains(location))
-            return location;
-        used += location;
+/// Two lines on one pad.
+struct LocationClash {
+    std::string location;
+    CheckedParts cells;
+};
+
+/// Adds the locations of a table to those in use, which are known by their cells; tells the first that already was.
+LocationClash takeLocations(LocationTableView* table, QHash<QString, CheckedCell>& used) {
+    for (QStandardItem* item : table->getLocationCells()) {
+        const CheckedCell cell{table, item};
+        if (used.contains(item->text()))
+            return {item->text().toStdString(), {used.value(item->text()), cell}};
+        used.insert(item->text(), cell);
     }
-    return std::nullopt;
+    return {};
 }
 
-std::string usedMessage(const char* mode, const std::optional<QString>& location) {
-    return std::string(mode) + " location '" + location.value_or(QString()).toStdString() + "' is already used!";
+std::string usedMessage(const char* mode, const LocationClash& clash) {
+    return std::string(mode) + " location '" + clash.location + "' is already used!";
 }
 
 } // namespace
@@ -134,25 +139,26 @@ QLineEdit* SERDESLeaf::addTrainingValue() {
 bool SERDESLeaf::isFullyConfigured() const {
     const QStringList serLocations = _serTable->getLocationList();
     const QStringList desLocations = _desTable->getLocationList();
-    QSet<QString> used;
-    const auto serClash = takeLocations(serLocations, used);
-    const auto desClash = takeLocations(desLocations, used);
-    FormCheck check;
-    check.require(!_entityEdit->text().isEmpty(), "Entity name not specified!")
-        .require(!_prefixEdit->text().isEmpty(), "Parameter's prefix not specified!")
-        .require(getSERCount() + getDESCount() <= mostLines, "SER count + DES count must be less than 30.")
+    QHash<QString, CheckedCell> used;
+    const LocationClash serClash = takeLocations(_serTable, used);
+    const LocationClash desClash = takeLocations(_desTable, used);
+    FormCheck check(_form);
+    check.require(!_entityEdit->text().isEmpty(), "Entity name not specified!", {_entityEdit})
+        .require(!_prefixEdit->text().isEmpty(), "Parameter's prefix not specified!", {_prefixEdit})
+        .require(getSERCount() + getDESCount() <= mostLines, "SER count + DES count must be less than 30.",
+                 {_serCount, _desCount})
         .require(getVoltage(_serPadTypeCombo) == getVoltage(_desPadTypeCombo),
-                 "Pad type of SER and DES must have the same voltage!")
+                 "Pad type of SER and DES must have the same voltage!", {_serPadTypeCombo, _desPadTypeCombo})
         .require(_serTrainingEdit->text().length() == _dataSize->value(),
-                 "SER training value must have the length specified in data size!")
+                 "SER training value must have the length specified in data size!", {_serTrainingEdit})
         .require(_desTrainingEdit->text().length() == _dataSize->value(),
-                 "DES training value must have the length specified in data size!")
-        .require(serLocations.size() == getSERCount(), "All the SER locations have not been set!")
-        .require(!serClash, usedMessage("SER", serClash))
+                 "DES training value must have the length specified in data size!", {_desTrainingEdit})
+        .require(serLocations.size() == getSERCount(), "All the SER locations have not been set!", {_serTable})
+        .require(serClash.cells.empty(), usedMessage("SER", serClash), serClash.cells)
         .require(_serTable->getOutputDelayList().size() == getSERCount(),
-                 "All the SER output delay lines have not been set!")
-        .require(desLocations.size() == getDESCount(), "All the DES locations have not been set!")
-        .require(!desClash, usedMessage("DES", desClash));
+                 "All the SER output delay lines have not been set!", {_serTable})
+        .require(desLocations.size() == getDESCount(), "All the DES locations have not been set!", {_desTable})
+        .require(desClash.cells.empty(), usedMessage("DES", desClash), desClash.cells);
     return check.hasPassed();
 }
 

@@ -77,8 +77,8 @@ int ScopeForm::getCaptureWidth(const Brindle::Location& caller) const {
 }
 
 bool ScopeForm::isFullyConfigured() const {
-    FormCheck check;
-    check.require(!_entityEdit->text().isEmpty(), "Entity name not specified!");
+    FormCheck check(_form);
+    check.require(!_entityEdit->text().isEmpty(), "Entity name not specified!", {_entityEdit});
     return check.hasPassed();
 }
 

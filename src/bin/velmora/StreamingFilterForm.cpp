@@ -60,6 +60,12 @@ int StreamingFilterForm::getCoefficientCount() const {
     return areCoefficientsInputs() ? _countSpin->value() : static_cast<int>(_filter.getCoefficientList().size());
 }
 
+QWidget* StreamingFilterForm::getCountEditor() const {
+    if (areCoefficientsInputs())
+        return _countSpin;
+    return _filter.getCoefficientsEdit();
+}
+
 bool StreamingFilterForm::isCountInRange() const {
     const int count = getCoefficientCount();
     return count >= countRange.minimum && count <= countRange.maximum;
@@ -67,7 +73,7 @@ bool StreamingFilterForm::isCountInRange() const {
 
 void StreamingFilterForm::check(FormCheck& check) const {
     _filter.check(check, !areCoefficientsInputs());
-    check.require(isCountInRange(), "Coefficient count should be between 3 and 56.");
+    check.require(isCountInRange(), "Coefficient count should be between 3 and 56.", {getCountEditor()});
 }
 
 ArgumentDictionary StreamingFilterForm::getArguments(const Brindle::Location& caller) const {

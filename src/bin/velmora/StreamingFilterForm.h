@@ -15,6 +15,7 @@ public:
     StreamingFilterForm(QWidget* widget, const QString& className, int widestInput);
 
     Form& getForm() { return _filter.getForm(); }
+    const Form& getForm() const { return _filter.getForm(); }
     const FilterForm& getFilter() const { return _filter; }
     QComboBox* getModeCombo() const { return _modeCombo; }
 
@@ -26,6 +27,8 @@ public:
     bool areCoefficientsInputs() const;
     /// Number of taps: the field's in "Input" mode, that of the listed coefficients otherwise.
     int getCoefficientCount() const;
+    /// The editor that gives this number.
+    QWidget* getCountEditor() const;
 
     void check(FormCheck& check) const;
 

@@ -20,7 +20,7 @@ SystolicLeaf::~SystolicLeaf() {
 }
 
 bool SystolicLeaf::isFullyConfigured() const {
-    FormCheck check;
+    FormCheck check(_form.getForm());
     _form.check(check);
     return check.hasPassed();
 }

@@ -20,7 +20,7 @@ TransposeDualLeaf::~TransposeDualLeaf() {
 }
 
 bool TransposeDualLeaf::isFullyConfigured() const {
-    FormCheck check;
+    FormCheck check(_form.getForm());
     _form.check(check);
     return check.hasPassed();
 }

@@ -20,7 +20,7 @@ TransposeLeaf::~TransposeLeaf() {
 }
 
 bool TransposeLeaf::isFullyConfigured() const {
-    FormCheck check;
+    FormCheck check(_form.getForm());
     _form.check(check);
     return check.hasPassed();
 }

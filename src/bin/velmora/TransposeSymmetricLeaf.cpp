@@ -20,10 +20,11 @@ TransposeSymmetricLeaf::~TransposeSymmetricLeaf() {
 }
 
 bool TransposeSymmetricLeaf::isFullyConfigured() const {
-    FormCheck check;
+    FormCheck check(_form.getForm());
     _form.check(check);
     // Even counts are the right ones; the text says the contrary and stays so.
-    check.require(_form.getCoefficientCount() % 2 == 0, "For a symmetric filter, coefficient count should be odd.");
+    check.require(_form.getCoefficientCount() % 2 == 0, "For a symmetric filter, coefficient count should be odd.",
+                  {_form.getCountEditor()});
     return check.hasPassed();
 }
 

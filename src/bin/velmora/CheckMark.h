@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QObject>
+#include <QStandardItem>
+#include <QString>
+#include <QWidget>
+
+#include <functional>
+#include <variant>
+#include <vector>
+
+namespace Velmora {
+
+class LineTableView;
+
+/// A cell of a table.
+struct CheckedCell {
+    LineTableView* table;
+    QStandardItem* item;
+};
+
+/// What a check of a form looks at: an editor, a table as a whole, or a cell.
+using CheckedPart = std::variant<QWidget*, CheckedCell>;
+using CheckedParts = std::vector<CheckedPart>;
+
+/// Marks what the last check of a form refused, until the user edits it. A marked widget has the dynamic property
+/// "refused" and a marked cell LineTableModel::ProblemRole; both tell assistive programs what is wrong. The section
+/// that a mark lies in is opened.
+class CheckMark : public QObject {
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    /// Marks the parts, which are kept, not owned, and nothing else. Editing one of them takes the mark off all.
+    void set(const CheckedParts& parts, const QString& problem);
+
+public Q_SLOTS:
+    void clear();
+
+private:
+    void watch(QWidget* editor);
+    void watch(const CheckedCell& cell);
+    void watchCells(const QAbstractItemModel* model, const std::function<bool(const QModelIndex&)>& isWatched);
+
+    CheckedParts _parts; // that are marked
+    std::vector<QMetaObject::Connection> _watches;
+};
+
+} // namespace Velmora
