@@ -5,12 +5,13 @@
 #include <QObject>
 #include <QRegularExpression>
 
+#include <cmath>
+
 namespace Velmora {
 
 QString DecimalType::getExpectation() const {
-    return QObject::tr("a number from %1 to %2 with at most %3 digits after the point")
-        .arg(toText(_minimum), toText(_maximum))
-        .arg(_decimals);
+    return QObject::tr("a multiple of %3 from %1 to %2")
+        .arg(toText(_minimum), toText(_maximum), toText(std::pow(10, -_decimals)));
 }
 
 QJsonObject DecimalType::getDescription() const {

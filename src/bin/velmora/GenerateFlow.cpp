@@ -13,7 +13,8 @@ std::string aborted(const std::string& reason) {
     return "Processing aborted [" + reason + "]";
 }
 
-/// Runs the work; what it throws is shown. True when it threw nothing.
+} // namespace
+
 bool runGuarded(const FailureRule& rule, const Brindle::Location& caller, const std::function<void()>& work) {
     const std::string unknown = "something strange...";
     try {
@@ -32,8 +33,6 @@ bool runGuarded(const FailureRule& rule, const Brindle::Location& caller, const 
     }
     return false;
 }
-
-} // namespace
 
 bool runGeneration(const std::string& title, const FailureRule& rule, const Brindle::Location& caller,
                    const std::function<bool()>& check, const std::function<void()>& work, DoneWhen doneWhen) {

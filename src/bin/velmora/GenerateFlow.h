@@ -20,6 +20,10 @@ inline constexpr FailureRule filter{true, false, "Generating failed"};
 inline constexpr FailureRule lineTable{true, true, "Generating Failed"}; // forms that hold a table of lines
 } // namespace FailureRules
 
+/// Runs the work of a generation; what it throws is shown as one error on the console, as `runGeneration` does it. True
+/// when it threw nothing.
+bool runGuarded(const FailureRule& rule, const Brindle::Location& caller, const std::function<void()>& work);
+
 /// What the work of a generation must not have done for this to be done. Scripts show errors and yet return a result.
 enum class DoneWhen { NothingThrown, NoErrorShown };
 

@@ -61,7 +61,7 @@ public:
 
     /// The configuration form of an IP that the program knows; null for another one, for which what follows must not be
     /// called.
-    const Form* getForm() const { return _form; }
+    Form* getForm() const { return _form; }
     /// What the form generates. Errors that are not in-house ones are located at `caller`.
     Generation getGeneration(const Brindle::Location& caller) const;
     /// The IP and what its form holds.

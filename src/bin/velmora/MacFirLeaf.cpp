@@ -65,7 +65,7 @@ ArgumentDictionary MacFirLeaf::getArguments() const {
         .add("%%APPLICATION%%", Quillon::application->getFullName().toStdString())
         .add("%%DSP_COUNT%%", _dspCount->value());
     _filter.addWidthArguments(arguments);
-    arguments.add("%%DATE%%", getDateLabel());
+    arguments.add("%%DATE%%", getGenerationDateLabel(BRINDLE_HERE));
     return arguments;
 }
 

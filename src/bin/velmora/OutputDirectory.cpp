@@ -22,18 +22,30 @@ QString getDirectories(QString name) {
     return lastComponent.isEmpty() ? name : name.remove(lastComponent);
 }
 
+QString getPath(const QString& directory, const QString& name) {
+    return directory + "/" + name;
+}
+
 } // namespace
 
+void requireInside(const QString& directory, const GeneratedFiles& files, const Brindle::Location& caller) {
+    for (const auto& [name, content] : files) {
+        if (!staysInside(name) || !staysInside(getDirectories(name))) {
+            throw Brindle::located(Brindle::Fatal("Unable to open file " + getPath(directory, name).toStdString()),
+                                   caller);
+        }
+    }
+}
+
+QString makeDirectories(const QString& directory, const QString& name) {
+    QDir(directory).mkpath("./" + getDirectories(name));
+    return getPath(directory, name);
+}
+
 void writeGeneratedFiles(const QString& directory, const GeneratedFiles& files, const Brindle::Location& caller) {
-    const auto getPath = [&directory](const QString& name) { return directory + "/" + name; };
-    for (const auto& [name, content] : files) {
-        if (!staysInside(name) || !staysInside(getDirectories(name)))
-            throw Brindle::located(Brindle::Fatal("Unable to open file " + getPath(name).toStdString()), caller);
-    }
-    for (const auto& [name, content] : files) {
-        QDir(directory).mkpath("./" + getDirectories(name));
-        HdlFile(getPath(name), caller).write(content);
-    }
+    requireInside(directory, files, caller);
+    for (const auto& [name, content] : files)
+        HdlFile(makeDirectories(directory, name), caller).write(content);
 }
 
 } // namespace Velmora

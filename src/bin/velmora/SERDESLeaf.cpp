@@ -203,7 +203,7 @@ ArgumentDictionary SERDESLeaf::getArguments() const {
         .add("%%DES_INPUT_DELAY_LINE%%", "(" + getAssociations(inputDelays) + ")")
         .addQuoted("%%DES_TRAINING_VALUE%%", trainingValue)
         .add("%%DES_LOCATIONS%%", getDESLocationString())
-        .add("%%DATE%%", getDateLabel());
+        .add("%%DATE%%", getGenerationDateLabel(BRINDLE_HERE));
     return arguments;
 }
 

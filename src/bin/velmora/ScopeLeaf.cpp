@@ -130,7 +130,7 @@ ArgumentDictionary ScopeLeaf::getArguments() const {
         .add("%%PRE_TRIGGER_SAMPLES%%", _scope.getPreTriggerSamples())
         .add("%%WINDOW_CAPTURE_LENGTH%%", _windowLength->value())
         .add("%%ADVANCED_EDGE_TRIGGER_VALUES%%", firstEdges)
-        .add("%%DATE%%", getDateLabel());
+        .add("%%DATE%%", getGenerationDateLabel(BRINDLE_HERE));
     return arguments;
 }
 

@@ -57,7 +57,7 @@ ArgumentDictionary StartupScopeLeaf::getArguments() const {
         .add("%%APPLICATION%%", Quillon::application->getFullName().toStdString())
         .add("%%TRIGGER_LINE_COUNT-1%%", getTriggerCount() - 1)
         .add("%%PRE_TRIGGER_SAMPLES%%", _scope.getPreTriggerSamples())
-        .add("%%DATE%%", getDateLabel());
+        .add("%%DATE%%", getGenerationDateLabel(BRINDLE_HERE));
     return arguments;
 }
 

@@ -90,7 +90,7 @@ ArgumentDictionary StreamingFilterForm::getArguments(const Brindle::Location& ca
     arguments.add("%%APPLICATION%%", Quillon::application->getFullName().toStdString())
         .add("%%COEF_ARE_INPUT_SIGNALS%%", Brindle::getLabel(isInput));
     _filter.addWidthArguments(arguments);
-    arguments.add("%%DATE%%", getDateLabel());
+    arguments.add("%%DATE%%", getGenerationDateLabel(caller));
     return arguments;
 }
 

@@ -150,7 +150,10 @@ void Console::showLine(ConsoleLineKind kind, const std::string& text) {
         line += text;
         std::ranges::replace_if(line, isControl, '?'); // a terminal would obey them
     }
-    (kind == ConsoleLineKind::Error ? std::cerr : std::cout) << line << std::endl;
+    if (kind == ConsoleLineKind::Error)
+        std::cerr << line << std::endl;
+    else if (!_isQuiet)
+        std::cout << line << std::endl;
     if (_logFile.is_open())
         _logFile << line << std::endl;
     const auto observers = _observers; // while it is told, an observer may take itself or another one off

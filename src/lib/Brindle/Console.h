@@ -25,6 +25,9 @@ public:
     /// Throws Critical when the file cannot be written.
     void setFullLogFile(const std::string& filename);
 
+    /// A quiet console shows errors alone on the standard streams; log file and observers get every line.
+    void setQuiet(bool isQuiet) { _isQuiet = isQuiet; }
+
     /// Shows a text; an argument that is not empty stands where the text holds its first "%".
     void print(const std::string& text, const std::string& argument = {});
     /// Shows something that the user should know but need not act upon.
@@ -54,6 +57,7 @@ private:
     void show(ConsoleLineKind kind, std::string_view text);
     void showLine(ConsoleLineKind kind, const std::string& text);
 
+    bool _isQuiet = false;
     unsigned _level = 0;
     unsigned long _errorCount = 0;
     std::chrono::steady_clock::time_point _timerStart = std::chrono::steady_clock::now();

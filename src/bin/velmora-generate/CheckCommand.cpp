@@ -1,0 +1,41 @@
+#include <velmora-generate/CheckCommand.h>
+
+#include <velmora-generate/ConfiguredIP.h>
+#include <velmora-generate/FileRun.h>
+#include <velmora-generate/Operands.h>
+
+#include <Brindle/Console.h>
+
+namespace GenerateTool {
+
+namespace {
+
+constexpr const char* help = R"(Usage: velmora-generate check FILE... [--json] [-q]
+
+Checks configurations as the forms of their IPs do before a generation. Scripts, which may refuse more, are not run.
+
+      --json   Write one JSON text, a list with an object for each file: "file", "ip", "succeeded" and "messages".
+  -q, --quiet  Show errors alone.
+
+Exit status: 0 when all files are good, 1 when one is not, 2 for a wrong command line.
+)";
+
+ExitCode run(const QCommandLineParser& commandLine, const QStringList& operands) {
+    requireFiles(operands);
+    const Catalogue catalogue;
+    return runOnFiles(operands, commandLine, [&catalogue](const QString& filename, FileReport& report) {
+        const ConfiguredIP configured = loadConfigured(catalogue, filename);
+        report.setIP(configured.ip.description);
+        const Velmora::Generation generation = configured.leaf->getGeneration(BRINDLE_HERE);
+        const bool isGood = generation.check() && Velmora::runGuarded(generation.failureRule, generation.caller,
+                                                                      [&generation] { generation.getArguments(); });
+        Brindle::console.print(isGood ? "Check done" : "Check failed");
+        return isGood;
+    });
+}
+
+} // namespace
+
+const Command checkCommand{"check", "check configurations", help, getFileOptions(), run};
+
+} // namespace GenerateTool

@@ -1,0 +1,12 @@
+#pragma once
+
+namespace GenerateTool {
+
+/// How a command ended, as the process's exit status.
+enum class ExitCode {
+    Done = 0,
+    Failed = 1, ///< Something was refused or could not be generated.
+    Usage = 2,  ///< The command line is wrong.
+};
+
+} // namespace GenerateTool

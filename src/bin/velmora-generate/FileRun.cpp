@@ -1,0 +1,72 @@
+#include <velmora-generate/FileRun.h>
+
+#include <velmora-generate/JsonOutput.h>
+
+#include <Brindle/Console.h>
+#include <Brindle/Exception.h>
+
+#include <exception>
+#include <optional>
+
+namespace GenerateTool {
+
+namespace {
+
+using Brindle::console;
+
+bool handleReporting(const QString& filename, FileReport& report, const FileHandler& handle) {
+    try {
+        return handle(filename, report);
+    } catch (const Brindle::Exception& exception) {
+        console.error(exception);
+    } catch (const std::exception& exception) {
+        console.error(exception.what());
+    }
+    return false;
+}
+
+QJsonObject getReport(const QString& filename, const FileHandler& handle) {
+    FileReport report(filename);
+    report.setSucceeded(handleReporting(filename, report, handle));
+    return report.toJson();
+}
+
+QJsonObject runOnFile(const QString& filename, const FileHandler& handle) {
+    console.print(filename.toStdString());
+    console.indent();
+    const QJsonObject report = getReport(filename, handle);
+    if (report.contains("output"))
+        console.print("Written to " + report["output"].toString().toStdString());
+    console.unindent();
+    return report;
+}
+
+} // namespace
+
+QList<QCommandLineOption> getFileOptions() {
+    return {QCommandLineOption("json"), QCommandLineOption(QStringList{"q", "quiet"})};
+}
+
+ExitCode runOnFiles(const QStringList& filenames, const QCommandLineParser& commandLine, const FileHandler& handle) {
+    std::optional<JsonOutput> json;
+    if (commandLine.isSet("json"))
+        json.emplace();
+    else
+        console.setQuiet(commandLine.isSet("quiet"));
+    QJsonArray reports;
+    QStringList failures;
+    for (const QString& filename : filenames) {
+        const QJsonObject report = runOnFile(filename, handle);
+        if (!report["succeeded"].toBool())
+            failures += filename;
+        reports += report;
+    }
+    if (json)
+        json->write(QJsonDocument(reports));
+    if (failures.isEmpty())
+        return ExitCode::Done;
+    console.error("Failed: " + failures.join(QStringLiteral(", ")).toStdString());
+    return ExitCode::Failed;
+}
+
+} // namespace GenerateTool

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QJsonDocument>
+
+namespace GenerateTool {
+
+/// Lets a program read the standard output: it gets one JSON text and nothing else. While it lives, the console shows
+/// errors alone and what scripts print goes to standard error.
+class JsonOutput {
+public:
+    JsonOutput();
+    JsonOutput(const JsonOutput&) = delete;
+    JsonOutput& operator=(const JsonOutput&) = delete;
+    ~JsonOutput();
+
+    /// Throws Brindle::Fatal when it cannot be written.
+    void write(const QJsonDocument& document);
+
+private:
+    const int _standardOutput; // a descriptor of its own
+};
+
+} // namespace GenerateTool

@@ -1,0 +1,67 @@
+#include <velmora-generate/ListCommand.h>
+
+#include <velmora-generate/Catalogue.h>
+#include <velmora-generate/IPJson.h>
+#include <velmora-generate/JsonOutput.h>
+#include <velmora-generate/Operands.h>
+
+#include <Brindle/Console.h>
+
+#include <QJsonArray>
+
+#include <algorithm>
+#include <vector>
+
+namespace GenerateTool {
+
+namespace {
+
+constexpr const char* help = R"(Usage: velmora-generate list [--json]
+
+Shows the installed IPs: name, category, company and variants.
+
+      --json  Write one JSON text, a list of objects that also hold the uid.
+)";
+
+QStringList toCells(const Velmora::IPDescription& description) {
+    QStringList variants;
+    for (const std::string& variant : description.variants)
+        variants += QString::fromStdString(variant);
+    return {QString::fromStdString(description.name), QString::fromStdString(description.category),
+            QString::fromStdString(description.company), variants.join(' ')};
+}
+
+void printTable(const std::vector<InstalledIP>& ips) {
+    std::vector<QStringList> rows{{"Name", "Category", "Company", "Variants"}};
+    for (const InstalledIP& ip : ips)
+        rows.push_back(toCells(ip.description));
+    for (const QStringList& row : rows) {
+        QString line;
+        for (int column = 0; column + 1 < row.size(); ++column) {
+            const auto widest = std::ranges::max(rows, {}, [column](const QStringList& r) { return r[column].size(); });
+            line += row[column].leftJustified(widest[column].size() + 2);
+        }
+        Brindle::console.print((line + row.last()).toStdString());
+    }
+}
+
+ExitCode run(const QCommandLineParser& commandLine, const QStringList& operands) {
+    requireNoOperand(operands);
+    const unsigned long errorCount = Brindle::console.getErrorCount();
+    const std::vector<InstalledIP> ips = Catalogue().getAll();
+    if (commandLine.isSet("json")) {
+        QJsonArray objects;
+        for (const InstalledIP& ip : ips)
+            objects += toJson(ip.description);
+        JsonOutput().write(QJsonDocument(objects));
+    } else {
+        printTable(ips);
+    }
+    return Brindle::console.getErrorCount() == errorCount ? ExitCode::Done : ExitCode::Failed;
+}
+
+} // namespace
+
+const Command listCommand{"list", "show the installed IPs", help, {QCommandLineOption("json")}, run};
+
+} // namespace GenerateTool

@@ -1,0 +1,65 @@
+#include <velmora-generate/Output.h>
+
+#include <velmora-generate/UsageError.h>
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace GenerateTool {
+
+namespace {
+
+/// Symbolic links followed as far as the path exists.
+QString toAbsolute(const QString& path) {
+    const QFileInfo file(path);
+    if (file.exists())
+        return file.canonicalFilePath();
+    const QString directory = QFileInfo(file.absolutePath()).canonicalFilePath();
+    return (directory.isEmpty() ? file.absolutePath() : directory) + "/" + file.fileName();
+}
+
+bool isFileName(const QString& name) {
+    return name != QLatin1String(".") && name != QLatin1String("..") && !name.contains('/') &&
+           !name.contains(QChar::Null);
+}
+
+} // namespace
+
+Output::Output(const std::optional<QString>& path, const QStringList& configurationFilenames)
+    : _path(path), _isShared(configurationFilenames.size() > 1) {
+    if (_path && _isShared && !QFileInfo(*_path).isDir()) {
+        throw Brindle::located(
+            UsageError("'" + _path->toStdString() + "' should be a directory, which takes the output of several files"),
+            BRINDLE_HERE);
+    }
+    for (const QString& filename : configurationFilenames)
+        _configurations += toAbsolute(filename);
+}
+
+QString Output::take(const QString& configurationFilename, const QString& entityName, bool isDirectory) {
+    const QString path = QDir::cleanPath(getPath(configurationFilename, entityName, isDirectory));
+    const QString absolutePath = toAbsolute(path);
+    if (_configurations.contains(absolutePath))
+        throw Brindle::located(Brindle::Fatal("Output would replace the configuration " + path.toStdString()),
+                               BRINDLE_HERE);
+    if (_taken.contains(absolutePath)) {
+        throw Brindle::located(Brindle::Fatal("Another configuration was generated into " + path.toStdString() +
+                                              ", give their entities different names"),
+                               BRINDLE_HERE);
+    }
+    _taken += absolutePath;
+    return path;
+}
+
+QString Output::getPath(const QString& configurationFilename, const QString& entityName, bool isDirectory) const {
+    if (!isNamedByEntity())
+        return *_path;
+    const QString name = isDirectory ? entityName : entityName + ".vhd";
+    if (!isFileName(name)) {
+        throw Brindle::located(Brindle::Fatal("Entity name makes no file name, name the file with --output"),
+                               BRINDLE_HERE, {{"entity", entityName.toStdString()}});
+    }
+    return _path.value_or(QFileInfo(configurationFilename).path()) + "/" + name;
+}
+
+} // namespace GenerateTool

@@ -1,0 +1,109 @@
+#include <velmora-generate/RunCommand.h>
+
+#include <velmora-generate/ConfiguredIP.h>
+#include <velmora-generate/FileRun.h>
+#include <velmora-generate/Operands.h>
+#include <velmora-generate/Output.h>
+#include <velmora-generate/OutputFiles.h>
+
+#include <velmora/HdlFile.h>
+#include <velmora/OutputDirectory.h>
+
+#include <Brindle/Console.h>
+
+#include <optional>
+#include <variant>
+
+namespace GenerateTool {
+
+namespace {
+
+using Brindle::console;
+using Velmora::Generation;
+
+constexpr const char* help = R"(Usage: velmora-generate run FILE... [-o OUTPUT] [--json] [-q]
+
+Generates from configurations what the program's window would. The output stands beside the configuration: a file named after the
+entity with the extension .vhd, or for an IP of several files a directory named after the entity. It is replaced only when its
+generation succeeded. A file that fails does not stop the others.
+
+  -o, --output OUTPUT  The output of the one FILE, or an existing directory for the outputs of several.
+      --json           Write one JSON text, a list with an object for each file: "file", "ip", "output", "succeeded"
+                       and "messages".
+  -q, --quiet          Show errors alone.
+
+SOURCE_DATE_EPOCH, when it is set, takes the place of the time of generation: seconds since 1970, shown in UTC.
+
+Exit status: 0 when all files were generated, 1 when one was not, 2 for a wrong command line.
+
+Example: velmora-generate run filter.velmora -o rtl/filter.vhd
+)";
+
+void write(const QString& path, const QString& text, const Brindle::Location& caller) {
+    OutputFiles output(caller);
+    output.add(path, Velmora::HdlFile::getContent(text, path, caller));
+    output.commit();
+}
+
+void write(const QString& directory, const Velmora::GeneratedFiles& files, const Brindle::Location& caller) {
+    Velmora::requireInside(directory, files, caller);
+    OutputFiles output(caller);
+    for (const auto& [name, content] : files) {
+        const QString path = Velmora::makeDirectories(directory, name);
+        output.add(path, Velmora::HdlFile::getContent(content, path, caller));
+    }
+    output.commit();
+}
+
+/// Runs the script and writes what it returns, unless it showed an error. True when the output was written.
+template <class Run>
+bool generateInto(const QString& path, const Run& run, const Brindle::Location& caller) {
+    const unsigned long errorCount = console.getErrorCount();
+    const auto generated = run();
+    if (console.getErrorCount() != errorCount)
+        return false;
+    write(path, generated, caller);
+    return true;
+}
+
+/// One generation with the console lines of the window.
+bool generate(const Generation& generation, const QString& filename, Output& output, FileReport& report) {
+    const auto check = [&] {
+        const bool isNamed = !output.isNamedByEntity() || !generation.entityName.isEmpty();
+        if (!isNamed)
+            console.error("Entity name not specified!");
+        return isNamed && generation.check();
+    };
+    const auto work = [&] {
+        const bool isDirectory = std::holds_alternative<Generation::FilesRun>(generation.run);
+        const QString path = output.take(filename, generation.entityName, isDirectory);
+        const auto intoPath = [&](const auto& run) { return generateInto(path, run, generation.caller); };
+        if (std::visit(intoPath, generation.run))
+            report.setOutput(path);
+    };
+    return Velmora::runGeneration(generation.title, generation.failureRule, generation.caller, check, work,
+                                  Velmora::DoneWhen::NoErrorShown);
+}
+
+ExitCode run(const QCommandLineParser& commandLine, const QStringList& operands) {
+    requireFiles(operands);
+    Output output(commandLine.isSet("output") ? std::optional(commandLine.value("output")) : std::nullopt, operands);
+    const Catalogue catalogue;
+    return runOnFiles(operands, commandLine, [&](const QString& filename, FileReport& report) {
+        const ConfiguredIP configured = loadConfigured(catalogue, filename);
+        report.setIP(configured.ip.description);
+        return generate(configured.leaf->getGeneration(BRINDLE_HERE), filename, output, report);
+    });
+}
+
+QList<QCommandLineOption> getOptions() {
+    auto options = getFileOptions();
+    options += QCommandLineOption(QStringList{"o", "output"}, QString(), QStringLiteral("OUTPUT"));
+    return options;
+}
+
+} // namespace
+
+const Command runCommand{"run", "generate from configurations", help, getOptions(), run};
+
+} // namespace GenerateTool

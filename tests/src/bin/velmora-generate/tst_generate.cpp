@@ -1,0 +1,548 @@
+#include <support/ConsoleRecorder.h>
+#include <support/TestMain.h>
+#include <support/TestPrefix.h>
+
+#include <velmora/Clock.h>
+#include <velmora/ConfigurationFile.h>
+#include <velmora/DescriptionFile.h>
+#include <velmora/IPLeaf.h>
+
+#include <Brindle/Exception.h>
+#include <Brindle/FileDialog.h>
+
+#include <QDateTime>
+#include <QDir>
+#include <QDirIterator>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QMap>
+#include <QProcess>
+#include <QPushButton>
+#include <QRegularExpression>
+
+#include <memory>
+
+using Velmora::IPLeaf;
+
+namespace {
+
+const QByteArray echo = "def generate(argDict):\n"
+                        "  return '\\n'.join(key + '=' + argDict[key] for key in sorted(argDict))\n";
+
+/// Files below a directory by their relative paths; that of a single file by the empty path.
+QMap<QString, QByteArray> filesOf(const QString& path) {
+    if (QFileInfo(path).isFile())
+        return {{"", readFile(path)}};
+    QMap<QString, QByteArray> files;
+    const QDir directory = QFileInfo(path).absoluteFilePath();
+    QDirIterator iterator(directory.path(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (iterator.hasNext()) {
+        const QString filename = iterator.next();
+        files[directory.relativeFilePath(filename)] = readFile(filename);
+    }
+    return files;
+}
+
+/// The lines without the blanks of their indents.
+QStringList withoutIndents(QStringList lines) {
+    return lines.replaceInStrings(QRegularExpression("^ +"), "");
+}
+
+QStringList exampleNames() {
+    QStringList names;
+    for (const QString& name : QDir(VELMORA_EXAMPLES).entryList({"*.velmora"}))
+        names += QFileInfo(name).baseName();
+    return names;
+}
+
+QByteArray example(const QString& name) {
+    return readFile(QString(VELMORA_EXAMPLES) + "/" + name + ".velmora");
+}
+
+} // namespace
+
+/// The program without a window, beside the pages of the window.
+class GenerateTest : public QObject {
+    Q_OBJECT
+
+private:
+    struct Outcome {
+        int status;
+        QByteArray output;
+        QStringList errors;
+
+        QJsonArray json() const { return QJsonDocument::fromJson(output).array(); }
+    };
+
+    /// Runs the program, or another one, in the test's directory with nothing of the user's own: no display, no home.
+    Outcome run(const QStringList& arguments, const QString& program = VELMORA_GENERATE) const;
+    Outcome generate(const QStringList& arguments) const { return run(QStringList("run") + arguments); }
+    void set(const QString& variable, const QString& value) { _environment.insert(variable, value); }
+    void useShippedCatalogue() {
+        qputenv("ORVANE_PREFIX", VELMORA_PREFIX);
+        set("ORVANE_PREFIX", VELMORA_PREFIX);
+    }
+    void copyExamples() const;
+    std::unique_ptr<IPLeaf> openShipped(const std::string& name) const;
+    /// Adds the systolic filter with that script and writes a configuration of it, the entity name as it stands in it.
+    void addFilter(const QByteArray& script, const QByteArray& entity = "fir",
+                   const QString& filename = "fir.velmora") const;
+
+    std::unique_ptr<TestPrefix> _prefix;
+    QProcessEnvironment _environment;
+
+private Q_SLOTS:
+    void init();
+    void cleanup() { _prefix.reset(); }
+
+    void sameAsTheWindow_data();
+    void sameAsTheWindow();
+    void sameRefusalsAsTheWindow_data();
+    void sameRefusalsAsTheWindow();
+    void catalogueCommands();
+    void descriptionsMatchConfigurations_data();
+    void descriptionsMatchConfigurations();
+    void wrongUsage_data();
+    void wrongUsage();
+    void outputPlaces();
+    void outputsInTheWay();
+    void failuresKeepTheOutput_data();
+    void failuresKeepTheOutput();
+    void oneFailureStopsNoOther();
+    void hostileConfigurations_data();
+    void hostileConfigurations();
+    void settingsAreLeftAlone();
+    void brokenNeighbours();
+    void sourceDateEpoch_data();
+    void sourceDateEpoch();
+    void exampleRepository();
+    void documentedExample();
+};
+
+void GenerateTest::init() {
+    _prefix = std::make_unique<TestPrefix>();
+    _environment = QProcessEnvironment();
+    set("ORVANE_PREFIX", _prefix->path());
+    set("PATH", qEnvironmentVariable("PATH"));
+    set("LC_ALL", "C.UTF-8");
+    set("SOURCE_DATE_EPOCH", "1767225600");
+    qputenv("SOURCE_DATE_EPOCH", "1767225600");
+}
+
+GenerateTest::Outcome GenerateTest::run(const QStringList& arguments, const QString& program) const {
+    QProcess process;
+    process.setProcessEnvironment(_environment);
+    process.start(program, arguments);
+    const bool hasEnded = process.waitForFinished(60'000) && process.exitStatus() == QProcess::NormalExit;
+    return {hasEnded ? process.exitCode() : -1, process.readAllStandardOutput(),
+            QString::fromUtf8(process.readAllStandardError()).split('\n', Qt::SkipEmptyParts)};
+}
+
+void GenerateTest::copyExamples() const {
+    for (const QString& name : QDir(VELMORA_EXAMPLES).entryList(QDir::Files))
+        _prefix->write(name, readFile(QString(VELMORA_EXAMPLES) + "/" + name));
+}
+
+std::unique_ptr<IPLeaf> GenerateTest::openShipped(const std::string& name) const {
+    for (const std::string& filename : Velmora::findDescriptionFiles(VELMORA_PREFIX)) {
+        if (Velmora::readDescriptionFile(filename, BRINDLE_HERE).name == name)
+            return std::make_unique<IPLeaf>(filename);
+    }
+    return nullptr;
+}
+
+void GenerateTest::addFilter(const QByteArray& script, const QByteArray& entity, const QString& filename) const {
+    _prefix->writeScript("share/velmora/Orvane/fir/generator.py", script);
+    _prefix->addIP("Orvane/fir", "name Systolic\ncategory DSP\nuid FIRSYSTOLIC\ncompany Orvane\nvariants FAMILYA\n"
+                                 "script generator.py\n");
+    _prefix->write(filename, example("fir_systolic").replace("= fir_systolic", "= " + entity));
+}
+
+void GenerateTest::sameAsTheWindow_data() {
+    QTest::addColumn<QString>("name");
+    for (const QString& name : exampleNames())
+        QTest::newRow(qPrintable(name)) << name;
+    QCOMPARE(exampleNames().size(), 9);
+}
+
+/// A configuration loaded into the window's page and generated there, and what the page saves, generated by the
+/// program.
+void GenerateTest::sameAsTheWindow() {
+    QFETCH(QString, name);
+    useShippedCatalogue();
+    const auto configuration = Velmora::readConfigurationFile(QString(VELMORA_EXAMPLES) + "/" + name + ".velmora");
+    const auto page = openShipped(configuration.getName());
+    page->setConfiguration(configuration);
+    const QString windowOutput = _prefix->path("window/" + name);
+    QDir().mkpath(QFileInfo(windowOutput).path());
+    Brindle::FileDialog::setSaveFileNameFunction([&](auto&&...) { return windowOutput; });
+    Brindle::FileDialog::setDirectoryFunction([&](auto&&...) { return windowOutput; });
+    ConsoleRecorder recorder;
+    QTest::mousePress(page->findChild<QPushButton*>("Generate"), Qt::LeftButton);
+
+    _prefix->write("saved.velmora", QByteArray::fromStdString(page->getConfiguration().getContent()));
+    QCOMPARE(readFile(_prefix->path("saved.velmora")), example(name));
+    const Outcome outcome = generate({"saved.velmora", "--json", "-o", "output"});
+    QCOMPARE(outcome.errors, QStringList());
+    QCOMPARE(outcome.status, 0);
+    QStringList messages;
+    const QJsonObject report = outcome.json().first().toObject();
+    for (const QJsonValue& message : report["messages"].toArray())
+        messages += message["text"].toString();
+    QCOMPARE(messages, withoutIndents(recorder.lines()));
+    QVERIFY(report["succeeded"].toBool());
+    QCOMPARE(report["output"].toString(), "output");
+    QVERIFY(!filesOf(windowOutput).isEmpty());
+    QCOMPARE(filesOf("output"), filesOf(windowOutput));
+}
+
+void GenerateTest::sameRefusalsAsTheWindow_data() {
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<QByteArray>("after");
+    QTest::addColumn<bool>("isChecked");
+    QTest::newRow("check of a form") << "fir_systolic" << QByteArray("Entity = fir_systolic") << QByteArray("Entity =")
+                                     << true;
+    QTest::newRow("check of the last field")
+        << "fir_transpose_symmetric" << QByteArray("27, 27") << QByteArray("27") << true;
+    QTest::newRow("arguments") << "fir_mac" << QByteArray("45, 211") << QByteArray("4.5, 211") << true;
+    QTest::newRow("value of a table") << "scope_bus" << QByteArray("Basic & Edges") << QByteArray("Basic") << true;
+    QTest::newRow("script") << "serdes_link" << QByteArray("= serdes_link") << QByteArray("= entity") << false;
+    QTest::newRow("script of the bridge")
+        << "spi_bridge" << QByteArray("= spi_bridge") << QByteArray("= 1bridge") << false;
+}
+
+void GenerateTest::sameRefusalsAsTheWindow() {
+    QFETCH(QString, name);
+    QFETCH(QByteArray, before);
+    QFETCH(QByteArray, after);
+    QFETCH(bool, isChecked);
+    useShippedCatalogue();
+    _prefix->write("wrong.velmora", example(name).replace(before, after));
+    const auto configuration = Velmora::readConfigurationFile("wrong.velmora");
+    const auto page = openShipped(configuration.getName());
+    page->setConfiguration(configuration);
+    Brindle::FileDialog::setSaveFileNameFunction([](auto&&...) { return QString("window"); });
+    Brindle::FileDialog::setDirectoryFunction([](auto&&...) { return QString("window"); });
+    ConsoleRecorder recorder;
+    QTest::mousePress(page->findChild<QPushButton*>("Generate"), Qt::LeftButton);
+    QStringList windowErrors = recorder.errors().replaceInStrings(QRegularExpression("^E: +"), "");
+    QVERIFY(!windowErrors.isEmpty());
+
+    const QStringList told = windowErrors + QStringList("Failed: wrong.velmora");
+    const Outcome outcome = generate({"wrong.velmora", "-o", "output"});
+    QCOMPARE(withoutIndents(outcome.errors), told);
+    QCOMPARE(outcome.status, 1);
+    QVERIFY(outcome.output.contains("Generating failed") || outcome.output.contains("Generating Failed"));
+    QVERIFY(!QFileInfo::exists("output"));
+    const Outcome check = run({"check", "wrong.velmora"});
+    QCOMPARE(check.status, isChecked ? 1 : 0);
+    QCOMPARE(withoutIndents(check.errors), isChecked ? told : QStringList());
+}
+
+void GenerateTest::catalogueCommands() {
+    useShippedCatalogue();
+    const Outcome list = run({"list"});
+    QCOMPARE(list.status, 0);
+    const QList<QByteArray> lines = list.output.split('\n');
+    QCOMPARE(lines.size(), 11); // titles, nine IPs, the end
+    QCOMPARE(lines.at(3), "SER/DES                     Interface/Serial  Orvane   FERROLITE CALDERA NIMBUS");
+    const QJsonObject ip = run({"list", "--json"}).json().at(2).toObject();
+    const QJsonObject expected{{"name", "SER/DES"},
+                               {"company", "Orvane"},
+                               {"uid", "SERDESINTERFACE"},
+                               {"category", "Interface/Serial"},
+                               {"variants", QJsonArray{"FERROLITE", "CALDERA", "NIMBUS"}}};
+    QCOMPARE(ip, expected);
+    const QByteArray description = run({"describe", "startupscope"}).output;
+    QVERIFY(description.contains("InputCount: Input line count\n  a whole number from 2 to 240\n  reset value: 2\n"));
+    QVERIFY(description.contains("TriggerCount, each with\n  Alias\n"));
+    const Outcome unknown = run({"describe", "Systolic filter"});
+    QCOMPARE(unknown.status, 2);
+    QVERIFY(unknown.errors.first().contains("No installed IP has the name or uid 'Systolic filter'"));
+}
+
+void GenerateTest::descriptionsMatchConfigurations_data() {
+    sameAsTheWindow_data();
+}
+
+/// The description has the keys of the configuration, and its reset values are those of the template.
+void GenerateTest::descriptionsMatchConfigurations() {
+    QFETCH(QString, name);
+    useShippedCatalogue();
+    const auto configuration = Velmora::Configuration::parse(example(name).toStdString(), "example");
+    const QString uid = QString::fromStdString(configuration.getUID());
+    const auto made = Velmora::Configuration::parse(run({"template", uid}).output.toStdString(), "template");
+    const QJsonObject description = QJsonDocument::fromJson(run({"describe", uid, "--json"}).output).object();
+    QCOMPARE(description["uid"].toString(), uid);
+    for (const QJsonValue& field : description["fields"].toArray()) {
+        const std::string key = field["key"].toString().toStdString();
+        QVERIFY2(configuration.find(key), key.c_str());
+        QVERIFY(!field["label"].toString().isEmpty() && !field["kind"].toString().isEmpty());
+        if (!field["reset"].isNull())
+            QCOMPARE(QString::fromStdString(made.getText(*made.find(key))), field["reset"].toString());
+    }
+    for (const QJsonValue& table : description["tables"].toArray()) {
+        const auto* row = made.find(table["key"].toString().toStdString() + "/0");
+        QVERIFY(row);
+        std::vector<std::string> cells;
+        for (const QJsonValue& column : table["columns"].toArray())
+            cells.push_back(column["reset"].toString().toStdString());
+        QCOMPARE(made.getList(*row), cells);
+        QVERIFY(made.find(table["count"].toString().toStdString()));
+    }
+}
+
+void GenerateTest::wrongUsage_data() {
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("problem");
+    QTest::newRow("nothing") << QStringList() << "No command given";
+    QTest::newRow("command") << QStringList{"generate"} << "Unknown command 'generate'";
+    QTest::newRow("option") << QStringList{"run", "--fast", "a"} << "Unknown option 'fast'";
+    QTest::newRow("option of another command") << QStringList{"list", "-o", "a"} << "Unknown option 'o'";
+    QTest::newRow("no value") << QStringList{"run", "a", "-o"} << "Missing value after '-o'";
+    QTest::newRow("operand too many") << QStringList{"list", "a"} << "Unexpected 'a'";
+    QTest::newRow("no IP") << QStringList{"template"} << "The name of the IP is missing";
+    QTest::newRow("two words") << QStringList{"describe", "Mac", "fir"} << "Give one IP, a name with blanks in quotes";
+    QTest::newRow("no file") << QStringList{"check"} << "The configuration file is missing";
+    QTest::newRow("no directory") << QStringList{"run", "a", "b", "-o", "c"}
+                                  << "'c' should be a directory, which takes the output of several files";
+}
+
+void GenerateTest::wrongUsage() {
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, problem);
+    const Outcome outcome = run(arguments);
+    QCOMPARE(outcome.status, 2);
+    QCOMPARE(outcome.errors, QStringList("velmora-generate: " + problem + "; see velmora-generate --help"));
+    QCOMPARE(outcome.output, "");
+}
+
+void GenerateTest::outputPlaces() {
+    useShippedCatalogue();
+    copyExamples();
+    QDir().mkpath("in/other");
+    for (const char* name : {"fir_mac.velmora", "spi_bridge.velmora"})
+        QFile::rename(name, QString("in/") + name);
+    QCOMPARE(generate({"in/fir_mac.velmora"}).output.split('\n').at(3), "  Written to in/fir_mac.vhd");
+    QVERIFY(readFile("in/fir_mac.vhd").contains("entity fir_mac is"));
+    QCOMPARE(generate({"in/spi_bridge.velmora", "-q"}).output, "");
+    QVERIFY(QFileInfo("in/spi_bridge/rtl/spi_bridge.vhd").isFile());
+    QCOMPARE(generate({"in/fir_mac.velmora", "in/spi_bridge.velmora", "-o", "in/other"}).status, 0);
+    QCOMPARE(filesOf("in/other/fir_mac.vhd"), filesOf("in/fir_mac.vhd"));
+    QCOMPARE(filesOf("in/other/spi_bridge"), filesOf("in/spi_bridge"));
+
+    // The bridge may be without a name, but then its output must have one.
+    _prefix->write("bare.velmora", example("spi_bridge").replace("= spi_bridge", "="));
+    const Outcome outcome = generate({"bare.velmora"});
+    QCOMPARE(outcome.errors, (QStringList{"    Entity name not specified!", "Failed: bare.velmora"}));
+}
+
+void GenerateTest::outputsInTheWay() {
+    addFilter(echo);
+    QDir().mkpath("directory");
+    const auto refusalOf = [this](const QStringList& arguments) {
+        const Outcome outcome = generate(arguments);
+        return outcome.status == 1 ? outcome.errors.first().trimmed() : QString();
+    };
+    QCOMPARE(refusalOf({"fir.velmora", "-o", "fir.velmora"}),
+             "Processing aborted [Output would replace the configuration fir.velmora]");
+    QCOMPARE(refusalOf({"fir.velmora", "-o", "no/such.vhd"}).section(" (", 0, 0),
+             "Processing aborted [Unable to open file no/such.vhd]");
+    QCOMPARE(refusalOf({"fir.velmora", "-o", "directory"}).section(" (", 0, 0),
+             "Processing aborted [Unable to open file directory]");
+    _prefix->write("copy.velmora", readFile("fir.velmora"));
+    QCOMPARE(
+        refusalOf({"fir.velmora", "copy.velmora"}),
+        "Processing aborted [Another configuration was generated into fir.vhd, give their entities different names]");
+    QVERIFY(!filesOf("fir.vhd").isEmpty()); // of the first one
+    QCOMPARE(generate({"fir.velmora", "-o", "/dev/null"}).status, 0);
+    QVERIFY(!QFileInfo("/dev/null").isFile());
+}
+
+void GenerateTest::failuresKeepTheOutput_data() {
+    QTest::addColumn<QByteArray>("script");
+    QTest::addColumn<QString>("error");
+    const QString provider = "Failed to generate the IP, please contact the provider.";
+    QTest::newRow("reports an error and returns")
+        << QByteArray("def generate(argDict):\n  printError('Too wide')\n  return 'x'\n") << "Too wide|" + provider;
+    QTest::newRow("raises") << QByteArray("def generate(argDict):\n  raise ValueError('no')\n")
+                            << "Traceback (most recent call last):|Processing aborted [Should not be here]";
+    QTest::newRow("returns no text") << QByteArray("def generate(argDict):\n  return []\n")
+                                     << "Processing aborted ['text' is not a string]";
+    QTest::newRow("exits") << QByteArray("def generate(argDict):\n  sys.exit(0)\n")
+                           << "Traceback (most recent call last):|Processing aborted [Should not be here]";
+    QTest::newRow("markers") << QByteArray("def generate(argDict):\n  return 'x\\n`protect end\\n'\n")
+                             << "Processing aborted [No \"`protect begin\" found]";
+}
+
+void GenerateTest::failuresKeepTheOutput() {
+    QFETCH(QByteArray, script);
+    QFETCH(QString, error);
+    addFilter(script);
+    _prefix->write("fir.vhd", "earlier");
+    const Outcome outcome = generate({"fir.velmora"});
+    QCOMPARE(outcome.status, 1);
+    QCOMPARE(withoutIndents(outcome.errors).join('|'), error + "|Failed: fir.velmora");
+    QVERIFY(outcome.output.endsWith("    Generating failed\n"));
+    QCOMPARE(readFile("fir.vhd"), "earlier");
+    QCOMPARE(QDir().entryList({"fir*"}), (QStringList{"fir.velmora", "fir.vhd"})); // nothing left behind
+}
+
+void GenerateTest::oneFailureStopsNoOther() {
+    addFilter(echo);
+    addFilter(echo, "second", "second.velmora");
+    _prefix->write("wrong.velmora", readFile("fir.velmora").replace("InputDataWidth = 12", "InputDataWidth = 40"));
+    const Outcome outcome = generate({"missing.velmora", "fir.velmora", "wrong.velmora", "second.velmora", "--json"});
+    QCOMPARE(outcome.status, 1);
+    QStringList succeeded;
+    for (const QJsonValue& report : outcome.json())
+        succeeded += report["file"].toString() + "=" + QVariant(report["succeeded"].toBool()).toString();
+    QCOMPARE(succeeded.join(' '), "missing.velmora=false fir.velmora=true wrong.velmora=false second.velmora=true");
+    QCOMPARE(
+        outcome.errors,
+        (QStringList{"  Unable to open configuration file (filename: missing.velmora)",
+                     "  '40' cannot be the value of 'InputDataWidth', expected a whole number from 8 to 18 (filename: "
+                     "wrong.velmora, line: 10)",
+                     "Failed: missing.velmora, wrong.velmora"}));
+    QVERIFY(readFile("fir.vhd").contains("%%ENTITY_NAME%%=fir\n") && readFile("second.vhd").contains("=second\n"));
+}
+
+void GenerateTest::hostileConfigurations_data() {
+    QTest::addColumn<QByteArray>("entity");
+    QTest::addColumn<QString>("message");
+    const QString character = "Processing aborted [Unsupported character in value]";
+    const QString name = "Processing aborted [Entity name makes no file name, name the file with --output]";
+    QTest::newRow("closes the quote") << QByteArray("x', 'a': open('ran', 'w').write('x') or '") << character;
+    QTest::newRow("ends the line") << QByteArray("\"x'}\\nopen('ran', 'w')\\n#\"") << character;
+    QTest::newRow("backslash") << QByteArray("x\\") << character;
+    QTest::newRow("NUL") << QByteArray("\"x\\x00y\"") << name;
+    QTest::newRow("climbs out") << QByteArray("../ran") << name;
+    QTest::newRow("absolute") << QByteArray("/tmp/ran") << name;
+}
+
+void GenerateTest::hostileConfigurations() {
+    QFETCH(QByteArray, entity);
+    QFETCH(QString, message);
+    addFilter("open('ran', 'w')\n" + echo, entity, "in/fir.velmora");
+    const Outcome outcome = generate({"in/fir.velmora"});
+    QCOMPARE(outcome.status, 1);
+    QCOMPARE(outcome.errors.first().trimmed().section(" (", 0, 0), message);
+    QCOMPARE(filesOf("in").keys(), QStringList("fir.velmora"));
+    QVERIFY(!QFileInfo::exists("ran") && !QFileInfo::exists("ran.vhd"));
+}
+
+void GenerateTest::settingsAreLeftAlone() {
+    addFilter(echo);
+    const QByteArray settings = "[SystolicLeaf]\nEntity=other\nTruncation=3\n";
+    _prefix->write("config/Orvane/Velmora.conf", settings);
+    set("XDG_CONFIG_HOME", _prefix->path("config"));
+    set("QT_QPA_PLATFORM", "xcb"); // without a display this one would end the program
+    QCOMPARE(generate({"fir.velmora"}).status, 0);
+    QVERIFY(run({"template", "Systolic"}).output.contains("\nEntity =\n"));
+    QCOMPARE(filesOf("config"), (QMap<QString, QByteArray>{{"Orvane/Velmora.conf", settings}}));
+}
+
+void GenerateTest::brokenNeighbours() {
+    addFilter(echo);
+    _prefix->addIP("Orvane/broken", "name Broken\n\n");
+    _prefix->addIP("Other/mute", "name Mute\ncategory C\nuid MUTE\ncompany Other\nvariants A\n");
+    QCOMPARE(generate({"fir.velmora"}).status, 0);
+    const Outcome list = run({"list"});
+    QCOMPARE(list.status, 1);
+    QVERIFY(list.output.contains("Mute") && list.output.contains("Systolic"));
+    QVERIFY(list.errors.first().startsWith("Invalid line: ''"));
+    QCOMPARE(run({"template", "Mute"}).errors, QStringList("IP 'Mute' of Other has no form, it cannot be generated"));
+    _prefix->write("gone.velmora", "company = Other\nname = Gone\nuid = GONE\n");
+    QCOMPARE(
+        generate({"gone.velmora"}).errors.first(),
+        "  No installed IP is 'Gone' of Other, 'velmora-generate list' shows those that are (filename: gone.velmora, "
+        "line: 2)");
+}
+
+void GenerateTest::sourceDateEpoch_data() {
+    QTest::addColumn<QByteArray>("value");
+    QTest::addColumn<QString>("date"); // empty for an error
+    QTest::newRow("begin") << QByteArray("0") << "01/01/1970 - 00:00";
+    QTest::newRow("in UTC") << QByteArray("1394028479") << "05/03/2014 - 14:07";
+    QTest::newRow("last") << QByteArray("253402300799") << "31/12/9999 - 23:59";
+    QTest::newRow("beyond") << QByteArray("253402300800") << "";
+    for (const char* wrong : {"", "now", "1.5", "-1", "+1", " 1", "1 ", "0x10", "99999999999999999999"})
+        QTest::newRow(qPrintable("'" + QString(wrong) + "'")) << QByteArray(wrong) << "";
+}
+
+void GenerateTest::sourceDateEpoch() {
+    QFETCH(QByteArray, value);
+    QFETCH(QString, date);
+    addFilter(echo);
+    set("SOURCE_DATE_EPOCH", value);
+    set("TZ", "Pacific/Auckland");
+    const Outcome outcome = generate({"fir.velmora"});
+    const QByteArray output = readFile("fir.vhd");
+    if (date.isEmpty()) {
+        QCOMPARE(outcome.errors.first().trimmed(),
+                 "Processing aborted [SOURCE_DATE_EPOCH should be a whole number of seconds since 1970 or not be set] "
+                 "(value: " +
+                     value + ")");
+        QVERIFY(output.isNull());
+        return;
+    }
+    QVERIFY(output.contains("%%DATE%%=" + date.toUtf8() + "\n"));
+    QCOMPARE(generate({"fir.velmora"}).status, 0);
+    QCOMPARE(readFile("fir.vhd"), output);
+}
+
+/// A repository of nine configurations and a Makefile, built without a display.
+void GenerateTest::exampleRepository() {
+    useShippedCatalogue();
+    copyExamples();
+    set("GENERATE", VELMORA_GENERATE);
+    set("SOURCE_DATE_EPOCH", "0");
+    const auto make = [this] { return run({"-s"}, "make"); };
+    const Outcome first = make();
+    QCOMPARE(first.errors, QStringList());
+    QCOMPARE(first.status, 0);
+    for (const QString& name : exampleNames())
+        QVERIFY2(QFileInfo(name == "spi_bridge" ? "spi_bridge/rtl/spi_bridge.vhd" : name + ".vhd").isFile(),
+                 qPrintable(name));
+
+    // One configuration changes; the outputs are all made older, so that a new one shows.
+    const QDateTime past = QDateTime::currentDateTime().addSecs(-100);
+    QStringList outputs = QDir().entryList({"*.vhd"});
+    outputs += "spi_bridge/.generated";
+    const auto timeOf = [](const QString& name) { return QFileInfo(name).lastModified(); };
+    const auto setTime = [](const QString& name, const QDateTime& time) {
+        QFile file(name);
+        return file.open(QIODevice::ReadWrite) && file.setFileTime(time, QFileDevice::FileModificationTime);
+    };
+    for (const QString& output : outputs)
+        QVERIFY(setTime(output, past));
+    for (const QString& name : exampleNames())
+        QVERIFY(setTime(name + ".velmora", past.addSecs(-100)));
+    const QByteArray before = readFile("fir_systolic.vhd");
+    _prefix->write("fir_systolic.velmora", example("fir_systolic").replace("400", "401"));
+    QCOMPARE(make().status, 0);
+    QStringList renewed;
+    for (const QString& output : outputs) {
+        if (timeOf(output) > past.addSecs(1))
+            renewed += output;
+    }
+    QCOMPARE(renewed, QStringList("fir_systolic.vhd"));
+    QVERIFY(readFile("fir_systolic.vhd") != before);
+}
+
+/// The page shows an example as it is.
+void GenerateTest::documentedExample() {
+    QByteArray shown;
+    for (const QByteArray& line : example("scope_bus").trimmed().split('\n'))
+        shown += line.isEmpty() ? "\n" : "    " + line + "\n";
+    const QByteArray page = readFile(VELMORA_CONFIGURATIONS_PAGE);
+    QVERIFY(page.contains(shown));
+    for (const QString& name : exampleNames())
+        QVERIFY2(page.contains("(examples/" + name.toUtf8() + ".velmora)"), qPrintable(name));
+}
+
+VELMORA_TEST_MAIN(GenerateTest)
+#include "tst_generate.moc"

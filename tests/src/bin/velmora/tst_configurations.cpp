@@ -1,0 +1,378 @@
+#include <support/TestMain.h>
+#include <support/TestPrefix.h>
+
+#include <velmora/ConfigurationFile.h>
+#include <velmora/ConfigurationValue.h>
+#include <velmora/Form.h>
+#include <velmora/IPLeaf.h>
+#include <velmora/LineTableView.h>
+
+#include <Brindle/Exception.h>
+
+#include <QDir>
+#include <QSettings>
+
+#include <functional>
+#include <memory>
+#include <random>
+
+using Velmora::Configuration;
+using Velmora::IPLeaf;
+
+namespace {
+
+const QByteArray scopeText = "company = Orvane\n"                              // 1
+                             "name = Scope\n"                                  // 2
+                             "uid = SCOPE\n"                                   // 3
+                             "\n"                                              // 4
+                             "CaptureDepth = 6K\n"                             // 5
+                             "CaptureMode = Multiple windows\n"                // 6
+                             "Entity = la\n"                                   // 7
+                             "InputCount = 17\n"                               // 8
+                             "MultipleLevelTrigger = Enable\n"                 // 9
+                             "PreTriggerSamples = 33\n"                        // 10
+                             "StoreTrigger = Enable\n"                         // 11
+                             "StoreWindow = Enable\n"                          // 12
+                             "TriggerCount = 2\n"                              // 13
+                             "TriggerMode = Basic & Edges\n"                   // 14
+                             "TriggerTableView/0 = \"a, b\", 1, 0\n"           // 15
+                             "TriggerTableView/1 = \"\", Both edges, Ignore\n" // 16
+                             "UserDataDelay = 1\n"                             // 17
+                             "WindowCaptureLength = 100\n";                    // 18
+const QByteArray linkText =
+    "company = Orvane\nname = SER/DES\nuid = SERDESINTERFACE\n\n"
+    "BankNumber = 10\nDES/Differential = False\nDES/InputSignalSlope = 7.5\nDES/PadType = LVCMOS_1.8V\n"
+    "DES/Termination = 50\nDES/TerminationReference = Floating\nDES/TrainingValue = 0101\n"
+    "DES/Turbo = True\nDESCount = 1\nDataSize = 4\nEntity = link\nLocationTableView/DES/0 = \"\"\n"
+    "LocationTableView/SER/0 = 03P, 0\nLocationTableView/SER/1 = 03N, 63\nPrefix = lk\n"
+    "SER/Differential = False\nSER/OutputCapacity = 12\nSER/PadType = SSTL_1.8V_II\n"
+    "SER/SlewRate = Medium\nSER/TrainingValue =\nSERCount = 2\nWordClock = 125\n";
+
+struct KnownIP {
+    const char* name;
+    const char* uid;
+};
+constexpr std::array knownIPs{KnownIP{"APB slave to serial master", "BRIDGE"},
+                              KnownIP{"Mac fir", "FIRMAC"},
+                              KnownIP{"Systolic", "FIRSYSTOLIC"},
+                              KnownIP{"Transpose", "FIRTRANSPOSE"},
+                              KnownIP{"Transpose dual", "FIRTRANSPOSEDUAL"},
+                              KnownIP{"Transpose symmetric", "FIRTRANSPOSESYMMETRIC"},
+                              KnownIP{"SER/DES", "SERDESINTERFACE"},
+                              KnownIP{"Scope", "SCOPE"},
+                              KnownIP{"Startup Scope", "STARTUPSCOPE"}};
+
+/// "line: message" of what the function refuses; empty when it refuses nothing.
+QString refusalOf(const std::function<void()>& function) {
+    try {
+        function();
+    } catch (const Brindle::Critical& exception) {
+        if (exception.getField("filename") != "some.velmora")
+            return "no file name";
+        return QString::fromStdString(exception.getField("line") + ": " + exception.getMessage());
+    }
+    return {};
+}
+
+Configuration parse(const QByteArray& text) {
+    return Configuration::parse(text.toStdString(), "some.velmora");
+}
+
+QByteArray contentOf(const IPLeaf& page) {
+    return QByteArray::fromStdString(page.getConfiguration().getContent());
+}
+
+/// Any text that a field of the type can hold.
+QString randomText(const Velmora::FieldType& type, std::mt19937& random) {
+    static const QStringList texts{"",
+                                   " both ends ",
+                                   "a, b",
+                                   "\"quoted\"",
+                                   "back\\slash",
+                                   "tab\there",
+                                   "line\nbreak",
+                                   "\x01\x7f",
+                                   QStringLiteral("\u00e9\u4e16\U0001f680"),
+                                   "# = x",
+                                   "x\"F1F\""};
+    const QJsonObject description = type.getDescription();
+    const QString kind = description["kind"].toString();
+    const auto pick = [&random](int size) { return static_cast<int>(random() % static_cast<unsigned>(size)); };
+    if (kind == "choice") {
+        const QVariantList items = description["items"].toVariant().toList();
+        return items.at(pick(items.size())).toString();
+    }
+    if (kind == "number") {
+        const int minimum = description["minimum"].toInt();
+        return QString::number(minimum + pick(description["maximum"].toInt() - minimum + 1));
+    }
+    if (kind == "decimal")
+        return QString::number(0.5 + 0.1 * pick(100), 'f', 1);
+    return kind == "coefficients" ? "1, x\"F1F\", \"" : texts.at(pick(texts.size()));
+}
+
+void fillRandomly(const IPLeaf& page, std::mt19937& random) {
+    for (const Velmora::FormField& field : page.getForm()->getFields())
+        field.setValue(*field.type->toValue(randomText(*field.type, random)));
+    for (const Velmora::FormTable& table : page.getForm()->getTables()) {
+        Velmora::LineTableModel& model = *table.view->getModel();
+        for (int row = 0; row < Velmora::LineTableModel::lineCount; ++row) {
+            QStringList cells;
+            for (int column = 1; column < model.columnCount(); ++column)
+                cells += randomText(model.getEditor(column)->getType(), random);
+            model.setCells(row, cells);
+        }
+    }
+}
+
+} // namespace
+
+/// Configurations as texts, and in the forms that they are for.
+class ConfigurationsTest : public QObject {
+    Q_OBJECT
+
+private:
+    std::unique_ptr<IPLeaf> open(const QString& name, const QString& uid) const {
+        return std::make_unique<IPLeaf>(
+            _prefix
+                ->addIP("Orvane/ip", "name " + name.toUtf8() + "\ncategory C\nuid " + uid.toUtf8() +
+                                         "\ncompany Orvane\nvariants FAMILYA\nscript generator.py\n")
+                .toStdString());
+    }
+    std::unique_ptr<IPLeaf> openFor(const QByteArray& text) const {
+        const Configuration configuration = parse(text);
+        return open(QString::fromStdString(configuration.getName()), QString::fromStdString(configuration.getUID()));
+    }
+
+    std::unique_ptr<TestPrefix> _prefix;
+
+private Q_SLOTS:
+    void init() { _prefix = std::make_unique<TestPrefix>(); }
+    void cleanup() { _prefix.reset(); }
+
+    void values_data();
+    void values();
+    void wrongValues_data();
+    void wrongValues();
+    void lenientText();
+    void wrongText_data();
+    void wrongText();
+    void sortedContent();
+    void everyFormAndBack_data();
+    void everyFormAndBack();
+    void tablesAndHiddenRows();
+    void refusedByForm_data();
+    void refusedByForm();
+    void files();
+};
+
+void ConfigurationsTest::values_data() {
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QByteArray>("asText");
+    QTest::addColumn<QByteArray>("asItem");
+    QTest::newRow("plain") << QByteArray("fir_1") << QByteArray("fir_1") << QByteArray("fir_1");
+    QTest::newRow("empty") << QByteArray("") << QByteArray("") << QByteArray("\"\"");
+    QTest::newRow("comma") << QByteArray("a, b") << QByteArray("a, b") << QByteArray("\"a, b\"");
+    QTest::newRow("inner quotes") << QByteArray("x\"F\\\"") << QByteArray("x\"F\\\"") << QByteArray("x\"F\\\"");
+    QTest::newRow("blank ends") << QByteArray(" a\t") << QByteArray("\" a\\t\"") << QByteArray("\" a\\t\"");
+    QTest::newRow("first quote") << QByteArray("\"\\a") << QByteArray("\"\\\"\\\\a\"") << QByteArray("\"\\\"\\\\a\"");
+    QTest::newRow("controls") << QByteArray("\r\n\0\x1f\x7f", 5) << QByteArray("\"\\r\\n\\x00\\x1f\\x7f\"")
+                              << QByteArray("\"\\r\\n\\x00\\x1f\\x7f\"");
+    QTest::newRow("not ASCII") << QByteArray("\xc3\xa9") << QByteArray("\xc3\xa9") << QByteArray("\xc3\xa9");
+}
+
+void ConfigurationsTest::values() {
+    namespace Value = Velmora::ConfigurationValue;
+    QFETCH(QByteArray, text);
+    QFETCH(QByteArray, asText);
+    QFETCH(QByteArray, asItem);
+    const std::string plain = text.toStdString();
+    QCOMPARE(Value::fromText(plain), asText.toStdString());
+    QCOMPARE(Value::toText(asText.toStdString()), std::optional(plain));
+    const std::vector<std::string> list{plain, "b", plain};
+    QCOMPARE(Value::fromList(list), (asItem + ", b, " + asItem).toStdString());
+    QCOMPARE(Value::toList((asItem + " ,b,\t" + asItem).toStdString()), std::optional(list));
+}
+
+void ConfigurationsTest::wrongValues_data() {
+    QTest::addColumn<QByteArray>("value");
+    for (const char* value :
+         {"\"", "\"a", "\"a\\\"", "\"a\" b", "\"\\q\"", "\"\\x4\"", "\"\\x41\"", "\"\\xff\"", "\"\\x+1\"", "\"\\"})
+        QTest::newRow(value) << QByteArray(value);
+}
+
+void ConfigurationsTest::wrongValues() {
+    QFETCH(QByteArray, value);
+    QCOMPARE(Velmora::ConfigurationValue::toText(value.toStdString()), std::nullopt);
+    QCOMPARE(Velmora::ConfigurationValue::toList("a, " + value.toStdString()), std::nullopt);
+}
+
+void ConfigurationsTest::lenientText() {
+    const auto page = openFor(scopeText);
+    QByteArray edited = "\xEF\xBB\xBF# a comment\r\n" + scopeText;
+    edited.replace(" = ", "\t=").replace("\n", "\r\n").replace("Entity\t=la", "  Entity\t=  \"la\"  ");
+    edited.chop(2);
+    page->setConfiguration(parse(edited));
+    QCOMPARE(contentOf(*page), scopeText);
+}
+
+void ConfigurationsTest::wrongText_data() {
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QString>("refusal");
+    const QByteArray head = "company = Orvane\nname = Scope\nuid = SCOPE\n";
+    const QString missing = " is missing, a configuration begins with company, name and uid of its IP";
+    QTest::newRow("no equals sign") << head + "Entity la\n"
+                                    << "4: Invalid line, expected 'key = value'";
+    QTest::newRow("no key") << head + "\n = la"
+                            << "5: Invalid line, expected 'key = value'";
+    QTest::newRow("control character")
+        << head + "Entity = \x1b[31m\n"
+        << "4: Control character, write it between double quotes as \\n, \\r, \\t or \\x and two digits";
+    QTest::newRow("NUL")
+        << head + QByteArray("Entity = l\0a", 12)
+        << "4: Control character, write it between double quotes as \\n, \\r, \\t or \\x and two digits";
+    QTest::newRow("twice") << head + "A = 1\nB = 2\nA = 1\n"
+                           << "6: 'A' is given in line 4 already, remove one of them";
+    QTest::newRow("open quotes") << QByteArray("company = \"Orvane\n")
+                                 << "1: Wrong double quotes or backslash in 'company'";
+    QTest::newRow("empty") << QByteArray() << "1: 'company'" + missing;
+    QTest::newRow("no name") << QByteArray("company = Orvane\nuid = SCOPE\n") << "1: 'name'" + missing;
+    QTest::newRow("no uid") << QByteArray("company = Orvane\nname = Scope\n") << "1: 'uid'" + missing;
+}
+
+void ConfigurationsTest::wrongText() {
+    QFETCH(QByteArray, text);
+    QTEST(refusalOf([&text] { parse(text); }), "refusal");
+}
+
+void ConfigurationsTest::sortedContent() {
+    Configuration configuration("Orvane", "Any", "ANY");
+    for (const char* key : {"T/10", "Tb", "T/x", "T/9", "Ta", "T/2b", "A"})
+        configuration.addText(key, "1");
+    const std::string content = "company = Orvane\nname = Any\nuid = ANY\n\n"
+                                "A = 1\nT/9 = 1\nT/10 = 1\nT/2b = 1\nT/x = 1\nTa = 1\nTb = 1\n";
+    QCOMPARE(configuration.getContent(), content);
+    QCOMPARE(Configuration::parse(content, "f").getContent(), content);
+}
+
+void ConfigurationsTest::everyFormAndBack_data() {
+    QTest::addColumn<QString>("uid");
+    for (const KnownIP& ip : knownIPs)
+        QTest::newRow(ip.name) << ip.uid;
+}
+
+void ConfigurationsTest::everyFormAndBack() {
+    QFETCH(QString, uid);
+    std::mt19937 random(20260101); // NOLINT: the same values in every run
+    auto page = open(QTest::currentDataTag(), uid);
+    QSettings().setValue(page->getForm()->getGroup() + "/Filepath", "/secret");
+    for (int run = 0; run < 20; ++run) {
+        fillRandomly(*page, random);
+        const QByteArray content = contentOf(*page);
+        QVERIFY(!content.contains("ath ="));
+        fillRandomly(*page, random);
+        page->setConfiguration(parse(content));
+        QCOMPARE(contentOf(*page), content);
+    }
+    const QByteArray last = contentOf(*page);
+    page.reset(); // the settings keep what was loaded
+    QCOMPARE(contentOf(*open(QTest::currentDataTag(), uid)), last);
+}
+
+void ConfigurationsTest::tablesAndHiddenRows() {
+    const auto page = openFor(linkText);
+    Velmora::LineTableModel& model = *page->getForm()->getTables().front().view->getModel();
+    model.setCells(2, {"15N", "7"}); // hidden, and gone once a configuration is loaded
+    page->setConfiguration(parse(linkText));
+    QCOMPARE(contentOf(*page), linkText);
+    QCOMPARE(model.getCells(1), (QStringList{"03N", "63"}));
+    QCOMPARE(model.getCells(2), (QStringList{"", "0"}));
+    QCOMPARE(model.item(1, 0)->text(), "SER1");
+}
+
+void ConfigurationsTest::refusedByForm_data() {
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<QByteArray>("after");
+    QTest::addColumn<QString>("refusal");
+    const auto add = [](const char* tag, const QByteArray& text, const char* before, const char* after,
+                        const char* refusal) {
+        QTest::newRow(tag) << text << QByteArray(before) << QByteArray(after) << QString(refusal);
+    };
+    add("other name", scopeText, "name = Scope", "name = Systolic",
+        "2: Configuration is for 'Systolic' of Orvane (uid SCOPE), not for 'Scope' of Orvane (uid SCOPE)");
+    add("other uid", scopeText, "uid = SCOPE", "uid = SCOPE2",
+        "2: Configuration is for 'Scope' of Orvane (uid SCOPE2), not for 'Scope' of Orvane (uid SCOPE)");
+    add("unknown key", scopeText, "Entity =", "entity =", "7: Unknown key 'entity', remove its line or correct it");
+    add("path", scopeText, "Entity", "Filepath = x\nEntity",
+        "7: Unknown key 'Filepath', remove its line or correct it");
+    add("row beyond the table", scopeText, "TriggerTableView/1", "TriggerTableView/32",
+        "16: Unknown key 'TriggerTableView/32', remove its line or correct it");
+    add("row with a zero", scopeText, "TriggerTableView/1", "TriggerTableView/01",
+        "16: Unknown key 'TriggerTableView/01', remove its line or correct it");
+    add("hidden row", scopeText, "TriggerCount = 2", "TriggerCount = 1",
+        "16: 'TriggerTableView/1' is beyond the TriggerCount of 1, remove its line or count more");
+    add("missing keys", scopeText, "Entity = la\nInputCount = 17\n", "",
+        "16: Missing keys, add a line for each: Entity, InputCount");
+    add("missing row", scopeText, "TriggerCount = 2", "TriggerCount = 4",
+        "18: Missing keys, add a line for each: TriggerTableView/2, TriggerTableView/3");
+    add("missing count", scopeText, "TriggerCount = 2\n", "", "17: Missing keys, add a line for each: TriggerCount");
+    add("number too large", scopeText, "InputCount = 17", "InputCount = 241",
+        "8: '241' cannot be the value of 'InputCount', expected a whole number from 2 to 240");
+    add("no number", scopeText, "InputCount = 17", "InputCount = 17 lines",
+        "8: '17 lines' cannot be the value of 'InputCount', expected a whole number from 2 to 240");
+    add("choice by place", scopeText, "StoreTrigger = Enable", "StoreTrigger = 0",
+        "11: '0' cannot be the value of 'StoreTrigger', expected one of Enable, Disable");
+    add("cell", scopeText, ", 1, 0", ", 2, 0",
+        "15: '2' cannot be the value of 'TriggerTableView/0', expected one of 0, 1, Rising edge, Falling edge, Both "
+        "edges, "
+        "Ignore");
+    add("too few cells", scopeText, ", 1, 0", ", 1", "15: 'TriggerTableView/0' has 2 values instead of 3");
+    add("cell quotes", scopeText, "\"a, b\"", "\"a, b", "15: Wrong double quotes or backslash in 'TriggerTableView/0'");
+    add("decimals", linkText, "Slope = 7.5", "Slope = 7.55",
+        "7: '7.55' cannot be the value of 'DES/InputSignalSlope', expected a multiple of 0.1 from 0.5 to 20.0");
+    add("decimal range", linkText, "Slope = 7.5", "Slope = 20.5",
+        "7: '20.5' cannot be the value of 'DES/InputSignalSlope', expected a multiple of 0.1 from 0.5 to 20.0");
+    add("delay", linkText, "03N, 63", "03N, 64",
+        "18: '64' cannot be the value of 'LocationTableView/SER/1', expected a whole number from 0 to 63");
+}
+
+void ConfigurationsTest::refusedByForm() {
+    QFETCH(QByteArray, text);
+    QFETCH(QByteArray, before);
+    QFETCH(QByteArray, after);
+    const auto page = openFor(text);
+    page->setConfiguration(parse(text));
+    QByteArray wrong = text;
+    wrong.replace(before, after).replace(" = la", " = changed").replace(" = lk", " = changed");
+    QTEST(refusalOf([&] { page->setConfiguration(parse(wrong)); }), "refusal");
+    QCOMPARE(contentOf(*page), text);
+}
+
+void ConfigurationsTest::files() {
+    const QString filename = _prefix->path("some.velmora");
+    Velmora::writeConfigurationFile(filename, parse(scopeText));
+    QCOMPARE(readFile(filename), scopeText);
+    QCOMPARE(Velmora::readConfigurationFile(filename).getContent(), scopeText.toStdString());
+
+    const auto messageOf = [](const QString& name) {
+        try {
+            Velmora::readConfigurationFile(name);
+        } catch (const Brindle::Critical& exception) {
+            return QString::fromStdString(exception.getMessage() + "|" + exception.getField("line"));
+        }
+        return QString();
+    };
+    QCOMPARE(messageOf(_prefix->path()), "Unable to open configuration file|");
+    _prefix->write("latin.velmora", scopeText + "Name = Andr\xe9\n");
+    QCOMPARE(messageOf("latin.velmora"), "Line is not UTF-8, save the file in this encoding|19");
+    _prefix->write("cut.velmora", scopeText + "Name = \xc3");
+    QCOMPARE(messageOf("cut.velmora"), "Line is not UTF-8, save the file in this encoding|19");
+    _prefix->write("large.velmora", QByteArray(1024 * 1024 + 1, '\n'));
+    QCOMPARE(messageOf("large.velmora"), "Configuration file is larger than 1 MiB|");
+    QVERIFY_EXCEPTION_THROWN(Velmora::writeConfigurationFile(_prefix->path("no/such"), parse(scopeText)),
+                             Brindle::Critical);
+}
+
+VELMORA_TEST_MAIN(ConfigurationsTest)
+#include "tst_configurations.moc"
