@@ -34,11 +34,14 @@ Folio::Folio(QWidget* parent) : QWidget(parent) {
         _buttonGroup.addButton(button, _stack->count());
         _stack->addWidget(page);
     };
-    addLeaf("IPs", createButton(QStringLiteral("IPs"), "ip", false), new IPsLeaf(this));
+    _ipsLeaf = new IPsLeaf(this);
+    addLeaf("IPs", createButton(QStringLiteral("IPs"), "ip", false), _ipsLeaf);
     columnLayout->addStretch(1);
     addLeaf("About", createButton(tr("About"), "about", true), Brindle::theme.getCapWidget(new AboutLeaf(this)));
     addLeaf("Settings", createButton(tr("Settings"), "settings", true), new SettingsLeaf(this));
     connect(&_buttonGroup, SIGNAL(buttonClicked(int)), this, SLOT(setLeaf(int)));
+    connect(_stack, &QStackedWidget::currentChanged, this, &Folio::shownIPChanged);
+    connect(_ipsLeaf, &IPsLeaf::shownLeafChanged, this, &Folio::shownIPChanged);
 
     auto* layout = new QGridLayout;
     layout->setColumnStretch(1, 1);
@@ -101,6 +104,15 @@ int Folio::getAboutLeafIndex() const {
             return index;
     }
     return -1;
+}
+
+IPLeaf* Folio::getShownIP() const {
+    return _stack->currentWidget() == _ipsLeaf ? _ipsLeaf->getShownLeaf() : nullptr;
+}
+
+void Folio::showIP(IPLeaf* leaf) {
+    raiseLeaf(static_cast<unsigned long>(_stack->indexOf(_ipsLeaf)));
+    _ipsLeaf->showLeaf(leaf);
 }
 
 void Folio::setTitle(const QString& title) {
