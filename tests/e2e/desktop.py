@@ -7,9 +7,8 @@ import time
 TIMEOUT = 60  # seconds for anything that is waited for
 
 # Places in the window of 1000 x 600, at logical pixels from its upper left corner.
-IPS_BUTTON = (60, 40)
-TREE = (265, 390)
-FIRST_FIELD = (620, 258)
+IPS_BUTTON = (60, 64)
+FIRST_FIELD = (620, 274)
 
 
 class Desktop:
@@ -68,10 +67,11 @@ class Desktop:
         time.sleep(0.2)
 
     def show_ip(self, name):
-        """Opens the IPs page and finds the IP in the tree by its name."""
+        """Opens the IPs page and finds the IP by its name."""
         self.click(*IPS_BUTTON)
-        self.click(*TREE)
+        self.key("ctrl+f")
         self.type(name)
+        self.key("Return", "Escape")
         time.sleep(0.5)
 
     def key(self, *keys):

@@ -36,14 +36,17 @@ Folio::Folio(QWidget* parent) : QWidget(parent) {
         columnLayout->addWidget(button);
         _buttonGroup.addButton(button, id);
     };
+    _ipsLeaf = new IPsLeaf(this);
     addButton("IPs", createButton(QStringLiteral("IPs"), "ip", false));
-    _stack->addWidget(new IPsLeaf(this));
+    _stack->addWidget(_ipsLeaf);
     columnLayout->addStretch(1);
     addButton("About", createButton(tr("About"), "about", true));
     _stack->addWidget(Brindle::theme.getCapWidget(new AboutLeaf(this)));
     addButton("Settings", createButton(tr("Settings"), "settings", true));
     _stack->addWidget(new SettingsLeaf(this));
     connect(&_buttonGroup, SIGNAL(buttonClicked(int)), this, SLOT(setLeaf(int)));
+    connect(_stack, &QStackedWidget::currentChanged, this, &Folio::shownIPChanged);
+    connect(_ipsLeaf, &IPsLeaf::shownLeafChanged, this, &Folio::shownIPChanged);
 
     auto* layout = new QGridLayout;
     layout->setColumnStretch(1, 1);
@@ -123,6 +126,15 @@ int Folio::getAboutLeafIndex() const {
             return index;
     }
     return -1;
+}
+
+IPLeaf* Folio::getShownIP() const {
+    return _stack->currentWidget() == _ipsLeaf ? _ipsLeaf->getShownLeaf() : nullptr;
+}
+
+void Folio::showIP(IPLeaf* leaf) {
+    raiseLeaf(static_cast<unsigned long>(_stack->indexOf(_ipsLeaf)));
+    _ipsLeaf->showLeaf(leaf);
 }
 
 void Folio::setTitle(const QString& title) {

@@ -10,6 +10,9 @@
 
 namespace Velmora {
 
+class IPLeaf;
+class IPsLeaf;
+
 /// The pages of the window (IP browser, About, Settings) with a column of buttons that choose among them and a title
 /// line. A button's id is the index of its page.
 class Folio : public QWidget {
@@ -28,8 +31,17 @@ public:
     /// Index of the About page; -1 when there is none or it is suppressed.
     int getAboutLeafIndex() const;
 
+    /// The IP whose page the user sees; null while the browser is not the current page.
+    IPLeaf* getShownIP() const;
+    /// Shows the browser with the page of that IP.
+    void showIP(IPLeaf* leaf);
+
     /// Shows the title in bold above the page.
     void setTitle(const QString& title);
+
+Q_SIGNALS:
+    /// The user sees the page of another IP, or none any more.
+    void shownIPChanged();
 
 public Q_SLOTS:
     /// Shows the page with that index.
@@ -43,6 +55,7 @@ private:
 
     QButtonGroup _buttonGroup;
     QStackedWidget* _stack = nullptr;
+    IPsLeaf* _ipsLeaf = nullptr;
     QLabel* _titleLabel = nullptr;
 };
 

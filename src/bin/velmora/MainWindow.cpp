@@ -1,5 +1,7 @@
 #include <velmora/MainWindow.h>
 
+#include <velmora/FileDrop.h>
+#include <velmora/FileMenu.h>
 #include <velmora/Folio.h>
 #include <velmora/SettingsKeys.h>
 #include <velmora/StyleSheetPause.h>
@@ -10,6 +12,7 @@
 
 #include <QCloseEvent>
 #include <QIcon>
+#include <QMenuBar>
 #include <QPixmap>
 #include <QSettings>
 
@@ -26,6 +29,7 @@ MainWindow::MainWindow() {
     resize(1000, 600);
     loadSettings();
     show();
+    connect(new FileDrop(this), &FileDrop::dropped, _fileMenu, &FileMenu::open);
 }
 
 void MainWindow::createWidgets() {
@@ -42,6 +46,9 @@ void MainWindow::createWidgets() {
 
     _consoleSplitter->setSizes({7500, 2500});
     setCentralWidget(_consoleSplitter);
+
+    _fileMenu = new FileMenu(_folio, this);
+    menuBar()->addMenu(_fileMenu);
 }
 
 void MainWindow::loadSettings() {

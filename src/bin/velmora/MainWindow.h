@@ -7,9 +7,11 @@
 
 namespace Velmora {
 
+class FileMenu;
 class Folio;
 
-/// The program's window: the folio of pages above the console. It keeps its geometry, state and splitter between runs.
+/// The program's window: the folio of pages above the console, and the File menu, whose configurations can also be
+/// dropped on the window. It keeps its geometry, state and splitter between runs.
 class MainWindow : public QMainWindow {
     Q_OBJECT
 
@@ -27,6 +29,7 @@ private:
 
     Quillon::Owned<IPHandler> _ipHandler;
     Folio* _folio = nullptr;
+    FileMenu* _fileMenu = nullptr;
     QSplitter* _consoleSplitter = nullptr;
 };
 

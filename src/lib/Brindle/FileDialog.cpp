@@ -1,6 +1,7 @@
 #include <Brindle/FileDialog.h>
 
 #include <Brindle/DirectoryDialog.h>
+#include <Brindle/OpenFileDialog.h>
 #include <Brindle/SaveFileDialog.h>
 
 namespace Brindle {
@@ -8,6 +9,7 @@ namespace Brindle {
 namespace {
 
 FileDialog::SaveFileNameFunction saveFileNameFunction;
+FileDialog::OpenFileNameFunction openFileNameFunction;
 FileDialog::DirectoryFunction directoryFunction;
 
 } // namespace
@@ -20,6 +22,14 @@ QString FileDialog::getSaveFileName(QWidget* parent, const QString& caption, con
     return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().constFirst() : QString();
 }
 
+QString FileDialog::getOpenFileName(QWidget* parent, const QString& caption, const QString& path,
+                                    const QString& filter) {
+    if (openFileNameFunction)
+        return openFileNameFunction(parent, caption, path, filter);
+    OpenFileDialog dialog(parent, caption, path, filter);
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().constFirst() : QString();
+}
+
 QString FileDialog::getDirectory(QWidget* parent, const QString& caption, const QString& path) {
     if (directoryFunction)
         return directoryFunction(parent, caption, path);
@@ -29,6 +39,10 @@ QString FileDialog::getDirectory(QWidget* parent, const QString& caption, const 
 
 void FileDialog::setSaveFileNameFunction(SaveFileNameFunction function) {
     saveFileNameFunction = std::move(function);
+}
+
+void FileDialog::setOpenFileNameFunction(OpenFileNameFunction function) {
+    openFileNameFunction = std::move(function);
 }
 
 void FileDialog::setDirectoryFunction(DirectoryFunction function) {

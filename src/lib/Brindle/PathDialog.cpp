@@ -6,6 +6,7 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QMessageBox>
+#include <QRegularExpression>
 #include <QTreeView>
 
 namespace Brindle {
@@ -16,6 +17,12 @@ constexpr QSize initialSize(760, 480); // pixels
 constexpr QSize sidebarIconSize(16, 16);
 constexpr int nameColumn = 0; // of the detailed list
 constexpr int dateColumn = 3;
+
+/// True when the name ends in what a user means as an extension: "fir.txt" does, "fir_v1.2" does not.
+bool hasExtension(const QString& name) {
+    static const QRegularExpression pattern(QStringLiteral("\\.[A-Za-z]\\w*$"));
+    return pattern.match(name).hasMatch();
+}
 
 } // namespace
 
@@ -40,6 +47,18 @@ QString PathDialog::getTypedPath() const {
     if (name == QLatin1String("~") || name.startsWith(QLatin1String("~/")))
         name.replace(0, 1, QDir::homePath());
     return QDir::cleanPath(directory().absoluteFilePath(name));
+}
+
+QString PathDialog::getCompletedPath(const QString& path) const {
+    const QString extension = getExtension(selectedNameFilter());
+    if (extension.isEmpty() || hasExtension(path))
+        return path;
+    return path.endsWith(QLatin1Char('.')) ? path + extension : path + QLatin1Char('.') + extension;
+}
+
+QString PathDialog::getExtension(const QString& filter) {
+    static const QRegularExpression pattern(QStringLiteral("\\*\\.(\\w+)"));
+    return pattern.match(filter).captured(1);
 }
 
 void PathDialog::refuse(const QString& reason) {

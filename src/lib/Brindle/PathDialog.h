@@ -19,6 +19,10 @@ protected:
     QLineEdit* getNameEdit() const;
     /// The typed name as an absolute path; a leading "~" stands for the home folder.
     QString getTypedPath() const;
+    /// The path with the extension of the chosen filter, if it has none.
+    QString getCompletedPath(const QString& path) const;
+    /// The extension of a filter's first pattern: "vhd" of "VHDL (*.vhd)"; empty when it names none.
+    static QString getExtension(const QString& filter);
 
     /// Tells the user why what was typed cannot be taken, and lets it be typed over.
     void refuse(const QString& reason);

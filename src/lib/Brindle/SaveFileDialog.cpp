@@ -3,25 +3,8 @@
 #include <Brindle/PathParts.h>
 
 #include <QLineEdit>
-#include <QRegularExpression>
 
 namespace Brindle {
-
-namespace {
-
-/// The extension of a filter's first pattern: "vhd" of "VHDL (*.vhd)"; empty when it names none.
-QString extensionOf(const QString& filter) {
-    static const QRegularExpression pattern(QStringLiteral("\\*\\.(\\w+)"));
-    return pattern.match(filter).captured(1);
-}
-
-/// True when the name ends in what a user means as an extension: "fir.txt" does, "fir_v1.2" does not.
-bool hasExtension(const QString& name) {
-    static const QRegularExpression pattern(QStringLiteral("\\.[A-Za-z]\\w*$"));
-    return pattern.match(name).hasMatch();
-}
-
-} // namespace
 
 SaveFileDialog::SaveFileDialog(QWidget* parent, const QString& caption, const QString& path, const QString& filter)
     : PathDialog(parent, caption, filter) {
@@ -30,7 +13,7 @@ SaveFileDialog::SaveFileDialog(QWidget* parent, const QString& caption, const QS
     const PathParts parts = PathParts::split(path);
     setDirectory(parts.folder);
     const QString name = QFileInfo(path).fileName();
-    const bool isOnlyExtension = name == QLatin1Char('.') + extensionOf(filter);
+    const bool isOnlyExtension = name == QLatin1Char('.') + getExtension(filter);
     if (!isOnlyExtension)
         selectFile(name);
 }
@@ -46,15 +29,8 @@ void SaveFileDialog::accept() {
                    .arg(QDir::toNativeSeparators(folder.filePath())));
         return;
     }
-    getNameEdit()->setText(completed(path));
+    getNameEdit()->setText(getCompletedPath(path));
     PathDialog::accept();
-}
-
-QString SaveFileDialog::completed(const QString& path) const {
-    const QString extension = extensionOf(selectedNameFilter());
-    if (extension.isEmpty() || hasExtension(path))
-        return path;
-    return path.endsWith(QLatin1Char('.')) ? path + extension : path + QLatin1Char('.') + extension;
 }
 
 } // namespace Brindle

@@ -14,9 +14,6 @@ public:
 protected:
     /// Completes the typed name and refuses one whose folder does not exist.
     void accept() override;
-
-private:
-    QString completed(const QString& path) const;
 };
 
 } // namespace Brindle

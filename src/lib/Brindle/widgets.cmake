@@ -22,6 +22,7 @@ add_library(BrindleWidgets STATIC
     FileDialog.cpp FileDialog.h
     FileIconProvider.cpp FileIconProvider.h
     LineIconEngine.cpp LineIconEngine.h
+    OpenFileDialog.cpp OpenFileDialog.h
     PathDialog.cpp PathDialog.h
     PathParts.cpp PathParts.h
     PopupDelegate.cpp PopupDelegate.h

@@ -71,6 +71,34 @@ void FileDialogTest::save() {
     QVERIFY(robot.isDone());
 }
 
+void FileDialogTest::open_data() {
+    QTest::addColumn<QString>("proposed");
+    QTest::addColumn<Steps>("steps");
+    QTest::addColumn<QString>("chosen"); // below the folder; empty when cancelled
+    const auto enter = DialogRobot::enterName;
+    const auto press = DialogRobot::press;
+    const auto cancel = DialogRobot::cancel;
+    QTest::newRow("proposal that exists") << "old.vhd" << Steps{confirmProposal("old.vhd")} << "old.vhd";
+    QTest::newRow("proposal that does not") << "new.vhd" << Steps{confirmProposal(QString()), cancel()} << QString();
+    QTest::newRow("proposal in a missing folder") << "gone/deep/x.vhd" << Steps{enter("old.vhd")} << "old.vhd";
+    QTest::newRow("extension left out") << "x.vhd" << Steps{enter("old")} << "old.vhd";
+    QTest::newRow("file without extension") << "x.vhd" << Steps{enter("plain")} << "plain";
+    QTest::newRow("enters a folder") << "x.vhd" << Steps{enter("sub"), enter("../old.vhd")} << "old.vhd";
+    QTest::newRow("no such file") << "x.vhd" << Steps{enter("gone"), press("OK"), enter("old")} << "old.vhd";
+    QTest::newRow("cancelled") << "old.vhd" << Steps{cancel()} << QString();
+}
+
+void FileDialogTest::open() {
+    QFETCH(QString, proposed);
+    QFETCH(Steps, steps);
+    QFETCH(QString, chosen);
+    const DialogRobot robot(steps);
+    const QString path = FileDialog::getOpenFileName(nullptr, caption, _folder.filePath(proposed),
+                                                     QStringLiteral("VHDL (*.vhd);;All files (*)"));
+    QCOMPARE(path, chosen.isEmpty() ? QString() : _folder.filePath(chosen));
+    QVERIFY(robot.isDone());
+}
+
 void FileDialogTest::directory_data() {
     QTest::addColumn<QString>("proposed");
     QTest::addColumn<Steps>("steps");
@@ -109,19 +137,28 @@ void FileDialogTest::functionsReplaceDialogs() {
             asked = QStringList{title, path, filter};
             return QStringLiteral("/answer.vhd");
         });
+    FileDialog::setOpenFileNameFunction(
+        [&](QWidget*, const QString& title, const QString& path, const QString& filter) {
+            asked = QStringList{title, path, filter};
+            return QStringLiteral("/read.vhd");
+        });
     FileDialog::setDirectoryFunction([&](QWidget*, const QString& title, const QString& path) {
         asked = QStringList{title, path};
         return QStringLiteral("/answer");
     });
     QCOMPARE(FileDialog::getSaveFileName(nullptr, "a", "b", "c"), QStringLiteral("/answer.vhd"));
     QCOMPARE(asked, QStringList({"a", "b", "c"}));
+    QCOMPARE(FileDialog::getOpenFileName(nullptr, "f", "g", "h"), QStringLiteral("/read.vhd"));
+    QCOMPARE(asked, QStringList({"f", "g", "h"}));
     QCOMPARE(FileDialog::getDirectory(nullptr, "d", "e"), QStringLiteral("/answer"));
     QCOMPARE(asked, QStringList({"d", "e"}));
 
     FileDialog::setSaveFileNameFunction(nullptr);
+    FileDialog::setOpenFileNameFunction(nullptr);
     FileDialog::setDirectoryFunction(nullptr);
-    const DialogRobot robot({DialogRobot::cancel(), DialogRobot::cancel()});
+    const DialogRobot robot({DialogRobot::cancel(), DialogRobot::cancel(), DialogRobot::cancel()});
     QCOMPARE(FileDialog::getSaveFileName(nullptr, "a", "b", "c"), QString());
+    QCOMPARE(FileDialog::getOpenFileName(nullptr, "f", "g", "h"), QString());
     QCOMPARE(FileDialog::getDirectory(nullptr, "d", "e"), QString());
     QVERIFY(robot.isDone());
 }

@@ -10,6 +10,8 @@ private Q_SLOTS:
     void initTestCase();
     void save_data();
     void save();
+    void open_data();
+    void open();
     void directory_data();
     void directory();
     void functionsReplaceDialogs();
