@@ -36,8 +36,8 @@ Folio::Folio(QWidget* parent) : QWidget(parent) {
         columnLayout->addWidget(button);
         _buttonGroup.addButton(button, id);
     };
-    _ipsLeaf = new IPsLeaf(this);
     addButton("IPs", createButton(QStringLiteral("IPs"), "ip", false));
+    _ipsLeaf = new IPsLeaf(this);
     _stack->addWidget(_ipsLeaf);
     columnLayout->addStretch(1);
     addButton("About", createButton(tr("About"), "about", true));
