@@ -314,6 +314,7 @@ void GenerateTest::wrongUsage_data() {
     QTest::newRow("no IP") << QStringList{"template"} << "The name of the IP is missing";
     QTest::newRow("two words") << QStringList{"describe", "Mac", "fir"} << "Give one IP, a name with blanks in quotes";
     QTest::newRow("no file") << QStringList{"check"} << "The configuration file is missing";
+    QTest::newRow("empty output") << QStringList{"run", "a", "-o", ""} << "The output has an empty name";
     QTest::newRow("no directory") << QStringList{"run", "a", "b", "-o", "c"}
                                   << "'c' should be a directory, which takes the output of several files";
 }
@@ -366,10 +367,13 @@ void GenerateTest::outputsInTheWay() {
              "Processing aborted [Unable to open file no/such.vhd]");
     QCOMPARE(refusalOf({"fir.velmora", "-o", "directory"}).section(" (", 0, 0),
              "Processing aborted [Unable to open file directory]");
+    QCOMPARE(refusalOf({"fir.velmora", "-o", "none/"}).section(" (", 0, 0),
+             "Processing aborted [Unable to open file none/]");
+    QVERIFY(!QFileInfo::exists("none"));
     _prefix->write("copy.velmora", readFile("fir.velmora"));
     QCOMPARE(
         refusalOf({"fir.velmora", "copy.velmora"}),
-        "Processing aborted [Another configuration was generated into fir.vhd, give their entities different names]");
+        "Processing aborted [Another configuration has the output fir.vhd too, give their entities different names]");
     QVERIFY(!filesOf("fir.vhd").isEmpty()); // of the first one
     QCOMPARE(generate({"fir.velmora", "-o", "/dev/null"}).status, 0);
     QVERIFY(!QFileInfo("/dev/null").isFile());
