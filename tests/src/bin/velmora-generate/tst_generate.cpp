@@ -117,6 +117,7 @@ private Q_SLOTS:
     void hostileConfigurations();
     void settingsAreLeftAlone();
     void brokenNeighbours();
+    void noInstallation();
     void sourceDateEpoch_data();
     void sourceDateEpoch();
     void exampleRepository();
@@ -486,6 +487,16 @@ void GenerateTest::brokenNeighbours() {
         errors.at(1),
         "  No installed IP is 'Gone' of Other, 'velmora-generate list' shows those that are (filename: gone.velmora, "
         "line: 2)");
+}
+
+void GenerateTest::noInstallation() {
+    for (const QString& prefix : {QString(), QString("absent")}) {
+        set("ORVANE_PREFIX", prefix);
+        const Outcome outcome = run({"list"});
+        QCOMPARE(outcome.status, 2);
+        QVERIFY(outcome.errors.first().startsWith("velmora-generate: ORVANE_PREFIX is "));
+        QCOMPARE(outcome.output, "");
+    }
 }
 
 void GenerateTest::sourceDateEpoch_data() {
