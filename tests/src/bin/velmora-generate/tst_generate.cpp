@@ -428,7 +428,7 @@ void GenerateTest::oneFailureStopsNoOther() {
     QCOMPARE(succeeded.join(' '), "missing.velmora=false fir.velmora=true wrong.velmora=false second.velmora=true");
     QCOMPARE(
         outcome.errors,
-        (QStringList{"  Unable to open configuration file (filename: missing.velmora)",
+        (QStringList{"  Unable to open configuration file (filename: missing.velmora, reason: There is no such file)",
                      "  '40' cannot be the value of 'InputDataWidth', expected a whole number from 8 to 18 (filename: "
                      "wrong.velmora, line: 10)",
                      "Failed: missing.velmora, wrong.velmora"}));
