@@ -80,6 +80,8 @@ private:
     /// Runs the program, or another one, in the test's directory with nothing of the user's own: no display, no home.
     Outcome run(const QStringList& arguments, const QString& program = VELMORA_GENERATE) const;
     Outcome generate(const QStringList& arguments) const { return run(QStringList("run") + arguments); }
+    /// What the shell offers for the last of the words behind the program's name.
+    Outcome complete(const QStringList& words);
     void set(const QString& variable, const QString& value) { _environment.insert(variable, value); }
     void useShippedCatalogue() {
         qputenv("ORVANE_PREFIX", VELMORA_PREFIX);
@@ -124,6 +126,7 @@ private Q_SLOTS:
     void documentedExample();
     void completion_data();
     void completion();
+    void completionRunsNothing();
 };
 
 void GenerateTest::init() {
@@ -146,6 +149,13 @@ GenerateTest::Outcome GenerateTest::run(const QStringList& arguments, const QStr
     if (Brindle::isDebug()) // errors tell their location there
         errors.replaceInStrings(QRegularExpression(" \\[[^\\[\\]]*, line \\d+\\]$"), "");
     return {hasEnded ? process.exitCode() : -1, process.readAllStandardOutput(), errors};
+}
+
+GenerateTest::Outcome GenerateTest::complete(const QStringList& words) {
+    set("PATH", QFileInfo(VELMORA_GENERATE).path() + ":" + qEnvironmentVariable("PATH"));
+    const QString script = "source \"$0\"; COMP_WORDS=(velmora-generate \"$@\"); COMP_CWORD=$#; _velmora_generate; "
+                           "printf '%s\\n' \"${COMPREPLY[@]}\"";
+    return run(QStringList{"-c", script, VELMORA_COMPLETION} + words, "bash");
 }
 
 void GenerateTest::copyExamples() const {
@@ -598,14 +608,19 @@ void GenerateTest::completion() {
     _prefix->write("zone.velmora", "");
     _prefix->write("zone.vhd", "");
     QDir().mkpath("zoo");
-    set("PATH", QFileInfo(VELMORA_GENERATE).path() + ":" + qEnvironmentVariable("PATH"));
-    const QString script = "source \"$0\"; COMP_WORDS=(velmora-generate \"$@\"); COMP_CWORD=$#; _velmora_generate; "
-                           "printf '%s\\n' \"${COMPREPLY[@]}\"";
-    const Outcome outcome = run(QStringList{"-c", script, VELMORA_COMPLETION} + words, "bash");
+    const Outcome outcome = complete(words);
     QCOMPARE(outcome.errors, QStringList());
     QStringList replies = QString(outcome.output).split('\n', Qt::SkipEmptyParts);
     replies.sort();
     QTEST(replies, "replies");
+}
+
+/// A uid may hold any characters, and the shell expands the words that it completes.
+void GenerateTest::completionRunsNothing() {
+    _prefix->addIP("Other/hostile", "name A\ncategory C\nuid $(>ran)\ncompany Other\nvariants A\n");
+    _prefix->addIP("Other/plain", "name B\ncategory C\nuid PLAIN-1.0\ncompany Other\nvariants A\n");
+    QCOMPARE(complete({"template", ""}).output, "PLAIN-1.0\n");
+    QVERIFY(!QFileInfo::exists("ran"));
 }
 
 VELMORA_TEST_MAIN(GenerateTest)
