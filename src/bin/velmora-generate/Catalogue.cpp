@@ -6,8 +6,11 @@
 #include <Brindle/Console.h>
 #include <Brindle/Exception.h>
 
+#include <QFileInfo>
+
 #include <algorithm>
 #include <cstdlib>
+#include <iterator>
 #include <tuple>
 
 namespace GenerateTool {
@@ -18,15 +21,13 @@ using Velmora::Configuration;
 using Velmora::IPDescription;
 
 std::string getPrefix() {
-    if (const char* prefix = std::getenv("ORVANE_PREFIX"); prefix && *prefix)
-        return prefix;
-    throw Brindle::located(
-        UsageError("ORVANE_PREFIX is not set, it should name the directory that holds share/velmora"), BRINDLE_HERE);
-}
-
-void show(const std::vector<Brindle::Critical>& wrongDescriptions) {
-    for (const Brindle::Critical& exception : wrongDescriptions)
-        Brindle::console.error(exception);
+    const char* const prefix = std::getenv("ORVANE_PREFIX");
+    const std::string wanted = "it should name the directory that holds share/velmora";
+    if (!prefix || !*prefix)
+        throw Brindle::located(UsageError("ORVANE_PREFIX is not set, " + wanted), BRINDLE_HERE);
+    if (!QFileInfo(QString::fromUtf8(prefix) + "/share/velmora").isDir())
+        throw Brindle::located(UsageError("ORVANE_PREFIX is '" + std::string(prefix) + "', " + wanted), BRINDLE_HERE);
+    return prefix;
 }
 
 bool isEqual(const std::string& text, const QString& wanted) {
@@ -35,35 +36,35 @@ bool isEqual(const std::string& text, const QString& wanted) {
 
 } // namespace
 
-Catalogue::Catalogue() : _descriptionFilenames(Velmora::findDescriptionFiles(getPrefix())) {}
-
-std::vector<InstalledIP> Catalogue::getAll() const {
-    Content content = read();
-    show(content.wrongDescriptions);
-    std::ranges::sort(content.ips, {}, [](const InstalledIP& ip) {
-        return std::tie(ip.description.name, ip.description.company, ip.description.uid);
-    });
-    return content.ips;
-}
-
-Catalogue::Content Catalogue::read() const {
-    Content content;
-    for (const std::string& filename : _descriptionFilenames) {
+Catalogue::Catalogue() {
+    for (const std::string& filename : Velmora::findDescriptionFiles(getPrefix())) {
         try {
-            content.ips.push_back({filename, Velmora::readDescriptionFile(filename, BRINDLE_HERE)});
+            _ips.push_back({filename, Velmora::readDescriptionFile(filename, BRINDLE_HERE)});
         } catch (const Brindle::Critical& exception) {
-            content.wrongDescriptions.push_back(exception);
+            _wrongDescriptions.push_back(exception);
         }
     }
-    return content;
+    std::ranges::sort(_ips, {}, [](const InstalledIP& ip) {
+        return std::tie(ip.description.name, ip.description.company, ip.description.uid);
+    });
+}
+
+const std::vector<InstalledIP>& Catalogue::getAll() const {
+    showWrongDescriptions();
+    return _ips;
+}
+
+void Catalogue::showWrongDescriptions() const {
+    for (const Brindle::Critical& exception : _wrongDescriptions)
+        Brindle::console.error(exception);
 }
 
 std::vector<InstalledIP> Catalogue::select(const std::function<bool(const IPDescription&)>& isWanted) const {
-    Content content = read();
-    std::erase_if(content.ips, [&isWanted](const InstalledIP& ip) { return !isWanted(ip.description); });
-    if (content.ips.empty())
-        show(content.wrongDescriptions);
-    return content.ips;
+    std::vector<InstalledIP> selected;
+    std::ranges::copy_if(_ips, std::back_inserter(selected), isWanted, &InstalledIP::description);
+    if (selected.empty())
+        showWrongDescriptions();
+    return selected;
 }
 
 InstalledIP Catalogue::getNamed(const QString& name) const {

@@ -25,11 +25,11 @@ struct InstalledIP {
 /// nobody who asks for one.
 class Catalogue {
 public:
-    /// Throws UsageError when the variable is not set.
+    /// Reads the descriptions. Throws UsageError when the variable does not name an installation.
     Catalogue();
 
     /// Every IP, by name and company. A description that is wrong is shown as an error and left out.
-    std::vector<InstalledIP> getAll() const;
+    const std::vector<InstalledIP>& getAll() const;
     /// The IP of that name or unique identifier, in either case. Throws UsageError when there is none or more than one.
     InstalledIP getNamed(const QString& name) const;
     /// The IP that a configuration is for: at least the company and the name are its. Throws Brindle::Critical when
@@ -37,16 +37,12 @@ public:
     InstalledIP getConfigured(const Velmora::Configuration& configuration) const;
 
 private:
-    struct Content {
-        std::vector<InstalledIP> ips;
-        std::vector<Brindle::Critical> wrongDescriptions;
-    };
-
-    Content read() const;
+    void showWrongDescriptions() const;
     /// When there is none, wrong descriptions are shown as errors: one of them may be what is wanted.
     std::vector<InstalledIP> select(const std::function<bool(const Velmora::IPDescription&)>& isWanted) const;
 
-    const std::vector<std::string> _descriptionFilenames;
+    std::vector<InstalledIP> _ips; // by name and company
+    std::vector<Brindle::Critical> _wrongDescriptions;
 };
 
 /// The form of an IP. Throws Brindle::Critical when it has none.

@@ -48,7 +48,8 @@ void printTable(const std::vector<InstalledIP>& ips) {
 ExitCode run(const QCommandLineParser& commandLine, const QStringList& operands) {
     requireNoOperand(operands);
     const unsigned long errorCount = Brindle::console.getErrorCount();
-    const std::vector<InstalledIP> ips = Catalogue().getAll();
+    const Catalogue catalogue;
+    const std::vector<InstalledIP>& ips = catalogue.getAll();
     if (commandLine.isSet("json")) {
         QJsonArray objects;
         for (const InstalledIP& ip : ips)

@@ -27,6 +27,8 @@ bool isFileName(const QString& name) {
 
 Output::Output(const std::optional<QString>& path, const QStringList& configurationFilenames)
     : _path(path), _isShared(configurationFilenames.size() > 1) {
+    if (_path && _path->isEmpty())
+        throw Brindle::located(UsageError("The output has an empty name"), BRINDLE_HERE);
     if (_path && _isShared && !QFileInfo(*_path).isDir()) {
         throw Brindle::located(
             UsageError("'" + _path->toStdString() + "' should be a directory, which takes the output of several files"),
@@ -37,14 +39,19 @@ Output::Output(const std::optional<QString>& path, const QStringList& configurat
 }
 
 QString Output::take(const QString& configurationFilename, const QString& entityName, bool isDirectory) {
-    const QString path = QDir::cleanPath(getPath(configurationFilename, entityName, isDirectory));
+    const QString givenPath = getPath(configurationFilename, entityName, isDirectory);
+    if (!isDirectory && givenPath.endsWith('/')) {
+        throw Brindle::located(Brindle::Fatal("Unable to open file " + givenPath.toStdString()), BRINDLE_HERE,
+                               {{"reason", "It names a directory, name the file"}});
+    }
+    const QString path = QDir::cleanPath(givenPath);
     const QString absolutePath = toAbsolute(path);
     if (_configurations.contains(absolutePath))
         throw Brindle::located(Brindle::Fatal("Output would replace the configuration " + path.toStdString()),
                                BRINDLE_HERE);
     if (_taken.contains(absolutePath)) {
-        throw Brindle::located(Brindle::Fatal("Another configuration was generated into " + path.toStdString() +
-                                              ", give their entities different names"),
+        throw Brindle::located(Brindle::Fatal("Another configuration has the output " + path.toStdString() +
+                                              " too, give their entities different names"),
                                BRINDLE_HERE);
     }
     _taken += absolutePath;

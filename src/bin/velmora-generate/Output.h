@@ -14,7 +14,8 @@ namespace GenerateTool {
 class Output {
 public:
     /// `path` is that of the command line, as far as it gives one: the output of the one configuration, or the
-    /// directory of those of several. Throws UsageError when there are several and it is no directory.
+    /// directory of those of several. Throws UsageError when it is empty, and when there are several and it is no
+    /// directory.
     Output(const std::optional<QString>& path, const QStringList& configurationFilenames);
 
     /// True when the entity names the output.

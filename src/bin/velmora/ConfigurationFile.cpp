@@ -4,6 +4,7 @@
 
 #include <Brindle/Exception.h>
 
+#include <QFileInfo>
 #include <QObject>
 #include <QSaveFile>
 #include <QTextCodec>
@@ -33,6 +34,12 @@ void requireUtf8(std::string_view text, const std::string& filename) {
     }
 }
 
+std::string getReason(const QFileInfo& file) {
+    if (!file.exists())
+        return "There is no such file";
+    return file.isFile() ? "It may not be read" : "It is no regular file";
+}
+
 } // namespace
 
 Configuration readConfigurationFile(const QString& filename) {
@@ -40,7 +47,7 @@ Configuration readConfigurationFile(const QString& filename) {
     const auto content = readRegularFile(name, largestFile + 1);
     if (!content) {
         throw Brindle::located(Brindle::Critical("Unable to open configuration file"), BRINDLE_HERE,
-                               {{"filename", name}});
+                               {{"filename", name}, {"reason", getReason(QFileInfo(filename))}});
     }
     if (content->size() > largestFile) {
         throw Brindle::located(Brindle::Critical("Configuration file is larger than 1 MiB"), BRINDLE_HERE,

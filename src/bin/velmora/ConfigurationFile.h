@@ -6,8 +6,9 @@
 
 namespace Velmora {
 
-/// Reads a configuration file. Throws Brindle::Critical with the field "filename" when it cannot be read or is larger
-/// than 1 MiB, with "filename" and "line" when it is not UTF-8, and what `Configuration::parse` throws.
+/// Reads a configuration file. Throws Brindle::Critical with the fields "filename" and "reason" when it cannot be
+/// read, with "filename" when it is larger than 1 MiB, with "filename" and "line" when it is not UTF-8, and what
+/// `Configuration::parse` throws.
 Configuration readConfigurationFile(const QString& filename);
 
 /// Replaces the file as a whole or not at all. Throws Brindle::Critical with the fields "filename" and "reason".

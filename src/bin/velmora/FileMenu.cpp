@@ -24,7 +24,7 @@ namespace {
 using Brindle::console;
 
 /// Shows what goes wrong in the work.
-void runGuarded(const std::function<void()>& work) {
+void runShowingErrors(const std::function<void()>& work) {
     try {
         work();
     } catch (const Brindle::Exception& exception) {
@@ -95,7 +95,7 @@ void FileMenu::onLoad() {
         Brindle::FileDialog::getOpenFileName(_window, tr("Load configuration"), proposeFilename(leaf),
                                              getConfigurationFilter() + ";;" + tr("All files (*)"));
     if (!filename.isEmpty())
-        runGuarded([&] { load(leaf, readConfigurationFile(filename), filename); });
+        runShowingErrors([&] { load(leaf, readConfigurationFile(filename), filename); });
 }
 
 void FileMenu::onSave() {
@@ -105,7 +105,7 @@ void FileMenu::onSave() {
                                                                   proposeFilename(leaf), getConfigurationFilter());
     if (filename.isEmpty())
         return;
-    runGuarded([&] {
+    runShowingErrors([&] {
         writeConfigurationFile(filename, leaf.getConfiguration());
         remember(leaf, filename);
         console.print("Configuration saved in %", filename.toStdString());
@@ -114,7 +114,7 @@ void FileMenu::onSave() {
 
 void FileMenu::open(const QStringList& filenames) {
     for (const QString& filename : filenames)
-        runGuarded([&] { openFile(filename); });
+        runShowingErrors([&] { openFile(filename); });
 }
 
 void FileMenu::openFile(const QString& filename) {

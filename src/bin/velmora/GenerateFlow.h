@@ -30,8 +30,8 @@ enum class DoneWhen { NothingThrown, NoErrorShown };
 /// One generation as the console tells it: the title, then, indented, what the check and the work print and "Generating
 /// done". When the check fails, which has told why, "Generating failed" ends it; when the work throws, the exception as
 /// one error and the rule's closing line. A wrapped exception keeps its named fields and location; what is not of the
-/// in-house family is located at `caller`. Returns true when the generation is
-/// done; the closing line ends any other whose check passed.
+/// in-house family is located at `caller`. Returns true when the generation is done; the closing line ends any other
+/// whose check passed.
 bool runGeneration(const std::string& title, const FailureRule& rule, const Brindle::Location& caller,
                    const std::function<bool()>& check, const std::function<void()>& work,
                    DoneWhen doneWhen = DoneWhen::NothingThrown);

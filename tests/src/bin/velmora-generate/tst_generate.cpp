@@ -80,6 +80,8 @@ private:
     /// Runs the program, or another one, in the test's directory with nothing of the user's own: no display, no home.
     Outcome run(const QStringList& arguments, const QString& program = VELMORA_GENERATE) const;
     Outcome generate(const QStringList& arguments) const { return run(QStringList("run") + arguments); }
+    /// What the shell offers for the last of the words behind the program's name.
+    Outcome complete(const QStringList& words);
     void set(const QString& variable, const QString& value) { _environment.insert(variable, value); }
     void useShippedCatalogue() {
         qputenv("ORVANE_PREFIX", VELMORA_PREFIX);
@@ -117,12 +119,14 @@ private Q_SLOTS:
     void hostileConfigurations();
     void settingsAreLeftAlone();
     void brokenNeighbours();
+    void noInstallation();
     void sourceDateEpoch_data();
     void sourceDateEpoch();
     void exampleRepository();
     void documentedExample();
     void completion_data();
     void completion();
+    void completionRunsNothing();
 };
 
 void GenerateTest::init() {
@@ -145,6 +149,13 @@ GenerateTest::Outcome GenerateTest::run(const QStringList& arguments, const QStr
     if (Brindle::isDebug()) // errors tell their location there
         errors.replaceInStrings(QRegularExpression(" \\[[^\\[\\]]*, line \\d+\\]$"), "");
     return {hasEnded ? process.exitCode() : -1, process.readAllStandardOutput(), errors};
+}
+
+GenerateTest::Outcome GenerateTest::complete(const QStringList& words) {
+    set("PATH", QFileInfo(VELMORA_GENERATE).path() + ":" + qEnvironmentVariable("PATH"));
+    const QString script = "source \"$0\"; COMP_WORDS=(velmora-generate \"$@\"); COMP_CWORD=$#; _velmora_generate; "
+                           "printf '%s\\n' \"${COMPREPLY[@]}\"";
+    return run(QStringList{"-c", script, VELMORA_COMPLETION} + words, "bash");
 }
 
 void GenerateTest::copyExamples() const {
@@ -314,6 +325,7 @@ void GenerateTest::wrongUsage_data() {
     QTest::newRow("no IP") << QStringList{"template"} << "The name of the IP is missing";
     QTest::newRow("two words") << QStringList{"describe", "Mac", "fir"} << "Give one IP, a name with blanks in quotes";
     QTest::newRow("no file") << QStringList{"check"} << "The configuration file is missing";
+    QTest::newRow("empty output") << QStringList{"run", "a", "-o", ""} << "The output has an empty name";
     QTest::newRow("no directory") << QStringList{"run", "a", "b", "-o", "c"}
                                   << "'c' should be a directory, which takes the output of several files";
 }
@@ -366,10 +378,13 @@ void GenerateTest::outputsInTheWay() {
              "Processing aborted [Unable to open file no/such.vhd]");
     QCOMPARE(refusalOf({"fir.velmora", "-o", "directory"}).section(" (", 0, 0),
              "Processing aborted [Unable to open file directory]");
+    QCOMPARE(refusalOf({"fir.velmora", "-o", "none/"}).section(" (", 0, 0),
+             "Processing aborted [Unable to open file none/]");
+    QVERIFY(!QFileInfo::exists("none"));
     _prefix->write("copy.velmora", readFile("fir.velmora"));
     QCOMPARE(
         refusalOf({"fir.velmora", "copy.velmora"}),
-        "Processing aborted [Another configuration was generated into fir.vhd, give their entities different names]");
+        "Processing aborted [Another configuration has the output fir.vhd too, give their entities different names]");
     QVERIFY(!filesOf("fir.vhd").isEmpty()); // of the first one
     QCOMPARE(generate({"fir.velmora", "-o", "/dev/null"}).status, 0);
     QVERIFY(!QFileInfo("/dev/null").isFile());
@@ -423,7 +438,7 @@ void GenerateTest::oneFailureStopsNoOther() {
     QCOMPARE(succeeded.join(' '), "missing.velmora=false fir.velmora=true wrong.velmora=false second.velmora=true");
     QCOMPARE(
         outcome.errors,
-        (QStringList{"  Unable to open configuration file (filename: missing.velmora)",
+        (QStringList{"  Unable to open configuration file (filename: missing.velmora, reason: There is no such file)",
                      "  '40' cannot be the value of 'InputDataWidth', expected a whole number from 8 to 18 (filename: "
                      "wrong.velmora, line: 10)",
                      "Failed: missing.velmora, wrong.velmora"}));
@@ -482,6 +497,16 @@ void GenerateTest::brokenNeighbours() {
         errors.at(1),
         "  No installed IP is 'Gone' of Other, 'velmora-generate list' shows those that are (filename: gone.velmora, "
         "line: 2)");
+}
+
+void GenerateTest::noInstallation() {
+    for (const QString& prefix : {QString(), QString("absent")}) {
+        set("ORVANE_PREFIX", prefix);
+        const Outcome outcome = run({"list"});
+        QCOMPARE(outcome.status, 2);
+        QVERIFY(outcome.errors.first().startsWith("velmora-generate: ORVANE_PREFIX is "));
+        QCOMPARE(outcome.output, "");
+    }
 }
 
 void GenerateTest::sourceDateEpoch_data() {
@@ -583,14 +608,19 @@ void GenerateTest::completion() {
     _prefix->write("zone.velmora", "");
     _prefix->write("zone.vhd", "");
     QDir().mkpath("zoo");
-    set("PATH", QFileInfo(VELMORA_GENERATE).path() + ":" + qEnvironmentVariable("PATH"));
-    const QString script = "source \"$0\"; COMP_WORDS=(velmora-generate \"$@\"); COMP_CWORD=$#; _velmora_generate; "
-                           "printf '%s\\n' \"${COMPREPLY[@]}\"";
-    const Outcome outcome = run(QStringList{"-c", script, VELMORA_COMPLETION} + words, "bash");
+    const Outcome outcome = complete(words);
     QCOMPARE(outcome.errors, QStringList());
     QStringList replies = QString(outcome.output).split('\n', Qt::SkipEmptyParts);
     replies.sort();
     QTEST(replies, "replies");
+}
+
+/// A uid may hold any characters, and the shell expands the words that it completes.
+void GenerateTest::completionRunsNothing() {
+    _prefix->addIP("Other/hostile", "name A\ncategory C\nuid $(>ran)\ncompany Other\nvariants A\n");
+    _prefix->addIP("Other/plain", "name B\ncategory C\nuid PLAIN-1.0\ncompany Other\nvariants A\n");
+    QCOMPARE(complete({"template", ""}).output, "PLAIN-1.0\n");
+    QVERIFY(!QFileInfo::exists("ran"));
 }
 
 VELMORA_TEST_MAIN(GenerateTest)

@@ -589,10 +589,10 @@ void WindowTest::droppedFilesInTurn() {
                   QUrl::fromLocalFile(_prefix->write("b.velmora", example("spi_bridge")))});
     ConsoleRecorder recorder;
     QCOMPARE(drag(window.windowHandle(), data), accepted);
-    QCOMPARE(recorder.lines(),
-             QStringList({"Configuration loaded from " + _prefix->path("a.velmora"),
-                          "E: Unable to open configuration file (filename: " + _prefix->path("absent.velmora") + ")",
-                          "Configuration loaded from " + _prefix->path("b.velmora")}));
+    QCOMPARE(recorder.lines(), QStringList({"Configuration loaded from " + _prefix->path("a.velmora"),
+                                            "E: Unable to open configuration file (filename: " +
+                                                _prefix->path("absent.velmora") + ", reason: There is no such file)",
+                                            "Configuration loaded from " + _prefix->path("b.velmora")}));
     QCOMPARE(contentOf(*findLeaf("Mac fir")), example("fir_mac"));
     QCOMPARE(window.findChild<Folio*>()->getShownIP(), findLeaf("APB slave to serial master"));
 }
