@@ -346,4 +346,14 @@ void SealToolEnvelopeTest::checkedRecipients() {
     const auto empty = run("recipients check --recipients @/signers");
     QCOMPARE(errorsOf(empty), QByteArray("@/signers: No recipient key installed\n"));
     QCOMPARE(empty.exitCode, 2);
+
+    const QByteArray firstLine("-----BEGIN PUBLIC KEY-----\n");
+    _installation->write(QStringLiteral("signers/enciphered.pem"),
+                         read("recipients/a.pem")
+                             .replace(firstLine, firstLine + "Proc-Type: 4,ENCRYPTED\n"
+                                                             "DEK-Info: AES-256-CBC,00112233445566778899AABBCCDDEEFF\n"
+                                                             "\n"));
+    QCOMPARE(errorsOf(run("recipients check --recipients @/signers", "passphrase\n")), // nobody is asked for one
+             QByteArray("@/signers/enciphered.pem: Recipient key refused: not the lines Key-Owner and Key-Name and one "
+                        "public key\n"));
 }
