@@ -256,7 +256,19 @@ void SealToolEnvelopeTest::encipheredPrivateKeys() {
     QCOMPARE(errorsOf(run("open - --key @/c.private.pem --passphrase-file @/wrong", text)),
              QByteArray("@/c.private.pem: Unable to read key file (not an RSA private key, or not its passphrase)\n"));
     QCOMPARE(errorsOf(run("keygen signer -o @/d --passphrase-file @/empty")), QByteArray("The passphrase is empty\n"));
+    _installation->write(QStringLiteral("long"), QByteArray(1025, 'x'));
+    QCOMPARE(errorsOf(run("keygen signer -o @/d --passphrase-file @/long")),
+             QByteArray("The passphrase is longer than 1024 bytes\n"));
     QVERIFY(!QFile::exists(_installation->path(QStringLiteral("d.private.pem"))));
+    _installation->write(QStringLiteral("longest"), QByteArray(1024, 'x') + "\n");
+    _installation->write(QStringLiteral("script"), "x = 1\n");
+    QCOMPARE(run("keygen script -o @/scripts").exitCode, 0);
+    QCOMPARE(run("keygen signer -o @/d --passphrase-file @/longest").exitCode, 0);
+    // From a pipe, as another program would give it.
+    QCOMPARE(run("seal @/script -o @/sealed --key @/scripts --signer @/d.private.pem --passphrase-file /dev/stdin",
+                 QByteArray(1024, 'x') + "\n")
+                 .errors,
+             QByteArray());
 }
 
 void SealToolEnvelopeTest::addedRecipients() {
