@@ -200,8 +200,8 @@ void KeyringTest::placeOfTheKeys() {
     QCOMPARE(base(), QStringLiteral("/keys/seal.conf"));
     qputenv("VELMORA_SEAL_DIR", "");
     qunsetenv("ORVANE_PREFIX");
-    QCOMPARE(failureOf(base, {"reason"}),
-             QStringLiteral("Fatal: Unable to open key directory [reason=ORVANE_PREFIX is not set]"));
+    QCOMPARE(failureOf(base, {"reason"}), QStringLiteral("Fatal: Unable to open key directory "
+                                                         "[reason=neither VELMORA_SEAL_DIR nor ORVANE_PREFIX is set]"));
     qunsetenv("VELMORA_SEAL_DIR");
     if (!earlierPrefix.isNull())
         qputenv("ORVANE_PREFIX", earlierPrefix);

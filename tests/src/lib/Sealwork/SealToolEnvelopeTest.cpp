@@ -116,8 +116,7 @@ void SealToolEnvelopeTest::refusals_data() {
         "Standard input has no name to tell its language, give --language; see velmora-seal --help");
     row("unknown language", "protect - --language VHDL -o @/out", {}, 2,
         "--language should be auto, vhdl or vlog; see velmora-seal --help");
-    row("no recipients", "protect @/t -o @/out --recipients @/scripts", {}, 2,
-        "No recipient key installed (directory @/scripts)");
+    row("no recipients", "protect @/t -o @/out --recipients @/scripts", {}, 2, "@/scripts: No recipient key installed");
     row("output exists", "protect @/t -o @/t", {}, 2, "@/t: File exists already, --force replaces it");
     row("no key", "open @/t -o @/out", {}, 2, "Option --key is missing; see velmora-seal --help");
     row("key of no use", "open @/t --key @/t -o @/out", {}, 2,
@@ -197,6 +196,10 @@ void SealToolEnvelopeTest::information() {
     QVERIFY2(told.output == expected(before) || told.output == expected(before + 60), told.output.constData());
     const auto hostile = QByteArray(text).replace("\"Velmora\"\n", "\"\x1b[2J\"\n");
     QVERIFY(run("info -", hostile).output.contains("  agent       ?[2J\n"));
+    const auto hostileInUnicode = QByteArray(text).replace("\"Velmora\"\n", "\"\xc2\x9bJ \xc2\xb5\xc2\"\n");
+    QVERIFY(run("info -", hostileInUnicode).output.contains("  agent       ?J \xc2\xb5\xc2\n"));
+    QVERIFY(run("open - --key @/a.private.pem --lax", QByteArray(text).replace("aes256-cbc", "\x1b[2J"))
+                .errors.contains("Envelope refused: unsupported data method (method ?[2j)\n"));
 
     run("keygen script -o @/scripts");
     const auto script = run("info -", run("seal - -o - --key @/scripts", "x = 1\n").output);
