@@ -138,6 +138,14 @@ void SealToolTest::exitStatus_data() {
                                          << "@/none/b: Unable to write file (No such file or directory)";
     QTest::newRow("pipe as output") << "seal @/plain -o @/pipe --force --key @/keys" << 2
                                     << "@/pipe: Unable to write file (not a regular file)";
+    QTest::newRow("directory as output") << "seal @/plain -o @ --key @/keys" << 2
+                                         << "@: Unable to write file (not a regular file)";
+    QTest::newRow("no name for a key pair")
+        << "keygen signer -o @/" << 2
+        << "--output should end with a file name that does not begin with a dot; see velmora-seal --help";
+    QTest::newRow("hidden key pair")
+        << "keygen signer -o @/.s" << 2
+        << "--output should end with a file name that does not begin with a dot; see velmora-seal --help";
     QTest::newRow("no script key") << "seal @/plain -o @/b --key @" << 2 << "@: No script key in the directory";
     QTest::newRow("several script keys") << "seal @/plain -o @/b --key @/several" << 2
                                          << "@/several: Several script keys, name one of them";
