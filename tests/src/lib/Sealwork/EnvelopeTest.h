@@ -15,5 +15,6 @@ private Q_SLOTS:
     void refusedRegions();
     void regionTooLarge();
     void brokenInstallation();
+    void failureHalfWay();
     void acceptedByVerilator();
 };

@@ -28,23 +28,6 @@ QByteArray rsaPem(int bits) {
         {QStringLiteral("RSA"), QStringLiteral("-pkeyopt"), QStringLiteral("rsa_keygen_bits:%1").arg(bits)});
 }
 
-/// A SubjectPublicKeyInfo of any numbers, such as no key maker makes.
-QByteArray madeUpRsaPem(const QByteArray& modulusHex, const QByteArray& exponentHex) {
-    const QTemporaryDir directory;
-    QFile configuration(directory.filePath(QStringLiteral("key.cnf")));
-    configuration.open(QIODevice::WriteOnly);
-    configuration.write("asn1=SEQUENCE:info\n[info]\nalgorithm=SEQUENCE:algorithm\nkey=BITWRAP,SEQUENCE:numbers\n"
-                        "[algorithm]\nname=OID:rsaEncryption\nparameter=NULL\n[numbers]\nn=INTEGER:0x" +
-                        modulusHex + "\ne=INTEGER:0x" + exponentHex + "\n");
-    configuration.close();
-    const auto der = directory.filePath(QStringLiteral("key.der"));
-    openssl({QStringLiteral("asn1parse"), QStringLiteral("-genconf"), configuration.fileName(),
-             QStringLiteral("-noout"), QStringLiteral("-out"), der});
-    QFile file(der);
-    file.open(QIODevice::ReadOnly);
-    return "-----BEGIN PUBLIC KEY-----\n" + file.readAll().toBase64() + "\n-----END PUBLIC KEY-----\n";
-}
-
 } // namespace
 
 void KeyringTest::recipientsInOrderOfFileName() {
