@@ -10,6 +10,8 @@
 #include <Sealwork/ScriptKeys.h>
 #include <Sealwork/SignerKeys.h>
 
+#include <sys/stat.h>
+
 #include <QDir>
 #include <QtTest>
 
@@ -114,6 +116,9 @@ void KeyringTest::missingRecipients() {
     QCOMPARE(failureOf(load, {"filename", "reason"}),
              QStringLiteral("Fatal: Unable to read key file [filename=%1/folder.pem] [reason=not a regular file]")
                  .arg(directory));
+    QDir(directory).rmdir(QStringLiteral("folder.pem"));
+    QCOMPARE(mkfifo(qPrintable(directory + QStringLiteral("/pipe.pem")), S_IRUSR), 0); // nobody waits for a writer
+    QVERIFY(failureOf(load, {"reason"}).endsWith(QLatin1String(" [reason=not a regular file]")));
     QDir(directory).removeRecursively();
     QCOMPARE(failureOf(load, {"filename", "reason"}),
              QStringLiteral("Fatal: Unable to open key directory [filename=%1] [reason=No such file or directory]")
