@@ -315,3 +315,17 @@ void EnvelopeTest::acceptedByVerilator() {
     QCOMPARE(result.errors, QByteArray());
     QCOMPARE(result.exitCode, 0);
 }
+
+void EnvelopeTest::directivesKnownToGhdl() {
+    if (QStandardPaths::findExecutable(QStringLiteral("ghdl")).isEmpty())
+        QSKIP("ghdl is not installed");
+    const Installation installation;
+    addRecipients(installation);
+    const auto text = "entity top is\nend;\n" + toBytes(encrypt("vhdl", "architecture rtl of top is\nbegin\nend;\n"));
+    const auto file = installation.write(QStringLiteral("top.vhd"), text);
+    const auto result = runTool(QStringLiteral("ghdl"), {QStringLiteral("-s"), QStringLiteral("--std=08"), file});
+    // It cannot decipher: it passes the directives over and stumbles over the first line of base64.
+    const int firstBase64 = text.left(text.indexOf("key_block\n")).count('\n') + 2;
+    QVERIFY2(result.errors.startsWith(QStringLiteral("%1:%2:").arg(file).arg(firstBase64).toLocal8Bit()),
+             result.errors.constData());
+}

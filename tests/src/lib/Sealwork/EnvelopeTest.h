@@ -17,4 +17,5 @@ private Q_SLOTS:
     void brokenInstallation();
     void failureHalfWay();
     void acceptedByVerilator();
+    void directivesKnownToGhdl();
 };
