@@ -65,6 +65,21 @@ struct PairFiles {
     std::string publicFile;
 };
 
+bool exists(const std::string& filename) {
+    std::error_code error;
+    return fs::exists(filename, error);
+}
+
+/// The files of the key pair that is to be made. Hidden ones would be in no list of an installation's keys.
+PairFiles getPairFiles(const CommandLine& commandLine) {
+    const auto base = commandLine.get("output");
+    const auto name = fs::path(base).filename().string();
+    if (name.empty() || name.starts_with('.'))
+        throw Brindle::located(UsageError("--output should end with a file name that does not begin with a dot"),
+                               BRINDLE_HERE);
+    return PairFiles(base);
+}
+
 void print(const std::string& filename) {
     std::cout << filename << '\n';
 }
@@ -108,10 +123,10 @@ std::optional<Sealwork::SecureBuffer> getPassphrase(const CommandLine& commandLi
 /// Makes a key pair and writes both halves; `makePublicText` gives the public one.
 template <typename MakeKey, typename MakePublicText>
 ExitCode makePair(const CommandLine& commandLine, MakeKey makeKey, MakePublicText makePublicText) {
-    const PairFiles files(commandLine.get("output"));
+    const auto files = getPairFiles(commandLine);
     const bool keep = commandLine.has("keep");
-    if (keep && fs::exists(files.privateFile)) {
-        if (!fs::exists(files.publicFile))
+    if (keep && exists(files.privateFile)) {
+        if (!exists(files.publicFile))
             writeText(files.publicFile, makePublicText(loadPrivateHalf(files.privateFile)), false);
     } else {
         const bool replace = commandLine.has("force");

@@ -5,6 +5,7 @@
 #include <Sealwork/KeyFile.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 
 #include <fcntl.h>
@@ -14,6 +15,7 @@ namespace SealTool {
 
 namespace {
 
+using Sealwork::AsymmetricKey;
 using Sealwork::FileDescriptor;
 using Sealwork::SecureBuffer;
 
@@ -34,8 +36,16 @@ SecureBuffer readFromTerminal(const std::string& prompt) {
     return passphrase;
 }
 
+/// A pipe will do, as another program may write to it what it keeps. Of a line that is too long enough is read to tell.
 SecureBuffer readFromFile(const std::string& filename) {
-    auto content = Sealwork::readKeyFile(filename);
+    const FileDescriptor file(open(filename.c_str(), O_RDONLY | O_CLOEXEC));
+    if (!file.isOpen())
+        Sealwork::refuseKeyFile(filename, std::strerror(errno), BRINDLE_HERE);
+    SecureBuffer content(AsymmetricKey::longestPassphrase + 1);
+    const auto size = file.read(content);
+    if (size < 0)
+        Sealwork::refuseKeyFile(filename, std::strerror(errno), BRINDLE_HERE);
+    content.shrink(static_cast<std::size_t>(size));
     cutToFirstLine(content);
     return content;
 }
@@ -52,6 +62,8 @@ SecureBuffer getNewPassphrase(const std::optional<std::string>& filename) {
     auto passphrase = filename ? readFromFile(*filename) : readFromTerminal("New passphrase: ");
     if (passphrase.size() == 0)
         throw Brindle::located(Brindle::Fatal("The passphrase is empty"), BRINDLE_HERE);
+    if (passphrase.size() > AsymmetricKey::longestPassphrase)
+        throw Brindle::located(Brindle::Fatal("The passphrase is longer than 1024 bytes"), BRINDLE_HERE);
     if (!filename && readFromTerminal("The same again: ").text() != passphrase.text())
         throw Brindle::located(Brindle::Fatal("The two passphrases differ"), BRINDLE_HERE);
     return passphrase;

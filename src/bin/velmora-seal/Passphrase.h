@@ -13,7 +13,8 @@ namespace SealTool {
 Sealwork::PassphraseSource getPassphraseSource(const std::optional<std::string>& filename, const std::string& owner);
 
 /// The passphrase for a private key that is to be made, from the first line of the file, otherwise asked for twice.
-/// Throws what a source throws, and Fatal "The passphrase is empty" and "The two passphrases differ".
+/// Throws what a source throws, and Fatal "The passphrase is empty", "The passphrase is longer than 1024 bytes" and
+/// "The two passphrases differ".
 Sealwork::SecureBuffer getNewPassphrase(const std::optional<std::string>& filename);
 
 } // namespace SealTool

@@ -102,7 +102,7 @@ ExitCode check(const CommandLine& commandLine) {
         return ExitCode::UsageOrFile;
     if (inspection.files.empty())
         throw Brindle::located(Brindle::Fatal("No recipient key installed"), BRINDLE_HERE,
-                               {{"filename", directory.string()}});
+                               {{"directory", directory.string()}});
     const auto count = inspection.files.size();
     std::cout << Brindle::getLabel(count) << (count == 1 ? " recipient, fit for use\n" : " recipients, fit for use\n");
     return ExitCode::Done;

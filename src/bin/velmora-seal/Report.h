@@ -7,8 +7,8 @@
 
 namespace SealTool {
 
-/// The text that tells of an exception: "FILE:LINE: message (other fields)", the file and the line as far as
-/// its fields name them.
+/// The text that tells of an exception: "FILE:LINE: message (other fields)", the file or directory and the line as far
+/// as its fields name them.
 std::string getReport(const Brindle::Exception& exception);
 
 /// Calls and returns; what it throws names the file, unless it names one already.

@@ -10,6 +10,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <system_error>
 
 namespace SealTool {
 
@@ -32,7 +33,8 @@ Example: velmora-seal seal generate.py -o generate.sealed --key keys/scripts --s
 )";
 
 Sealwork::ScriptKey loadKey(const fs::path& path) {
-    if (!fs::is_directory(path))
+    std::error_code error;
+    if (!fs::is_directory(path, error))
         return Sealwork::ScriptKey::load(path);
     const auto files = Sealwork::listKeyFiles(path, ".key");
     if (files.size() != 1)

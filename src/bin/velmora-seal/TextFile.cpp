@@ -73,8 +73,11 @@ void writeText(const std::string& filename, std::string_view text, bool replace)
 }
 
 void requireWritable(const std::string& filename, bool replace) {
+    if (filename == standardStream)
+        return;
+    Sealwork::requireReplaceable(filename);
     std::error_code error;
-    if (!replace && filename != standardStream && std::filesystem::exists(filename, error))
+    if (!replace && std::filesystem::exists(filename, error))
         throw Brindle::located(Brindle::Fatal("File exists already, --force replaces it"), BRINDLE_HERE,
                                {{"filename", filename}});
 }

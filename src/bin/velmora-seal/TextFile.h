@@ -17,8 +17,8 @@ std::string readText(const std::string& filename);
 /// `Sealwork::writeOutputFile` throws.
 void writeText(const std::string& filename, std::string_view text, bool replace);
 
-/// Throws Fatal "File exists already, --force replaces it" unless the file may be written: to be asked before the work
-/// is done.
+/// Throws Fatal "File exists already, --force replaces it", and what `Sealwork::requireReplaceable` throws, unless the
+/// file may be written: to be asked before the work is done.
 void requireWritable(const std::string& filename, bool replace);
 
 /// Makes the directory and those above it, as far as they are missing; the empty path is there already. Throws Fatal

@@ -27,6 +27,12 @@ struct PassphraseCall {
     std::exception_ptr failure;
 };
 
+/// A public key has no passphrase. Without this call the PEM reader would ask for one on the terminal when a text's
+/// header says that it is enciphered.
+int refusePassphrase(char*, int, int, void*) {
+    return -1;
+}
+
 int givePassphrase(char* buffer, int capacity, int, void* data) {
     auto& call = *static_cast<PassphraseCall*>(data);
     try {
@@ -61,7 +67,7 @@ std::optional<AsymmetricKey> AsymmetricKey::parsePublic(std::string_view pem) {
     if (!isOnePublicKey(pem))
         return std::nullopt;
     const ErrorScope scope;
-    AsymmetricKey key(PEM_read_bio_PUBKEY(openText(pem).get(), nullptr, nullptr, nullptr));
+    AsymmetricKey key(PEM_read_bio_PUBKEY(openText(pem).get(), nullptr, refusePassphrase, nullptr));
     return key._key ? std::optional(std::move(key)) : std::nullopt;
 }
 

@@ -21,6 +21,7 @@ class AsymmetricKey {
 public:
     static constexpr std::string_view publicBegin = "-----BEGIN PUBLIC KEY-----"; ///< First line of a PEM public key.
     static constexpr std::string_view publicEnd = "-----END PUBLIC KEY-----";     ///< Its last line.
+    static constexpr std::size_t longestPassphrase = 1024; ///< Bytes of the longest one that `parsePrivate` takes.
 
     /// The key of a text that is one SubjectPublicKeyInfo in PEM (RFC 7468 section 13) and nothing else but white space
     /// behind it.
@@ -44,7 +45,8 @@ public:
     std::string getPublicPem() const;
     /// PKCS#8, not enciphered.
     SecureBuffer getPrivatePem() const;
-    /// PKCS#8, enciphered under the passphrase (PBES2 of RFC 8018 with AES-256-CBC).
+    /// PKCS#8, enciphered under the passphrase (PBES2 of RFC 8018 with AES-256-CBC), which is at most
+    /// `longestPassphrase` bytes.
     SecureBuffer getPrivatePem(const SecureBuffer& passphrase) const;
 
     /// Stays with this object.

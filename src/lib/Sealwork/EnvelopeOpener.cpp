@@ -29,6 +29,7 @@ bool isAuthentic(const Envelope& envelope, DataMethod method, std::span<const st
     const auto seal = envelope.getSeal();
     if (!seal)
         return true; // There is nothing to tell by.
+    const ErrorScope scope;
     EnvelopeMac mac(sessionKey, envelope.language, method, seal->infoHex);
     mac.update(envelope.data);
     const auto macHex = toHex(mac.finish());

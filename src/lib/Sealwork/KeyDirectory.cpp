@@ -22,7 +22,8 @@ KeyDirectory KeyDirectory::locate() {
     if (const auto prefix = getVariable("ORVANE_PREFIX"); !prefix.empty())
         return KeyDirectory(std::filesystem::path(prefix) / "etc/velmora/seal");
     throw Brindle::located(Brindle::Fatal("Unable to open key directory"), BRINDLE_HERE,
-                           {{"filename", "$ORVANE_PREFIX/etc/velmora/seal"}, {"reason", "ORVANE_PREFIX is not set"}});
+                           {{"filename", "$ORVANE_PREFIX/etc/velmora/seal"},
+                            {"reason", "neither VELMORA_SEAL_DIR nor ORVANE_PREFIX is set"}});
 }
 
 } // namespace Sealwork

@@ -88,12 +88,16 @@ private:
 
 } // namespace
 
-void writeOutputFile(const std::filesystem::path& filename, std::span<const std::uint8_t> content, FileAccess access,
-                     Overwrite overwrite) {
+void requireReplaceable(const std::filesystem::path& filename) {
     std::error_code error;
     const auto status = std::filesystem::status(filename, error);
     if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
         refuse(filename, "not a regular file", BRINDLE_HERE);
+}
+
+void writeOutputFile(const std::filesystem::path& filename, std::span<const std::uint8_t> content, FileAccess access,
+                     Overwrite overwrite) {
+    requireReplaceable(filename);
     TemporaryFile file(filename, access);
     file.write(content);
     file.takeName(overwrite);

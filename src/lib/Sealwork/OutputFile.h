@@ -9,6 +9,10 @@ namespace Sealwork {
 enum class FileAccess { Private, Public }; ///< For its owner alone, or as the process's mask allows.
 enum class Overwrite { No, Yes };
 
+/// Throws Fatal "Unable to write file" with the fields "filename" and "reason" when a directory, a device or the like
+/// has that name.
+void requireReplaceable(const std::filesystem::path& filename);
+
 /// Writes a file that is never seen half-written: the bytes go to a temporary file beside it, which then takes the
 /// name. Throws Fatal "Unable to write file" with the fields "filename" and "reason", Fatal "File exists already" with
 /// the field "filename".

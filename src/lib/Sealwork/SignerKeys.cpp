@@ -10,7 +10,8 @@ namespace Sealwork {
 SignerKeys SignerKeys::load(const std::filesystem::path& directory) {
     SignerKeys keys;
     std::error_code error;
-    if (std::filesystem::status(directory, error).type() == std::filesystem::file_type::not_found)
+    // A link that leads nowhere is an error and not the wish for no signer.
+    if (std::filesystem::symlink_status(directory, error).type() == std::filesystem::file_type::not_found)
         return keys;
     for (const auto& filename : listKeyFiles(directory, ".pem"))
         keys._keys.push_back(SignerKey::load(filename));

@@ -284,6 +284,24 @@ void EnvelopeTest::brokenInstallation() {
     QCOMPARE(ERR_peek_error(), 0UL);
 }
 
+void EnvelopeTest::failureHalfWay() {
+    const Installation installation;
+    installation.addRecipient(QStringLiteral("a"), 2048);
+    // A sound key whose exponent is longer than OpenSSL enciphers with for such a modulus.
+    const auto soundKey =
+        installation.write(QStringLiteral("sound.pem"), toBytes(Installation::rsaKey(3080).getPublicPem()));
+    const auto modulus = openssl({QStringLiteral("rsa"), QStringLiteral("-pubin"), QStringLiteral("-in"), soundKey,
+                                  QStringLiteral("-noout"), QStringLiteral("-modulus")});
+    installation.write(QStringLiteral("recipients/b.pem"),
+                       "Key-Owner: O\nKey-Name: b\n" +
+                           madeUpRsaPem(modulus.trimmed().mid(QByteArray("Modulus=").size()), "1000000000000000d"));
+    std::string out = "as it was";
+    QCOMPARE(failureOf([&out] { Sealwork::Crypto(1).getEncrypted(-1, "vhdl", info, "a\n", out); }, {"operation"}),
+             QStringLiteral("Fatal: Cryptography failure [operation=wrapping a session key]"));
+    QCOMPARE(out, std::string("as it was"));
+    QCOMPARE(ERR_peek_error(), 0UL);
+}
+
 void EnvelopeTest::acceptedByVerilator() {
     if (QStandardPaths::findExecutable(QStringLiteral("verilator")).isEmpty())
         QSKIP("verilator is not installed");
@@ -296,4 +314,18 @@ void EnvelopeTest::acceptedByVerilator() {
         runTool(QStringLiteral("verilator"), {QStringLiteral("--lint-only"), QStringLiteral("-Wno-PROTECTED"), file});
     QCOMPARE(result.errors, QByteArray());
     QCOMPARE(result.exitCode, 0);
+}
+
+void EnvelopeTest::directivesKnownToGhdl() {
+    if (QStandardPaths::findExecutable(QStringLiteral("ghdl")).isEmpty())
+        QSKIP("ghdl is not installed");
+    const Installation installation;
+    addRecipients(installation);
+    const auto text = "entity top is\nend;\n" + toBytes(encrypt("vhdl", "architecture rtl of top is\nbegin\nend;\n"));
+    const auto file = installation.write(QStringLiteral("top.vhd"), text);
+    const auto result = runTool(QStringLiteral("ghdl"), {QStringLiteral("-s"), QStringLiteral("--std=08"), file});
+    // It cannot decipher: it passes the directives over and stumbles over the first line of base64.
+    const int firstBase64 = text.left(text.indexOf("key_block\n")).count('\n') + 2;
+    QVERIFY2(result.errors.startsWith(QStringLiteral("%1:%2:").arg(file).arg(firstBase64).toLocal8Bit()),
+             result.errors.constData());
 }

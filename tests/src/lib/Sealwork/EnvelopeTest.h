@@ -15,5 +15,7 @@ private Q_SLOTS:
     void refusedRegions();
     void regionTooLarge();
     void brokenInstallation();
+    void failureHalfWay();
     void acceptedByVerilator();
+    void directivesKnownToGhdl();
 };

@@ -10,6 +10,8 @@
 #include <Sealwork/ScriptKeys.h>
 #include <Sealwork/SignerKeys.h>
 
+#include <sys/stat.h>
+
 #include <QDir>
 #include <QtTest>
 
@@ -26,23 +28,6 @@ QByteArray publicPem(const QStringList& makePrivateKey) {
 QByteArray rsaPem(int bits) {
     return publicPem(
         {QStringLiteral("RSA"), QStringLiteral("-pkeyopt"), QStringLiteral("rsa_keygen_bits:%1").arg(bits)});
-}
-
-/// A SubjectPublicKeyInfo of any numbers, such as no key maker makes.
-QByteArray madeUpRsaPem(const QByteArray& modulusHex, const QByteArray& exponentHex) {
-    const QTemporaryDir directory;
-    QFile configuration(directory.filePath(QStringLiteral("key.cnf")));
-    configuration.open(QIODevice::WriteOnly);
-    configuration.write("asn1=SEQUENCE:info\n[info]\nalgorithm=SEQUENCE:algorithm\nkey=BITWRAP,SEQUENCE:numbers\n"
-                        "[algorithm]\nname=OID:rsaEncryption\nparameter=NULL\n[numbers]\nn=INTEGER:0x" +
-                        modulusHex + "\ne=INTEGER:0x" + exponentHex + "\n");
-    configuration.close();
-    const auto der = directory.filePath(QStringLiteral("key.der"));
-    openssl({QStringLiteral("asn1parse"), QStringLiteral("-genconf"), configuration.fileName(),
-             QStringLiteral("-noout"), QStringLiteral("-out"), der});
-    QFile file(der);
-    file.open(QIODevice::ReadOnly);
-    return "-----BEGIN PUBLIC KEY-----\n" + file.readAll().toBase64() + "\n-----END PUBLIC KEY-----\n";
 }
 
 } // namespace
@@ -131,6 +116,9 @@ void KeyringTest::missingRecipients() {
     QCOMPARE(failureOf(load, {"filename", "reason"}),
              QStringLiteral("Fatal: Unable to read key file [filename=%1/folder.pem] [reason=not a regular file]")
                  .arg(directory));
+    QDir(directory).rmdir(QStringLiteral("folder.pem"));
+    QCOMPARE(mkfifo(qPrintable(directory + QStringLiteral("/pipe.pem")), S_IRUSR), 0); // nobody waits for a writer
+    QVERIFY(failureOf(load, {"reason"}).endsWith(QLatin1String(" [reason=not a regular file]")));
     QDir(directory).removeRecursively();
     QCOMPARE(failureOf(load, {"filename", "reason"}),
              QStringLiteral("Fatal: Unable to open key directory [filename=%1] [reason=No such file or directory]")
@@ -200,8 +188,8 @@ void KeyringTest::placeOfTheKeys() {
     QCOMPARE(base(), QStringLiteral("/keys/seal.conf"));
     qputenv("VELMORA_SEAL_DIR", "");
     qunsetenv("ORVANE_PREFIX");
-    QCOMPARE(failureOf(base, {"reason"}),
-             QStringLiteral("Fatal: Unable to open key directory [reason=ORVANE_PREFIX is not set]"));
+    QCOMPARE(failureOf(base, {"reason"}), QStringLiteral("Fatal: Unable to open key directory "
+                                                         "[reason=neither VELMORA_SEAL_DIR nor ORVANE_PREFIX is set]"));
     qunsetenv("VELMORA_SEAL_DIR");
     if (!earlierPrefix.isNull())
         qputenv("ORVANE_PREFIX", earlierPrefix);

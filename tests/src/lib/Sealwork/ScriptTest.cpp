@@ -258,6 +258,19 @@ void ScriptTest::keysAndSigners() {
     transplanted.signature = ScriptContainer::parse(good).signature;
     QCOMPARE(openInstalled(transplanted.format()), refusedFor("altered after it was sealed"));
 
+    const auto signers = installation.path(QStringLiteral("signers"));
+    const auto signersElsewhere = installation.path(QStringLiteral("elsewhere"));
+    QVERIFY(QFile::rename(signers, signersElsewhere));
+    const auto unreadable = QStringLiteral("Fatal: Unable to open key directory");
+    QVERIFY(QFile::link(installation.path(QStringLiteral("nowhere")), signers)); // no wish to accept all
+    QCOMPARE(openInstalled(bare), unreadable);
+    QVERIFY(QFile::remove(signers));
+    installation.write(QStringLiteral("signers"), {});
+    QCOMPARE(openInstalled(bare), unreadable);
+    QVERIFY(QFile::remove(signers));
+    QVERIFY(QFile::link(signersElsewhere, signers));
+    QCOMPARE(openInstalled(bare), refusedFor("not signed"));
+
     installation.write(QStringLiteral("signers/zz.pem"), "damaged");
     QVERIFY(openInstalled(good).startsWith(QLatin1String("Fatal: Unable to read key file")));
     QVERIFY(QDir(installation.path(QStringLiteral("scripts"))).removeRecursively());

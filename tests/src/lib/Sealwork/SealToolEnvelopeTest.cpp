@@ -116,8 +116,7 @@ void SealToolEnvelopeTest::refusals_data() {
         "Standard input has no name to tell its language, give --language; see velmora-seal --help");
     row("unknown language", "protect - --language VHDL -o @/out", {}, 2,
         "--language should be auto, vhdl or vlog; see velmora-seal --help");
-    row("no recipients", "protect @/t -o @/out --recipients @/scripts", {}, 2,
-        "No recipient key installed (directory @/scripts)");
+    row("no recipients", "protect @/t -o @/out --recipients @/scripts", {}, 2, "@/scripts: No recipient key installed");
     row("output exists", "protect @/t -o @/t", {}, 2, "@/t: File exists already, --force replaces it");
     row("no key", "open @/t -o @/out", {}, 2, "Option --key is missing; see velmora-seal --help");
     row("key of no use", "open @/t --key @/t -o @/out", {}, 2,
@@ -197,6 +196,10 @@ void SealToolEnvelopeTest::information() {
     QVERIFY2(told.output == expected(before) || told.output == expected(before + 60), told.output.constData());
     const auto hostile = QByteArray(text).replace("\"Velmora\"\n", "\"\x1b[2J\"\n");
     QVERIFY(run("info -", hostile).output.contains("  agent       ?[2J\n"));
+    const auto hostileInUnicode = QByteArray(text).replace("\"Velmora\"\n", "\"\xc2\x9bJ \xc2\xb5\xc2\"\n");
+    QVERIFY(run("info -", hostileInUnicode).output.contains("  agent       ?J \xc2\xb5\xc2\n"));
+    QVERIFY(run("open - --key @/a.private.pem --lax", QByteArray(text).replace("aes256-cbc", "\x1b[2J"))
+                .errors.contains("Envelope refused: unsupported data method (method ?[2j)\n"));
 
     run("keygen script -o @/scripts");
     const auto script = run("info -", run("seal - -o - --key @/scripts", "x = 1\n").output);
@@ -256,7 +259,19 @@ void SealToolEnvelopeTest::encipheredPrivateKeys() {
     QCOMPARE(errorsOf(run("open - --key @/c.private.pem --passphrase-file @/wrong", text)),
              QByteArray("@/c.private.pem: Unable to read key file (not an RSA private key, or not its passphrase)\n"));
     QCOMPARE(errorsOf(run("keygen signer -o @/d --passphrase-file @/empty")), QByteArray("The passphrase is empty\n"));
+    _installation->write(QStringLiteral("long"), QByteArray(1025, 'x'));
+    QCOMPARE(errorsOf(run("keygen signer -o @/d --passphrase-file @/long")),
+             QByteArray("The passphrase is longer than 1024 bytes\n"));
     QVERIFY(!QFile::exists(_installation->path(QStringLiteral("d.private.pem"))));
+    _installation->write(QStringLiteral("longest"), QByteArray(1024, 'x') + "\n");
+    _installation->write(QStringLiteral("script"), "x = 1\n");
+    QCOMPARE(run("keygen script -o @/scripts").exitCode, 0);
+    QCOMPARE(run("keygen signer -o @/d --passphrase-file @/longest").exitCode, 0);
+    // From a pipe, as another program would give it.
+    QCOMPARE(run("seal @/script -o @/sealed --key @/scripts --signer @/d.private.pem --passphrase-file /dev/stdin",
+                 QByteArray(1024, 'x') + "\n")
+                 .errors,
+             QByteArray());
 }
 
 void SealToolEnvelopeTest::addedRecipients() {
@@ -346,4 +361,14 @@ void SealToolEnvelopeTest::checkedRecipients() {
     const auto empty = run("recipients check --recipients @/signers");
     QCOMPARE(errorsOf(empty), QByteArray("@/signers: No recipient key installed\n"));
     QCOMPARE(empty.exitCode, 2);
+
+    const QByteArray firstLine("-----BEGIN PUBLIC KEY-----\n");
+    _installation->write(QStringLiteral("signers/enciphered.pem"),
+                         read("recipients/a.pem")
+                             .replace(firstLine, firstLine + "Proc-Type: 4,ENCRYPTED\n"
+                                                             "DEK-Info: AES-256-CBC,00112233445566778899AABBCCDDEEFF\n"
+                                                             "\n"));
+    QCOMPARE(errorsOf(run("recipients check --recipients @/signers", "passphrase\n")), // nobody is asked for one
+             QByteArray("@/signers/enciphered.pem: Recipient key refused: not the lines Key-Owner and Key-Name and one "
+                        "public key\n"));
 }

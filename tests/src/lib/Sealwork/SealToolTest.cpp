@@ -1,8 +1,12 @@
 #include "SealToolTest.h"
 
+#include "Failure.h"
 #include "Tool.h"
 
 #include <Sealwork/Crypto.h>
+#include <Sealwork/OutputFile.h>
+
+#include <array>
 
 #include <sys/stat.h>
 
@@ -46,10 +50,12 @@ void SealToolTest::madeKeysWork() {
     Sealwork::Crypto(1).getEncrypted(-1, "vhdl", std::string(16, 'i'), "x", out);
     QVERIFY(toBytes(out).contains("key_keyowner=\"Orvane\", key_keyname=\"r-1\""));
 
-    QFile::setPermissions(installation.path(QStringLiteral("s.private.pem")), QFile::ReadOwner | QFile::ReadGroup);
-    const auto warned = run("seal - -o @/out --key @/scripts --signer @/s.private.pem", script);
-    QCOMPARE(warned.exitCode, 0);
-    QVERIFY(warned.errors.contains("s.private.pem: warning: others can read this private key"));
+    for (const auto reader : {QFile::ReadGroup, QFile::ReadOther}) {
+        QFile::setPermissions(installation.path(QStringLiteral("s.private.pem")), QFile::ReadOwner | reader);
+        const auto warned = run("seal - -o - --key @/scripts --signer @/s.private.pem", script);
+        QCOMPARE(warned.exitCode, 0);
+        QVERIFY(warned.errors.contains("s.private.pem: warning: others can read this private key"));
+    }
 }
 
 void SealToolTest::keptKeys() {
@@ -138,6 +144,14 @@ void SealToolTest::exitStatus_data() {
                                          << "@/none/b: Unable to write file (No such file or directory)";
     QTest::newRow("pipe as output") << "seal @/plain -o @/pipe --force --key @/keys" << 2
                                     << "@/pipe: Unable to write file (not a regular file)";
+    QTest::newRow("directory as output") << "seal @/plain -o @ --key @/keys" << 2
+                                         << "@: Unable to write file (not a regular file)";
+    QTest::newRow("no name for a key pair")
+        << "keygen signer -o @/" << 2
+        << "--output should end with a file name that does not begin with a dot; see velmora-seal --help";
+    QTest::newRow("hidden key pair")
+        << "keygen signer -o @/.s" << 2
+        << "--output should end with a file name that does not begin with a dot; see velmora-seal --help";
     QTest::newRow("no script key") << "seal @/plain -o @/b --key @" << 2 << "@: No script key in the directory";
     QTest::newRow("several script keys") << "seal @/plain -o @/b --key @/several" << 2
                                          << "@/several: Several script keys, name one of them";
@@ -179,13 +193,30 @@ void SealToolTest::filesAreWholeOrMissing() {
     const Installation installation;
     const auto keys = installation.path(QStringLiteral("scripts"));
     // No file may grow, which fails the write with an error once the signal is ignored.
-    const auto result = runTool(QStringLiteral("/bin/sh"),
-                                {QStringLiteral("-c"), QStringLiteral("trap '' XFSZ; ulimit -f 0; exec \"$0\" \"$@\""),
-                                 QStringLiteral(VELMORA_SEAL_PROGRAM), QStringLiteral("keygen"),
-                                 QStringLiteral("script"), QStringLiteral("-o"), keys});
+    const auto runWithoutSpace = [&installation](const char* line) {
+        return runTool(QStringLiteral("/bin/sh"),
+                       QStringList{QStringLiteral("-c"),
+                                   QStringLiteral("trap '' XFSZ; ulimit -f 0; exec \"$0\" \"$@\""),
+                                   QStringLiteral(VELMORA_SEAL_PROGRAM)} +
+                           argumentsOf(line, installation.path()));
+    };
+    const auto result = runWithoutSpace("keygen script -o @/scripts");
     QCOMPARE(result.exitCode, 2);
     QVERIFY(result.errors.contains("Unable to write file (File too large)"));
     QCOMPARE(filesBelow(keys), QStringList());
+
+    const auto file = installation.write(QStringLiteral("signers/old.private.pem"), "as it was");
+    QCOMPARE(runWithoutSpace("keygen signer -o @/signers/old --force").exitCode, 2);
+    const std::array<std::uint8_t, 1> content{};
+    const auto writeNew = [&content](const QString& name) {
+        return failureOf([&] {
+            Sealwork::writeOutputFile(name.toStdString(), content, Sealwork::FileAccess::Public,
+                                      Sealwork::Overwrite::No);
+        });
+    };
+    QCOMPARE(writeNew(file), QStringLiteral("Fatal: File exists already"));
+    QCOMPARE(contentOf(file), QByteArray("as it was"));
+    QCOMPARE(filesBelow(installation.path(QStringLiteral("signers"))), QStringList(QStringLiteral("old.private.pem")));
 }
 
 void SealToolTest::noRandomNumbers() {

@@ -4,6 +4,7 @@
 
 #include <QFile>
 #include <QProcess>
+#include <QTemporaryDir>
 
 ToolResult runTool(const QString& program, const QStringList& arguments, const QByteArray& input,
                    const QProcessEnvironment& environment) {
@@ -35,4 +36,20 @@ QStringList argumentsOf(const char* line, const QString& directory) {
 QByteArray contentOf(const QString& filename) {
     QFile file(filename);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QByteArray madeUpRsaPem(const QByteArray& modulusHex, const QByteArray& exponentHex) {
+    const QTemporaryDir directory;
+    QFile configuration(directory.filePath(QStringLiteral("key.cnf")));
+    configuration.open(QIODevice::WriteOnly);
+    configuration.write("asn1=SEQUENCE:info\n[info]\nalgorithm=SEQUENCE:algorithm\nkey=BITWRAP,SEQUENCE:numbers\n"
+                        "[algorithm]\nname=OID:rsaEncryption\nparameter=NULL\n[numbers]\nn=INTEGER:0x" +
+                        modulusHex + "\ne=INTEGER:0x" + exponentHex + "\n");
+    configuration.close();
+    const auto der = directory.filePath(QStringLiteral("key.der"));
+    openssl({QStringLiteral("asn1parse"), QStringLiteral("-genconf"), configuration.fileName(),
+             QStringLiteral("-noout"), QStringLiteral("-out"), der});
+    QFile file(der);
+    file.open(QIODevice::ReadOnly);
+    return "-----BEGIN PUBLIC KEY-----\n" + file.readAll().toBase64() + "\n-----END PUBLIC KEY-----\n";
 }

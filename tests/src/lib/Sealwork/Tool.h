@@ -27,3 +27,6 @@ QStringList argumentsOf(const char* line, const QString& directory);
 
 /// The bytes of a file; empty when it cannot be read.
 QByteArray contentOf(const QString& filename);
+
+/// A PEM SubjectPublicKeyInfo of any RSA numbers, such as no key maker makes.
+QByteArray madeUpRsaPem(const QByteArray& modulusHex, const QByteArray& exponentHex);
