@@ -23,10 +23,12 @@ constexpr int dialogTime = 50;     // ms between two looks for a dialog
 constexpr int settlingTime = 1500; // ms that a page gets to load and draw itself
 
 /// Acts inside an unchanged program, in its event loop, as the environment variable VELMORA_PROBE says: "close" closes
-/// the window, "title" prints the title of the current page and closes it, "standard", "in-house" and "unrelated" throw
-/// an exception of that family out of a slot, "generate" types "probed" as entity name, generates with the one form
-/// that there is, answering every dialog with what it proposes, and closes the window, and "first-paint" prints the
-/// monotonic time in nanoseconds at which the first window was painted and ends the process.
+/// the window, "title" prints the title of the current page and the name of the folio's checked button and closes the
+/// window, "standard", "in-house" and "unrelated" throw an exception of that family out of a slot, "generate" types
+/// "probed" as entity name, generates with the one form that there is, answering every dialog with what it proposes,
+/// and closes the window, "screenshot" saves a picture of the page, the IP and the size that further variables name,
+/// and "first-paint" prints the monotonic time in nanoseconds at which the first window was painted; these two end the
+/// process.
 class Probe : public QObject {
     Q_OBJECT
 
@@ -53,7 +55,7 @@ protected:
 private:
     static void act(const QByteArray& action) {
         if (action == "title")
-            std::printf("%s\n", qPrintable(getMainWindow()->findChild<QLabel*>(QStringLiteral("titleLabel"))->text()));
+            printTitle();
         if (action == "close" || action == "title")
             qApp->closeAllWindows();
         else if (action == "standard")
@@ -62,6 +64,15 @@ private:
             throw Brindle::located(Brindle::Critical("in-house text"), BRINDLE_HERE);
         else
             throw 7;
+    }
+
+    static void printTitle() {
+        const QWidget* folio = getMainWindow()->findChild<QWidget*>(QStringLiteral("Folio"));
+        std::printf("%s\n", qPrintable(folio->findChild<QLabel*>(QStringLiteral("titleLabel"))->text()));
+        for (const char* name : {"IPs", "About", "Settings"}) {
+            if (folio->findChild<QAbstractButton*>(QLatin1String(name))->isChecked())
+                std::printf("%s\n", name);
+        }
     }
 
     void generate() {

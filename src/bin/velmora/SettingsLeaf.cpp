@@ -44,6 +44,7 @@ void store(const QString& key, const QString& defaultValue, const QString& value
 
 SettingsLeaf::SettingsLeaf(Folio* folio) : QWidget(folio), _folio(folio) {
     auto* grid = new QGridLayout;
+    grid->setContentsMargins(0, 0, 0, 0); // in line with the folio's title
     grid->addWidget(getTitleWidget(tr("General")), 0, 0, 1, 5);
 
     QStringList themes;
@@ -98,6 +99,7 @@ Quillon::TreeComboBox* SettingsLeaf::addPreference(QGridLayout& grid, int row, c
 QWidget* SettingsLeaf::getTitleWidget(const QString& title) const {
     auto* widget = new QWidget;
     auto* layout = new QHBoxLayout(widget);
+    layout->setContentsMargins(0, 0, 0, 0); // the lines are as long as what stands below them
     layout->addWidget(getRuler(widget), 1);
     layout->addWidget(new QLabel("<b>" + title + "</b>"), 0);
     layout->addWidget(getRuler(widget), 1);

@@ -1,6 +1,8 @@
 #include <velmora/SmoothImages.h>
 
 #include <QAbstractTextDocumentLayout>
+#include <QIcon>
+#include <QImageReader>
 #include <QPainter>
 #include <QPixmap>
 #include <QTextDocument>
@@ -9,9 +11,10 @@ namespace Velmora {
 
 namespace {
 
-/// In the density that is nearest to the screen's.
+/// In the screen's density; a pixmap by itself does not look for the file of double density, an icon does.
 QPixmap getPixmap(const QTextFormat& format) {
-    return QPixmap(format.toImageFormat().name());
+    const QString name = format.toImageFormat().name();
+    return QIcon(name).pixmap(QImageReader(name).size());
 }
 
 } // namespace

@@ -16,7 +16,6 @@ namespace {
 constexpr QSize initialSize(760, 480); // pixels
 constexpr QSize sidebarIconSize(16, 16);
 constexpr int nameColumn = 0; // of the detailed list
-constexpr int dateColumn = 3;
 
 /// True when the name ends in what a user means as an extension: "fir.txt" does, "fir_v1.2" does not.
 bool hasExtension(const QString& name) {
@@ -34,8 +33,8 @@ PathDialog::PathDialog(QWidget* parent, const QString& caption, const QString& f
     resize(initialSize);
     findChild<QListView*>(QStringLiteral("sidebar"))->setIconSize(sidebarIconSize);
     QHeaderView* columns = findChild<QTreeView*>(QStringLiteral("treeView"))->header();
+    columns->setSectionResizeMode(QHeaderView::ResizeToContents);
     columns->setSectionResizeMode(nameColumn, QHeaderView::Stretch);
-    columns->setSectionResizeMode(dateColumn, QHeaderView::ResizeToContents);
 }
 
 QLineEdit* PathDialog::getNameEdit() const {

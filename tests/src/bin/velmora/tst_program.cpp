@@ -58,10 +58,10 @@ void ProgramTest::optionsOfTheUsageTextDoNothing() {
 }
 
 void ProgramTest::aboutPageCanBeSuppressed() {
-    QVERIFY(run("title").output.contains("<b>About</b>"));
+    QCOMPARE(run("title").output.mid(2), QStringList({"<b>About</b>", "About"}));
     const Program::Outcome outcome = run("title", {"-no-about"});
     QCOMPARE(outcome.status, 0);
-    QVERIFY(outcome.output.contains("<b>IPs</b>"));
+    QCOMPARE(outcome.output.mid(2), QStringList({"<b>IPs</b>", "Settings"})); // no button was pressed yet
 }
 
 void ProgramTest::startsWithSpoiltSettings_data() {

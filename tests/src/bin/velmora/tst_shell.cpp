@@ -213,7 +213,10 @@ void ShellTest::folioPages() {
     };
     auto* buttonColumn = folio->findChild<QToolButton*>("IPs")->parentWidget();
     QCOMPARE(placeOf(buttonColumn), QList<int>({0, 0, 2, 1}));
-    QCOMPARE(placeOf(folio->findChild<QLabel*>("titleLabel")), QList<int>({0, 1, 1, 1}));
+    auto* title = folio->findChild<QLabel*>("titleLabel");
+    QCOMPARE(placeOf(title), QList<int>({0, 1, 1, 1}));
+    QCOMPARE(title->indent(), 1);
+    QCOMPARE(title->alignment(), Qt::AlignLeft | Qt::AlignVCenter);
     QCOMPARE(placeOf(stack), QList<int>({1, 1, 1, 3}));
     QCOMPARE(grid->columnStretch(1), 1);
     QCOMPARE(grid->rowStretch(1), 1);
@@ -303,6 +306,10 @@ void ShellTest::foldWidget() {
     auto* toggle = fold->findChild<QToolButton*>();
     QWidget* body = field->parentWidget();
     QCOMPARE(toggle->text(), QStringLiteral("Global parameters"));
+    QCOMPARE(toggle->toolButtonStyle(), Qt::ToolButtonTextBesideIcon);
+    QCOMPARE(toggle->styleSheet(),
+             QStringLiteral("QToolButton { border: none; } QToolButton::checked { color: inherit; }"));
+    QCOMPARE(fold->findChild<QLabel*>(QString(), Qt::FindDirectChildrenOnly)->text(), QStringLiteral("<hr />"));
     QCOMPARE(toggle->arrowType(), Qt::RightArrow);
     QCOMPARE(body->height(), 0);
     QCOMPARE(qobject_cast<QGridLayout*>(body->layout())->columnStretch(1), 3);

@@ -4,10 +4,14 @@
 
 #include <Brindle/FileDialog.h>
 
+#include <QAbstractItemDelegate>
 #include <QDir>
 #include <QFile>
 #include <QLineEdit>
+#include <QStyleOptionViewItem>
+#include <QTemporaryDir>
 #include <QTest>
+#include <QTreeView>
 
 using Brindle::FileDialog;
 using Steps = QList<DialogRobot::Step>;
@@ -96,6 +100,27 @@ void FileDialogTest::open() {
     const QString path = FileDialog::getOpenFileName(nullptr, caption, _folder.filePath(proposed),
                                                      QStringLiteral("VHDL (*.vhd);;All files (*)"));
     QCOMPARE(path, chosen.isEmpty() ? QString() : _folder.filePath(chosen));
+    QVERIFY(robot.isDone());
+}
+
+/// Size, type and date of what is listed.
+void FileDialogTest::columnsShowWhole() {
+    const QTemporaryDir folder;
+    QFile file(folder.filePath("filter.velmora"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(QByteArray(480, 'x'));
+    file.close();
+    const DialogRobot robot({[](QWidget* dialog) {
+        const auto* list = dialog->findChild<QTreeView*>(QStringLiteral("treeView"));
+        QTRY_COMPARE(list->model()->rowCount(list->rootIndex()), 1);
+        for (int column = 1; column < list->model()->columnCount(); ++column) {
+            const QSize wanted = list->itemDelegate()->sizeHint(QStyleOptionViewItem(),
+                                                                list->model()->index(0, column, list->rootIndex()));
+            QTRY_VERIFY(list->columnWidth(column) >= wanted.width());
+        }
+        DialogRobot::cancel()(dialog);
+    }});
+    FileDialog::getOpenFileName(nullptr, caption, folder.filePath("x"), QStringLiteral("All files (*)"));
     QVERIFY(robot.isDone());
 }
 

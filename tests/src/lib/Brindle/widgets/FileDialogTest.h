@@ -12,6 +12,7 @@ private Q_SLOTS:
     void save();
     void open_data();
     void open();
+    void columnsShowWhole();
     void directory_data();
     void directory();
     void functionsReplaceDialogs();
