@@ -25,7 +25,8 @@ void checkAccepted(const Velmora::IPDescription& ip) {
     require(isCollapsed(ip.name) && isCollapsed(ip.category), "name and category are there, white space collapsed");
     require(isCollapsed(ip.company) && ip.company.find(' ') == ip.company.npos, "the company is one word");
     require(!ip.variants.empty() && std::ranges::all_of(ip.variants, isCollapsed), "every variant is a word");
-    require(ip.uid.size() <= 4 * 25, "25 characters take at most 100 bytes");
+    constexpr std::size_t longestUID = 100; // bytes
+    require(ip.uid.size() <= longestUID, "25 characters take at most 100 bytes");
     require(ip.scriptFilename.empty() || !ip.uid.empty(), "a script has a uid");
     require(isAbsoluteOrNone(ip.scriptFilename) && isAbsoluteOrNone(ip.htmlFilename), "paths are absolute");
 }

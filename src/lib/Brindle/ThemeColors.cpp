@@ -31,6 +31,7 @@ constexpr std::array namedColors{
 
 std::vector<std::string_view> ThemeColors::getNames() {
     std::vector<std::string_view> names;
+    names.reserve(namedColors.size());
     for (const NamedColor& color : namedColors)
         names.push_back(color.name);
     return names;

@@ -5,8 +5,8 @@
 
 #include <QFile>
 
-// Q_INIT_RESOURCE does not work inside a namespace.
-static void initializeBrindleResources() {
+// Q_INIT_RESOURCE does not work inside a namespace, be it one without a name.
+static void initializeBrindleResources() { // NOLINT(misc-use-anonymous-namespace)
     Q_INIT_RESOURCE(Brindle);
     Q_INIT_RESOURCE(BrindleImages);
 }

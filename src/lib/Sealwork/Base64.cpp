@@ -94,6 +94,7 @@ bool decodeBase64Lines(std::string_view lines, std::span<std::uint8_t> bytes) {
     while (!bytes.empty()) {
         const auto lineBytes = bytes.first(std::min(bytes.size(), base64LineBytes));
         const std::size_t lineSize = base64LinesSize(lineBytes.size());
+        // NOLINTNEXTLINE(bugprone-suspicious-stringview-data-usage): the sizes were compared above
         if (!decodeLine(lines.data(), lineBytes) || lines[lineSize - 1] != '\n')
             return false;
         lines.remove_prefix(lineSize);

@@ -6,6 +6,8 @@
 #include <openssl/hmac.h>
 #include <openssl/params.h>
 
+#include <array>
+
 namespace Sealwork {
 
 namespace {
@@ -36,10 +38,11 @@ EnvelopeMac::EnvelopeMac(std::span<const std::uint8_t> sessionKey, std::string_v
     const SecureBuffer key = deriveKey(sessionKey);
     const Mac hmac(EVP_MAC_fetch(nullptr, "HMAC", nullptr));
     _context.reset(EVP_MAC_CTX_new(hmac.get()));
-    char digest[] = "SHA256";
-    const OSSL_PARAM parameters[] = {OSSL_PARAM_construct_utf8_string(OSSL_MAC_PARAM_DIGEST, digest, 0),
-                                     OSSL_PARAM_construct_end()};
-    require(_context && EVP_MAC_init(_context.get(), key.data(), key.size(), parameters) == 1, operation, BRINDLE_HERE);
+    auto digest = std::to_array("SHA256");
+    const std::array parameters{OSSL_PARAM_construct_utf8_string(OSSL_MAC_PARAM_DIGEST, digest.data(), 0),
+                                OSSL_PARAM_construct_end()};
+    require(_context && EVP_MAC_init(_context.get(), key.data(), key.size(), parameters.data()) == 1, operation,
+            BRINDLE_HERE);
     for (const auto part : {messageLabel, language, getName(method), infoHex}) {
         update(part);
         update("\n");

@@ -68,7 +68,7 @@ std::optional<std::string> takeSigner(TextLines& lines) {
         return std::nullopt;
     const auto signer = getFieldValue(line, signerField);
     requireShape(signer.has_value(), ScriptFault::Malformed, BRINDLE_HERE);
-    const auto id = takeId(*signer);
+    auto id = takeId(*signer);
     requireShape(lines.next() == "", ScriptFault::Malformed, BRINDLE_HERE);
     return id;
 }

@@ -20,8 +20,8 @@ namespace {
 
 /// A mark of one colour, which its drawing calls "currentColor".
 struct Mark {
-    const char* name;
-    const char* color;
+    const char* name = nullptr;
+    const char* color = nullptr;
     const char* disabledColor = nullptr; ///< None when the mark is never disabled.
 };
 

@@ -261,7 +261,7 @@ void CatalogueTest::leafErrors() {
 
 void CatalogueTest::hugeDescriptionIsRefusedQuickly() {
     QFile file(_prefix->path("huge"));
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.resize(100 * 1024 * 1024));
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.resize(100LL * 1024 * 1024));
     QElapsedTimer timer;
     timer.start();
     try {

@@ -273,7 +273,9 @@ void FiltersTest::coefficientAggregates() {
 /// One row of a form as the user sees it: label, key, help, and the range of a spin box or the items of a combo box.
 #define ROW(label, key, helpText, choices) QStringList({label, key, helpText, choices})
 
-static QList<QStringList> rowsOf(const QWidget* form) {
+namespace {
+
+QList<QStringList> rowsOf(const QWidget* form) {
     QList<QStringList> rows;
     auto* grid = qobject_cast<QGridLayout*>(form->layout());
     for (int row = 0; row < grid->rowCount(); ++row) {
@@ -297,6 +299,8 @@ static QList<QStringList> rowsOf(const QWidget* form) {
     }
     return rows;
 }
+
+} // namespace
 
 void FiltersTest::macRows() {
     open(mac);

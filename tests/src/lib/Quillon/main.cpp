@@ -8,11 +8,15 @@
 
 #include <QTest>
 
+namespace {
+
 template <class Test>
-static int run(int argc, char** argv) {
+int run(int argc, char** argv) {
     Test test;
     return QTest::qExec(&test, argc, argv);
 }
+
+} // namespace
 
 int main(int argc, char** argv) {
     int failures = run<ApplicationTest>(argc, argv); // makes application objects of its own

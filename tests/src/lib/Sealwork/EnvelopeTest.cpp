@@ -200,7 +200,7 @@ void EnvelopeTest::openedElsewhere() {
 void EnvelopeTest::noTwoAlike() {
     const Installation installation;
     addRecipients(installation);
-    const std::string text = "signal a : std_logic;\r\n\0\xe9";
+    const std::string text("signal a : std_logic;\r\n\0\xe9", 25);
     const Envelope first(toBytes(encrypt("vhdl", text)), "`protect ");
     const Envelope second(toBytes(encrypt("vhdl", text)), "`protect ");
     QVERIFY(first.mac != second.mac);

@@ -54,7 +54,7 @@ struct Signer {
 /// What the program gets for the text; where it is refused, checks that the output is left alone.
 QString openInstalled(const std::string& text, std::string& script) {
     std::string out = "as it was";
-    const auto failure = failureOf([&] { Sealwork::Crypto(1).getDecrypted(0, text, out); }, {"keyId", "signer"});
+    auto failure = failureOf([&] { Sealwork::Crypto(1).getDecrypted(0, text, out); }, {"keyId", "signer"});
     if (failure.isEmpty())
         script = out;
     else if (out != "as it was")

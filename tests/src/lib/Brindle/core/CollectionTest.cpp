@@ -156,8 +156,8 @@ void CollectionTest::listIsSeenAsItIsWhenWalked() {
     std::list<std::string> list{"a"};
     const strings view = reduce(ListCollection(list));
     auto locator = view.getLocator();
-    list.push_back("b");
-    list.push_front("c");
+    list.emplace_back("b");
+    list.emplace_front("c");
     QCOMPARE(getAll(view), (QStringList{"c", "a", "b"}));
     QCOMPARE(getRest(locator), (QStringList{"a", "b"}));
     list.clear();

@@ -56,8 +56,8 @@ void ConsoleTest::lines_data() {
     QTest::addColumn<Action>("act");
     QTest::addColumn<QString>("output");
     QTest::addColumn<QString>("errors");
-    const auto row = [](const char* name, Action act, const char* output, const char* errors) {
-        QTest::newRow(name) << std::move(act) << output << errors;
+    const auto row = [](const char* name, const Action& act, const char* output, const char* errors) {
+        QTest::newRow(name) << act << output << errors;
     };
     row(
         "text", [](Console& to) { to.print("Running velmora"); }, "Running velmora\n", "");

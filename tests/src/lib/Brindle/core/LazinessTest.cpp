@@ -102,8 +102,8 @@ void LazinessTest::stepsOfSource_data() {
     QTest::addColumn<int>("locators");
     QTest::addColumn<int>("steps");
     QTest::addColumn<int>("associates");
-    const auto row = [](const char* name, Action holds, int locators, int steps, int asked) {
-        QTest::newRow(name) << std::move(holds) << locators << steps << asked;
+    const auto row = [](const char* name, const Action& holds, int locators, int steps, int asked) {
+        QTest::newRow(name) << holds << locators << steps << asked;
     };
     row(
         "making views", [] { return reduce(getCopies())._getLabel() == "Reduce(Flatten(Associates(Digits)))"; }, 0, 0,

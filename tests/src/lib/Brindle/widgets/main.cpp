@@ -5,11 +5,15 @@
 #include <QApplication>
 #include <QTest>
 
+namespace {
+
 template <class Test>
-static int run(int argc, char** argv) {
+int run(int argc, char** argv) {
     Test test;
     return QTest::qExec(&test, argc, argv);
 }
+
+} // namespace
 
 int main(int argc, char** argv) {
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
