@@ -2,16 +2,20 @@
 
 #include <QAbstractButton>
 #include <QApplication>
-#include <QEvent>
+#include <QDropEvent>
 #include <QFile>
 #include <QGenericPlugin>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QPushButton>
+#include <QStackedWidget>
 #include <QTimer>
-#include <QTreeView>
+#include <QToolButton>
+#include <QUrl>
+#include <QWindow>
 
 #include <cstdio>
 #include <ctime>
@@ -26,9 +30,10 @@ constexpr int settlingTime = 1500; // ms that a page gets to load and draw itsel
 /// the window, "title" prints the title of the current page and the name of the folio's checked button and closes the
 /// window, "standard", "in-house" and "unrelated" throw an exception of that family out of a slot, "generate" types
 /// "probed" as entity name, generates with the one form that there is, answering every dialog with what it proposes,
-/// and closes the window, "screenshot" saves a picture of the page, the IP and the size that further variables name,
-/// and "first-paint" prints the monotonic time in nanoseconds at which the first window was painted; these two end the
-/// process.
+/// and closes the window, "screenshot" saves a picture of the window of the size VELMORA_PROBE_SIZE on the page
+/// VELMORA_PROBE_PAGE as VELMORA_PROBE_FILE, having generated from the file VELMORA_PROBE_CONFIGURATION if that is
+/// given, and "first-paint" prints the monotonic time in nanoseconds at which the first window was painted; these two
+/// end the process.
 class Probe : public QObject {
     Q_OBJECT
 
@@ -76,19 +81,28 @@ private:
     }
 
     void generate() {
+        const QWidget* window = getMainWindow();
+        window->findChild<QLineEdit*>(QStringLiteral("Entity"))->setText(QStringLiteral("probed"));
+        pressGenerate(window);
+        qApp->closeAllWindows();
+    }
+
+    /// Generates with a form below the widget; every dialog is answered with what it proposes, or "generated.vhd" in
+    /// the working directory.
+    void pressGenerate(const QWidget* widget) {
         auto* answering = new QTimer(this);
         connect(answering, &QTimer::timeout, this, &Probe::answerDialog);
         answering->start(dialogTime);
-        const QWidget* window = getMainWindow();
-        window->findChild<QLineEdit*>(QStringLiteral("Entity"))->setText(QStringLiteral("probed"));
-        window->findChild<QPushButton*>(QStringLiteral("Generate"))->click();
-        qApp->closeAllWindows();
+        widget->findChild<QPushButton*>(QStringLiteral("Generate"))->click();
     }
 
     static void answerDialog() {
         QWidget* dialog = QApplication::activeModalWidget();
         if (const auto* question = qobject_cast<QMessageBox*>(dialog))
             question->button(QMessageBox::Yes)->click();
+        else if (auto* name = dialog ? dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit")) : nullptr;
+                 name && name->text().isEmpty())
+            name->setText(QStringLiteral("generated.vhd"));
         else if (dialog)
             QMetaObject::invokeMethod(dialog, "accept", Qt::QueuedConnection); // it may ask, and the timer must go on
     }
@@ -98,13 +112,24 @@ private:
         const QStringList size = QString::fromLatin1(qgetenv("VELMORA_PROBE_SIZE")).split('x');
         window->resize(size.at(0).toInt(), size.at(1).toInt());
         window->findChild<QAbstractButton*>(QString::fromLatin1(qgetenv("VELMORA_PROBE_PAGE")))->click();
-        if (const QString ip = QString::fromLatin1(qgetenv("VELMORA_PROBE_IP")); !ip.isEmpty()) {
-            auto* tree = window->findChild<QTreeView*>(QStringLiteral("treeView"));
-            const QModelIndex root = tree->model()->index(0, 0);
-            tree->setCurrentIndex(
-                tree->model()->match(root, Qt::DisplayRole, ip, 1, Qt::MatchExactly | Qt::MatchRecursive).at(0));
-        }
+        if (const QString configuration = QFile::decodeName(qgetenv("VELMORA_PROBE_CONFIGURATION"));
+            !configuration.isEmpty())
+            generateFrom(configuration, window);
         QTimer::singleShot(settlingTime, this, &Probe::saveScreenshot);
+    }
+
+    /// Drops the configuration on the window, opens the sections of the form and has it generated.
+    void generateFrom(const QString& configuration, QWidget* window) {
+        QMimeData files;
+        files.setUrls({QUrl::fromLocalFile(configuration)});
+        QDropEvent drop(QPointF(), Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(window->windowHandle(), &drop);
+        QWidget* leaf = window->findChild<QStackedWidget*>(QStringLiteral("leafStack"))->currentWidget();
+        for (auto* section : leaf->findChildren<QToolButton*>()) {
+            if (section->isCheckable() && !section->isChecked())
+                section->click();
+        }
+        pressGenerate(leaf);
     }
 
     static void saveScreenshot() {
