@@ -113,6 +113,7 @@ private Q_SLOTS:
     void outputsInTheWay();
     void failuresKeepTheOutput_data();
     void failuresKeepTheOutput();
+    void failingFileKeepsTheOthers();
     void protectedRegions();
     void oneFailureStopsNoOther();
     void hostileConfigurations_data();
@@ -417,6 +418,22 @@ void GenerateTest::failuresKeepTheOutput() {
     QVERIFY(outcome.output.endsWith("    Generating failed\n"));
     QCOMPARE(readFile("fir.vhd"), "earlier");
     QCOMPARE(QDir().entryList({"fir*"}), (QStringList{"fir.velmora", "fir.vhd"})); // nothing left behind
+}
+
+/// The files of a directory are replaced together: one that cannot be written keeps the others.
+void GenerateTest::failingFileKeepsTheOthers() {
+    _prefix->addBridge("def generate(argDict):\n  return {'a.vhd': 'new', 'b.vhd': 'new'}\n");
+    _prefix->write("bridge.velmora",
+                   "company = Orvane\nname = APB slave to serial master\nuid = BRIDGE\n\nEntity = rtl\n");
+    _prefix->write("rtl/a.vhd", "earlier");
+    QDir().mkpath("rtl/b.vhd");
+    const Outcome outcome = generate({"bridge.velmora"});
+    QCOMPARE(outcome.status, 1);
+    QVERIFY(outcome.errors.first().contains("Unable to open file rtl/b.vhd"));
+    QCOMPARE(filesOf("rtl"), (QMap<QString, QByteArray>{{"a.vhd", "earlier"}}));
+    QDir().rmdir("rtl/b.vhd");
+    QCOMPARE(generate({"bridge.velmora"}).status, 0);
+    QCOMPARE(filesOf("rtl"), (QMap<QString, QByteArray>{{"a.vhd", "new\n"}, {"b.vhd", "new\n"}}));
 }
 
 void GenerateTest::protectedRegions() {

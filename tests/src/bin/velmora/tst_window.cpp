@@ -128,6 +128,7 @@ private:
     }
     static void trigger(const MainWindow& window, const char* action) { window.findChild<QAction*>(action)->trigger(); }
     static QByteArray runGenerator(const QStringList& arguments);
+    static QTableView* editCell(MainWindow& window, const QString& text);
 
     std::unique_ptr<TestPrefix> _prefix;
 
@@ -148,6 +149,7 @@ private Q_SLOTS:
     void refusedFilesChangeNothing();
     void proposedNames();
     void saveTakesTheEditedCell();
+    void loadEndsTheCellEdit();
     void settingsStayAsTheyWere();
     void dropReachesEveryPlace_data();
     void dropReachesEveryPlace();
@@ -511,26 +513,49 @@ void WindowTest::proposedNames() {
     QVERIFY(recorder.lines().first().startsWith("E: Unable to write configuration file (filename: no/such/folder/"));
 }
 
-void WindowTest::saveTakesTheEditedCell() {
-    useShippedCatalogue();
-    MainWindow window;
-    window.findChild<Folio*>()->showIP(findLeaf("Scope"));
-    QVERIFY(QTest::qWaitForWindowActive(&window));
+/// Shows the scope and types into the first cell of its table, whose editor stays open. Null when it does not open.
+QTableView* WindowTest::editCell(MainWindow& window, const QString& text) {
     QSettings().setValue("animations", "Never");
+    window.findChild<Folio*>()->showIP(findLeaf("Scope"));
     auto* table = window.findChild<Velmora::LineTableView*>("TriggerTableView");
     for (auto* title : findLeaf("Scope")->findChildren<QToolButton*>()) // opens the sections
         QTest::mouseClick(title, Qt::LeftButton);
-    QTRY_VERIFY(table->isVisible());
+    const auto isEdited = [] { return qobject_cast<QLineEdit*>(QApplication::focusWidget()); };
+    if (!QTest::qWaitForWindowActive(&window) || !QTest::qWaitFor([table] { return table->isVisible(); }))
+        return nullptr;
     table->setFocus();
     table->setCurrentIndex(table->model()->index(0, 1));
     table->edit(table->currentIndex());
-    QTRY_VERIFY(qobject_cast<QLineEdit*>(QApplication::focusWidget()));
-    QTest::keyClicks(QApplication::focusWidget(), "clk");
+    if (!QTest::qWaitFor(isEdited))
+        return nullptr;
+    QTest::keyClicks(QApplication::focusWidget(), text);
+    return table;
+}
+
+void WindowTest::saveTakesTheEditedCell() {
+    useShippedCatalogue();
+    MainWindow window;
+    auto* table = editCell(window, "clk");
+    QVERIFY(table);
     const QString saved = _prefix->path("saved.velmora");
     FileDialog::setSaveFileNameFunction([&saved](auto&&...) { return saved; });
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_S, Qt::ControlModifier);
     QVERIFY(readFile(saved).contains("TriggerTableView/0 = clk, "));
     QCOMPARE(QApplication::focusWidget(), table);
+}
+
+/// What was typed would replace what is loaded as soon as the user leaves the cell, if that is what the cell held.
+void WindowTest::loadEndsTheCellEdit() {
+    useShippedCatalogue();
+    MainWindow window;
+    auto* table = editCell(window, "clk");
+    QVERIFY(table);
+    const QByteArray content = example("scope_bus").replace("= request,", "= \"\",");
+    const QString filename = _prefix->write("scope.velmora", content);
+    FileDialog::setOpenFileNameFunction([&filename](auto&&...) { return filename; });
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_O, Qt::ControlModifier);
+    table->setFocus();
+    QCOMPARE(contentOf(*findLeaf("Scope")), content);
 }
 
 void WindowTest::settingsStayAsTheyWere() {
