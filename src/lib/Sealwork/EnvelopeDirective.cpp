@@ -13,10 +13,6 @@ bool isWordCharacter(char character) {
            (character >= '0' && character <= '9') || character == '_';
 }
 
-char toLower(char character) {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
-}
-
 /// Takes the white space in front off; false when there is none.
 bool skipWhiteSpace(std::string_view& text) {
     const auto begin = std::min(text.find_first_not_of(whiteSpace), text.size());
@@ -61,10 +57,9 @@ std::optional<std::string_view> takeValue(std::string_view& text) {
 
 std::optional<DirectiveExpression> takeExpression(std::string_view& text) {
     skipWhiteSpace(text);
-    DirectiveExpression expression{std::string(takeWord(text)), {}};
+    DirectiveExpression expression{toLower(takeWord(text)), {}};
     if (expression.name.empty())
         return std::nullopt;
-    std::ranges::transform(expression.name, expression.name.begin(), toLower);
     skipWhiteSpace(text);
     if (!skip(text, "="))
         return expression;
@@ -85,6 +80,13 @@ bool endsWithWord(std::string_view text, std::string_view word) {
 }
 
 } // namespace
+
+std::string toLower(std::string_view text) {
+    std::string lower(text);
+    std::ranges::transform(lower, lower.begin(),
+                           [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    return lower;
+}
 
 std::optional<std::string_view> getDirectiveBody(std::string_view line) {
     skipWhiteSpace(line);

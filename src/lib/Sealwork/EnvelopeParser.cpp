@@ -24,11 +24,6 @@ bool isRight(std::string_view body) {
     return begin != body.npos && body.substr(begin).starts_with("control ");
 }
 
-std::string toLower(std::string text) {
-    std::ranges::transform(text, text.begin(), [](char c) { return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c; });
-    return text;
-}
-
 std::optional<std::size_t> toNumber(std::string_view text) {
     std::size_t number = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
