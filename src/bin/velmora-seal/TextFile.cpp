@@ -44,7 +44,7 @@ std::string readText(const std::string& filename) {
     if (!file.isOpen())
         refuse("Unable to read file", filename, BRINDLE_HERE);
     std::string text;
-    std::array<std::uint8_t, 65536> piece;
+    std::array<std::uint8_t, 65536> piece{};
     for (;;) {
         const auto size = file.read(piece);
         if (size < 0)

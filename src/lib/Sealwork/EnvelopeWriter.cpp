@@ -56,7 +56,7 @@ CipherContext startCipher(DataMethod method, const SessionKey& session) {
 template <typename Sink>
 void encipher(std::string_view text, DataMethod method, const SessionKey& session, Sink sink) {
     const auto context = startCipher(method, session);
-    std::array<std::uint8_t, chunkSize + cipherBlockSize> ciphertext;
+    std::array<std::uint8_t, chunkSize + cipherBlockSize> ciphertext{};
     const auto handOn = [&](int size) { sink(std::span(ciphertext).first(static_cast<std::size_t>(size))); };
     sink(std::span(session.initial));
     int size = 0;
