@@ -52,7 +52,7 @@ std::string readText(const std::string& filename) {
         refuse("Unable to read file", filename, BRINDLE_HERE);
     std::string text;
     text.reserve(getSizeHint(file));
-    std::array<std::uint8_t, 65536> piece;
+    std::array<std::uint8_t, 65536> piece{};
     for (;;) {
         const auto size = file.read(piece);
         if (size < 0)

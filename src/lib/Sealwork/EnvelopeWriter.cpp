@@ -25,7 +25,7 @@ constexpr std::size_t getPaddedSize(std::size_t size) {
 template <typename Sink>
 void encipher(std::string_view text, DataMethod method, const SessionKey& session, Sink sink) {
     const auto context = startCipher(method, session.key, session.initial, CipherDirection::Encipher);
-    std::array<std::uint8_t, cipherChunkSize + cipherBlockSize> ciphertext;
+    std::array<std::uint8_t, cipherChunkSize + cipherBlockSize> ciphertext{};
     const auto handOn = [&](int size) { sink(std::span(ciphertext).first(static_cast<std::size_t>(size))); };
     sink(std::span(session.initial));
     int size = 0;

@@ -24,7 +24,7 @@ namespace {
 }
 
 std::filesystem::path getTemporaryName(const std::filesystem::path& filename) {
-    std::array<std::uint8_t, 8> bytes;
+    std::array<std::uint8_t, 8> bytes{};
     fillRandom(bytes);
     // Hidden, so that no key directory takes it for a key.
     return filename.parent_path() / ("." + filename.filename().string() + "." + toHex(bytes));

@@ -48,7 +48,7 @@ std::string takeId(std::string_view value) {
 template <std::size_t Size>
 std::array<std::uint8_t, Size> takeBytes(TextLines& lines, std::string_view field) {
     const auto value = takeField(lines, field);
-    std::array<std::uint8_t, Size> bytes;
+    std::array<std::uint8_t, Size> bytes{};
     requireShape(isLowerHex(value, 2 * Size) && fromHex(value, bytes), ScriptFault::Malformed, BRINDLE_HERE);
     return bytes;
 }

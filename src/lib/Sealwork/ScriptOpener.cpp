@@ -17,7 +17,7 @@ SecureBuffer decipher(const ScriptContainer& container, const ScriptKey& key) {
     const CipherContext context(EVP_CIPHER_CTX_new());
     const std::string header = container.getHeader();
     SecureBuffer script(container.getScriptSize());
-    std::array<std::uint8_t, ScriptContainer::tagSize> tag;
+    std::array<std::uint8_t, ScriptContainer::tagSize> tag{};
     std::copy_n(container.payload.end() - ScriptContainer::tagSize, tag.size(), tag.begin());
     int size = 0;
     require(
