@@ -17,6 +17,8 @@ namespace Velmora {
 
 namespace {
 
+constexpr int treeWidth = 272; // pixels; the longest name beside a scroll bar
+
 const QString everything = QStringLiteral("All");
 
 /// A filter that offers everything first, apart from the rest.
@@ -72,6 +74,7 @@ void IPsLeaf::createWidgets() {
     _treeView->setObjectName(QStringLiteral("treeView"));
     _treeView->setAccessibleName(tr("IPs by category"));
     Brindle::theme.enrich(_treeView);
+    _treeView->setMinimumWidth(treeWidth);
     layout->addWidget(_treeView, 1, 0);
 
     _categoryCombo = createFilter("categoryCombo", tr("Show the IPs of this category"), this);
