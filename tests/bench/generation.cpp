@@ -1,4 +1,4 @@
-#include <bench/Median.h>
+#include <bench/Least.h>
 #include <support/TestPrefix.h>
 
 #include <velmora/ArgumentDictionary.h>
@@ -18,10 +18,12 @@
 #include <QTest>
 #include <QTextEdit>
 
+#include <algorithm>
 #include <cstdio>
 #include <functional>
 #include <iostream>
 #include <sstream>
+#include <vector>
 
 // One generation with the program's forms, from pressing Generate to "Generating done", beside the same script with the
 // same arguments in a python2.7 process of its own: bench_generation PYTHON, with ORVANE_PREFIX set.
@@ -81,7 +83,7 @@ void measure(const Subject& subject, const QString& python, const QTemporaryDir&
     std::ostringstream console;
     std::streambuf* const standardOutput = std::cout.rdbuf(console.rdbuf());
     auto* button = page.findChild<QPushButton*>("Generate");
-    const double pressToDone = medianOf(roundCount, [button] { QTest::mousePress(button, Qt::LeftButton); });
+    const double pressToDone = leastOf(roundCount, [button] { QTest::mousePress(button, Qt::LeftButton); });
     std::cout.rdbuf(standardOutput);
     if (console.str().find("Generating done") == std::string::npos)
         fail(std::string(subject.label) + " did not generate:\n" + console.str());
@@ -94,15 +96,14 @@ void measure(const Subject& subject, const QString& python, const QTemporaryDir&
         fail("cannot write the script");
     file.close();
     std::vector<double> scriptTimes;
-    const double bareProcess = medianOf(roundCount, [&] {
+    const double bareProcess = leastOf(roundCount, [&] {
         QProcess process;
         process.start(python, {"-E", "-S", "-B", program});
         if (!process.waitForFinished() || process.exitCode() != 0)
             fail(process.readAllStandardError().toStdString());
         scriptTimes.push_back(process.readAllStandardOutput().toDouble() * 1000);
     });
-    std::ranges::sort(scriptTimes);
-    const double scriptTime = scriptTimes.at(scriptTimes.size() / 2);
+    const double scriptTime = *std::ranges::min_element(scriptTimes);
     std::printf("%-46s %10.2f %10.2f %10.2f %10.2f\n", subject.label, pressToDone, bareProcess, scriptTime,
                 pressToDone - scriptTime);
 }
@@ -117,7 +118,7 @@ int main(int argc, char** argv) {
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
     Brindle::FileDialog::setSaveFileNameFunction([&folder](auto&&...) { return folder.filePath("generated.vhd"); });
     Brindle::FileDialog::setDirectoryFunction([&folder](auto&&...) { return folder.filePath("generated"); });
-    std::printf("%-46s %10s %10s %10s %10s\n", "one generation, median ms", "press-done", "bare", "script", "overhead");
+    std::printf("%-46s %10s %10s %10s %10s\n", "one generation, least ms", "press-done", "bare", "script", "overhead");
     measure({"bridge", "apb_slave_to_serial_master", "fileDict", fillBridge}, argv[1], folder);
     measure({"multiply-accumulate filter, 160 coefficients", "mac_fir", "text", fillFilter}, argv[1], folder);
 }
