@@ -15,6 +15,7 @@
 #include <Brindle/Exception.h>
 #include <Brindle/Theme.h>
 
+#include <QElapsedTimer>
 #include <QGridLayout>
 #include <QLabel>
 #include <QPropertyAnimation>
@@ -43,6 +44,8 @@ private Q_SLOTS:
     void geometryIsKept();
     void maximisedWindowIgnoresItsGeometry();
     void rubbishInTheSettingsDoesNoHarm();
+    void hugeCountsInAStoredStateDoNoHarm_data();
+    void hugeCountsInAStoredStateDoNoHarm();
     void folioPages();
     void folioIgnoresUnknownIds();
     void titlesFollowThePages();
@@ -115,6 +118,29 @@ void ShellTest::rubbishInTheSettingsDoesNoHarm() {
     MainWindow window;
     QVERIFY(window.isVisible());
     QCOMPARE(window.size(), QSize(1000, 600));
+}
+
+void ShellTest::hugeCountsInAStoredStateDoNoHarm_data() {
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<int>("place");
+    QTest::newRow("dock areas") << "windowState" << 9;
+    QTest::newRow("tool bar lines") << "windowState" << -4;
+    QTest::newRow("sizes") << "consoleSplitter" << 8;
+}
+
+void ShellTest::hugeCountsInAStoredStateDoNoHarm() {
+    QFETCH(QString, key);
+    QFETCH(int, place);
+    constexpr qint64 patience = 10'000; // ms
+    MainWindow().close();
+    QByteArray state = QSettings().value(key).toByteArray();
+    state.replace(place < 0 ? state.size() + place : place, 4, "\x7f\xff\xff\xff");
+    QSettings().setValue(key, state);
+    QElapsedTimer timer;
+    timer.start();
+    const MainWindow window;
+    QVERIFY(window.isVisible());
+    QVERIFY(timer.elapsed() < patience);
 }
 
 void ShellTest::folioPages() {
