@@ -94,7 +94,8 @@ void IPLeaf::showConfigurationWidget() {
     scrollArea->setWidget(_configurationWidget);
     _splitter->addWidget(Brindle::theme.getCapWidget(scrollArea));
 
-    const int share = QSettings().value(SettingsKeys::size, 50).toInt(); // percent of the height for the form
+    const int stored = QSettings().value(SettingsKeys::size, 50).toInt();
+    const int share = std::clamp(stored, 0, 100); // percent of the height for the form
     _splitter->setSizes({10000 - share * 100, share * 100});
 }
 

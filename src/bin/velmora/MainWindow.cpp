@@ -18,6 +18,22 @@
 
 namespace Velmora {
 
+namespace {
+
+// Where Qt 5.15 keeps markers, versions and counts in a state, in bytes from its beginning and from its end.
+constexpr int windowHead = 13; // up to the number of dock areas
+constexpr int windowTail = 5;  // from the marker before the number of tool bar lines on
+constexpr int splitterHead = 12;
+
+/// True when the stored state has the shape of the present one. Qt believes the counts in any other, and would count to
+/// two thousand million or ask for as much memory: the program would not start again.
+bool hasShape(const QByteArray& stored, const QByteArray& present, int head, int tail) {
+    return stored.size() == present.size() && stored.left(head) == present.left(head) &&
+           stored.right(tail) == present.right(tail);
+}
+
+} // namespace
+
 MainWindow::MainWindow() {
     setWindowTitle(Quillon::application->applicationName());
     setWindowIcon(QIcon(QPixmap(QStringLiteral(":/Brindle/rocket.png"))));
@@ -63,8 +79,12 @@ void MainWindow::loadSettings() {
         restoreGeometry(settings.value(SettingsKeys::geometry).toByteArray());
         show();
     }
-    restoreState(settings.value(SettingsKeys::windowState).toByteArray(), 0);
-    _consoleSplitter->restoreState(settings.value(SettingsKeys::consoleSplitter).toByteArray());
+    const QByteArray window = settings.value(SettingsKeys::windowState).toByteArray();
+    if (hasShape(window, saveState(0), windowHead, windowTail))
+        restoreState(window, 0);
+    const QByteArray splitter = settings.value(SettingsKeys::consoleSplitter).toByteArray();
+    if (hasShape(splitter, _consoleSplitter->saveState(), splitterHead, 0))
+        _consoleSplitter->restoreState(splitter);
 }
 
 void MainWindow::saveSettings() {

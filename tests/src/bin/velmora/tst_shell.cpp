@@ -18,6 +18,7 @@
 
 #include <QDataStream>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QGridLayout>
 #include <QLabel>
@@ -52,6 +53,8 @@ private Q_SLOTS:
     void rubbishInTheSettingsDoesNoHarm();
     void settingsThatCannotBeUsed_data();
     void settingsThatCannotBeUsed();
+    void hugeCountsInAStoredStateDoNoHarm_data();
+    void hugeCountsInAStoredStateDoNoHarm();
     void folioPages();
     void folioIgnoresUnknownIds();
     void titlesFollowThePages();
@@ -189,6 +192,29 @@ void ShellTest::settingsThatCannotBeUsed() {
         QCOMPARE(readFile(file), content);
     else
         QCOMPARE(QSettings().contains("geometry"), !isFolder);
+}
+
+void ShellTest::hugeCountsInAStoredStateDoNoHarm_data() {
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<int>("place");
+    QTest::newRow("dock areas") << "windowState" << 9;
+    QTest::newRow("tool bar lines") << "windowState" << -4;
+    QTest::newRow("sizes") << "consoleSplitter" << 8;
+}
+
+void ShellTest::hugeCountsInAStoredStateDoNoHarm() {
+    QFETCH(QString, key);
+    QFETCH(int, place);
+    constexpr qint64 patience = 10'000; // ms
+    MainWindow().close();
+    QByteArray state = QSettings().value(key).toByteArray();
+    state.replace(place < 0 ? state.size() + place : place, 4, "\x7f\xff\xff\xff");
+    QSettings().setValue(key, state);
+    QElapsedTimer timer;
+    timer.start();
+    const MainWindow window;
+    QVERIFY(window.isVisible());
+    QVERIFY(timer.elapsed() < patience);
 }
 
 void ShellTest::folioPages() {
