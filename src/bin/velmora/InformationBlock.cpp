@@ -1,6 +1,7 @@
 #include <velmora/InformationBlock.h>
 
 #include <chrono>
+#include <utility>
 
 namespace Velmora {
 
@@ -27,7 +28,8 @@ std::int32_t getLittleEndian(std::string_view bytes) {
 InformationBlock InformationBlock::now() {
     using namespace std::chrono;
     const auto sinceEpoch = duration_cast<seconds>(system_clock::now().time_since_epoch());
-    return {static_cast<std::int32_t>(sinceEpoch.count() / 60), std::string(ownTool), ownFormat};
+    std::string tool(ownTool);
+    return {static_cast<std::int32_t>(sinceEpoch.count() / 60), std::move(tool), ownFormat};
 }
 
 std::optional<InformationBlock> InformationBlock::parse(std::string_view bytes) {
