@@ -1,4 +1,5 @@
 #include <support/ConsoleRecorder.h>
+#include <support/SaveDialog.h>
 #include <support/TestMain.h>
 #include <support/TestPrefix.h>
 
@@ -11,7 +12,6 @@
 #include <velmora/TransposeSymmetricLeaf.h>
 
 #include <Brindle/Exception.h>
-#include <Brindle/FileDialog.h>
 
 #include <QComboBox>
 #include <QDir>
@@ -99,11 +99,9 @@ private:
     std::unique_ptr<TestPrefix> _prefix;
     std::unique_ptr<Velmora::IPLeaf> _page;
     Kind _kind = mac;
-    QString _answer;    ///< What the user answers in the dialog.
-    QStringList _asked; ///< Caption, proposed path and filter of the last dialog.
+    SaveDialog _dialog;
 
 private Q_SLOTS:
-    void initTestCase();
     void init();
     void cleanup();
 
@@ -138,18 +136,10 @@ private Q_SLOTS:
     void cancelledDialogDoesNothing();
 };
 
-void FiltersTest::initTestCase() {
-    Brindle::FileDialog::setSaveFileNameFunction(
-        [this](QWidget*, const QString& caption, const QString& path, const QString& filter) {
-            _asked = QStringList{caption, path, filter};
-            return _answer;
-        });
-}
-
 void FiltersTest::init() {
     _prefix = std::make_unique<TestPrefix>();
-    _answer = _prefix->path("out.vhd");
-    _asked.clear();
+    _dialog.answer = _prefix->path("out.vhd");
+    _dialog.asked.clear();
 }
 
 void FiltersTest::cleanup() {
@@ -611,18 +601,18 @@ void FiltersTest::generates() {
     set({{"Entity", "fir"}, {"CoefficientWidth", 8}, {"Coefficients", "1,2,3,4"}});
     ConsoleRecorder recorder;
     press("Generate");
-    QCOMPARE(_asked, QStringList({"Choose a file name", QDir::currentPath() + "/fir.vhd", "VHDL (*.vhd)"}));
+    QCOMPARE(_dialog.asked, QStringList({"Choose a file name", QDir::currentPath() + "/fir.vhd", "VHDL (*.vhd)"}));
     QCOMPARE(recorder.lines(), QStringList({kind.title, "  Generating done"}));
-    const QByteArray output = readFile(_answer);
+    const QByteArray output = readFile(_dialog.answer);
     QVERIFY(output.contains("%%ENTITY_NAME%%=fir\n"));
     QVERIFY(output.contains("(x\"01\", x\"02\", x\"03\", x\"04\")\n"));
     QVERIFY(output.endsWith("\n"));
 
     const QString key = QStringLiteral("%1/Filepath").arg(kind.className);
-    QCOMPARE(QSettings().value(key).toString(), _answer);
+    QCOMPARE(QSettings().value(key).toString(), _dialog.answer);
     set({{"Entity", "other"}});
     press("Generate");
-    QCOMPARE(_asked.at(1), _answer);
+    QCOMPARE(_dialog.asked.at(1), _dialog.answer);
 }
 
 void FiltersTest::inputModeSendsTheLiteral() {
@@ -630,7 +620,7 @@ void FiltersTest::inputModeSendsTheLiteral() {
         open(kind);
         set({{"Entity", "fir"}, {"CoefficientMode", "Input"}, {"CoefficientCount", 8}});
         press("Generate");
-        QVERIFY(readFile(_answer).contains("%%COEFS_PKG_HEXA_CONSTANT%%=(others => (others => '0'))\n"));
+        QVERIFY(readFile(_dialog.answer).contains("%%COEFS_PKG_HEXA_CONSTANT%%=(others => (others => '0'))\n"));
     }
 }
 
@@ -680,12 +670,12 @@ void FiltersTest::refusals() {
     press("Generate");
     const QStringList lines = recorder.lines().mid(1);
     QCOMPARE(lines.mid(lines.size() - told.size()), told); // a trace may stand in front
-    QTEST(readFile(_answer), "output");
+    QTEST(readFile(_dialog.answer), "output");
 }
 
 void FiltersTest::cancelledDialogDoesNothing() {
     open(mac);
-    _answer.clear();
+    _dialog.answer.clear();
     ConsoleRecorder recorder;
     press("Generate");
     QCOMPARE(recorder.lines(), QStringList());

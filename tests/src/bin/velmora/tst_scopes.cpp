@@ -1,5 +1,6 @@
 #include <support/ConsoleRecorder.h>
 #include <support/FormText.h>
+#include <support/SaveDialog.h>
 #include <support/TestMain.h>
 #include <support/TestPrefix.h>
 
@@ -11,7 +12,6 @@
 #include <velmora/TriggerTableView.h>
 
 #include <Brindle/Exception.h>
-#include <Brindle/FileDialog.h>
 
 #include <QAbstractItemModelTester>
 #include <QDir>
@@ -84,11 +84,9 @@ private:
     std::unique_ptr<TestPrefix> _prefix;
     std::unique_ptr<Velmora::IPLeaf> _page;
     QString _className;
-    QString _answer;    ///< What the user answers in the dialog.
-    QStringList _asked; ///< Caption, proposed path and filter of the last dialog.
+    SaveDialog _dialog;
 
 private Q_SLOTS:
-    void initTestCase();
     void init();
     void cleanup();
 
@@ -132,18 +130,10 @@ void ScopesTest::forms() {
     QTest::newRow("startup scope") << startupScope;
 }
 
-void ScopesTest::initTestCase() {
-    Brindle::FileDialog::setSaveFileNameFunction(
-        [this](QWidget*, const QString& caption, const QString& path, const QString& filter) {
-            _asked = QStringList{caption, path, filter};
-            return _answer;
-        });
-}
-
 void ScopesTest::init() {
     _prefix = std::make_unique<TestPrefix>();
-    _answer = _prefix->path("out.vhd");
-    _asked.clear();
+    _dialog.answer = _prefix->path("out.vhd");
+    _dialog.asked.clear();
     QSettings().setValue("animations", "Never");
     open(scope);
 }
@@ -573,17 +563,17 @@ void ScopesTest::generates() {
     set("Entity=la");
     ConsoleRecorder recorder;
     press("Generate");
-    QCOMPARE(_asked, QStringList({"Choose a file name", QDir::currentPath() + "/la.vhd", "VHDL (*.vhd)"}));
+    QCOMPARE(_dialog.asked, QStringList({"Choose a file name", QDir::currentPath() + "/la.vhd", "VHDL (*.vhd)"}));
     QCOMPARE(recorder.take(), QStringList({"Generating Scope", "  Generating done"}));
-    QVERIFY(readFile(_answer).contains("%%ENTITY_NAME%%=la\n"));
-    QCOMPARE(QSettings().value(className + "/Filepath").toString(), _answer);
+    QVERIFY(readFile(_dialog.answer).contains("%%ENTITY_NAME%%=la\n"));
+    QCOMPARE(QSettings().value(className + "/Filepath").toString(), _dialog.answer);
     set("Entity=");
     press("Generate");
-    QCOMPARE(_asked.at(1), _answer);
+    QCOMPARE(_dialog.asked.at(1), _dialog.answer);
     QCOMPARE(recorder.take(),
              QStringList({"Generating Scope", "E:   Entity name not specified!", "  Generating failed"}));
-    QVERIFY(!readFile(_answer).isEmpty());
-    _answer.clear();
+    QVERIFY(!readFile(_dialog.answer).isEmpty());
+    _dialog.answer.clear();
     press("Generate");
     QCOMPARE(recorder.lines(), QStringList());
 }
@@ -653,7 +643,7 @@ void ScopesTest::refusals() {
     press("Generate");
     const QStringList lines = recorder.lines().mid(recorder.lines().size() - 2); // a trace may stand in front
     QCOMPARE(lines, QStringList({"E:   Processing aborted [" + told, "  Generating Failed"}));
-    QCOMPARE(readFile(_answer), QByteArray());
+    QCOMPARE(readFile(_dialog.answer), QByteArray());
     QCOMPARE(cells(32), filled);
 }
 

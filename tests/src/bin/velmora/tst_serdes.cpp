@@ -1,6 +1,7 @@
 #include <support/ConsoleRecorder.h>
 #include <support/Contrast.h>
 #include <support/FormText.h>
+#include <support/SaveDialog.h>
 #include <support/TestMain.h>
 #include <support/TestPrefix.h>
 
@@ -13,7 +14,6 @@
 
 #include <Brindle/Build.h>
 #include <Brindle/Exception.h>
-#include <Brindle/FileDialog.h>
 #include <Brindle/Theme.h>
 #include <Quillon/PadType.h>
 
@@ -91,11 +91,9 @@ private:
 
     std::unique_ptr<TestPrefix> _prefix;
     std::unique_ptr<Velmora::IPLeaf> _page;
-    QString _answer;    ///< What the user answers in the dialog.
-    QStringList _asked; ///< Caption, proposed path and filter of the last dialog.
+    SaveDialog _dialog;
 
 private Q_SLOTS:
-    void initTestCase();
     void init();
     void cleanup();
 
@@ -121,18 +119,10 @@ private Q_SLOTS:
     void refusals();
 };
 
-void SerdesTest::initTestCase() {
-    Brindle::FileDialog::setSaveFileNameFunction(
-        [this](QWidget*, const QString& caption, const QString& path, const QString& filter) {
-            _asked = QStringList{caption, path, filter};
-            return _answer;
-        });
-}
-
 void SerdesTest::init() {
     _prefix = std::make_unique<TestPrefix>();
-    _answer = _prefix->path("out.vhd");
-    _asked.clear();
+    _dialog.answer = _prefix->path("out.vhd");
+    _dialog.asked.clear();
     QSettings().setValue("animations", "Never");
     open();
 }
@@ -525,15 +515,15 @@ void SerdesTest::generates() {
     fill("DES", 1, "01N");
     ConsoleRecorder recorder;
     press("Generate");
-    QCOMPARE(_asked, QStringList({"Choose a file name", QDir::currentPath() + "/link.vhd", "VHDL (*.vhd)"}));
+    QCOMPARE(_dialog.asked, QStringList({"Choose a file name", QDir::currentPath() + "/link.vhd", "VHDL (*.vhd)"}));
     QCOMPARE(recorder.lines(), QStringList({"Generating Scope", "  Generating done"}));
-    const QByteArray output = readFile(_answer);
+    const QByteArray output = readFile(_dialog.answer);
     QVERIFY(output.contains("%%SER_TRAINING_VALUE%%=\"0101\"\n"));
     QVERIFY(output.contains("%%DES_LOCATIONS%%=(0 => \"01N\")\n"));
-    QCOMPARE(QSettings().value("SERDESLeaf/Filepath").toString(), _answer);
+    QCOMPARE(QSettings().value("SERDESLeaf/Filepath").toString(), _dialog.answer);
     set("Entity=other");
     press("Generate");
-    QCOMPARE(_asked.at(1), _answer);
+    QCOMPARE(_dialog.asked.at(1), _dialog.answer);
 }
 
 void SerdesTest::argumentErrorsTellTheForm() {
@@ -582,7 +572,7 @@ void SerdesTest::refusals() {
     if (Brindle::isDebug())
         lines.replaceInStrings(QRegularExpression(" \\[src/bin/velmora/[^]]*\\]$"), "");
     QCOMPARE(lines.mid(lines.size() - told.size()), told); // a trace may stand in front
-    QTEST(readFile(_answer), "output");
+    QTEST(readFile(_dialog.answer), "output");
 }
 
 VELMORA_TEST_MAIN(SerdesTest)
