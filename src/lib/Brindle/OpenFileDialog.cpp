@@ -16,9 +16,11 @@ OpenFileDialog::OpenFileDialog(QWidget* parent, const QString& caption, const QS
 }
 
 void OpenFileDialog::accept() {
+    if (enterFolder() || getNameEdit()->text().isEmpty())
+        return;
     const QString path = getTypedPath();
-    if (!getNameEdit()->text().isEmpty() && !QFileInfo::exists(path))
-        getNameEdit()->setText(getCompletedPath(path));
+    // a whole path, since QFileDialog prefers a row that it selected by itself to a relative one
+    getNameEdit()->setText(QFileInfo::exists(path) ? path : getCompletedPath(path));
     PathDialog::accept();
 }
 

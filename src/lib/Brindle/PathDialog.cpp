@@ -2,6 +2,7 @@
 
 #include <Brindle/FileIconProvider.h>
 
+#include <QFileSystemModel>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QListView>
@@ -60,10 +61,35 @@ QString PathDialog::getExtension(const QString& filter) {
     return pattern.match(filter).captured(1);
 }
 
+bool PathDialog::enterFolder() {
+    QLineEdit* nameEdit = getNameEdit();
+    if (const QString folder = getSelectedFolder(); !folder.isEmpty() && !nameEdit->hasFocus()) {
+        setDirectory(folder);
+        nameEdit->setFocus();
+        return true;
+    }
+    const QString path = getTypedPath();
+    if (nameEdit->text().isEmpty() || !QFileInfo(path).isDir())
+        return false;
+    setDirectory(path);
+    nameEdit->clear();
+    return true;
+}
+
 void PathDialog::refuse(const QString& reason) {
     QMessageBox::warning(this, windowTitle(), reason);
     getNameEdit()->setFocus();
     getNameEdit()->selectAll();
+}
+
+QString PathDialog::getSelectedFolder() const {
+    // while a name is typed QFileDialog selects rows of its own, in other folders too
+    for (const QModelIndex& row : findChild<QListView*>(QStringLiteral("listView"))->selectionModel()->selectedRows()) {
+        const QFileInfo file(row.data(QFileSystemModel::FilePathRole).toString());
+        if (file.isDir() && file.dir() == directory())
+            return file.filePath();
+    }
+    return QString();
 }
 
 } // namespace Brindle

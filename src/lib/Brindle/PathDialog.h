@@ -24,8 +24,16 @@ protected:
     /// The extension of a filter's first pattern: "vhd" of "VHDL (*.vhd)"; empty when it names none.
     static QString getExtension(const QString& filter);
 
+    /// Shows the folder that the user means, by its row in the list or else by its typed name; false when none is
+    /// meant.
+    bool enterFolder();
+
     /// Tells the user why what was typed cannot be taken, and lets it be typed over.
     void refuse(const QString& reason);
+
+private:
+    /// The shown folder's own folder whose row is selected; empty when there is none.
+    QString getSelectedFolder() const;
 };
 
 } // namespace Brindle

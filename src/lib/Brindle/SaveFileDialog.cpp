@@ -19,11 +19,9 @@ SaveFileDialog::SaveFileDialog(QWidget* parent, const QString& caption, const QS
 }
 
 void SaveFileDialog::accept() {
-    const QString path = getTypedPath();
-    if (getNameEdit()->text().isEmpty() || QFileInfo(path).isDir()) {
-        PathDialog::accept();
+    if (enterFolder() || getNameEdit()->text().isEmpty())
         return;
-    }
+    const QString path = getTypedPath();
     if (const QFileInfo folder(QFileInfo(path).path()); !folder.isDir()) {
         refuse(tr("The folder %1 does not exist.\nChoose another folder, or create it first.")
                    .arg(QDir::toNativeSeparators(folder.filePath())));

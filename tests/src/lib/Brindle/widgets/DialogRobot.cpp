@@ -11,7 +11,7 @@
 namespace {
 
 constexpr std::chrono::milliseconds turn(20);
-constexpr int patience = 50; // turns
+constexpr int patience = 500; // turns
 
 QString textOf(QWidget* dialog) {
     const auto* messageBox = qobject_cast<QMessageBox*>(dialog);

@@ -30,6 +30,17 @@ DialogRobot::Step confirmProposal(const QString& expectedName) {
     };
 }
 
+DialogRobot::Step selectRow(const QString& name) {
+    return [name](QWidget* dialog) {
+        auto* list = dialog->findChild<QTreeView*>(QStringLiteral("treeView"));
+        QModelIndexList rows;
+        QTRY_VERIFY((rows = list->model()->match(list->model()->index(0, 0, list->rootIndex()), Qt::DisplayRole, name))
+                        .size() == 1);
+        list->setFocus();
+        list->setCurrentIndex(rows.constFirst());
+    };
+}
+
 } // namespace
 
 void FileDialogTest::initTestCase() {
@@ -57,6 +68,8 @@ void FileDialogTest::save_data() {
     QTest::newRow("final point") << "x.vhd" << Steps{enter("fir.")} << "fir.vhd";
     QTest::newRow("in a folder") << "x.vhd" << Steps{enter("sub/fir")} << "sub/fir.vhd";
     QTest::newRow("enters a folder") << "x.vhd" << Steps{enter("sub"), enter("fir")} << "sub/fir.vhd";
+    QTest::newRow("enters a selected folder")
+        << "x.vhd" << Steps{selectRow("sub"), press("Open"), confirmProposal("x.vhd")} << "sub/x.vhd";
     QTest::newRow("missing folder") << "x.vhd" << Steps{enter("gone/fir"), press("OK"), enter("fir")} << "fir.vhd";
     QTest::newRow("replaces") << "x.vhd" << Steps{enter("old.vhd"), press("Yes")} << "old.vhd";
     QTest::newRow("replaces the completed name") << "x.vhd" << Steps{enter("old"), press("Yes")} << "old.vhd";
@@ -88,6 +101,9 @@ void FileDialogTest::open_data() {
     QTest::newRow("extension left out") << "x.vhd" << Steps{enter("old")} << "old.vhd";
     QTest::newRow("file without extension") << "x.vhd" << Steps{enter("plain")} << "plain";
     QTest::newRow("enters a folder") << "x.vhd" << Steps{enter("sub"), enter("../old.vhd")} << "old.vhd";
+    QTest::newRow("enters a selected folder")
+        << "old.vhd" << Steps{selectRow("sub"), press("Open"), enter("../plain")} << "plain";
+    QTest::newRow("selected file") << "x.vhd" << Steps{selectRow("old.vhd"), press("Open")} << "old.vhd";
     QTest::newRow("no such file") << "x.vhd" << Steps{enter("gone"), press("OK"), enter("old")} << "old.vhd";
     QTest::newRow("cancelled") << "old.vhd" << Steps{cancel()} << QString();
 }
