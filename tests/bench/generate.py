@@ -37,13 +37,6 @@ def measure(command, environment):
     return (time.perf_counter() - started) * 1000
 
 
-def real_interpreter(command):
-    """The interpreter itself, where the command is a script that looks for it."""
-    answer = subprocess.run([command, "-E", "-S", "-c", "import sys; sys.stdout.write(sys.executable)"],
-                            stdout=subprocess.PIPE, check=True)
-    return answer.stdout.decode()
-
-
 def read(path):
     with open(path, "rb") as file:
         return file.read()
@@ -53,7 +46,7 @@ def compare(options, folder):
     by_program, by_script = (os.path.join(folder, name) for name in ("program.vhd", "script.vhd"))
     environment = dict(os.environ, ORVANE_PREFIX=options.prefix, SOURCE_DATE_EPOCH="0")
     cases = {
-        "bare script": [real_interpreter(options.python), "-B", "-E", "-S", "-c", BARE, options.script, by_script],
+        "bare script": [options.python, "-B", "-E", "-S", "-c", BARE, options.script, by_script],
         "velmora-generate run": [options.program, "run", "--quiet", options.configuration, "-o", by_program],
     }
     figures = {name: [] for name in cases}

@@ -1,6 +1,7 @@
 #include <velmora/FoldWidget.h>
 
 #include <velmora/SettingsKeys.h>
+#include <velmora/StyleSheetPause.h>
 
 #include <QEvent>
 #include <QLabel>
@@ -64,7 +65,8 @@ void FoldWidget::finalize() {
     const QString animations = QSettings().value(SettingsKeys::animations, "Always").toString();
     _animation.setDuration(animations == QLatin1String("Never") ? 0 : animationTime);
     _animation.setStartValue(0);
-    measure();
+    if (!StyleSheetPause::isActive())
+        measure();
 }
 
 void FoldWidget::open() {

@@ -3,6 +3,7 @@
 #include <velmora/APBToSPWLeaf.h>
 #include <velmora/DescriptionFile.h>
 #include <velmora/DescriptionView.h>
+#include <velmora/FormArea.h>
 #include <velmora/FormConfiguration.h>
 #include <velmora/MacFirLeaf.h>
 #include <velmora/SERDESLeaf.h>
@@ -20,7 +21,6 @@
 #include <Brindle/Theme.h>
 
 #include <QDesktopServices>
-#include <QScrollArea>
 #include <QSettings>
 #include <QVBoxLayout>
 
@@ -87,12 +87,9 @@ void IPLeaf::setConfigurationWidget(QWidget* widget) {
 }
 
 void IPLeaf::showConfigurationWidget() {
-    auto* scrollArea = new QScrollArea(this);
-    Brindle::theme.enrich(scrollArea);
-    scrollArea->setWidgetResizable(true);
-    scrollArea->setFocusPolicy(Qt::NoFocus); // Tab goes from field to field, and the form follows
-    scrollArea->setWidget(_configurationWidget);
-    _splitter->addWidget(Brindle::theme.getCapWidget(scrollArea));
+    auto* area = new FormArea(_configurationWidget, this);
+    Brindle::theme.enrich(area);
+    _splitter->addWidget(Brindle::theme.getCapWidget(area));
 
     const int stored = QSettings().value(SettingsKeys::size, 50).toInt();
     const int share = std::clamp(stored, 0, 100); // percent of the height for the form

@@ -8,9 +8,12 @@
 namespace Velmora {
 
 SearchEdit::SearchEdit(QWidget* parent) : QLineEdit(parent) {
-    setClearButtonEnabled(true);
-    // the style's own icon does not follow the theme
-    findChild<QAction*>(QStringLiteral("_q_qlineeditclearaction"))->setIcon(Brindle::theme.getIcon("erase"));
+    // not Qt's own clear button: its icon does not follow the theme, and is looked for in all icon themes at each start
+    QAction* erase = addAction(Brindle::theme.getIcon("erase"), TrailingPosition);
+    erase->setToolTip(tr("Clear"));
+    erase->setVisible(false);
+    connect(erase, &QAction::triggered, this, &QLineEdit::clear);
+    connect(this, &QLineEdit::textChanged, erase, [erase](const QString& text) { erase->setVisible(!text.isEmpty()); });
 }
 
 void SearchEdit::keyPressEvent(QKeyEvent* event) {

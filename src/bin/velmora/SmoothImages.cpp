@@ -11,10 +11,17 @@ namespace Velmora {
 
 namespace {
 
+/// In units of the page: that of the file of single density.
+QSize getSize(const QTextFormat& format) {
+    return QImageReader(format.toImageFormat().name()).size();
+}
+
 /// In the screen's density; a pixmap by itself does not look for the file of double density, an icon does.
 QPixmap getPixmap(const QTextFormat& format) {
-    const QString name = format.toImageFormat().name();
-    return QIcon(name).pixmap(QImageReader(name).size());
+    const QSize size = getSize(format);
+    QIcon icon;
+    icon.addFile(format.toImageFormat().name(), size);
+    return icon.pixmap(size);
 }
 
 } // namespace
@@ -24,8 +31,7 @@ SmoothImages::SmoothImages(QTextDocument* document) : QObject(document) {
 }
 
 QSizeF SmoothImages::intrinsicSize(QTextDocument*, int, const QTextFormat& format) {
-    const QPixmap pixmap = getPixmap(format);
-    return QSizeF(pixmap.size()) / pixmap.devicePixelRatioF();
+    return getSize(format);
 }
 
 void SmoothImages::drawObject(QPainter* painter, const QRectF& rect, QTextDocument*, int, const QTextFormat& format) {

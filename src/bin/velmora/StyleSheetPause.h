@@ -11,12 +11,22 @@ namespace Velmora {
 /// whole branch anew. At the end every widget is styled once.
 class StyleSheetPause {
 public:
-    StyleSheetPause() : _styleSheet(qApp->styleSheet()) { qApp->setStyleSheet(QString()); }
+    StyleSheetPause() : _styleSheet(qApp->styleSheet()) {
+        qApp->setStyleSheet(QString());
+        _isActive = true;
+    }
     StyleSheetPause(const StyleSheetPause&) = delete;
     StyleSheetPause& operator=(const StyleSheetPause&) = delete;
-    ~StyleSheetPause() { qApp->setStyleSheet(_styleSheet); }
+    ~StyleSheetPause() {
+        _isActive = false;
+        qApp->setStyleSheet(_styleSheet);
+    }
+
+    /// True while there is one: what is measured now would have to be measured again.
+    static bool isActive() { return _isActive; }
 
 private:
+    static inline bool _isActive = false;
     const QString _styleSheet;
 };
 

@@ -331,7 +331,6 @@ void CatalogueTest::configurationWidgetIsSetOnce() {
     QCOMPARE(messageOf(form), std::string());
     QVERIFY(leaf.isAncestorOf(form));
     const auto* scrollArea = leaf.findChild<QScrollArea*>();
-    QCOMPARE(scrollArea->widget(), form);
     QVERIFY(scrollArea->widgetResizable());
     const auto* splitter = leaf.findChild<QSplitter*>();
     QCOMPARE(splitter->orientation(), Qt::Vertical);
@@ -339,6 +338,13 @@ void CatalogueTest::configurationWidgetIsSetOnce() {
     QCOMPARE(splitter->widget(1)->property("child").value<QWidget*>(), scrollArea);
     QWidget second;
     QCOMPARE(messageOf(&second), std::string("configurationWidget already set"));
+    QVERIFY(!form->isVisibleTo(&leaf));
+    leaf.show();
+    QCOMPARE(scrollArea->widget(), form);
+    QVERIFY(form->isVisible());
+    leaf.hide();
+    leaf.show();
+    QCOMPARE(scrollArea->widget(), form);
 }
 
 void CatalogueTest::formShareComesFromTheSettings() {
@@ -572,7 +578,6 @@ void CatalogueTest::searchKeys() {
     QVERIFY(QTest::qWaitForWindowActive(&folio));
     auto* tree = folio.findChild<Velmora::IPTreeView*>();
     auto* search = folio.findChild<QLineEdit*>("searchEdit");
-    QVERIFY(search->isClearButtonEnabled());
     QVERIFY(!search->accessibleName().isEmpty());
     tree->setFocus();
     QTest::keyClick(tree, Qt::Key_F, Qt::ControlModifier);
@@ -581,11 +586,20 @@ void CatalogueTest::searchKeys() {
     QTest::keyClick(search, Qt::Key_Down);
     QVERIFY(tree->hasFocus());
     QCOMPARE(tree->currentIndex().data().toString(), QStringLiteral("Two"));
-    search->setFocus();
-    QTest::keyClick(search, Qt::Key_Escape);
-    QVERIFY(search->hasFocus());
-    QCOMPARE(search->text(), QString());
-    QCOMPARE(tree->currentIndex().data().toString(), QStringLiteral("Two"));
+    auto* erase = search->findChild<QToolButton*>();
+    for (const bool byKey : {true, false}) {
+        QVERIFY(erase->isVisible());
+        search->setFocus();
+        if (byKey)
+            QTest::keyClick(search, Qt::Key_Escape);
+        else
+            QTest::mouseClick(erase, Qt::LeftButton);
+        QVERIFY(search->hasFocus());
+        QCOMPARE(search->text(), QString());
+        QVERIFY(!erase->isVisible());
+        QCOMPARE(tree->currentIndex().data().toString(), QStringLiteral("Two"));
+        QTest::keyClicks(search, "t");
+    }
 }
 
 void CatalogueTest::filtersKeepClosedNodes() {

@@ -122,12 +122,24 @@ private Q_SLOTS:
 
 private:
     void forms();
+    void showPage();
 };
 
 void ScopesTest::forms() {
     QTest::addColumn<QString>("className");
     QTest::newRow("scope") << scope;
     QTest::newRow("startup scope") << startupScope;
+}
+
+/// With all its sections open.
+void ScopesTest::showPage() {
+    _page->resize(590, 900);
+    _page->show();
+    _page->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(_page.get()));
+    for (auto* toggle : _page->findChildren<QToolButton*>())
+        QTest::mouseClick(toggle, Qt::LeftButton);
+    QCoreApplication::processEvents();
 }
 
 void ScopesTest::init() {
@@ -522,6 +534,7 @@ void ScopesTest::leftEdgeStays() {
     set("TriggerMode=Basic & Edges");
     fill(2, "Both edges");
     QCOMPARE(argument("EDGE_TRIGGER_VALUES"), QString("0 => \"111\""));
+    showPage();
     const QImage known = table()->grab().toImage();
     set("TriggerMode=Basic");
     QVERIFY(table()->grab().toImage() != known); // the edge stands out
@@ -535,13 +548,7 @@ void ScopesTest::leftEdgeStays() {
 
 void ScopesTest::linesAreFilledInByKeyboard() {
     set("TriggerCount=32");
-    _page->resize(590, 900);
-    _page->show();
-    _page->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(_page.get()));
-    for (auto* toggle : _page->findChildren<QToolButton*>())
-        QTest::mouseClick(toggle, Qt::LeftButton);
-    QCoreApplication::processEvents();
+    showPage();
     QCOMPARE(table()->horizontalScrollBar()->maximum(), 0);
     table()->setFocus();
     table()->setCurrentIndex(table()->model()->index(0, 1));
