@@ -35,7 +35,7 @@ public:
 private:
     static constexpr unsigned nobody = 65534;
 
-    void becomeUserAgain() {
+    void becomeUserAgain() const {
         [[maybe_unused]] const int user = seteuid(_user);
         [[maybe_unused]] const int group = setegid(_group);
     }

@@ -1,8 +1,8 @@
 #include <support/ConsoleRecorder.h>
+#include <support/PathDialogs.h>
 
 #include <velmora/IPLeaf.h>
 
-#include <Brindle/FileDialog.h>
 #include <Quillon/Application.h>
 
 #include <QComboBox>
@@ -91,13 +91,12 @@ QJsonArray run(const QJsonObject& job) {
         QTest::mousePress(button, Qt::LeftButton);
     };
     press("Reset");
-    for (const QJsonValue& field :
+    for (const QJsonValue field :
          job["fields"].toArray()) // in this order: counts come before the tables that they size
         setField(page, field["key"].toString(), field["value"]);
 
-    const QString output = job["output"].toString();
-    Brindle::FileDialog::setSaveFileNameFunction([&output](auto&&...) { return output; });
-    Brindle::FileDialog::setDirectoryFunction([&output](auto&&...) { return output; });
+    PathDialogs dialogs;
+    dialogs.answer = job["output"].toString();
     const ConsoleRecorder recorder;
     press("Generate");
     return QJsonArray::fromStringList(recorder.lines());
@@ -112,7 +111,7 @@ int main(int argc, char** argv) {
     const QTemporaryDir settings;
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings.path());
     QJsonArray results;
-    for (const QJsonValue& job : readJobs(argv[1]))
+    for (const QJsonValue job : readJobs(argv[1]))
         results.append(run(job.toObject()));
     QFile file(argv[2]);
     if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(results).toJson()) < 0)

@@ -20,7 +20,7 @@ JsonOutput::~JsonOutput() {
     close(_standardOutput);
 }
 
-void JsonOutput::write(const QJsonDocument& document) {
+void JsonOutput::write(const QJsonDocument& document) const {
     const QByteArray text = document.toJson();
     QFile output;
     if (!output.open(_standardOutput, QIODevice::WriteOnly) || output.write(text) != text.size() || !output.flush())

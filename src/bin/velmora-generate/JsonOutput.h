@@ -14,7 +14,7 @@ public:
     ~JsonOutput();
 
     /// Throws Brindle::Fatal when it cannot be written.
-    void write(const QJsonDocument& document);
+    void write(const QJsonDocument& document) const;
 
 private:
     const int _standardOutput; // a descriptor of its own

@@ -43,7 +43,7 @@ Example: velmora-seal protect top.vhd -o delivery/top.vhd
 /// Whom to protect for, and how.
 struct Protection {
     Sealwork::RecipientKeys recipients;
-    Sealwork::DataMethod method;
+    Sealwork::DataMethod method{};
 };
 
 Protection getProtection(const CommandLine& commandLine) {
@@ -55,7 +55,7 @@ Protection getProtection(const CommandLine& commandLine) {
 }
 
 std::string getLanguage(const CommandLine& commandLine, const std::string& input) {
-    const auto language = commandLine.find("language").value_or("auto");
+    auto language = commandLine.find("language").value_or("auto");
     if (language == Sealwork::vhdlLanguage || language == Sealwork::verilogLanguage)
         return language;
     if (language != "auto")

@@ -14,7 +14,7 @@ QJsonObject ChoiceType::getDescription() const {
 }
 
 std::optional<QVariant> ChoiceType::toValue(const QString& text) const {
-    const int place = static_cast<int>(_items.indexOf(text));
+    const int place = _items.indexOf(text);
     return place >= 0 ? std::optional<QVariant>(place) : std::nullopt;
 }
 

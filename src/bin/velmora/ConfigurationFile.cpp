@@ -15,7 +15,7 @@ namespace Velmora {
 
 namespace {
 
-constexpr std::size_t largestFile = 1024 * 1024; // bytes
+constexpr std::size_t largestFile = 1024UL * 1024; // bytes
 
 bool isUtf8(std::string_view text) {
     QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);

@@ -11,7 +11,7 @@ namespace Velmora {
 
 namespace {
 
-constexpr std::size_t largestDescription = 16 * 1024 * 1024; // bytes
+constexpr std::size_t largestDescription = 16UL * 1024 * 1024; // bytes
 
 /// The subdirectories in the order in which the file system returns them.
 QStringList subdirectoriesOf(const QString& path) {

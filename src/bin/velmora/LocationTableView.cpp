@@ -92,6 +92,7 @@ QStringList LocationTableView::getLocationList() const {
 
 std::vector<QStandardItem*> LocationTableView::getLocationCells() const {
     std::vector<QStandardItem*> cells;
+    cells.reserve(static_cast<std::size_t>(getRowCount()));
     for (int row = 0; row < getRowCount(); ++row)
         cells.push_back(getModel()->item(row, locationColumn));
     return cells;

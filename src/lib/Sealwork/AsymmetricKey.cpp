@@ -51,6 +51,7 @@ int givePassphrase(char* buffer, int capacity, int, void* data) {
 SecureBuffer encodePrivate(const EVP_PKEY& key, const EVP_CIPHER* cipher, std::string_view passphrase) {
     const ErrorScope scope;
     const Bio bio(BIO_new(BIO_s_mem()));
+    // NOLINTNEXTLINE(bugprone-suspicious-stringview-data-usage): its size is the next argument, as an int
     require(bio && PEM_write_bio_PKCS8PrivateKey(bio.get(), &key, cipher, passphrase.data(), toInt(passphrase.size()),
                                                  nullptr, nullptr) == 1,
             "encoding a private key", BRINDLE_HERE);

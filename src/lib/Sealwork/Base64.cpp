@@ -81,7 +81,9 @@ std::string withStandardLines(std::string_view text) {
 /// Bytes that lines of the standard length hold, if they hold any.
 std::size_t getByteCount(std::string_view lines) {
     const std::size_t lineCount = (lines.size() + base64LineCharacters) / (base64LineCharacters + 1);
-    const std::size_t padding = lines.ends_with("==\n") ? 2 : lines.ends_with("=\n") ? 1 : 0;
+    std::size_t padding = 0;
+    if (lines.ends_with("=\n"))
+        padding = lines.ends_with("==\n") ? 2 : 1;
     const std::size_t groupCount = (lines.size() - lineCount) / 4;
     return std::max(groupCount * 3, padding) - padding;
 }

@@ -64,12 +64,12 @@ void EnvelopeParser::readLine() {
 void EnvelopeParser::obey(const DirectiveExpression& expression) {
     const auto& [name, value] = expression;
     if (name == "begin_protected")
-        return begin();
-    if (_state != State::Inside)
+        begin();
+    else if (_state != State::Inside)
         refuse("directive outside the envelope", BRINDLE_HERE);
-    if (name == "end_protected")
-        return end();
-    if (name == "version")
+    else if (name == "end_protected")
+        end();
+    else if (name == "version")
         _envelope.version = value;
     else if (name == "encrypt_agent")
         _envelope.agent = value;

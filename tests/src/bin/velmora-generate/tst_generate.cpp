@@ -1,4 +1,5 @@
 #include <support/ConsoleRecorder.h>
+#include <support/PathDialogs.h>
 #include <support/TestMain.h>
 #include <support/TestPrefix.h>
 
@@ -9,7 +10,6 @@
 
 #include <Brindle/Build.h>
 #include <Brindle/Exception.h>
-#include <Brindle/FileDialog.h>
 
 #include <QDateTime>
 #include <QDir>
@@ -198,8 +198,8 @@ void GenerateTest::sameAsTheWindow() {
     page->setConfiguration(configuration);
     const QString windowOutput = _prefix->path("window/" + name);
     QDir().mkpath(QFileInfo(windowOutput).path());
-    Brindle::FileDialog::setSaveFileNameFunction([&](auto&&...) { return windowOutput; });
-    Brindle::FileDialog::setDirectoryFunction([&](auto&&...) { return windowOutput; });
+    PathDialogs dialogs;
+    dialogs.answer = windowOutput;
     ConsoleRecorder recorder;
     QTest::mousePress(page->findChild<QPushButton*>("Generate"), Qt::LeftButton);
 
@@ -210,7 +210,7 @@ void GenerateTest::sameAsTheWindow() {
     QCOMPARE(outcome.status, 0);
     QStringList messages;
     const QJsonObject report = outcome.json().first().toObject();
-    for (const QJsonValue& message : report["messages"].toArray())
+    for (const QJsonValue message : report["messages"].toArray())
         messages += message["text"].toString();
     QCOMPARE(messages, withoutIndents(recorder.lines()));
     QVERIFY(report["succeeded"].toBool());
@@ -245,8 +245,8 @@ void GenerateTest::sameRefusalsAsTheWindow() {
     const auto configuration = Velmora::readConfigurationFile("wrong.velmora");
     const auto page = openShipped(configuration.getName());
     page->setConfiguration(configuration);
-    Brindle::FileDialog::setSaveFileNameFunction([](auto&&...) { return QString("window"); });
-    Brindle::FileDialog::setDirectoryFunction([](auto&&...) { return QString("window"); });
+    PathDialogs dialogs;
+    dialogs.answer = "window";
     ConsoleRecorder recorder;
     QTest::mousePress(page->findChild<QPushButton*>("Generate"), Qt::LeftButton);
     QStringList windowErrors = recorder.errors().replaceInStrings(QRegularExpression("^E: +"), "");
@@ -298,18 +298,18 @@ void GenerateTest::descriptionsMatchConfigurations() {
     const auto made = Velmora::Configuration::parse(run({"template", uid}).output.toStdString(), "template");
     const QJsonObject description = QJsonDocument::fromJson(run({"describe", uid, "--json"}).output).object();
     QCOMPARE(description["uid"].toString(), uid);
-    for (const QJsonValue& field : description["fields"].toArray()) {
+    for (const QJsonValue field : description["fields"].toArray()) {
         const std::string key = field["key"].toString().toStdString();
         QVERIFY2(configuration.find(key), key.c_str());
         QVERIFY(!field["label"].toString().isEmpty() && !field["kind"].toString().isEmpty());
         if (!field["reset"].isNull())
             QCOMPARE(QString::fromStdString(made.getText(*made.find(key))), field["reset"].toString());
     }
-    for (const QJsonValue& table : description["tables"].toArray()) {
+    for (const QJsonValue table : description["tables"].toArray()) {
         const auto* row = made.find(table["key"].toString().toStdString() + "/0");
         QVERIFY(row);
         std::vector<std::string> cells;
-        for (const QJsonValue& column : table["columns"].toArray())
+        for (const QJsonValue column : table["columns"].toArray())
             cells.push_back(column["reset"].toString().toStdString());
         QCOMPARE(made.getList(*row), cells);
         QVERIFY(made.find(table["count"].toString().toStdString()));
@@ -452,7 +452,7 @@ void GenerateTest::oneFailureStopsNoOther() {
     const Outcome outcome = generate({"missing.velmora", "fir.velmora", "wrong.velmora", "second.velmora", "--json"});
     QCOMPARE(outcome.status, 1);
     QStringList succeeded;
-    for (const QJsonValue& report : outcome.json())
+    for (const QJsonValue report : outcome.json())
         succeeded += report["file"].toString() + "=" + QVariant(report["succeeded"].toBool()).toString();
     QCOMPARE(succeeded.join(' '), "missing.velmora=false fir.velmora=true wrong.velmora=false second.velmora=true");
     QCOMPARE(

@@ -1,4 +1,5 @@
 #include <support/ConsoleRecorder.h>
+#include <support/PathDialogs.h>
 #include <support/TestMain.h>
 #include <support/TestPrefix.h>
 
@@ -6,7 +7,6 @@
 #include <velmora/IPLeaf.h>
 
 #include <Brindle/Exception.h>
-#include <Brindle/FileDialog.h>
 
 #include <Sealwork/EnvelopeOpener.h>
 #include <Sealwork/HdlPieces.h>
@@ -64,11 +64,9 @@ private:
 
     std::unique_ptr<TestPrefix> _prefix;
     std::unique_ptr<Velmora::IPLeaf> _page;
-    std::optional<QString> _answer; ///< What the user answers; what was proposed when empty.
-    QStringList _asked;             ///< Caption and proposed path of the last dialog.
+    PathDialogs _dialogs;
 
 private Q_SLOTS:
-    void initTestCase();
     void init();
     void cleanup();
 
@@ -99,17 +97,11 @@ private Q_SLOTS:
     void fullDisk();
 };
 
-void BridgeTest::initTestCase() {
-    Brindle::FileDialog::setDirectoryFunction([this](QWidget*, const QString& caption, const QString& path) {
-        _asked = QStringList{caption, path};
-        return _answer.value_or(path);
-    });
-}
-
 void BridgeTest::init() {
     _prefix = std::make_unique<TestPrefix>();
-    _answer = out();
-    _asked.clear();
+    _dialogs.answer = out();
+    _dialogs.acceptsProposal = false;
+    _dialogs.asked.clear();
 }
 
 void BridgeTest::cleanup() {
@@ -182,7 +174,7 @@ void BridgeTest::layoutAndTabOrder() {
 
 void BridgeTest::cancelledDialogDoesNothing() {
     open(returning("{'a': ''}"));
-    _answer = QString();
+    _dialogs.answer = QString();
     ConsoleRecorder recorder;
     press("Generate");
     QCOMPARE(recorder.lines(), QStringList());
@@ -193,12 +185,12 @@ void BridgeTest::pathIsRemembered() {
     open(returning("{}"));
     entity()->setText("top");
     press("Generate");
-    QCOMPARE(_asked, QStringList({"Choose a directory", QDir::currentPath() + "/top"}));
+    QCOMPARE(_dialogs.asked, QStringList({"Choose a directory", QDir::currentPath() + "/top"}));
     QCOMPARE(QSettings().value("APBToSPWLeaf/Path").toString(), out());
     entity()->setText("other");
-    _answer.reset();
+    _dialogs.acceptsProposal = true;
     press("Generate");
-    QCOMPARE(_asked.last(), out());
+    QCOMPARE(_dialogs.asked.last(), out());
 }
 
 void BridgeTest::generatesFiles() {
@@ -434,7 +426,7 @@ void BridgeTest::missingScript() {
 
 void BridgeTest::unwritableDirectory() {
     open(returning("{'x.vhd': ''}"));
-    _answer = QStringLiteral("/proc/velmora-out");
+    _dialogs.answer = QStringLiteral("/proc/velmora-out");
     ConsoleRecorder recorder;
     press("Generate");
     QCOMPARE(recorder.lines().mid(1),

@@ -1,6 +1,7 @@
 #include <Python.h> // wants to be the first header
 
 #include <support/ConsoleRecorder.h>
+#include <support/PathDialogs.h>
 #include <support/Program.h>
 #include <support/SmallDisk.h>
 #include <support/TestMain.h>
@@ -8,8 +9,6 @@
 
 #include <velmora/IPLeaf.h>
 #include <velmora/MainWindow.h>
-
-#include <Brindle/FileDialog.h>
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -108,10 +107,9 @@ private:
     QByteArray generateUnder(Program& program) const;
 
     std::unique_ptr<TestPrefix> _prefix;
-    QString _chosenPath; ///< What the user answers to a dialog.
+    PathDialogs _dialogs;
 
 private Q_SLOTS:
-    void initTestCase();
     void init();
     void cleanup() { _prefix.reset(); }
 
@@ -133,15 +131,10 @@ private Q_SLOTS:
     void hugeTextIsPasted();
 };
 
-void FaultsTest::initTestCase() {
-    Brindle::FileDialog::setDirectoryFunction([this](auto&&...) { return _chosenPath; });
-    Brindle::FileDialog::setSaveFileNameFunction([this](auto&&...) { return _chosenPath; });
-}
-
 void FaultsTest::init() {
     _prefix = std::make_unique<TestPrefix>();
     QVERIFY(QDir().mkpath(out()));
-    _chosenPath = out();
+    _dialogs.answer = out();
 }
 
 QString FaultsTest::addIP(const char* name, const QByteArray& script) const {
@@ -164,9 +157,9 @@ void FaultsTest::manyGenerationsInARow() {
     constexpr long allowance = 2; // KiB a generation
     const auto page = openPage(filterName, returning("'x' * 10000 + repr(argDict)"));
     fillFilter(*page);
-    _chosenPath = out("x.vhd");
+    _dialogs.answer = out("x.vhd");
     press(*page); // sets the interpreter's flags and home
-    QVERIFY(readFile(_chosenPath).startsWith("xxx"));
+    QVERIFY(readFile(_dialogs.answer).startsWith("xxx"));
     const auto growthOf = [](const auto& work) {
         return measureInChild([&work] {
             for (int round = 0; round < warmUpCount; ++round)
@@ -211,7 +204,7 @@ void FaultsTest::diskFillsUp() {
     auto page = openPage(ipName, script);
     if (ipName == filterName)
         fillFilter(*page);
-    _chosenPath = filename.isEmpty() ? disk.path() : disk.path(filename);
+    _dialogs.answer = filename.isEmpty() ? disk.path() : disk.path(filename);
     ConsoleRecorder recorder;
     press(*page);
     QCOMPARE(recorder.errors(), QStringList(error.arg(disk.path("b.vhd"))));
@@ -240,9 +233,9 @@ void FaultsTest::installationIsRemoved() {
         QTRY_COMPARE(view->page()->mainFrame()->toPlainText(), QStringLiteral("Description file does not exists"));
         if (page->findChild<QTextEdit*>("Coefficients")) {
             fillFilter(*page);
-            _chosenPath = out("chosen.vhd");
+            _dialogs.answer = out("chosen.vhd");
         } else {
-            _chosenPath = out();
+            _dialogs.answer = out();
         }
         press(*page);
     }
@@ -474,7 +467,7 @@ void FaultsTest::hugeTextIsPasted() {
         const auto page = openPage(filterName, returning("'\\n'.join(argDict['%%COEFS%%'].split(', '))"));
         fillFilter(*page);
         page->findChild<QTextEdit*>("Coefficients")->setPlainText(text);
-        _chosenPath = out("x.vhd");
+        _dialogs.answer = out("x.vhd");
         ConsoleRecorder recorder;
         press(*page);
         QCOMPARE(recorder.errors().size(), error.isEmpty() ? 0 : 1);
@@ -482,7 +475,7 @@ void FaultsTest::hugeTextIsPasted() {
             QVERIFY2(recorder.errors().first().startsWith(error), qPrintable(recorder.errors().first()));
             QVERIFY(recorder.errors().first().size() < longestLine);
         }
-        QCOMPARE(readFile(_chosenPath).count('\n'), error.isEmpty() ? text.size() / 8 : 0);
+        QCOMPARE(readFile(_dialogs.answer).count('\n'), error.isEmpty() ? text.size() / 8 : 0);
 
         auto* entity = page->findChild<QLineEdit*>("Entity");
         entity->insert(text); // a line holds 32,767 characters, line ends among them

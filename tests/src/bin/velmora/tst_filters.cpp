@@ -1,5 +1,5 @@
 #include <support/ConsoleRecorder.h>
-#include <support/SaveDialog.h>
+#include <support/PathDialogs.h>
 #include <support/TestMain.h>
 #include <support/TestPrefix.h>
 
@@ -99,7 +99,7 @@ private:
     std::unique_ptr<TestPrefix> _prefix;
     std::unique_ptr<Velmora::IPLeaf> _page;
     Kind _kind = mac;
-    SaveDialog _dialog;
+    PathDialogs _dialog;
 
 private Q_SLOTS:
     void init();

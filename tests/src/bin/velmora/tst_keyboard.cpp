@@ -179,6 +179,8 @@ QList<QWidget*> KeyboardTest::walk(int key) {
         if (button->isChecked() && button->autoRaise())
             start = button;
     }
+    if (!start)
+        qFatal("no page is chosen");
     start->setFocus();
     QList<QWidget*> stops;
     do {

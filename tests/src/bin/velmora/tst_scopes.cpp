@@ -1,6 +1,6 @@
 #include <support/ConsoleRecorder.h>
 #include <support/FormText.h>
-#include <support/SaveDialog.h>
+#include <support/PathDialogs.h>
 #include <support/TestMain.h>
 #include <support/TestPrefix.h>
 
@@ -84,7 +84,7 @@ private:
     std::unique_ptr<TestPrefix> _prefix;
     std::unique_ptr<Velmora::IPLeaf> _page;
     QString _className;
-    SaveDialog _dialog;
+    PathDialogs _dialog;
 
 private Q_SLOTS:
     void init();

@@ -1,7 +1,7 @@
 #include <support/ConsoleRecorder.h>
 #include <support/Contrast.h>
 #include <support/FormText.h>
-#include <support/SaveDialog.h>
+#include <support/PathDialogs.h>
 #include <support/TestMain.h>
 #include <support/TestPrefix.h>
 
@@ -91,7 +91,7 @@ private:
 
     std::unique_ptr<TestPrefix> _prefix;
     std::unique_ptr<Velmora::IPLeaf> _page;
-    SaveDialog _dialog;
+    PathDialogs _dialog;
 
 private Q_SLOTS:
     void init();

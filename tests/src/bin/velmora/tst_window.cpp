@@ -1,4 +1,5 @@
 #include <support/ConsoleRecorder.h>
+#include <support/PathDialogs.h>
 #include <support/TestMain.h>
 #include <support/TestPrefix.h>
 
@@ -11,7 +12,6 @@
 #include <velmora/LineTableView.h>
 #include <velmora/MainWindow.h>
 
-#include <Brindle/FileDialog.h>
 #include <Brindle/Theme.h>
 
 #include <QAction>
@@ -30,7 +30,6 @@
 
 #include <memory>
 
-using Brindle::FileDialog;
 using Velmora::Folio;
 using Velmora::IPLeaf;
 using Velmora::MainWindow;
@@ -131,6 +130,7 @@ private:
     static QTableView* editCell(MainWindow& window, const QString& text);
 
     std::unique_ptr<TestPrefix> _prefix;
+    PathDialogs _dialogs;
 
 private Q_SLOTS:
     void init();
@@ -160,8 +160,7 @@ private Q_SLOTS:
 
 void WindowTest::init() {
     _prefix = std::make_unique<TestPrefix>();
-    FileDialog::setOpenFileNameFunction(nullptr);
-    FileDialog::setSaveFileNameFunction([](auto&&...) { return QStringLiteral("out.vhd"); });
+    _dialogs.answer = QStringLiteral("out.vhd");
 }
 
 QByteArray WindowTest::runGenerator(const QStringList& arguments) {
@@ -268,7 +267,7 @@ void WindowTest::markGoesWithTheNextCheck() {
     setValues(*leaf, "Entity=x;Coefficients=");
     QTest::mousePress(generate, Qt::LeftButton);
     QCOMPARE(marksOf(*leaf), QStringList("Coefficients"));
-    FileDialog::setSaveFileNameFunction([](auto&&...) { return QString(); });
+    _dialogs.answer = QString();
     QTest::mousePress(generate, Qt::LeftButton); // cancelled, so nothing was checked
     QCOMPARE(marksOf(*leaf), QStringList("Coefficients"));
     const_cast<Velmora::Form*>(leaf->getForm())->load();
@@ -394,14 +393,13 @@ void WindowTest::everyExampleGoesThrough() {
     QCOMPARE(folio->findChild<Velmora::IPTreeView*>()->currentIndex().data().toString().toStdString(), leaf->getName());
 
     const QString saved = _prefix->path("saved.velmora");
-    FileDialog::setSaveFileNameFunction([&saved](auto&&...) { return saved; });
+    _dialogs.answer = saved;
     trigger(window, "saveConfiguration");
     QCOMPARE(recorder.take(), QStringList("Configuration saved in " + saved));
     QCOMPARE(readFile(saved), example(name));
 
     QTest::mousePress(leaf->findChild<QPushButton*>("Reset"), Qt::LeftButton);
     QVERIFY(contentOf(*leaf) != example(name));
-    FileDialog::setOpenFileNameFunction([&saved](auto&&...) { return saved; });
     trigger(window, "loadConfiguration");
     QCOMPARE(recorder.take(), QStringList("Configuration loaded from " + saved));
     QCOMPARE(contentOf(*leaf), example(name));
@@ -413,18 +411,14 @@ void WindowTest::cancelledDialogsDoNothing() {
     auto* folio = window.findChild<Folio*>();
     folio->showIP(findLeaf("Scope"));
     const QByteArray before = contentOf(*folio->getShownIP());
-    QStringList captions;
-    const auto cancel = [&captions](QWidget*, const QString& caption, const QString&, const QString& filter) {
-        captions += caption + "|" + filter;
-        return QString();
-    };
-    FileDialog::setOpenFileNameFunction(cancel);
-    FileDialog::setSaveFileNameFunction(cancel);
+    _dialogs.answer = QString();
     ConsoleRecorder recorder;
     trigger(window, "loadConfiguration");
+    QCOMPARE(_dialogs.asked.first(), QStringLiteral("Load configuration"));
+    QCOMPARE(_dialogs.asked.last(), QStringLiteral("Velmora configuration (*.velmora);;All files (*)"));
     trigger(window, "saveConfiguration");
-    QCOMPARE(captions, QStringList({"Load configuration|Velmora configuration (*.velmora);;All files (*)",
-                                    "Save configuration|Velmora configuration (*.velmora)"}));
+    QCOMPARE(_dialogs.asked.first(), QStringLiteral("Save configuration"));
+    QCOMPARE(_dialogs.asked.last(), QStringLiteral("Velmora configuration (*.velmora)"));
     QCOMPARE(recorder.lines(), QStringList());
     QCOMPARE(contentOf(*folio->getShownIP()), before);
     QVERIFY(QDir(_prefix->path()).entryList({"*.velmora"}).isEmpty());
@@ -469,7 +463,7 @@ void WindowTest::refusedFilesChangeNothing() {
     QByteArray wrong = example("scope_bus");
     QVERIFY(wrong.contains(before));
     const QString filename = _prefix->write("wrong.velmora", wrong.replace(before, after));
-    FileDialog::setOpenFileNameFunction([&filename](auto&&...) { return filename; });
+    _dialogs.answer = filename;
     ConsoleRecorder recorder;
     if (isDropped)
         dropFile(window.windowHandle(), filename);
@@ -484,29 +478,24 @@ void WindowTest::proposedNames() {
     useShippedCatalogue();
     const MainWindow window;
     auto* folio = window.findChild<Folio*>();
-    QString proposed;
-    QString answer;
-    FileDialog::setSaveFileNameFunction([&](QWidget*, const QString&, const QString& path, const QString&) {
-        proposed = path;
-        return answer;
-    });
+    _dialogs.answer = QString();
     const auto propose = [&] {
         trigger(window, "saveConfiguration");
-        return QDir(_prefix->path()).relativeFilePath(proposed);
+        return QDir(_prefix->path()).relativeFilePath(_dialogs.asked.at(1));
     };
     folio->showIP(findLeaf("SER/DES"));
     QCOMPARE(propose(), QStringLiteral("ser_des.velmora"));
     setValues(*folio->getShownIP(), "Entity=a/b");
     QCOMPARE(propose(), QStringLiteral("a_b.velmora"));
     QDir().mkpath("deep");
-    answer = _prefix->path("deep/mine.velmora");
+    _dialogs.answer = _prefix->path("deep/mine.velmora");
     propose();
-    answer.clear();
+    _dialogs.answer = QString();
     QCOMPARE(propose(), QStringLiteral("deep/mine.velmora"));
     folio->showIP(findLeaf("Mac fir"));
     QCOMPARE(propose(), QStringLiteral("deep/mac_fir.velmora"));
 
-    answer = "no/such/folder/x.velmora";
+    _dialogs.answer = "no/such/folder/x.velmora";
     ConsoleRecorder recorder;
     propose();
     QCOMPARE(recorder.lines().size(), 1);
@@ -538,7 +527,7 @@ void WindowTest::saveTakesTheEditedCell() {
     auto* table = editCell(window, "clk");
     QVERIFY(table);
     const QString saved = _prefix->path("saved.velmora");
-    FileDialog::setSaveFileNameFunction([&saved](auto&&...) { return saved; });
+    _dialogs.answer = saved;
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_S, Qt::ControlModifier);
     QVERIFY(readFile(saved).contains("TriggerTableView/0 = clk, "));
     QCOMPARE(QApplication::focusWidget(), table);
@@ -552,7 +541,7 @@ void WindowTest::loadEndsTheCellEdit() {
     QVERIFY(table);
     const QByteArray content = example("scope_bus").replace("= request,", "= \"\",");
     const QString filename = _prefix->write("scope.velmora", content);
-    FileDialog::setOpenFileNameFunction([&filename](auto&&...) { return filename; });
+    _dialogs.answer = filename;
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_O, Qt::ControlModifier);
     table->setFocus();
     QCOMPARE(contentOf(*findLeaf("Scope")), content);
@@ -652,9 +641,9 @@ void WindowTest::windowAndCommandLineAgree() {
     setValues(*folio->getShownIP(), "TapCount=7");
     const QString saved = _prefix->path("saved.velmora");
     const QString windowOutput = _prefix->path("window.vhd");
-    FileDialog::setSaveFileNameFunction([&saved](auto&&...) { return saved; });
+    _dialogs.answer = saved;
     trigger(window, "saveConfiguration");
-    FileDialog::setSaveFileNameFunction([&](auto&&...) { return windowOutput; });
+    _dialogs.answer = windowOutput;
     QTest::mousePress(folio->getShownIP()->findChild<QPushButton*>("Generate"), Qt::LeftButton);
     QVERIFY(readFile(windowOutput).contains("entity edited is"));
     runGenerator({"run", saved, "-o", "command.vhd"});

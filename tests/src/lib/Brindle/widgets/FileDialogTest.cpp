@@ -33,11 +33,12 @@ DialogRobot::Step confirmProposal(const QString& expectedName) {
 DialogRobot::Step selectRow(const QString& name) {
     return [name](QWidget* dialog) {
         auto* list = dialog->findChild<QTreeView*>(QStringLiteral("treeView"));
-        QModelIndexList rows;
-        QTRY_VERIFY((rows = list->model()->match(list->model()->index(0, 0, list->rootIndex()), Qt::DisplayRole, name))
-                        .size() == 1);
+        const auto findRow = [list, name] {
+            return list->model()->match(list->model()->index(0, 0, list->rootIndex()), Qt::DisplayRole, name);
+        };
+        QTRY_COMPARE(findRow().size(), 1);
         list->setFocus();
-        list->setCurrentIndex(rows.constFirst());
+        list->setCurrentIndex(findRow().constFirst());
     };
 }
 
