@@ -7,6 +7,8 @@ not show (word taken, word received, burst closed); the register model takes it 
 An event at edge k is a difference between the responses k and k + 1; the input pins of cycle k act at edge k.
 """
 
+import dataclasses
+
 from hdl_tools import require
 from stimulus import (AUTO, CPHA, CPOL, CS, CTRL, DIV, ENABLE, FIFO_CTRL, FLUSH_TX, LOOPBACK, LSB_FIRST, RESPONSE_CS_N,
                       RESPONSE_MOSI, RESPONSE_PSLVERR, RESPONSE_SCLK, RESPONSE_SPI, TXDATA)
@@ -17,29 +19,28 @@ SCLK_IDLE_LIMIT = 2    # pclk cycles until SCLK follows CPOL
 CS_LIMIT = 2           # pclk cycles until a select line follows ENABLE or SELECT with AUTO = 0
 
 
+@dataclasses.dataclass
 class Word:
     """A word pushed into the TX FIFO and how it left: taken or flushed between two edges, both included."""
 
-    def __init__(self, value, pushed):
-        self.value = value
-        self.pushed = pushed
-        self.leaves_min = NEVER
-        self.leaves_max = NEVER
-        self.first_edge = None
-        self.edges = []
-        self.received = 0
-        self.arrives_min = None
-        self.arrives_max = None
+    value: int
+    pushed: int
+    leaves_min: int = NEVER
+    leaves_max: int = NEVER
+    edges: list = dataclasses.field(default_factory=list)
+    received: int = 0
+    arrives_min: int = None
+    arrives_max: int = None
 
 
+@dataclasses.dataclass
 class Burst:
     """BUSY rises between two edges and falls between two edges; see SerialModel.close."""
 
-    def __init__(self, starts_min, starts_max):
-        self.starts_min = starts_min
-        self.starts_max = starts_max
-        self.ends_min = NEVER
-        self.ends_max = NEVER
+    starts_min: int
+    starts_max: int
+    ends_min: int = NEVER
+    ends_max: int = NEVER
 
 
 class SerialModel:

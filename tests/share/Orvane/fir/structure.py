@@ -5,7 +5,7 @@ import dataclasses
 import json
 import re
 
-from hdl_tools import require, yosys
+from hdl_tools import require, synthesise
 from model import ceiling_log2, signed_value
 
 REGISTER_CELLS = re.compile(r"\$s?dff")
@@ -29,13 +29,10 @@ def marked_products(verilog):
 
 
 def netlist(ghdl, described):
-    """The filter as Yosys sees it, and what GHDL remarked."""
-    verilog, remarks = ghdl.to_verilog(described.entity)
-    require("latch" not in remarks, f"GHDL finds a latch:\n{remarks}")
-    (ghdl.directory / "netlist.v").write_text(marked_products(verilog))
-    yosys(ghdl.directory, [
-        "read_verilog netlist.v", f"hierarchy -check -top {described.entity}", "proc", "flatten", "opt", "wreduce",
-        "opt -full", "wreduce", "opt_clean", "memory_collect", "check -assert", "write_json netlist.json"])
+    """The cells of the synthesised filter, and GHDL's remarks."""
+    remarks, _ = synthesise(ghdl, described.entity, [
+        "proc", "flatten", "opt", "wreduce", "opt -full", "wreduce", "opt_clean", "memory_collect", "check -assert",
+        "write_json netlist.json"], marked_products)
     modules = json.loads((ghdl.directory / "netlist.json").read_text())["modules"]
     require(list(modules) == [described.entity], f"the synthesised modules are {', '.join(modules)}")
     return modules[described.entity]["cells"].values(), remarks
