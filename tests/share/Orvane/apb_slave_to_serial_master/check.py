@@ -25,10 +25,9 @@ from hdl_tools import CheckFailed, Ghdl, cell_counts, require, run, step, synthe
 
 IP_NAME = "APB slave to serial master"
 STANDARDS = ("93", "08")
-REGISTERS = {"ID": 0x00, "CTRL": 0x04, "DIV": 0x08, "CS": 0x0C, "TXDATA": 0x10, "RXDATA": 0x14, "STATUS": 0x18,
-             "INT_ENABLE": 0x1C, "INT_STATUS": 0x20, "FIFO_CTRL": 0x24}
-ACCESS = {"ID": "RO", "CTRL": "RW", "DIV": "RW", "CS": "RW", "TXDATA": "WO", "RXDATA": "RO", "STATUS": "RO",
-          "INT_ENABLE": "RW", "INT_STATUS": "R/W1C", "FIFO_CTRL": "WO"}
+REGISTERS = [("ID", "00", "RO"), ("CTRL", "04", "RW"), ("DIV", "08", "RW"), ("CS", "0C", "RW"), ("TXDATA", "10", "WO"),
+             ("RXDATA", "14", "RO"), ("STATUS", "18", "RO"), ("INT_ENABLE", "1C", "RW"), ("INT_STATUS", "20", "R/W1C"),
+             ("FIFO_CTRL", "24", "WO")]
 
 
 class Files:
@@ -60,14 +59,14 @@ def check_files(files):
 
 def check_register_lists(files):
     """Package, Verilog header and text give the offsets of the register map, and no others."""
-    package = re.findall(r"constant REG_(\w+)\s*: integer := 16#(\w+)#", files.design[0].read_text())
-    require({name: int(offset, 16) for name, offset in package} == REGISTERS, f"package: registers {package}")
+    offsets = [(name, offset) for name, offset, _ in REGISTERS]
+    rows = [(offset, name, access) for name, offset, access in REGISTERS]
     macro = rf"`define {files.entity.upper()}_REG_(\w+)\s+8'h(\w+)"
-    header = re.findall(macro, files.header.read_text())
-    require({name: int(offset, 16) for name, offset in header} == REGISTERS, f"Verilog header: registers {header}")
-    rows = re.findall(r"(?m)^\| ([0-9A-F]{2}) \| (\w+) \| ([\w/]+) \|", files.text.read_text())
-    require({name: (int(offset, 16), access) for offset, name, access in rows} ==
-            {name: (offset, ACCESS[name]) for name, offset in REGISTERS.items()}, f"text: registers {rows}")
+    for path, pattern, expected in ((files.design[0], r"constant REG_(\w+)\s*: integer := 16#(\w+)#", offsets),
+                                    (files.header, macro, offsets),
+                                    (files.text, r"(?m)^\| ([0-9A-F]{2}) \| (\w+) \| ([\w/]+) \|", rows)):
+        found = re.findall(pattern, path.read_text())
+        require(found == expected, f"{path.name}: registers {found}")
 
 
 def check_test_bench(files, work, standard, shuffled):
@@ -117,7 +116,7 @@ def check_synthesis(files, work):
 
 
 def check_verilog_header(files, work):
-    macros = [f"{files.entity.upper()}_REG_{name}" for name in REGISTERS]
+    macros = [f"{files.entity.upper()}_REG_{name}" for name, _, _ in REGISTERS]
     cases = "\n".join(f"      `{macro}: index = 4'd{number};" for number, macro in enumerate(macros))
     include = f'`include "{files.header.name}"\n'
     source = work / "header.v"

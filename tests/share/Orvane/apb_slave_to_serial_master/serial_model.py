@@ -97,12 +97,8 @@ class SerialModel:
         """Whether select lines show where bursts begin and end."""
         return bool(self.cs & AUTO and self.cs & 15)
 
-    def fail(self, text):
-        require(False, f"edge {self.edge}: {text} (CTRL {self.ctrl:03x}, DIV {self.div:x}, CS {self.cs:03x})")
-
     def expect(self, condition, text):
-        if not condition:
-            self.fail(text)
+        require(condition, f"edge {self.edge}: {text} (CTRL {self.ctrl:03x}, DIV {self.div:x}, CS {self.cs:03x})")
 
     # The walk over all edges.
 
@@ -121,36 +117,33 @@ class SerialModel:
     def check_levels(self, now):
         if self.word or self.last_edge is not None:
             return
-        sclk_settled = self.edge > self.cpol_written + SCLK_IDLE_LIMIT
-        if sclk_settled and int(now[RESPONSE_SCLK]) != self.flag(CPOL):
-            self.fail("SCLK does not idle at CPOL")
+        if self.edge > self.cpol_written + SCLK_IDLE_LIMIT:
+            self.expect(int(now[RESPONSE_SCLK]) == self.flag(CPOL), "SCLK does not idle at CPOL")
         lines_settled = self.edge > max(self.config_written + CS_LIMIT + 1, self.idle_max + 1)
-        if lines_settled and self.edge <= self.ready_min and now[RESPONSE_CS_N] != self.idle_lines():
-            self.fail(f"spi_cs_n is {now[RESPONSE_CS_N]} while nothing is sent, not {self.idle_lines()}")
+        if lines_settled and self.edge <= self.ready_min:
+            self.expect(now[RESPONSE_CS_N] == self.idle_lines(),
+                        f"spi_cs_n is {now[RESPONSE_CS_N]} while nothing is sent, not {self.idle_lines()}")
 
     def idle_lines(self):
         return self.selected if self.flag(ENABLE) and not self.cs & AUTO else "1111"
 
     def check_deadlines(self):
         if self.word:
-            if self.word.edges[-1] + self.half < self.edge:
-                self.fail("an SCLK edge is missing in a word")
+            self.expect(self.word.edges[-1] + self.half >= self.edge, "an SCLK edge is missing in a word")
         elif self.last_edge is not None:
             if self.edge > self.last_edge + self.gap_limit:
-                if self.must_follow:
-                    self.fail("the next word of a burst does not follow")
-                if self.is_framed:
-                    self.fail("the select lines do not rise after a burst")
+                self.expect(not self.must_follow, "the next word of a burst does not follow")
+                self.expect(not self.is_framed, "the select lines do not rise after a burst")
                 self.close(self.last_edge + 2 * self.half, self.last_edge + self.gap_limit + self.half)
         elif self.ready_max != NEVER:
             start = self.ready_max + START_LIMIT
             if self.withdrawn < start:
                 if self.edge > max(self.withdrawn, start) + self.gap_limit and self.select_fell is None:
                     self.no_burst()
-            elif self.is_framed and self.select_fell is None and self.edge > start:
-                self.fail("a word does not start although ENABLE is 1 and TX is not empty")
-            elif self.edge > start + self.gap_limit:
-                self.fail("the first SCLK edge of a burst is missing")
+                return
+            self.expect(not self.is_framed or self.select_fell is not None or self.edge <= start,
+                        "a word does not start although ENABLE is 1 and TX is not empty")
+            self.expect(self.edge <= start + self.gap_limit, "the first SCLK edge of a burst is missing")
 
     # Pins.
 

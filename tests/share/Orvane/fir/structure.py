@@ -1,7 +1,6 @@
 """Synthesises a filter and counts what its structure is made of."""
 
 import collections
-import dataclasses
 import json
 import re
 
@@ -13,14 +12,6 @@ FORBIDDEN_CELLS = re.compile(r"\$(d?latch|adff|aldff|dffsr|sr|tribuf)")
 
 # Adders of up to this many bits are the counters of the control.
 COUNTER_WIDTH = 8
-
-
-@dataclasses.dataclass
-class Counts:
-    multipliers: int
-    adders: int
-    register_bits: int
-    memory_bits: int
 
 
 def marked_products(verilog):
@@ -55,7 +46,7 @@ def counts(cells):
             found["register_bits"] += parameter(cell, "WIDTH")
         elif kind == "$mem_v2" and parameter(cell, "WR_PORTS"):
             found["memory_bits"] += parameter(cell, "WIDTH") * parameter(cell, "SIZE")
-    return Counts(*(found[field.name] for field in dataclasses.fields(Counts)))
+    return found
 
 
 def is_plain(value):
@@ -81,8 +72,6 @@ def least_multipliers(described):
 
 
 def most_adders(described):
-    if described.is_symmetric:
-        return described.tap_count - 1
     if described.is_mac:
         accumulators = described.multiplier_count if described.clocks_per_sample > 1 else 0
         return accumulators + described.multiplier_count - 1
@@ -112,15 +101,16 @@ def most_register_bits(described):
 
 
 def check_structure(ghdl, described):
-    """Compares the counts with what the kind promises and returns them."""
+    """Compares the counts with what the kind promises and tells them."""
     cells, remarks = netlist(ghdl, described)
     found = counts(cells)
     least, most = least_multipliers(described), described.multiplier_count
-    require(least <= found.multipliers <= most, f"{found.multipliers} multipliers, not {least} to {most}")
-    require(found.adders <= most_adders(described), f"{found.adders} wide adders, more than {most_adders(described)}")
-    bits = found.register_bits + found.memory_bits
-    require(bits <= most_register_bits(described), f"{bits} register bits, more than {most_register_bits(described)}")
+    bits = found["register_bits"] + found["memory_bits"]
+    for name, count, lowest, highest in (("multipliers", found["multipliers"], least, most),
+                                         ("wide adders", found["adders"], 0, most_adders(described)),
+                                         ("register bits", bits, 0, most_register_bits(described))):
+        require(lowest <= count <= highest, f"{count} {name}, not {lowest} to {highest}")
     if described.is_mac and described.clocks_per_sample > 1:
         memory_count = remarks.count("found RAM")
         require(memory_count == most, f"{memory_count} memories found for {most} units")
-    return found
+    return ", ".join(f"{count} {name}" for name, count in found.items())
