@@ -10,8 +10,8 @@ def headerComment(entries, begin='-- ', end=''):
 
 
 def failureComment(problem):
-    """What a generator of a single HDL text returns for invalid arguments: a comment that is no design."""
-    return '-- Generation failed: %s\n' % problem
+    """The line that a generator of a single HDL text returns for a problem: a comment that is no design."""
+    return '-- Generation failed: %s' % problem
 
 
 def printableText(text):

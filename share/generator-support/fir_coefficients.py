@@ -44,7 +44,7 @@ def firCoefficients(aggregate, width):
     return [FirCoefficient(text.strip(), width) for text in aggregate.split(',')]
 
 
-def coefficientProblems(coefficients):
+def literalProblems(coefficients):
     """One sentence for each element that is no literal, or for the lack of any."""
     if not coefficients:
         return ['Coefficients: no hexadecimal literal found, enter at least one.']

@@ -3,7 +3,7 @@
 FIR_SCRIPT_VERSION = '1.0.0'
 
 
-class FirFilter(object):
+class FirFilter(Design):
     """A filter described by the argument dictionary; each kind derives from it.
 
     A kind has the attributes ipName and structure, which the header shows, and the methods that raise
@@ -27,11 +27,13 @@ class FirFilter(object):
         raise NotImplementedError
 
     def problems(self):
-        """Sentences that say why the filter cannot be generated; none if it can."""
+        return self.nameProblems() + self.coefficientProblems()
+
+    def coefficientProblems(self):
+        """Problems of the coefficients and their number."""
         raise NotImplementedError
 
     def remarks(self):
-        """Sentences on what the designer should know about the filter."""
         return coefficientRemarks(self.coefficients)
 
     def latency(self):
@@ -44,21 +46,6 @@ class FirFilter(object):
     def sumWidth(self):
         """Bits of the sums of products."""
         raise NotImplementedError
-
-    def designText(self):
-        """The filter's VHDL without the header."""
-        raise NotImplementedError
-
-    def generate(self):
-        """The VHDL text; what is wrong or worth knowing goes to the console."""
-        problems = self.nameProblems() + self.problems()
-        for problem in problems:
-            printError(problem)
-        if problems:
-            return ''.join(failureComment(problem) for problem in problems)
-        for remark in self.remarks():
-            printText(remark)
-        return headerComment(self.headerEntries()) + '\n' + self.designText()
 
     def nameProblems(self):
         problem = entityNameProblem('Entity name', self.entityName, [self.entityName], ())

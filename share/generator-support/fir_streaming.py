@@ -9,10 +9,10 @@ class StreamingFir(FirFilter):
         aggregate = '' if self.hasInputCoefficients else arguments['%%COEFS_PKG_HEXA_CONSTANT%%']
         self.coefficients = firCoefficients(aggregate, self.coefficientWidth)
 
-    def problems(self):
+    def coefficientProblems(self):
         if self.hasInputCoefficients:
             return []
-        problems = coefficientProblems(self.coefficients)
+        problems = literalProblems(self.coefficients)
         if self.coefficients and len(self.coefficients) != self.tapCount:
             problems.append('Coefficients: %d given for a filter of %d taps, enter one for each tap.'
                             % (len(self.coefficients), self.tapCount))

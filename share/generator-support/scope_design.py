@@ -3,7 +3,7 @@
 SCOPE_SCRIPT_VERSION = '1.0.0'
 
 
-class ScopeDesign(object):
+class ScopeDesign(Design):
     """A scope described by the argument dictionary; each kind derives from it.
 
     A kind has the attributes ipName and templateName and the methods that raise NotImplementedError here.
@@ -22,14 +22,14 @@ class ScopeDesign(object):
         return int(self.arguments['%%' + key + '%%'])
 
     def problems(self):
-        """Sentences that say what else than the entity name keeps the scope from being generated."""
-        return []
+        """At most one sentence. Names inside the architecture may be the entity's name, those outside may not."""
+        interface = self.template().split('\narchitecture ', 1)[0]
+        usedNames = vhdlIdentifiers(interface) - set([self.defaultName(), self.defaultName() + '_pkg'])
+        unitNames = [self.entityName, self.entityName + '_pkg']
+        problem = entityNameProblem('Entity name', self.entityName, unitNames, usedNames)
+        return [problem] if problem else []
 
-    def remarks(self):
-        """Sentences on what the designer should know about the scope."""
-        return []
-
-    def headerEntries(self):
+    def parameterEntries(self):
         """(label, value) pairs of the parameters."""
         raise NotImplementedError
 
@@ -45,40 +45,20 @@ class ScopeDesign(object):
         """Lines of the template's further blocks by their names."""
         raise NotImplementedError
 
-    def generate(self):
-        """The VHDL text; what is wrong or worth knowing goes to the console."""
-        problems = self.entityNameProblems() + self.problems()
-        for problem in problems:
-            printError(problem)
-        if problems:
-            return ''.join(failureComment(problem) for problem in problems).rstrip('\n')
-        for remark in self.remarks():
-            printText(remark)
-        # The program ends the last line.
-        return (headerComment(self.allHeaderEntries()) + '\n' + self.designText()).rstrip('\n')
-
-    def entityNameProblems(self):
-        """At most one sentence. Names inside the architecture may be the entity's name, those outside may not."""
-        interface = self.template().split('\narchitecture ', 1)[0]
-        usedNames = vhdlIdentifiers(interface) - set([self.defaultName(), self.defaultName() + '_pkg'])
-        unitNames = [self.entityName, self.entityName + '_pkg']
-        problem = entityNameProblem('Entity name', self.entityName, unitNames, usedNames)
-        return [problem] if problem else []
-
     def template(self):
         return TEMPLATES[self.templateName]
 
     def defaultName(self):
         return self.templateName[:-len('.vhd')]
 
-    def allHeaderEntries(self):
+    def headerEntries(self):
         return [
             ('IP', self.ipName),
             ('Entity', self.entityName),
             ('Generator', SCOPE_SCRIPT_VERSION),
             ('Application', self.arguments['%%APPLICATION%%']),
             ('Date', self.arguments['%%DATE%%']),
-        ] + self.headerEntries()
+        ] + self.parameterEntries()
 
     def designText(self):
         blocks = dict(self.blocks(), constants=constantLines(self.constants()), ports=portLines(self.ports()))

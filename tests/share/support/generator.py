@@ -3,13 +3,14 @@
 import json
 import pathlib
 import subprocess
-import sys
+import typing
 
 ROOT = pathlib.Path(__file__).resolve().parents[3]
+CATALOGUE = ROOT / "share/velmora/Orvane"
 JOINER = ROOT / "scripts/join-generator"
 SUPPORT_FILES = sorted((ROOT / "share/generator-support").glob("*.py"))
 
-# Texts go both ways as Latin-1, one character a byte, so that JSON carries any byte string.
+# The script's texts come back as Latin-1, one character a byte, so that JSON carries any byte string.
 DRIVER = r"""
 import json, sys, types
 
@@ -27,8 +28,7 @@ answers = []
 for arguments in request['arguments']:
     for name in calls:
         del calls[name][:]
-    argDict = dict((key.encode('latin-1'), value.encode('latin-1')) for key, value in arguments.items())
-    result = space['generate'](argDict)
+    result = space['generate'](dict((key.encode('utf-8'), value.encode('utf-8')) for key, value in arguments.items()))
     parts = result.items() if type(result) is dict else [(result, '')]
     assert all(type(part) is str for pair in parts for part in pair), 'not exactly str'
     decoded = [[part.decode('latin-1') for part in pair] for pair in parts]
@@ -39,24 +39,36 @@ json.dump(answers, sys.stdout)
 """
 
 
-def join(ip_directory, output):
-    """Runs the joiner on an IP of the catalogue."""
-    subprocess.run([JOINER, ip_directory / "generator.py", "-o", output, "--support", *SUPPORT_FILES,
-                    "--templates", ip_directory / "templates"], check=True)
+class Result(typing.NamedTuple):
+    """What a script returned, a text or a dictionary of files, and what it reported."""
+
+    text: object
+    errors: list
+    remarks: list
 
 
-def generate(script, arguments):
-    """Calls the joined script once for each argument dictionary: a list of (result, errors, notes)."""
-    request = json.dumps({"script": str(script), "arguments": arguments})
-    answer = subprocess.run(["python2.7", "-c", DRIVER], input=request, stdout=subprocess.PIPE, text=True, check=False)
-    if answer.returncode != 0:
-        sys.exit("the generator script failed, see above")
-    return json.loads(answer.stdout)
+class Script:
+    """The joined generator script of an IP."""
+
+    def __init__(self, ip, directory):
+        self.path = directory / f"{ip}.py"
+        subprocess.run([JOINER, CATALOGUE / ip / "generator.py", "-o", self.path, "--support", *SUPPORT_FILES,
+                        "--templates", CATALOGUE / ip / "templates"], check=True)
+
+    def results(self, dictionaries):
+        """Calls the script once for each argument dictionary."""
+        return generate(self.path, dictionaries)
+
+
+def generate(script, dictionaries):
+    answer = subprocess.run(["python2.7", "-c", DRIVER], stdout=subprocess.PIPE, text=True, check=True,
+                            input=json.dumps({"script": str(script), "arguments": dictionaries}))
+    return [Result(*each) for each in json.loads(answer.stdout)]
 
 
 def write_files(result, directory):
-    """Writes a result of the file dictionary kind; like the program, it ends the last line of each file."""
-    for name, content in result.items():
-        path = pathlib.Path(directory) / name
+    """Writes a result of either kind, a text as the file of that name; like the program, it ends every last line."""
+    for name, content in (result.text if isinstance(result.text, dict) else {"": result.text}).items():
+        path = directory / name
         path.parent.mkdir(parents=True, exist_ok=True)
         path.write_bytes(content.encode("latin-1") + b"\n")

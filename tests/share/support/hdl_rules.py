@@ -48,3 +48,38 @@ def check_vhdl(name, text, entity, is_test_bench=False):
         for port in ports.split(";"):
             require(re.fullmatch(r"\s*\w+\s*:\s*(in|out)\s+std_logic(_vector\(\d+ downto 0\))?\s*", port),
                     f"{name}: port of an unexpected form: {' '.join(port.split())}")
+
+
+def without_attributes(text):
+    """The text without its attributes, each of which stands alone on its line."""
+    return re.sub(r"(?m)^ *attribute [^\n]*\n", "", text)
+
+
+def check_design(content, ip_name, entity, shown, units, inputs, outputs):
+    """The text of one design: what its header shows, its design units, and its ports by width, None for a single bit."""
+    check_text("the design", content)
+    text = content.decode("ascii")
+    require("%%" not in text, "a key of the argument dictionary is left over")
+    check_header("the design", text, ip_name, entity)
+    header = re.match(r"(--[^\n]*\n)+", text).group(0)
+    for value in shown:
+        require(f"  {value}\n" in header, f"the header does not show {value}")
+    check_vhdl("the design", text, entity)
+    code = re.sub(r"--[^\n]*", "", text)
+    names = {"package": f"{entity}_pkg", "entity": entity, "architecture": "rtl"}
+    found = re.findall(r"(?m)^(package|entity|architecture)\s+(\w+)", code)
+    require(found == [(unit, names[unit]) for unit in units], f"the design units are {found}")
+    ports = re.search(r"\bport\s*\((.*?)\)\s*;\s*(end|attribute)\b", code, re.S).group(1)
+    found = {(name, direction, int(high) + 1 if high else None) for name, direction, high in
+             re.findall(r"(\w+)\s*:\s*(\w+)\s+std_logic(?:_vector\((\d+) downto 0\))?", ports)}
+    expected = {(name, direction, width) for direction, all_ports in (("in", inputs), ("out", outputs))
+                for name, width in all_ports.items()}
+    require(found == expected, f"the ports differ: {found ^ expected}")
+
+
+def check_constants(text, expected):
+    """Type and value of each constant of the package, both without blanks."""
+    package = re.sub(r"--[^\n]*", "", text).split("end package")[0]
+    found = {name: (re.sub(r"\s", "", type_name), re.sub(r"\s", "", value)) for name, type_name, value in
+             re.findall(r"constant\s+(\w+)\s*:\s*([^:]+):=\s*([^;]+);", package)}
+    require(found == expected, f"the constants differ: {set(found.items()) ^ set(expected.items())}")

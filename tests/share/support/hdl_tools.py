@@ -1,6 +1,6 @@
 """Runs the HDL tools for the hardware checks of the catalogue's IPs."""
 
-import contextlib
+import re
 import subprocess
 import time
 
@@ -24,13 +24,11 @@ def require(condition, message):
         raise CheckFailed(message)
 
 
-@contextlib.contextmanager
-def step(title):
-    """Prints one line when the step has passed: its title, what it adds to the yielded list, and its time."""
-    remarks = []
+def step(title, check, *arguments):
+    """Runs a check and prints one line when it has passed: its title, what it returns, and its time."""
     start = time.monotonic()
-    yield remarks
-    print(f"ok    {title}: {', '.join(remarks)} ({time.monotonic() - start:.1f} s)", flush=True)
+    remark = check(*arguments)
+    print(f"ok    {title}: {remark} ({time.monotonic() - start:.1f} s)", flush=True)
 
 
 class Ghdl:
@@ -69,10 +67,29 @@ class Ghdl:
         require("warning" not in result.stderr, f"{' '.join(command)} gives warnings:\n{result.stderr[-4000:]}")
         return result.stdout, result.stderr
 
+    def netlist(self, top, directory):
+        """What synthesis makes of the top entity, analysed as VHDL in a library of its own."""
+        netlist = self("--synth", "--out=vhdl", top)
+        result = Ghdl(directory, "08")
+        (directory / "netlist.vhd").write_text(
+            re.sub(r"(?i)use work\.\w+_pkg\.all;\n", "", netlist[netlist.index("library ieee;"):]))
+        result.analyse(["netlist.vhd"])
+        return result
 
-def yosys(directory, commands):
-    """What Yosys printed; a warning is a failed check."""
-    output = run(["yosys", "-Q", "-p", "; ".join(commands)], directory)
+
+def synthesise(ghdl, top, commands, edited=str):
+    """GHDL's remarks on the synthesis of the top entity and what Yosys printed; latches and warnings are failures."""
+    verilog, remarks = ghdl.to_verilog(top)
+    require("latch" not in remarks, f"GHDL finds a latch:\n{remarks}")
+    (ghdl.directory / "netlist.v").write_text(edited(verilog))
+    commands = ["read_verilog netlist.v", f"hierarchy -check -top {top}", *commands]
+    output = run(["yosys", "-Q", "-p", "; ".join(commands)], ghdl.directory)
     warnings = [line for line in output.splitlines() if line.startswith("Warning")]
     require(not warnings, "Yosys warns:\n" + "\n".join(warnings))
-    return output
+    return remarks, output
+
+
+def cell_counts(report):
+    """Look-up tables, flip-flops and memories of the last statistics that Yosys printed."""
+    cells = {name: int(count) for name, count in re.findall(r"(\$\S+)\s+(\d+)\n", report.rsplit("=== ", 1)[1])}
+    return cells.get("$lut", 0), sum(count for name, count in cells.items() if "DFF" in name), cells.get("$mem_v2", 0)

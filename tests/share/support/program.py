@@ -39,8 +39,3 @@ def arguments_of(parameter_set, path):
     dates = re.findall(r"\d\d/\d\d/\d{4} - \d\d:\d\d", path.read_text())
     require(len(dates) == 1, f"the file shows the dates {dates}")
     return {**parameter_set.arguments(), "%%DATE%%": dates[0]}
-
-
-def add_options(parser):
-    parser.add_argument("--driver", help="generate with the program's forms by this form_driver")
-    parser.add_argument("--prefix", help="installation prefix of the program")

@@ -16,8 +16,8 @@ class MacFir(FirFilter):
         self.unitCount = ceilingQuotient(self.tapCount, self.stepCount)
         self.treeLevels = ceilingLog2(self.unitCount)
 
-    def problems(self):
-        problems = coefficientProblems(self.coefficients)
+    def coefficientProblems(self):
+        problems = literalProblems(self.coefficients)
         if len(self.coefficients) > self.tapCount:
             problems.append('Tap count: %d is less than the %d coefficients given, enter at least %d.'
                             % (self.tapCount, len(self.coefficients), len(self.coefficients)))

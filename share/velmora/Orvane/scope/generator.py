@@ -2,8 +2,6 @@
 
 import re
 
-from quarnel import printError, printText
-
 
 class LineTrigger(object):
     """What a trigger line has to show: its text in the form and the VHDL expression, %d being the line's number."""
@@ -117,7 +115,7 @@ class Scope(ScopeDesign):
         return [self.triggerSet] + ([self.firstSet] if self.hasTwoLevels else [])
 
     def problems(self):
-        return [triggerSet.problem for triggerSet in self.setsInUse() if triggerSet.problem]
+        return ScopeDesign.problems(self) + [each.problem for each in self.setsInUse() if each.problem]
 
     def remarks(self):
         if self.hasWindows or self.preTriggerSamples == self.wantedPreTriggerSamples:
@@ -125,7 +123,7 @@ class Scope(ScopeDesign):
         return ['Pre-trigger samples: %d taken in place of %d, as the %d samples of the memory include the trigger.'
                 % (self.preTriggerSamples, self.wantedPreTriggerSamples, self.captureDepth)]
 
-    def headerEntries(self):
+    def parameterEntries(self):
         return [
             ('Input line count', self.inputLineCount),
             ('Capture depth', self.captureDepth),

@@ -2,8 +2,6 @@
 
 import re
 
-from quarnel import printError, printText
-
 IP_NAME = 'SER/DES'
 SCRIPT_VERSION = '1.0.0'
 TEMPLATE = 'ser_des.vhd'
@@ -89,7 +87,7 @@ def aggregateEntries(text):
     return sorted((int(index), entry) for index, entry in re.findall(r'(\d+) => "([^"]*)"', text))
 
 
-class SerDes(object):
+class SerDes(Design):
     """An interface described by the argument dictionary."""
 
     def __init__(self, argDict):
@@ -114,20 +112,7 @@ class SerDes(object):
              NO_DELAY),
         ]
 
-    def generate(self):
-        """The VHDL text; what is wrong or worth knowing goes to the console."""
-        problems = self.problems()
-        for problem in problems:
-            printError(problem)
-        if problems:
-            return ''.join(failureComment(problem) for problem in problems).rstrip('\n')
-        for remark in self.remarks():
-            printText(remark)
-        # The program ends every line that it writes, the last one included.
-        return (headerComment(self.headerEntries()) + '\n' + self.designText()).rstrip('\n')
-
     def problems(self):
-        """Sentences that say why the interface cannot be generated; none if it can."""
         found = self.nameProblems() + self.trainingProblems()
         for key, label, count, length, emptyText in self.aggregates():
             found.append(aggregateProblem(label, self.arguments[key], count, length, emptyText == NO_LOCATION))
@@ -162,7 +147,6 @@ class SerDes(object):
         return None
 
     def remarks(self):
-        """Sentences on what the designer should know about the interface."""
         found = []
         for side in ('SER', 'DES'):
             for index, entry in aggregateEntries(self.arguments[side + '_LOCATIONS']):

@@ -1,7 +1,5 @@
 # Generator of the IP "Startup Scope".
 
-from quarnel import printError, printText
-
 
 class StartupScope(ScopeDesign):
     """Captures once after each reset, around the first match of a pattern."""
@@ -13,7 +11,7 @@ class StartupScope(ScopeDesign):
         ScopeDesign.__init__(self, argDict)
         self.pattern = self.arguments['%%STARTUP_TRIG_VALUE%%']
 
-    def headerEntries(self):
+    def parameterEntries(self):
         return [
             ('Input line count', self.inputLineCount),
             ('Capture depth', self.captureDepth),

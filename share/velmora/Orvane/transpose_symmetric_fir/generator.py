@@ -9,8 +9,8 @@ class TransposeSymmetricFir(StreamingFir):
     def latency(self):
         return 4
 
-    def problems(self):
-        problems = StreamingFir.problems(self)
+    def coefficientProblems(self):
+        problems = StreamingFir.coefficientProblems(self)
         if self.tapCount % 2:
             problems.append('Coefficient count: a symmetric filter of %d taps has no pairs, make the count even.'
                             % self.tapCount)

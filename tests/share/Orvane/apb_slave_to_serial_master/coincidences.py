@@ -50,20 +50,19 @@ class Coincidences:
         self.pushed_sent = self.scan("push while full, words sent", FIFO_DEPTH + 1, second, self.push,
                                      self.sent_words(FIFO_DEPTH + 2))
         self.idle = self.scan("BUSY read", 1, range(8, end + 6), self.read_status(lambda data: data & 1 == 0))
-        self.done = self.scan("DONE read", 1, at_end, self.read_events(DONE))
+        self.done = self.scan("DONE read", 1, at_end, self.read_event(DONE))
         self.done_cleared = self.scan("DONE cleared", 1, at_end, self.write(INT_STATUS, 1 << DONE),
-                                      self.event_stays_clear(DONE))
+                                      self.read_event(DONE, 0))
         self.received = self.scan("RX_LEVEL read", 1, at_end, self.read_status(lambda data: data >> 16 & 31 == 1))
         self.rx_flushed = self.scan("RX flushed", 1, at_end, self.write(FIFO_CTRL, FLUSH_RX),
-                                    self.final_status(lambda data: data >> 16 & 31 == 0))
+                                    self.read_status(lambda data: data >> 16 & 31 == 0))
         self.popped = self.scan("pop while empty", 1, at_end, self.pop)
-        self.overrun = self.scan("RX_OVERRUN read", FIFO_DEPTH + 1, overrun, self.read_events(RX_OVERRUN))
+        self.overrun = self.scan("RX_OVERRUN read", FIFO_DEPTH + 1, overrun, self.read_event(RX_OVERRUN))
         self.overrun_cleared = self.scan("RX_OVERRUN cleared", FIFO_DEPTH + 1, overrun,
-                                         self.write(INT_STATUS, 1 << RX_OVERRUN), self.event_stays_clear(RX_OVERRUN))
-        self.overrun_popped = self.scan("pop while full", FIFO_DEPTH + 1, overrun, self.pop,
-                                        self.final_event(RX_OVERRUN))
+                                         self.write(INT_STATUS, 1 << RX_OVERRUN), self.read_event(RX_OVERRUN, 0))
+        self.overrun_popped = self.scan("pop while full", FIFO_DEPTH + 1, overrun, self.pop, self.read_event(RX_OVERRUN))
         self.overrun_left = self.scan("pop while full, words left", FIFO_DEPTH + 1, overrun, self.pop,
-                                      self.final_status(lambda data: data >> 16 & 31 == FIFO_DEPTH - 1))
+                                      self.read_status(lambda data: data >> 16 & 31 == FIFO_DEPTH - 1))
 
     def around(self, words):
         """Edges around the end of a number of words."""
@@ -89,7 +88,7 @@ class Coincidences:
             edge, judge = act()
             if observe:
                 stimulus.idle((words + 1) * (self.word_time + self.closing_time) + 16)
-                judge = observe()
+                _, judge = observe()
             self.on_response(result, edge - enabled, judge)
         return result
 
@@ -100,17 +99,18 @@ class Coincidences:
             scan.results[edge] = judge(responses)
         self.stimulus.scenarios.append((name, checker, begin))
 
-    # Accesses that are moved: each gives its edge and a judge of the responses.
+    # What is moved or, at the end, looked at: each gives its edge and a judge of the responses.
 
     def write(self, address, data):
         return lambda: (self.stimulus.write(address, data), None)
 
     def push(self):
-        edge = self.stimulus.write(TXDATA, 0)
-        return edge, lambda responses: responses[edge][RESPONSE_PSLVERR] == "0"
+        return self.accepted(self.stimulus.write(TXDATA, 0))
 
     def pop(self):
-        edge = self.stimulus.read(RXDATA)
+        return self.accepted(self.stimulus.read(RXDATA))
+
+    def accepted(self, edge):
         return edge, lambda responses: responses[edge][RESPONSE_PSLVERR] == "0"
 
     def read_judged(self, address, predicate):
@@ -120,26 +120,14 @@ class Coincidences:
     def read_status(self, predicate):
         return lambda: self.read_judged(STATUS, predicate)
 
-    def read_events(self, place):
-        return lambda: self.read_judged(INT_STATUS, lambda data: bool(data >> place & 1))
-
-    # What is looked at in the end.
+    def read_event(self, place, value=1):
+        return lambda: self.read_judged(INT_STATUS, lambda data: data >> place & 1 == value)
 
     def sent_words(self, words):
         def judge(responses):
             levels = [response[RESPONSE_SCLK] for response in responses]
-            edges = sum(before != after for before, after in zip(levels, levels[1:]))
-            return edges >= 2 * self.bits * words
-        return lambda: judge
-
-    def final_status(self, predicate):
-        return lambda: self.read_judged(STATUS, predicate)[1]
-
-    def final_event(self, place):
-        return lambda: self.read_judged(INT_STATUS, lambda data: bool(data >> place & 1))[1]
-
-    def event_stays_clear(self, place):
-        return lambda: self.read_judged(INT_STATUS, lambda data: not data >> place & 1)[1]
+            return sum(before != after for before, after in zip(levels, levels[1:])) >= 2 * self.bits * words
+        return lambda: (None, judge)
 
     # Called when all runs are done.
 

@@ -7,6 +7,8 @@ not show (word taken, word received, burst closed); the register model takes it 
 An event at edge k is a difference between the responses k and k + 1; the input pins of cycle k act at edge k.
 """
 
+import dataclasses
+
 from hdl_tools import require
 from stimulus import (AUTO, CPHA, CPOL, CS, CTRL, DIV, ENABLE, FIFO_CTRL, FLUSH_TX, LOOPBACK, LSB_FIRST, RESPONSE_CS_N,
                       RESPONSE_MOSI, RESPONSE_PSLVERR, RESPONSE_SCLK, RESPONSE_SPI, TXDATA)
@@ -17,29 +19,28 @@ SCLK_IDLE_LIMIT = 2    # pclk cycles until SCLK follows CPOL
 CS_LIMIT = 2           # pclk cycles until a select line follows ENABLE or SELECT with AUTO = 0
 
 
+@dataclasses.dataclass
 class Word:
     """A word pushed into the TX FIFO and how it left: taken or flushed between two edges, both included."""
 
-    def __init__(self, value, pushed):
-        self.value = value
-        self.pushed = pushed
-        self.leaves_min = NEVER
-        self.leaves_max = NEVER
-        self.first_edge = None
-        self.edges = []
-        self.received = 0
-        self.arrives_min = None
-        self.arrives_max = None
+    value: int
+    pushed: int
+    leaves_min: int = NEVER
+    leaves_max: int = NEVER
+    edges: list = dataclasses.field(default_factory=list)
+    received: int = 0
+    arrives_min: int = None
+    arrives_max: int = None
 
 
+@dataclasses.dataclass
 class Burst:
     """BUSY rises between two edges and falls between two edges; see SerialModel.close."""
 
-    def __init__(self, starts_min, starts_max):
-        self.starts_min = starts_min
-        self.starts_max = starts_max
-        self.ends_min = NEVER
-        self.ends_max = NEVER
+    starts_min: int
+    starts_max: int
+    ends_min: int = NEVER
+    ends_max: int = NEVER
 
 
 class SerialModel:
@@ -96,12 +97,8 @@ class SerialModel:
         """Whether select lines show where bursts begin and end."""
         return bool(self.cs & AUTO and self.cs & 15)
 
-    def fail(self, text):
-        require(False, f"edge {self.edge}: {text} (CTRL {self.ctrl:03x}, DIV {self.div:x}, CS {self.cs:03x})")
-
     def expect(self, condition, text):
-        if not condition:
-            self.fail(text)
+        require(condition, f"edge {self.edge}: {text} (CTRL {self.ctrl:03x}, DIV {self.div:x}, CS {self.cs:03x})")
 
     # The walk over all edges.
 
@@ -120,36 +117,33 @@ class SerialModel:
     def check_levels(self, now):
         if self.word or self.last_edge is not None:
             return
-        sclk_settled = self.edge > self.cpol_written + SCLK_IDLE_LIMIT
-        if sclk_settled and int(now[RESPONSE_SCLK]) != self.flag(CPOL):
-            self.fail("SCLK does not idle at CPOL")
+        if self.edge > self.cpol_written + SCLK_IDLE_LIMIT:
+            self.expect(int(now[RESPONSE_SCLK]) == self.flag(CPOL), "SCLK does not idle at CPOL")
         lines_settled = self.edge > max(self.config_written + CS_LIMIT + 1, self.idle_max + 1)
-        if lines_settled and self.edge <= self.ready_min and now[RESPONSE_CS_N] != self.idle_lines():
-            self.fail(f"spi_cs_n is {now[RESPONSE_CS_N]} while nothing is sent, not {self.idle_lines()}")
+        if lines_settled and self.edge <= self.ready_min:
+            self.expect(now[RESPONSE_CS_N] == self.idle_lines(),
+                        f"spi_cs_n is {now[RESPONSE_CS_N]} while nothing is sent, not {self.idle_lines()}")
 
     def idle_lines(self):
         return self.selected if self.flag(ENABLE) and not self.cs & AUTO else "1111"
 
     def check_deadlines(self):
         if self.word:
-            if self.word.edges[-1] + self.half < self.edge:
-                self.fail("an SCLK edge is missing in a word")
+            self.expect(self.word.edges[-1] + self.half >= self.edge, "an SCLK edge is missing in a word")
         elif self.last_edge is not None:
             if self.edge > self.last_edge + self.gap_limit:
-                if self.must_follow:
-                    self.fail("the next word of a burst does not follow")
-                if self.is_framed:
-                    self.fail("the select lines do not rise after a burst")
+                self.expect(not self.must_follow, "the next word of a burst does not follow")
+                self.expect(not self.is_framed, "the select lines do not rise after a burst")
                 self.close(self.last_edge + 2 * self.half, self.last_edge + self.gap_limit + self.half)
         elif self.ready_max != NEVER:
             start = self.ready_max + START_LIMIT
             if self.withdrawn < start:
                 if self.edge > max(self.withdrawn, start) + self.gap_limit and self.select_fell is None:
                     self.no_burst()
-            elif self.is_framed and self.select_fell is None and self.edge > start:
-                self.fail("a word does not start although ENABLE is 1 and TX is not empty")
-            elif self.edge > start + self.gap_limit:
-                self.fail("the first SCLK edge of a burst is missing")
+                return
+            self.expect(not self.is_framed or self.select_fell is not None or self.edge <= start,
+                        "a word does not start although ENABLE is 1 and TX is not empty")
+            self.expect(self.edge <= start + self.gap_limit, "the first SCLK edge of a burst is missing")
 
     # Pins.
 

@@ -1,8 +1,12 @@
 """Input pins of the design, one line per pclk cycle, and what a response line means."""
 
+import dataclasses
 import random
 
 from hdl_tools import require
+
+INPUTS = {"presetn": None, "psel": None, "penable": None, "pwrite": None, "paddr": 8, "pwdata": 32, "spi_miso": None}
+OUTPUTS = {"prdata": 32, "pready": None, "pslverr": None, "irq": None, "spi_sclk": None, "spi_mosi": None, "spi_cs_n": 4}
 
 RESPONSE_PREADY, RESPONSE_PSLVERR, RESPONSE_IRQ, RESPONSE_SCLK, RESPONSE_MOSI = 32, 33, 34, 35, 36
 RESPONSE_CS_N = slice(37, 41)
@@ -22,23 +26,21 @@ FIFO_DEPTH = 16
 
 def read_data(response):
     """prdata as a number."""
-    require("X" not in response[:32], f"prdata is {response[:32]}")
+    require(set(response[:32]) <= set("01"), f"prdata is {response[:32]}")
     return int(response[:32], 2)
 
 
+@dataclasses.dataclass(slots=True)
 class Cycle:
     """What the inputs are in one pclk cycle. The cycle ends with the rising edge of the same number."""
 
-    __slots__ = ("presetn", "psel", "penable", "pwrite", "paddr", "pwdata", "miso")
-
-    def __init__(self, presetn, psel, penable, pwrite, paddr, pwdata, miso):
-        self.presetn = presetn
-        self.psel = psel
-        self.penable = penable
-        self.pwrite = pwrite
-        self.paddr = paddr
-        self.pwdata = pwdata
-        self.miso = miso
+    presetn: int
+    psel: int
+    penable: int
+    pwrite: int
+    paddr: int
+    pwdata: int
+    miso: int
 
     def is_access(self):
         return self.presetn and self.psel and self.penable

@@ -4,6 +4,10 @@ import collections
 import dataclasses
 import re
 
+from clocked_bench import binary
+from hdl_tools import require
+from parameter_set import number
+
 MAC_KIND = "mac_fir"
 DUAL_KIND = "transpose_dual_fir"
 SYMMETRIC_KIND = "transpose_symmetric_fir"
@@ -38,18 +42,32 @@ class Filter:
 
     @staticmethod
     def from_arguments(kind, arguments):
-        width = int(arguments["%%COEF_WIDTH%%"])
-        is_input = arguments.get("%%COEF_ARE_INPUT_SIGNALS%%", "false").lower() == "true"
+        width, tap_count = number(arguments, "COEF_WIDTH"), number(arguments, "N_TAPS")
+        is_input = arguments.get("%%COEF_ARE_INPUT_SIGNALS%%") == "true"
         aggregate = arguments["%%COEFS%%" if kind == MAC_KIND else "%%COEFS_PKG_HEXA_CONSTANT%%"]
         literals = () if is_input else tuple(re.findall(r'[xX]"[0-9a-fA-F]+"', aggregate))
-        values = [signed_value(int(each[2:-1], 16), width) for each in literals]
-        tap_count = int(arguments["%%N_TAPS%%"])
-        values += [0] * (tap_count - len(values))
+        values = tuple(signed_value(int(each[2:-1], 16), width) for each in literals)
         return Filter(
-            kind, arguments["%%ENTITY_NAME%%"], int(arguments["%%INPUT_DATA_WIDTH%%"]),
-            int(arguments["%%OUTPUT_DATA_WIDTH%%"]), width, int(arguments["%%TO_BE_TRUNCATED%%"]), tap_count,
-            None if is_input else tuple(values), literals, int(arguments.get("%%DSP_COUNT%%", "0")),
-            arguments.get("%%SATURATION_STAGE%%", "false") == "true", arguments.get("%%CLK_AUX1_PATTERN%%", ""))
+            kind, arguments["%%ENTITY_NAME%%"], number(arguments, "INPUT_DATA_WIDTH"),
+            number(arguments, "OUTPUT_DATA_WIDTH"), width, number(arguments, "TO_BE_TRUNCATED"), tap_count,
+            None if is_input else values + (0,) * (tap_count - len(values)), literals,
+            int(arguments.get("%%DSP_COUNT%%", "0")), arguments.get("%%SATURATION_STAGE%%") == "true",
+            arguments.get("%%CLK_AUX1_PATTERN%%", ""))
+
+    def inputs(self):
+        """Width of each port but the clock, None for a single bit."""
+        ports = {"rst": None, "din_valid": None, "din": self.input_width}
+        if self.coefficients is None:
+            ports["coefs"] = self.port_coefficient_count * self.coefficient_width
+        return ports
+
+    def outputs(self):
+        ports = {"dout_valid": None, "dout": self.output_width}
+        if self.is_mac:
+            ports.update(din_ready=None, clk_aux1=None)
+        if self.is_dual:
+            ports.update(din_channel=None, dout_channel=None)
+        return ports
 
     @property
     def is_mac(self):
@@ -111,39 +129,18 @@ class Filter:
         return signed_value(shifted, self.output_width)
 
 
-class Mismatch(Exception):
-    """The recorded pins differ from what the filter must do."""
-
-
-@dataclasses.dataclass
-class Pins:
-    """The pins just before one rising edge, as characters; those that a kind lacks are '0' (din_ready '1')."""
-
-    rst: str
-    din_valid: str
-    din_ready: str
-    din: str
-    din_channel: str
-    dout_valid: str
-    dout: str
-    dout_channel: str
-    clk_aux1: str
-    coefficient_set: int
-
-
 class Judge:
-    """Follows the recorded pins edge by edge and raises Mismatch at the first fault."""
+    """Follows the outputs before each edge and raises CheckFailed at the first fault."""
 
-    def __init__(self, described, coefficient_sets):
+    def __init__(self, described):
         self.filter = described
-        self.coefficient_sets = coefficient_sets
         self.edge = 0
         self.output_count = 0
         self.reset_count = 0
-        self.aux_position = 0
         self.reset()
 
     def reset(self):
+        self.aux_position = 0
         self.accepted_count = 0
         self.samples = collections.deque(maxlen=2 * self.filter.tap_count)
         self.due = collections.deque()
@@ -151,60 +148,54 @@ class Judge:
         self.edges_since_reset = 0
         self.was_ready = False
 
-    def expect(self, name, actual, expected):
-        if actual != expected:
-            raise Mismatch(f"edge {self.edge}: {name} is {actual} instead of {expected}")
+    def expect(self, name, outputs, expected):
+        require(outputs[name] == expected, f"edge {self.edge}: {name} is {outputs[name]} instead of {expected}")
 
-    def see(self, pins):
-        """Judges the pins before one edge, then takes over what the edge does."""
-        self.check_output(pins)
+    def see(self, line, outputs):
+        """Judges the outputs before one edge, then takes over what the edge does with the inputs of a line."""
+        self.check_output(outputs)
         if self.filter.is_dual:
-            self.expect("din_channel", pins.din_channel, str(self.accepted_count % 2))
+            self.expect("din_channel", outputs, str(self.accepted_count % 2))
         if self.filter.is_mac:
-            self.expect("clk_aux1", pins.clk_aux1, self.filter.pattern[self.aux_position])
-            self.check_ready(pins)
-        if pins.rst == "1":
+            self.expect("clk_aux1", outputs, self.filter.pattern[self.aux_position])
+            self.check_ready(line, outputs)
+        if line.rst:
             self.reset_count += 1
-            self.aux_position = 0
             self.reset()
         else:
             self.aux_position = (self.aux_position + 1) % 16
             self.edges_since_reset += 1
-            if pins.din_valid == "1" and pins.din_ready == "1":
-                self.accept(pins)
+            if line.din_valid and outputs.get("din_ready") != "0":
+                self.accept(line)
         self.edge += 1
 
-    def check_output(self, pins):
+    def check_output(self, outputs):
         is_due = bool(self.due) and self.due[0][0] == self.edge
-        self.expect("dout_valid", pins.dout_valid, "1" if is_due else "0")
+        self.expect("dout_valid", outputs, str(int(is_due)))
         if not is_due:
             return
         _, value, channel = self.due.popleft()
-        pattern = format(value & ((1 << self.filter.output_width) - 1), f"0{self.filter.output_width}b")
-        self.expect("dout", pins.dout, pattern)
+        self.expect("dout", outputs, binary(value, self.filter.output_width))
         if self.filter.is_dual:
-            self.expect("dout_channel", pins.dout_channel, channel)
+            self.expect("dout_channel", outputs, channel)
         self.output_count += 1
 
-    def check_ready(self, pins):
+    def check_ready(self, line, outputs):
         clocks = self.filter.clocks_per_sample
+        if clocks > 1 and line.rst:
+            return
+        require(outputs["din_ready"] in "01", f"edge {self.edge}: din_ready is {outputs['din_ready']}")
         if clocks == 1:
-            self.expect("din_ready", pins.din_ready, "1")
-            return
-        if pins.rst == "1":
-            return
-        if pins.din_ready not in "01":
-            raise Mismatch(f"edge {self.edge}: din_ready is {pins.din_ready}")
-        if self.last_accepted is not None:
-            self.expect("din_ready", pins.din_ready, "1" if self.edge - self.last_accepted >= clocks else "0")
+            self.expect("din_ready", outputs, "1")
+        elif self.last_accepted is not None:
+            self.expect("din_ready", outputs, str(int(self.edge - self.last_accepted >= clocks)))
         elif self.was_ready or self.edges_since_reset >= clocks + 2:
-            self.expect("din_ready", pins.din_ready, "1")
-        self.was_ready = pins.din_ready == "1"
+            self.expect("din_ready", outputs, "1")
+        self.was_ready = outputs["din_ready"] == "1"
 
-    def accept(self, pins):
-        self.samples.appendleft(signed_value(int(pins.din, 2), self.filter.input_width))
-        taps = self.filter.taps(self.coefficient_sets[pins.coefficient_set])
-        value = self.filter.result(taps, list(self.samples))
+    def accept(self, line):
+        self.samples.appendleft(signed_value(int(line.din, 2), self.filter.input_width))
+        value = self.filter.result(self.filter.taps(line.coefficients), list(self.samples))
         self.due.append((self.edge + self.filter.latency, value, str(self.accepted_count % 2)))
         self.accepted_count += 1
         self.last_accepted = self.edge

@@ -1,138 +1,82 @@
-#!/usr/bin/env python3
-"""Parameter sets for the checks of the five FIR filters, told by the fields of their forms.
+"""Parameter sets for the checks of the five FIR filters."""
 
-Run as a program it prints them as JSON: a list of {"kind", "name", "form", "arguments"}, where the arguments are
-the dictionary that the form makes from its fields.
-"""
-
-import argparse
 import dataclasses
-import json
+import functools
 import random
 import re
+
+from parameter_set import Form, ParameterSet, argument_dictionary, random_sets, setting
 
 KINDS = ["systolic_fir", "transpose_fir", "transpose_dual_fir", "transpose_symmetric_fir", "mac_fir"]
 
 # Fixed sets that no run leaves out.
 ALWAYS = ("smallest", "reference", "largest", "input_many", "wide_negative", "one_clock")
 
-SETTINGS_KEYS = {
-    "entity": "Entity",
-    "input_width": "InputDataWidth",
-    "output_width": "OutputDataWidth",
-    "tap_count": "TapCount",
-    "dsp_count": "DSPCount",
-    "saturation": "SaturationStage",
-    "coefficient_width": "CoefficientWidth",
-    "mode": "CoefficientMode",
-    "coefficient_count": "CoefficientCount",
-    "coefficients": "Coefficients",
-    "truncation": "ToBeTruncated",
-    "pattern": "ClkAux1Pattern",
-}
 
-APPLICATION = "Velmora"
-DATE = "09/04/2026 - 16:05"
+class FirForm(Form):
+    def filter_arguments(self, **others):
+        return argument_dictionary(
+            ENTITY_NAME=self.entity, INPUT_DATA_WIDTH=self.input_width, OUTPUT_DATA_WIDTH=self.output_width,
+            COEF_WIDTH=self.coefficient_width, TO_BE_TRUNCATED=self.truncation, **others)
+
+    def literals(self):
+        """The literals that the form makes from the text of its coefficients editor."""
+        normalized_width = -(-self.coefficient_width // 4) * 4
+        pieces = [" ".join(piece.split()) for piece in re.split(r"[;,\n]", self.coefficients)]
+        return [piece if re.fullmatch(r'[xX]"[0-9A-Fa-f]+"', piece) else hexadecimal(int(piece), normalized_width)
+                for piece in pieces if piece]
 
 
 @dataclasses.dataclass(frozen=True)
-class StreamingForm:
+class StreamingForm(FirForm):
     """Fields of the systolic and transpose forms."""
 
-    entity: str
-    input_width: int = 8
-    output_width: int = 8
-    coefficient_width: int = 8
-    mode: str = "Constant"
-    coefficient_count: int = 3
-    coefficients: str = ""
-    truncation: int = 0
-
-
-@dataclasses.dataclass(frozen=True)
-class MacForm:
-    """Fields of the MAC form."""
-
-    entity: str
-    input_width: int = 8
-    output_width: int = 8
-    tap_count: int = 4
-    dsp_count: int = 1
-    saturation: str = "Enable"
-    coefficient_width: int = 8
-    coefficients: str = ""
-    truncation: int = 0
-    pattern: str = ""
-
-
-@dataclasses.dataclass(frozen=True)
-class ParameterSet:
-    kind: str
-    name: str
-    form: object
+    entity: str = setting("Entity")
+    input_width: int = setting("InputDataWidth", 8)
+    output_width: int = setting("OutputDataWidth", 8)
+    coefficient_width: int = setting("CoefficientWidth", 8)
+    mode: str = setting("CoefficientMode", "Constant")
+    coefficient_count: int = setting("CoefficientCount", 3)
+    coefficients: str = setting("Coefficients", "")
+    truncation: int = setting("ToBeTruncated", 0)
 
     def arguments(self):
-        return argument_dictionary(self.form)
+        is_input = self.mode == "Input"
+        literals = [] if is_input else self.literals()
+        return self.filter_arguments(
+            N_TAPS=self.coefficient_count if is_input else len(literals), COEF_ARE_INPUT_SIGNALS=str(is_input).lower(),
+            COEFS_PKG_HEXA_CONSTANT="(others => (others => '0'))" if is_input else f"({', '.join(literals)})")
 
-    def fields(self):
-        """The form's fields by their keys in the program's settings."""
-        return {SETTINGS_KEYS[field]: value for field, value in dataclasses.asdict(self.form).items()}
+
+@dataclasses.dataclass(frozen=True)
+class MacForm(FirForm):
+    """Fields of the MAC form."""
+
+    entity: str = setting("Entity")
+    input_width: int = setting("InputDataWidth", 8)
+    output_width: int = setting("OutputDataWidth", 8)
+    tap_count: int = setting("TapCount", 4)
+    dsp_count: int = setting("DSPCount", 1)
+    saturation: str = setting("SaturationStage", "Enable")
+    coefficient_width: int = setting("CoefficientWidth", 8)
+    coefficients: str = setting("Coefficients", "")
+    truncation: int = setting("ToBeTruncated", 0)
+    pattern: str = setting("ClkAux1Pattern", "")
+
+    def arguments(self):
+        return self.filter_arguments(
+            N_TAPS=self.tap_count, DSP_COUNT=self.dsp_count, COEFS=f"({', '.join(self.literals())})",
+            CLK_AUX1_PATTERN=self.pattern or "1000000000000000",
+            SATURATION_STAGE="true" if self.saturation == "Enable" else "false")
 
 
 def hexadecimal(value, bit_count):
     """The literal that a form makes from a decimal coefficient; leading f digits are cut until it fits."""
     digits = format(value % 2**64, "x").zfill(bit_count // 4)
-    while len(digits) > bit_count // 4:
-        if digits[0] != "f":
-            raise ValueError(f"{value} is too high for {bit_count} bits")
-        digits = digits[1:]
-    return f'x"{digits}"'
-
-
-def coefficient_aggregate(text, coefficient_width):
-    """The aggregate that a form makes from the text of its coefficients editor."""
-    normalized_width = -(-coefficient_width // 4) * 4
-    pieces = [" ".join(piece.split()) for piece in re.split(r"[;,\n]", text)]
-    literals = [piece if re.fullmatch(r'[xX]"[0-9A-Fa-f]+"', piece) else hexadecimal(int(piece), normalized_width)
-                for piece in pieces if piece]
-    return "(" + ", ".join(literals) + ")", len(literals)
-
-
-def argument_dictionary(form):
-    """The argument dictionary of a form, its keys in the form's order."""
-    widths = {
-        "%%INPUT_DATA_WIDTH%%": str(form.input_width),
-        "%%INPUT_DATA_WIDTH-1%%": str(form.input_width - 1),
-        "%%OUTPUT_DATA_WIDTH%%": str(form.output_width),
-        "%%OUTPUT_DATA_WIDTH-1%%": str(form.output_width - 1),
-        "%%TO_BE_TRUNCATED%%": str(form.truncation),
-        "%%COEF_WIDTH%%": str(form.coefficient_width),
-        "%%DATE%%": DATE,
-    }
-    if isinstance(form, MacForm):
-        return {
-            "%%COEFS%%": coefficient_aggregate(form.coefficients, form.coefficient_width)[0],
-            "%%N_TAPS%%": str(form.tap_count),
-            "%%CLK_AUX1_PATTERN%%": form.pattern or "1000000000000000",
-            "%%SATURATION_STAGE%%": "true" if form.saturation == "Enable" else "false",
-            "%%ENTITY_NAME%%": form.entity,
-            "%%APPLICATION%%": APPLICATION,
-            "%%DSP_COUNT%%": str(form.dsp_count),
-            **widths,
-        }
-    is_input = form.mode == "Input"
-    if is_input:
-        aggregate, count = "(others => (others => '0'))", form.coefficient_count
-    else:
-        aggregate, count = coefficient_aggregate(form.coefficients, form.coefficient_width)
-    return {
-        "%%N_TAPS%%": str(count),
-        "%%ENTITY_NAME%%": form.entity,
-        "%%COEFS_PKG_HEXA_CONSTANT%%": aggregate,
-        "%%APPLICATION%%": APPLICATION,
-        "%%COEF_ARE_INPUT_SIGNALS%%": "true" if is_input else "false",
-        **widths,
-    }
+    surplus = len(digits) - bit_count // 4
+    if digits[:surplus].strip("f"):
+        raise ValueError(f"{value} is too high for {bit_count} bits")
+    return f'x"{digits[surplus:]}"'
 
 
 def joined(values, separator=", "):
@@ -158,8 +102,8 @@ def mirrored(kind, values):
     return half + half[::-1]
 
 
-def streaming_sets(kind):
-    """The fixed sets of a streaming kind: ends of all ranges, odd widths, unusual coefficients."""
+def streaming_forms(kind):
+    """The fixed forms of a streaming kind: ends of all ranges, odd widths, unusual coefficients."""
     is_symmetric = kind == "transpose_symmetric_fir"
     fewest = 4 if is_symmetric else 3
     widest = 24 if kind == "transpose_fir" else 18
@@ -190,11 +134,11 @@ def streaming_sets(kind):
     if kind == "transpose_fir":
         forms["widest_input"] = StreamingForm("wide_input", 24, 36, 18, truncation=12,
                                               coefficients=joined([-2**17, 2**17 - 1, 77777] * 4))
-    return [ParameterSet(kind, name, form) for name, form in forms.items()]
+    return forms
 
 
-def mac_sets():
-    """The fixed sets of the MAC filter: ends of all ranges, clocks per sample and units of many shapes."""
+def mac_forms():
+    """The fixed forms of the MAC filter: ends of all ranges, clocks per sample and units of many shapes."""
     low_pass = "5, -15, -30, 110, 330, 330, 110, -30, -15, 5"
     largest = joined([(-2**17, 2**17 - 1, -2**17, 99999, -1)[index % 5] for index in range(160)])
     forms = {
@@ -215,7 +159,7 @@ def mac_sets():
         "always_limited": MacForm("clipping", 18, 2, 12, 5, "Enable", 18, joined([-2**17, 2**17 - 1] * 6), 0),
         "all_zero": MacForm("nothing", 6, 6, 8, 3, "Enable", 6, "0, 0, 0", 0, "0000000000000000"),
     }
-    return [ParameterSet("mac_fir", name, form) for name, form in forms.items()]
+    return forms
 
 
 def literal(choice, value, width):
@@ -226,60 +170,41 @@ def literal(choice, value, width):
     return f'x"{format(value % 2**normalized_width, "x").zfill(normalized_width // 4 + choice.randint(0, 2))}"'
 
 
-def random_streaming_set(kind, choice, number):
+def random_literals(choice, count, width):
+    limit = 2**(width - 1)
+    return [literal(choice, choice.choice([-limit, limit - 1, 0, choice.randint(-limit, limit - 1)]), width)
+            for _ in range(count)]
+
+
+def random_streaming_form(kind, entity, choice):
     coefficient_width = choice.randint(8, 24)
     input_width = choice.randint(8, 24 if kind == "transpose_fir" and coefficient_width <= 18 else 18)
     output_width = choice.randint(8, 50)
-    count = choice.randint(3, 56) if choice.random() < 0.3 else choice.randint(3, 14)
+    count = choice.randint(3, choice.choice([14, 14, 56]))
     count += count % 2 if kind == "transpose_symmetric_fir" else 0
-    limit = 2**(coefficient_width - 1)
-    values = [choice.choice([-limit, limit - 1, 0, choice.randint(-limit, limit - 1)]) for _ in range(count)]
-    literals = [literal(choice, value, coefficient_width) for value in values]
-    form = StreamingForm(f"random_{number}", input_width, output_width, coefficient_width,
-                         choice.choice(["Constant", "Constant", "Input"]), count, joined(mirrored(kind, literals)),
+    return StreamingForm(entity, input_width, output_width, coefficient_width,
+                         choice.choice(["Constant", "Constant", "Input"]), count,
+                         joined(mirrored(kind, random_literals(choice, count, coefficient_width))),
                          choice.randint(0, min(36, 50 - output_width)))
-    return ParameterSet(kind, f"random_{number}", form)
 
 
-def random_mac_set(choice, number):
-    coefficient_width = choice.randint(1, 18)
-    output_width = choice.randint(1, 16)
-    tap_count = choice.randint(4, 160) if choice.random() < 0.3 else choice.randint(4, 24)
-    limit = 2**(coefficient_width - 1)
-    values = [choice.choice([-limit, limit - 1, choice.randint(-limit, limit - 1)])
-              for _ in range(choice.choice([tap_count, choice.randint(3, tap_count)]))]
-    largest_truncation = choice.choice([50 - output_width, 18])
-    form = MacForm(f"random_{number}", choice.randint(1, 18), output_width, tap_count, choice.randint(1, 20),
+def random_mac_form(entity, choice):
+    coefficient_width, output_width = choice.randint(1, 18), choice.randint(1, 16)
+    tap_count = choice.randint(4, choice.choice([24, 24, 160]))
+    given = choice.choice([tap_count, choice.randint(3, tap_count)])
+    return MacForm(entity, choice.randint(1, 18), output_width, tap_count, choice.randint(1, 20),
                    choice.choice(["Enable", "Disable"]), coefficient_width,
-                   joined(literal(choice, value, coefficient_width) for value in values),
-                   choice.randint(0, min(largest_truncation, 50 - output_width)),
-                   format(choice.getrandbits(16), "016b"))
-    return ParameterSet("mac_fir", f"random_{number}", form)
+                   joined(random_literals(choice, given, coefficient_width)),
+                   choice.randint(0, choice.choice([50 - output_width, 18])), format(choice.getrandbits(16), "016b"))
 
 
 def parameter_sets(kind, seed, is_long):
     """All fixed sets of a kind and some random ones; without 'is_long' a choice of them."""
     choice = random.Random(f"{kind} {seed}")
-    sets = mac_sets() if kind == "mac_fir" else streaming_sets(kind)
+    is_mac = kind == "mac_fir"
+    sets = [ParameterSet(kind, name, form) for name, form in (mac_forms() if is_mac else streaming_forms(kind)).items()]
     if not is_long:
-        always = [each for each in sets if each.name in ALWAYS]
-        others = [each for each in sets if each not in always]
-        sets = always + choice.sample(others, 5)
-    for number in range(30 if is_long else 3):
-        sets.append(random_mac_set(choice, number) if kind == "mac_fir" else random_streaming_set(kind, choice, number))
-    return sets
-
-
-def main():
-    parser = argparse.ArgumentParser(description=__doc__.split("\n", maxsplit=1)[0])
-    parser.add_argument("--kind", choices=KINDS, action="append", help="only this kind")
-    parser.add_argument("--seed", type=int, default=1)
-    parser.add_argument("--long", action="store_true")
-    options = parser.parse_args()
-    print(json.dumps([
-        {"kind": each.kind, "name": each.name, "form": dataclasses.asdict(each.form), "arguments": each.arguments()}
-        for kind in options.kind or KINDS for each in parameter_sets(kind, options.seed, options.long)], indent=1))
-
-
-if __name__ == "__main__":
-    main()
+        others = [each for each in sets if each.name not in ALWAYS]
+        sets = [each for each in sets if each.name in ALWAYS] + choice.sample(others, 5)
+    random_form = random_mac_form if is_mac else functools.partial(random_streaming_form, kind)
+    return sets + random_sets(kind, random_form, choice, 30 if is_long else 3)

@@ -1,27 +1,42 @@
-"""Input for the test bench: lines "C bits" (new coefficients) and "T rst din_valid patience din" (clocks).
+"""Inputs of a filter's simulation."""
 
-A T line lasts until the filter takes its sample, at most "patience" clocks; without din_valid it lasts one clock.
-"""
-
+import dataclasses
 import random
 
+from clocked_bench import binary
 from model import signed_value
 
 
+@dataclasses.dataclass
+class Line:
+    """Inputs that stay until the filter takes the sample, at most for 'patience' clocks."""
+
+    rst: int
+    din_valid: int
+    din: str
+    coefs: str           # on the port, if there is one
+    coefficients: tuple  # their values
+    patience: int
+
+    def text(self):
+        return f"{self.rst}{self.din_valid}{self.din}{self.coefs}"
+
+
 class Stimulus:
-    """Collects the lines for one filter and the coefficient sets that they put on the port."""
+    """Collects the lines for one filter."""
 
     def __init__(self, described, seed, is_long):
         self.filter = described
         self.random = random.Random(f"{described} {seed}")
         self.lines = []
-        self.coefficient_sets = [()]
+        self.coefs, self.coefficients = "", ()
         self.highest = 2**(described.input_width - 1) - 1
         self.lowest = -2**(described.input_width - 1)
         self.build(3 if is_long else 1)
 
     def build(self, rounds):
         if self.filter.coefficients is None:
+            self.coefs = "0" * self.filter.inputs()["coefs"]
             self.reset_with_coefficients()
         else:
             # The initial values alone must make the filter work.
@@ -41,31 +56,27 @@ class Stimulus:
     def any_sample(self):
         return self.random.choice([self.lowest, self.highest] + 6 * [self.random.randint(self.lowest, self.highest)])
 
-    def clock(self, rst, din_valid, sample, patience=None):
-        """One line; the default patience is more than any filter that works needs."""
-        width = self.filter.input_width
-        patience = patience or 2 * self.filter.clocks_per_sample + 8
-        self.lines.append(f"T {rst} {din_valid} {patience} {format(sample & ((1 << width) - 1), f'0{width}b')}")
+    def clock(self, rst, din_valid, sample, patience=1):
+        din = "X" * self.filter.input_width if sample is None else binary(sample, self.filter.input_width)
+        self.lines.append(Line(rst, din_valid, din, self.coefs, self.coefficients, patience))
 
     def idle(self, count):
         """Clocks without a sample; what din carries then is of no account, even if unknown."""
         for _ in range(count):
-            if self.random.random() < 0.3:
-                self.lines.append(f"T 0 0 1 {'X' * self.filter.input_width}")
-            else:
-                self.clock(0, 0, self.any_sample())
+            self.clock(0, 0, None if self.random.random() < 0.3 else self.any_sample())
 
     def stream(self, samples, gap):
         """Samples, each with the chance 'gap' of some idle clocks in front."""
+        patience = 2 * self.filter.clocks_per_sample + 8 if self.filter.is_mac else 1  # more than a filter needs
         for sample in samples:
             if self.random.random() < gap:
                 self.idle(self.random.choice([1, 1, 2, 3, self.filter.clocks_per_sample, self.filter.latency + 2]))
-            self.clock(0, 1, sample)
+            self.clock(0, 1, sample, patience)
 
     def corners(self):
         """Impulses, a step and alternation at full scale, and the samples that reach the ends of the sum's range."""
         stretch = (self.filter.tap_count + 2) * (2 if self.filter.is_dual else 1)
-        taps = self.filter.taps(self.coefficient_sets[-1])
+        taps = self.filter.taps(self.coefficients)
         upwards = [self.lowest if tap < 0 else self.highest for tap in reversed(taps)]
         downwards = [self.highest if tap < 0 else self.lowest for tap in reversed(taps)]
         if self.filter.is_dual:
@@ -80,14 +91,14 @@ class Stimulus:
     def reset(self, length, offered):
         """Clocks with the reset active, some of them offering a sample, which must not be taken."""
         for _ in range(length):
-            self.clock(1, int(self.random.random() < offered), self.any_sample(), 1)
+            self.clock(1, int(self.random.random() < offered), self.any_sample())
 
     def reset_in_stream(self):
         """A reset of one clock while samples are under way, and another within a burst of held samples."""
         self.stream([self.any_sample() for _ in range(self.filter.tap_count // 2 + 2)], 0.1)
         self.reset(1, 1.0)
         self.stream([self.any_sample() for _ in range(4)], 0.0)
-        self.clock(0, 1, self.highest, patience=1)
+        self.clock(0, 1, self.highest)
         self.reset(self.random.randint(1, 3), 0.5)
 
     def reset_at_every_phase(self):
@@ -112,5 +123,5 @@ class Stimulus:
         ends = [2**(width - 1), 2**(width - 1) - 1]
         patterns = [self.random.choice(ends + 2 * [self.random.getrandbits(width)])
                     for _ in range(self.filter.port_coefficient_count)]
-        self.lines.append("C " + "".join(format(pattern, f"0{width}b") for pattern in reversed(patterns)))
-        self.coefficient_sets.append(tuple(signed_value(pattern, width) for pattern in patterns))
+        self.coefs = "".join(binary(pattern, width) for pattern in reversed(patterns))
+        self.coefficients = tuple(signed_value(pattern, width) for pattern in patterns)

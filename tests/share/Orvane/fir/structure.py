@@ -1,11 +1,10 @@
 """Synthesises a filter and counts what its structure is made of."""
 
 import collections
-import dataclasses
 import json
 import re
 
-from hdl_tools import require, yosys
+from hdl_tools import require, synthesise
 from model import ceiling_log2, signed_value
 
 REGISTER_CELLS = re.compile(r"\$s?dff")
@@ -15,27 +14,16 @@ FORBIDDEN_CELLS = re.compile(r"\$(d?latch|adff|aldff|dffsr|sr|tribuf)")
 COUNTER_WIDTH = 8
 
 
-@dataclasses.dataclass
-class Counts:
-    multipliers: int
-    adders: int
-    register_bits: int
-    memory_bits: int
-
-
 def marked_products(verilog):
     """GHDL writes a signed product as one of sign-extended operands; Yosys sees the true widths in signed ones."""
     return re.sub(r"= (\S+) \* (\S+); // smul", r"= $signed(\1) * $signed(\2); // smul", verilog)
 
 
 def netlist(ghdl, described):
-    """The filter as Yosys sees it, and what GHDL remarked."""
-    verilog, remarks = ghdl.to_verilog(described.entity)
-    require("latch" not in remarks, f"GHDL finds a latch:\n{remarks}")
-    (ghdl.directory / "netlist.v").write_text(marked_products(verilog))
-    yosys(ghdl.directory, [
-        "read_verilog netlist.v", f"hierarchy -check -top {described.entity}", "proc", "flatten", "opt", "wreduce",
-        "opt -full", "wreduce", "opt_clean", "memory_collect", "check -assert", "write_json netlist.json"])
+    """The cells of the synthesised filter, and GHDL's remarks."""
+    remarks, _ = synthesise(ghdl, described.entity, [
+        "proc", "flatten", "opt", "wreduce", "opt -full", "wreduce", "opt_clean", "memory_collect", "check -assert",
+        "write_json netlist.json"], marked_products)
     modules = json.loads((ghdl.directory / "netlist.json").read_text())["modules"]
     require(list(modules) == [described.entity], f"the synthesised modules are {', '.join(modules)}")
     return modules[described.entity]["cells"].values(), remarks
@@ -58,7 +46,7 @@ def counts(cells):
             found["register_bits"] += parameter(cell, "WIDTH")
         elif kind == "$mem_v2" and parameter(cell, "WR_PORTS"):
             found["memory_bits"] += parameter(cell, "WIDTH") * parameter(cell, "SIZE")
-    return Counts(*(found[field.name] for field in dataclasses.fields(Counts)))
+    return found
 
 
 def is_plain(value):
@@ -84,8 +72,6 @@ def least_multipliers(described):
 
 
 def most_adders(described):
-    if described.is_symmetric:
-        return described.tap_count - 1
     if described.is_mac:
         accumulators = described.multiplier_count if described.clocks_per_sample > 1 else 0
         return accumulators + described.multiplier_count - 1
@@ -115,15 +101,16 @@ def most_register_bits(described):
 
 
 def check_structure(ghdl, described):
-    """Compares the counts with what the kind promises and returns them."""
+    """Compares the counts with what the kind promises and tells them."""
     cells, remarks = netlist(ghdl, described)
     found = counts(cells)
     least, most = least_multipliers(described), described.multiplier_count
-    require(least <= found.multipliers <= most, f"{found.multipliers} multipliers, not {least} to {most}")
-    require(found.adders <= most_adders(described), f"{found.adders} wide adders, more than {most_adders(described)}")
-    bits = found.register_bits + found.memory_bits
-    require(bits <= most_register_bits(described), f"{bits} register bits, more than {most_register_bits(described)}")
+    bits = found["register_bits"] + found["memory_bits"]
+    for name, count, lowest, highest in (("multipliers", found["multipliers"], least, most),
+                                         ("wide adders", found["adders"], 0, most_adders(described)),
+                                         ("register bits", bits, 0, most_register_bits(described))):
+        require(lowest <= count <= highest, f"{count} {name}, not {lowest} to {highest}")
     if described.is_mac and described.clocks_per_sample > 1:
         memory_count = remarks.count("found RAM")
         require(memory_count == most, f"{memory_count} memories found for {most} units")
-    return found
+    return ", ".join(f"{count} {name}" for name, count in found.items())

@@ -7,6 +7,8 @@ it. A value that the rules leave open is None.
 import dataclasses
 import re
 
+from parameter_set import number
+
 # Clocks from an event to the edge at which its status output shows it, as the description pages promise.
 BUSY_LATENCY = 1    # arm, release of a startup scope's reset
 RESET_LATENCY = 1
@@ -14,10 +16,6 @@ SAMPLE_LATENCY = 3  # the sample that triggers or ends a window
 
 LEVELS = {"00": "0", "01": "1", "000": "0", "001": "1"}
 EDGES = {"110": "rising", "100": "falling", "111": "both"}
-
-
-def number(arguments, key):
-    return int(arguments[f"%%{key}%%"])
 
 
 def line_triggers(text, mode, line_count):
@@ -64,6 +62,8 @@ class Outputs:
 
 class Recorder:
     """What both scopes have in common: past inputs, status in the making, and the readout."""
+
+    is_armed = False  # has the pins arm and force_trigger
 
     def __init__(self, arguments):
         self.depth = number(arguments, "CAPTURE_DEPTH")
@@ -127,6 +127,8 @@ class Recorder:
 
 
 class ScopeModel(Recorder):
+    is_armed = True
+
     def __init__(self, arguments):
         super().__init__(arguments)
         self.before = min(number(arguments, "PRE_TRIGGER_SAMPLES"), self.depth - 1)

@@ -101,6 +101,33 @@ class ScopeStimulus(Stimulus):
                                             force=max(temper.force, count / limit)))
         self.run(self.model.depth + 8, dataclasses.replace(temper, arm=0.0))
 
+    def miniature_captures(self, edge_count):
+        """Many captures of a small memory, with everything that may come in between."""
+        choice, depth = self.choice.choice, self.model.depth
+        self.reset(4, arm=1)
+        while self.model.now() < edge_count:
+            temper = Temper(arm=choice([0.02, 0.5, 1.0]), force=choice([0, 0, 0.02, 0.3]), reset=choice([0, 0, 0, 0.02]),
+                            hit=choice([0.02, 0.2, 0.6]), miss=choice([0.05, 0.3]))
+            self.run(self.choice.randint(1, 4 * depth), temper)
+            self.run_until_done(temper, 8 * depth)
+
+    def real_captures(self, capture_count):
+        """A few captures of real depth, each read out completely."""
+        self.reset(4)
+        for number in range(capture_count):
+            temper = Temper(arm=0.05, hit=[0.01, 0.5, 0.05][number % 3], miss=0.1)
+            self.run(1, dataclasses.replace(temper, arm=1.0))
+            if number == 2:
+                self.run(self.model.depth // 2, temper)
+                self.reset(1)
+            self.run_until_done(temper, 10 * self.model.depth)
+
+    def begin_of_capture(self):
+        """For a memory that is too large to be filled."""
+        self.reset(4)
+        self.run(1000, Temper(arm=0.02, force=0.01))
+        self.reset(4)
+
 
 class StartupStimulus(Stimulus):
     def capture(self, wait):
@@ -118,64 +145,27 @@ class StartupStimulus(Stimulus):
         draw = self.random_trig()
         return value if draw == self.model.pattern or self.chance(0.5) else draw
 
+    def miniature_captures(self, edge_count):
+        before, depth = self.model.before, self.model.depth
+        waits = [0, 1, before - 1, before, before + 1, depth, 3 * depth]
+        self.reset(2)
+        while self.model.now() < edge_count:
+            self.capture(waits.pop(0) if waits else self.choice.randint(0, 2 * depth))
+            if self.chance(0.5):  # a capture that the next one's reset ends early
+                self.reset(1)
+                for _ in range(self.choice.randint(0, depth)):
+                    self.step(trig=self.random_trig())
 
-def miniature_captures(stimulus, edge_count):
-    """Many captures of a small memory, with everything that may come in between."""
-    stimulus.reset(4, arm=1)
-    while stimulus.model.now() < edge_count:
-        temper = Temper(arm=stimulus.choice.choice([0.02, 0.5, 1.0]), force=stimulus.choice.choice([0, 0, 0.02, 0.3]),
-                        reset=stimulus.choice.choice([0, 0, 0, 0.02]), hit=stimulus.choice.choice([0.02, 0.2, 0.6]),
-                        miss=stimulus.choice.choice([0.05, 0.3]))
-        stimulus.run(stimulus.choice.randint(1, 4 * stimulus.model.depth), temper)
-        stimulus.run_until_done(temper, 8 * stimulus.model.depth)
+    def real_captures(self, capture_count):
+        before = self.model.before
+        for wait in [before // 3, 0, before + 100, 3 * self.model.depth][:capture_count]:
+            self.capture(wait)
 
-
-def miniature_startups(stimulus, edge_count):
-    stimulus.reset(2)
-    before = stimulus.model.before
-    waits = [0, 1, before - 1, before, before + 1, stimulus.model.depth, 3 * stimulus.model.depth]
-    while stimulus.model.now() < edge_count:
-        stimulus.capture(waits.pop(0) if waits else stimulus.choice.randint(0, 2 * stimulus.model.depth))
-        if stimulus.chance(0.5):  # a capture that the next one's reset ends early
-            stimulus.reset(1)
-            for _ in range(stimulus.choice.randint(0, stimulus.model.depth)):
-                stimulus.step(trig=stimulus.random_trig())
-
-
-def real_captures(stimulus, capture_count):
-    """A few captures of real depth, each read out completely."""
-    stimulus.reset(4)
-    for number in range(capture_count):
-        temper = Temper(arm=0.05, hit=[0.01, 0.5, 0.05][number % 3], miss=0.1)
-        stimulus.run(1, dataclasses.replace(temper, arm=1.0))
-        if number == 2:
-            stimulus.run(stimulus.model.depth // 2, temper)
-            stimulus.reset(1)
-        stimulus.run_until_done(temper, 10 * stimulus.model.depth)
+    def begin_of_capture(self):
+        self.reset(4)
+        for trig in [self.other_trig()] * 400 + [self.model.pattern] * 600:
+            self.step(trig=trig)
+        self.reset(4)
 
 
-def real_startups(stimulus, capture_count):
-    before = stimulus.model.before
-    waits = [before // 3, 0, before + 100, 3 * stimulus.model.depth]
-    for wait in waits[:capture_count]:
-        stimulus.capture(wait)
-
-
-def brief_captures(stimulus):
-    """The begin of a capture, for a memory that is too large to be filled."""
-    stimulus.reset(4)
-    stimulus.run(1000, Temper(arm=0.02, force=0.01))
-    stimulus.reset(4)
-
-
-def brief_startups(stimulus):
-    stimulus.reset(4)
-    for trig in [stimulus.other_trig()] * 400 + [stimulus.model.pattern] * 600:
-        stimulus.step(trig=trig)
-    stimulus.reset(4)
-
-
-KINDS = {"scope": ScopeStimulus, "startup_scope": StartupStimulus}
-MINIATURE = {"scope": miniature_captures, "startup_scope": miniature_startups}
-BRIEF = {"scope": brief_captures, "startup_scope": brief_startups}
-REAL = {"scope": real_captures, "startup_scope": real_startups}
+STIMULI = {"scope": ScopeStimulus, "startup_scope": StartupStimulus}

@@ -2,6 +2,7 @@
 
 import dataclasses
 
+from clocked_bench import places
 from hdl_tools import require
 
 BIT_PERIOD = 20  # ns
@@ -88,10 +89,6 @@ begin
 end architecture simulation;
 """
 
-SER_PORTS = ["ser_training", "ser_data", "ser_out"]
-DES_PORTS = ["des_training", "des_bitslip", "des_in", "des_data", "des_aligned", "des_locked"]
-
-
 @dataclasses.dataclass(frozen=True)
 class Shape:
     """What the pins of an interface follow from."""
@@ -104,14 +101,28 @@ class Shape:
     def widths(self):
         """Widths in the record; an absent side has dummy pins."""
         ser_lines, des_lines = max(self.ser_count, 1), max(self.des_count, 1)
-        return {"reset": 1, "ser_training": 1, "ser_data": ser_lines * self.size, "ser_out": ser_lines,
-                "des_training": 1, "des_bitslip": des_lines, "des_in": des_lines, "des_data": des_lines * self.size,
-                "des_aligned": des_lines, "des_locked": 1}
+        return {"reset": None, "ser_training": None, "ser_data": ser_lines * self.size, "ser_out": ser_lines,
+                "des_training": None, "des_bitslip": des_lines, "des_in": des_lines, "des_data": des_lines * self.size,
+                "des_aligned": des_lines, "des_locked": None}
+
+    def inputs(self):
+        """The inputs that the interface has, with their widths, None for a single bit."""
+        ports = {"reset": None, "word_clk": None, "bit_clk": None}
+        if self.ser_count:
+            ports.update(ser_training=None, ser_data=self.ser_count * self.size)
+        if self.des_count:
+            ports.update(des_training=None, des_bitslip=self.des_count, des_in=self.des_count)
+        return ports
+
+    def outputs(self):
+        ports = {"ser_out": self.ser_count} if self.ser_count else {}
+        if self.des_count:
+            ports.update(des_data=self.des_count * self.size, des_aligned=self.des_count, des_locked=None)
+        return ports
 
 
 def bench_text(shape):
-    ports = ["reset", "word_clk", "bit_clk"]
-    ports += (SER_PORTS if shape.ser_count else []) + (DES_PORTS if shape.des_count else [])
+    ports = [*shape.inputs(), *shape.outputs()]
     loop = (f"arriving(i) <= transport ser_out(i mod {shape.ser_count}) "
             f"after (i mod {shape.size}) * {BIT_PERIOD} ns + {LINE_DELAY} ns;")
     ser_lines, des_lines = shape.widths()["ser_out"], shape.widths()["des_in"]
@@ -129,10 +140,6 @@ def simulate(ghdl, shape, changes):
     ghdl("-e", f"{shape.entity}_bench")
     output = ghdl("-r", f"{shape.entity}_bench", "--ieee-asserts=disable-at-0")
     require(output == "", f"the simulation is not silent:\n{output[:4000]}")
-    widths = shape.widths()
+    widths = places(shape.widths())
     for row in (ghdl.directory / "pins.txt").read_text().splitlines():
-        pins, start = {}, 0
-        for name, width in widths.items():
-            pins[name] = row[start:start + width]
-            start += width
-        yield pins
+        yield {name: row[place] for name, place in widths.items()}

@@ -1,39 +1,31 @@
 #!/usr/bin/env python3
-"""Checks the VHDL of one generated SER/DES interface against its argument dictionary.
+"""Generates parameter sets of the IP "SER/DES", with the program's own form or with the joined script alone, and checks
+every interface: it reads the text, judges simulations at several clock phases by a model of its own, and synthesises the
+interface."""
 
-check.py FILE ARGUMENTS.json [--seed N] [--long]
-
-It reads the text, analyses it under three VHDL standards, reads the package's constants in a simulation, judges
-simulations at several clock phases by a model of its own, and synthesises the interface.
-"""
-
-import argparse
-import json
 import pathlib
 import random
 import re
 import sys
-import tempfile
 
-HERE = pathlib.Path(__file__).resolve().parent
-sys.path.insert(0, str(HERE.parents[1] / "support"))
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "support"))
 
 # pylint: disable=wrong-import-position
+import hardware_check
 from bench import Shape, simulate
-from hdl_rules import check_header, check_text, check_vhdl
+from hdl_rules import check_constants, check_design, check_text, without_attributes
 from hdl_tools import CheckFailed, Ghdl, require, step
 from model import judge
+from parameter_sets import parameter_sets
 from stimulus import ALL_CLOCKS, HARDEST_CLOCKS, Program, Timeline
-from structure import check_structure, without_attributes
+from structure import check_structure
 
-STANDARDS = ("93c", "93", "08")
-
+NUMBER_CONSTANTS = ["WORD_CLOCK", "BIT_CLOCK", "DATA_SIZE", "SER_COUNT", "DES_COUNT"]
 STRING_CONSTANTS = [
     "BANK_NUMBER", "SER_PADTYPE", "SER_DIFFERENTIAL", "SER_SLEW_RATE", "SER_OUTPUT_CAPACITY", "DES_PADTYPE",
     "DES_DIFFERENTIAL", "DES_TERMINATION", "DES_TERMINATION_REFERENCE", "DES_TURBO", "DES_INPUT_SIGNAL_SLOPE"]
 TRAINING_CONSTANTS = ["SER_TRAINING_VALUE", "DES_TRAINING_VALUE"]
-LOCATION_CONSTANTS = ["SER_LOCATIONS", "DES_LOCATIONS"]
-DELAY_CONSTANTS = ["SER_OUTPUT_DELAY_LINE", "DES_INPUT_DELAY_LINE"]
+ARRAY_CONSTANTS = ["SER_LOCATIONS", "DES_LOCATIONS", "SER_OUTPUT_DELAY_LINE", "DES_INPUT_DELAY_LINE"]
 
 ATTRIBUTES = {
     "ser_out": {
@@ -47,105 +39,52 @@ ATTRIBUTES = {
         "pad_location": "DES_LOCATIONS", "pad_input_delay": "DES_INPUT_DELAY_LINE"},
 }
 
-# An instance of the package's types as a user declares it, and every constant on a line.
-PROBE = """
-library ieee;
-use ieee.std_logic_1164.all;
-use std.textio.all;
-use work.{entity}_pkg.all;
-
-entity {entity}_probe is
-end entity {entity}_probe;
-
-architecture simulation of {entity}_probe is
-  constant locations : {prefix}_LOCATION_ARRAY({prefix}_SER_LOCATIONS'range) := {prefix}_SER_LOCATIONS;
-  constant delays    : {prefix}_DELAY_ARRAY({prefix}_SER_OUTPUT_DELAY_LINE'range) := {prefix}_SER_OUTPUT_DELAY_LINE;
-begin
-  process
-    file constants : text open write_mode is "constants.txt";
-    variable row   : line;
-  begin
-{writes}
-    wait;
-  end process;
-end architecture simulation;
-"""
-
 
 class Interface:
     """What an argument dictionary asks for."""
 
     def __init__(self, arguments):
-        self.arguments = {key.strip("%"): value for key, value in arguments.items()}
+        self.arguments = {key.strip("%"): value.strip('"') for key, value in arguments.items()}
         self.prefix = self.arguments["PREFIX"]
-        self.size = int(self.arguments["DATA_SIZE"])
         self.counts = {"ser": int(self.arguments["SER_COUNT"]), "des": int(self.arguments["DES_COUNT"])}
-        self.shape = Shape(self.arguments["ENTITY_NAME"], self.size, self.counts["ser"], self.counts["des"])
+        self.shape = Shape(self.arguments["ENTITY_NAME"], int(self.arguments["DATA_SIZE"]), *self.counts.values())
 
     def entries(self, key):
         """Entries of an array constant."""
         found = re.findall(r'\d+ => "([^"]*)"', self.arguments[key])
-        empty = "XXX" if key in LOCATION_CONSTANTS else "00"
+        empty = "XXX" if "LOCATION" in key else "00"
         return [entry or empty for entry in found] or [empty]
 
     def attribute_value(self, key):
-        if key in LOCATION_CONSTANTS + DELAY_CONSTANTS:
-            return ",".join(self.entries(key))
-        return self.arguments[key].strip('"')
-
-    def ports(self):
-        """Names, directions and widths; the width of a single bit is None."""
-        lines = self.counts
-        ports = {("reset", "in", None), ("word_clk", "in", None), ("bit_clk", "in", None)}
-        if lines["ser"]:
-            ports |= {("ser_training", "in", None), ("ser_data", "in", lines["ser"] * self.size),
-                      ("ser_out", "out", lines["ser"])}
-        if lines["des"]:
-            ports |= {("des_training", "in", None), ("des_bitslip", "in", lines["des"]), ("des_in", "in", lines["des"]),
-                      ("des_data", "out", lines["des"] * self.size), ("des_aligned", "out", lines["des"]),
-                      ("des_locked", "out", None)}
-        return ports
+        return ",".join(self.entries(key)) if key in ARRAY_CONSTANTS else self.arguments[key]
 
     def constants(self):
-        """Every constant of the package as the probe writes it."""
-        clock = int(self.arguments["WORD_CLOCK"])
-        rows = {"WORD_CLOCK": str(clock), "BIT_CLOCK": str(clock * self.size), "DATA_SIZE": str(self.size),
-                "SER_COUNT": str(self.counts["ser"]), "DES_COUNT": str(self.counts["des"])}
-        rows.update((key, self.arguments[key].strip('"')) for key in STRING_CONSTANTS + TRAINING_CONSTANTS)
-        for key in LOCATION_CONSTANTS + DELAY_CONSTANTS:
-            rows.update((f"{key} {index}", entry) for index, entry in enumerate(self.entries(key)))
-        return {f"{self.prefix}_{name}": value for name, value in rows.items()}
+        """Type and value of every constant of the package, without blanks."""
+        values = {**self.arguments, "BIT_CLOCK": int(self.arguments["WORD_CLOCK"]) * self.shape.size}
+        rows = {key: ("integer", str(values[key])) for key in NUMBER_CONSTANTS}
+        rows.update((key, ("string", f'"{values[key]}"')) for key in STRING_CONSTANTS)
+        vector = f"std_logic_vector({self.prefix}_DATA_SIZE-1downto0)"
+        rows.update((key, (vector, f'"{values[key]}"')) for key in TRAINING_CONSTANTS)
+        for key in ARRAY_CONSTANTS:
+            kind, entries = "LOCATION" if "LOCATION" in key else "DELAY", self.entries(key)
+            elements = ",".join(f'{index}=>"{entry}"' for index, entry in enumerate(entries))
+            rows[key] = f"{self.prefix}_{kind}_ARRAY(0to{len(entries) - 1})", f"({elements})"
+        return {f"{self.prefix}_{name}": row for name, row in rows.items()}
 
 
 def check_rules(interface, content):
     check_text("the interface", content)
-    text = content.decode("ascii")
-    require("%%" not in text, "a key of the argument dictionary is left over")
+    text, shape = content.decode("ascii"), interface.shape
     require("LINK" not in text.replace(interface.prefix, ""), "the prefix of the template is left over")
-    check_header("the interface", text, "SER/DES", interface.shape.entity)
-    header = re.match(r"(--[^\n]*\n)+", text).group(0)
-    shown = [interface.arguments[key].strip('"') for key in interface.arguments
-             if key not in LOCATION_CONSTANTS + DELAY_CONSTANTS and not key.endswith("-1")]
-    for value in shown:
-        require(re.search(rf"  {re.escape(value)}\n", header), f"the header does not show {value}")
-    check_vhdl("the interface", without_attributes(text), interface.shape.entity)
-    code = re.sub(r"--[^\n]*", "", text).lower()
-    entity = interface.shape.entity.lower()
-    units = re.findall(r"(?m)^(package|entity|architecture)\s+(\w+)", code)
-    require(units == [("package", f"{entity}_pkg"), ("entity", entity), ("architecture", "rtl")],
-            f"the design units are {units}")
-    check_ports(interface, code)
+    shown = [value for key, value in interface.arguments.items() if key not in ARRAY_CONSTANTS + ["APPLICATION"]]
+    check_design(without_attributes(text).encode(), "SER/DES", shape.entity, shown, ["package", "entity", "architecture"],
+                 shape.inputs(), shape.outputs())
+    check_constants(text, interface.constants())
     check_attributes(interface, text)
     if not any(interface.counts.values()):
-        require(re.search(r"architecture rtl of \w+ is\s+begin\s+end architecture rtl;\s*\Z", code),
+        require(re.search(r"architecture rtl of \w+ is\s+begin\s+end architecture rtl;\s*\Z", text),
                 "the architecture without lines is not empty")
-
-
-def check_ports(interface, code):
-    ports = re.search(r"\bport\s*\((.*?)\)\s*;\s*(end|attribute)\b", code, re.S).group(1)
-    found = {(name, direction, int(high) + 1 if high else None) for name, direction, high in
-             re.findall(r"(\w+)\s*:\s*(\w+)\s+std_logic(?:_vector\((\d+) downto 0\))?", ports)}
-    require(found == interface.ports(), f"the ports differ: {found ^ interface.ports()}")
+    return "text, header, ports, constants and attributes"
 
 
 def check_attributes(interface, text):
@@ -161,37 +100,8 @@ def check_attributes(interface, text):
     require(len(lines) == len(specified) + len(declared), "an attribute does not stand alone on its line")
 
 
-def check_constants(interface, ghdl):
-    """Compares what a user of the package reads."""
-    writes = []
-    prefix = interface.prefix
-    for name in ["WORD_CLOCK", "BIT_CLOCK", "DATA_SIZE", "SER_COUNT", "DES_COUNT"]:
-        writes.append(f'write(row, string\'("{prefix}_{name}=") & integer\'image({prefix}_{name}));')
-    for name in STRING_CONSTANTS:
-        writes.append(f'write(row, string\'("{prefix}_{name}=") & {prefix}_{name});')
-    for name in TRAINING_CONSTANTS:
-        writes.append(f'write(row, string\'("{prefix}_{name}=") & to_string({prefix}_{name}));')
-    for name in LOCATION_CONSTANTS + DELAY_CONSTANTS:
-        writes.append(f"for i in {prefix}_{name}'range loop "
-                      f'write(row, string\'("{prefix}_{name} ") & integer\'image(i) & "=" & {prefix}_{name}(i) & LF); '
-                      "end loop;")
-    lines = "\n".join(f"    {each}\n    writeline(constants, row);" for each in writes)
-    probe = f"{interface.shape.entity}_probe"
-    (ghdl.directory / "probe.vhd").write_text(
-        PROBE.format(entity=interface.shape.entity, prefix=prefix, writes=lines))
-    ghdl.analyse(["probe.vhd"])
-    ghdl("-e", probe)
-    ghdl("-r", probe)
-    rows = [row.split("=", 1) for row in (ghdl.directory / "constants.txt").read_text().splitlines() if row]
-    expected = interface.constants()
-    require(len(rows) == len(expected) and dict(rows) == expected,
-            f"the constants differ: {set(map(tuple, rows)) ^ set(expected.items())}")
-    return f"{len(rows)} values"
-
-
 def check_simulations(interface, ghdl, clocks, seed):
-    training = interface.arguments["DES_TRAINING_VALUE"].strip('"')
-    program = Program(interface.shape, training, seed)
+    program = Program(interface.shape, interface.arguments["DES_TRAINING_VALUE"], seed)
     for each in clocks:
         timeline = Timeline(program, each)
         try:
@@ -202,60 +112,21 @@ def check_simulations(interface, ghdl, clocks, seed):
     return f"{remark} at the clock phases {phases}"
 
 
-def netlist_library(directory, interface):
-    """What GHDL's synthesis makes of the interface, analysed."""
-    netlist = Ghdl(directory / "plain", "08")("--synth", "--out=vhdl", interface.shape.entity)
-    ghdl = Ghdl(directory / "netlist", "08")
-    netlist = netlist.replace(f"use work.{interface.shape.entity.lower()}_pkg.all;", "")
-    (ghdl.directory / "netlist.vhd").write_text(netlist)
-    ghdl.analyse(["netlist.vhd"])
-    return ghdl
-
-
-def check(path, arguments, seed, is_long):
-    interface = Interface(arguments)
-    choice = random.Random(f"{seed} {interface.shape}")
-    with tempfile.TemporaryDirectory() as scratch:
-        directory = pathlib.Path(scratch)
-        with step("rules") as remarks:
-            check_rules(interface, path.read_bytes())
-            remarks.append("text, header, ports and attributes")
-        with step("analysis") as remarks:
-            for standard in STANDARDS:
-                Ghdl(directory / standard, standard).analyse([path])
-            remarks.append(", ".join(STANDARDS))
-        with step("constants") as remarks:
-            remarks.append(check_constants(interface, Ghdl(directory / "08", "08")))
-        with step("simulation") as remarks:
-            clocks = ALL_CLOCKS if is_long else [HARDEST_CLOCKS, choice.choice(ALL_CLOCKS)]
-            remarks.append(check_simulations(interface, Ghdl(directory / "08", "08"), clocks, seed))
-        with step("synthesis") as remarks:
-            plain = Ghdl(directory / "plain", "08")
-            (plain.directory / "plain.vhd").write_text(without_attributes(path.read_text()))
-            plain.analyse(["plain.vhd"])
-            remarks.append(check_structure(plain, interface.shape))
-        # The VHDL netlists of GHDL are wrong at vectors of one bit.
-        if is_long and any(interface.counts.values()) and 1 not in interface.counts.values():
-            with step("netlist simulation") as remarks:
-                remarks.append(check_simulations(interface, netlist_library(directory, interface),
-                                                 choice.sample(ALL_CLOCKS, 1), seed))
-
-
-def main():
-    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("file", type=pathlib.Path)
-    parser.add_argument("arguments", type=pathlib.Path, help="JSON file with the argument dictionary")
-    parser.add_argument("--seed", type=int, default=1)
-    parser.add_argument("--long", action="store_true", help="all clock phases, and the synthesised netlist")
-    options = parser.parse_args()
-    try:
-        check(options.file.resolve(), json.loads(options.arguments.read_text(encoding="utf-8")), options.seed,
-              options.long)
-    except CheckFailed as failure:
-        print(f"FAILED {options.file} (seed {options.seed}): {failure}")
-        return 1
-    return 0
+def check(design):
+    interface = Interface(design.arguments)
+    choice = random.Random(f"{design.seed} {interface.shape}")
+    plain = Ghdl(design.path.parent / "plain", "08")
+    (plain.directory / "plain.vhd").write_text(without_attributes(design.path.read_text()))
+    plain.analyse(["plain.vhd"])
+    step("rules", check_rules, interface, design.path.read_bytes())
+    clocks = ALL_CLOCKS if design.is_long else [HARDEST_CLOCKS, choice.choice(ALL_CLOCKS)]
+    step("simulation", check_simulations, interface, design.ghdl("08"), clocks, design.seed)
+    step("synthesis", check_structure, plain, interface.shape)
+    # The VHDL netlists of GHDL are wrong at vectors of one bit.
+    if design.is_long and any(interface.counts.values()) and 1 not in interface.counts.values():
+        netlist = plain.netlist(interface.shape.entity, design.path.parent / "netlist")
+        step("netlist simulation", check_simulations, interface, netlist, choice.sample(ALL_CLOCKS, 1), design.seed)
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(hardware_check.main(__doc__, ["ser_des"], parameter_sets, check))

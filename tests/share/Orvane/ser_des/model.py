@@ -48,7 +48,7 @@ class Recording:
 
     def column(self, rows, port, line, width=1):
         """What one line of a port shows in all rows."""
-        begin = (self.shape.widths()[port] // width - 1 - line) * width
+        begin = ((self.shape.widths()[port] or 1) // width - 1 - line) * width
         return [pins[port][begin:begin + width] for pins in rows]
 
     def bits(self, port, line):

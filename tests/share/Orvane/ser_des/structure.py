@@ -3,34 +3,23 @@
 import json
 import re
 
-from hdl_tools import require, yosys
+from hdl_tools import cell_counts, require, synthesise
 
 FLIP_FLOP = re.compile(r"\$(a?dffe?|adffe?)")
 FORBIDDEN_CELLS = re.compile(r"\$(d?latch|adlatch|aldff|dffsr|sr|tribuf|mem)")
 
 
-def without_attributes(text):
-    """GHDL's synthesis ends abnormally on several attributes of ports; each stands alone on its line."""
-    return re.sub(r"(?m)^ *attribute [^\n]*\n", "", text)
-
-
 def check_structure(ghdl, shape):
     """Registers and look-up tables, as text; the design without attributes is analysed already."""
-    verilog, remarks = ghdl.to_verilog(shape.entity)
-    require("latch" not in remarks, f"GHDL finds a latch:\n{remarks}")
-    (ghdl.directory / "netlist.v").write_text(verilog)
-    entity = shape.entity
-    report = yosys(ghdl.directory, [
-        "read_verilog netlist.v", f"hierarchy -check -top {entity}", "proc", "flatten", "opt", "opt_clean",
-        "check -assert", "write_json netlist.json", "synth", "design -save gates",
-        "abc -lut 4", "opt_clean", "stat", "design -load gates", "abc -lut 6", "opt_clean", "stat"])
+    _, report = synthesise(ghdl, shape.entity, [
+        "proc", "flatten", "opt", "opt_clean", "check -assert", "write_json netlist.json", "synth", "abc -lut 4",
+        "opt_clean", "stat"])
     modules = json.loads((ghdl.directory / "netlist.json").read_text())["modules"]
-    require(list(modules) == [entity], f"the synthesised modules are {', '.join(modules)}")
-    flip_flops = check_cells(modules[entity], shape)
-    if not modules[entity]["cells"]:
+    require(list(modules) == [shape.entity], f"the synthesised modules are {', '.join(modules)}")
+    flip_flops = check_cells(modules[shape.entity], shape)
+    if not modules[shape.entity]["cells"]:
         return "no cell"
-    tables = [sum(map(int, re.findall(r"\$lut +(\d+)\n", part))) for part in report.split("Number of cells:")[1:]]
-    return f"{flip_flops} flip-flops, {tables[-2]} LUT4 or {tables[-1]} LUT6"
+    return f"{flip_flops} flip-flops, {cell_counts(report)[0]} LUT4"
 
 
 def check_cells(module, shape):

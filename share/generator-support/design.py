@@ -1,0 +1,33 @@
+# What all generators of a single HDL text have in common.
+
+
+class Design(object):
+    """A design described by the argument dictionary; each IP derives from it and gives the methods that raise here."""
+
+    def problems(self):
+        """Sentences that say why the design cannot be generated; none if it can."""
+        raise NotImplementedError
+
+    def remarks(self):
+        """Sentences on what the designer should know about the design."""
+        return []
+
+    def headerEntries(self):
+        """(label, value) pairs of the comment in front."""
+        raise NotImplementedError
+
+    def designText(self):
+        """The HDL without the header."""
+        raise NotImplementedError
+
+    def generate(self):
+        """The HDL text; what is wrong or worth knowing goes to the console."""
+        problems = self.problems()
+        for problem in problems:
+            printError(problem)
+        if problems:
+            return '\n'.join(failureComment(problem) for problem in problems)
+        for remark in self.remarks():
+            printText(remark)
+        # The program ends every line that it writes, the last one included.
+        return (headerComment(self.headerEntries()) + '\n' + self.designText()).rstrip('\n')
