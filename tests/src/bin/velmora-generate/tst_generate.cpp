@@ -2,6 +2,7 @@
 #include <support/PathDialogs.h>
 #include <support/TestMain.h>
 #include <support/TestPrefix.h>
+#include <support/TestTable.h>
 
 #include <velmora/Clock.h>
 #include <velmora/ConfigurationFile.h>
@@ -182,9 +183,9 @@ void GenerateTest::addFilter(const QByteArray& script, const QByteArray& entity,
 }
 
 void GenerateTest::sameAsTheWindow_data() {
-    QTest::addColumn<QString>("name");
+    const TestTable<QString> table("name");
     for (const QString& name : exampleNames())
-        QTest::newRow(qPrintable(name)) << name;
+        table.row(qPrintable(name), name);
     QCOMPARE(exampleNames().size(), 9);
 }
 
@@ -220,19 +221,13 @@ void GenerateTest::sameAsTheWindow() {
 }
 
 void GenerateTest::sameRefusalsAsTheWindow_data() {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<QByteArray>("after");
-    QTest::addColumn<bool>("isChecked");
-    QTest::newRow("check of a form") << "fir_systolic" << QByteArray("Entity = fir_systolic") << QByteArray("Entity =")
-                                     << true;
-    QTest::newRow("check of the last field")
-        << "fir_transpose_symmetric" << QByteArray("27, 27") << QByteArray("27") << true;
-    QTest::newRow("arguments") << "fir_mac" << QByteArray("45, 211") << QByteArray("4.5, 211") << true;
-    QTest::newRow("value of a table") << "scope_bus" << QByteArray("Basic & Edges") << QByteArray("Basic") << true;
-    QTest::newRow("script") << "serdes_link" << QByteArray("= serdes_link") << QByteArray("= entity") << false;
-    QTest::newRow("script of the bridge")
-        << "spi_bridge" << QByteArray("= spi_bridge") << QByteArray("= 1bridge") << false;
+    const TestTable<QString, QByteArray, QByteArray, bool> table("name", "before", "after", "isChecked");
+    table.row("check of a form", "fir_systolic", "Entity = fir_systolic", "Entity =", true);
+    table.row("check of the last field", "fir_transpose_symmetric", "27, 27", "27", true);
+    table.row("arguments", "fir_mac", "45, 211", "4.5, 211", true);
+    table.row("value of a table", "scope_bus", "Basic & Edges", "Basic", true);
+    table.row("script", "serdes_link", "= serdes_link", "= entity", false);
+    table.row("script of the bridge", "spi_bridge", "= spi_bridge", "= 1bridge", false);
 }
 
 void GenerateTest::sameRefusalsAsTheWindow() {
@@ -317,20 +312,19 @@ void GenerateTest::descriptionsMatchConfigurations() {
 }
 
 void GenerateTest::wrongUsage_data() {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("problem");
-    QTest::newRow("nothing") << QStringList() << "No command given";
-    QTest::newRow("command") << QStringList{"generate"} << "Unknown command 'generate'";
-    QTest::newRow("option") << QStringList{"run", "--fast", "a"} << "Unknown option 'fast'";
-    QTest::newRow("option of another command") << QStringList{"list", "-o", "a"} << "Unknown option 'o'";
-    QTest::newRow("no value") << QStringList{"run", "a", "-o"} << "Missing value after '-o'";
-    QTest::newRow("operand too many") << QStringList{"list", "a"} << "Unexpected 'a'";
-    QTest::newRow("no IP") << QStringList{"template"} << "The name of the IP is missing";
-    QTest::newRow("two words") << QStringList{"describe", "Mac", "fir"} << "Give one IP, a name with blanks in quotes";
-    QTest::newRow("no file") << QStringList{"check"} << "The configuration file is missing";
-    QTest::newRow("empty output") << QStringList{"run", "a", "-o", ""} << "The output has an empty name";
-    QTest::newRow("no directory") << QStringList{"run", "a", "b", "-o", "c"}
-                                  << "'c' should be a directory, which takes the output of several files";
+    const TestTable<QStringList, QString> table("arguments", "problem");
+    table.row("nothing", {}, "No command given");
+    table.row("command", {"generate"}, "Unknown command 'generate'");
+    table.row("option", {"run", "--fast", "a"}, "Unknown option 'fast'");
+    table.row("option of another command", {"list", "-o", "a"}, "Unknown option 'o'");
+    table.row("no value", {"run", "a", "-o"}, "Missing value after '-o'");
+    table.row("operand too many", {"list", "a"}, "Unexpected 'a'");
+    table.row("no IP", {"template"}, "The name of the IP is missing");
+    table.row("two words", {"describe", "Mac", "fir"}, "Give one IP, a name with blanks in quotes");
+    table.row("no file", {"check"}, "The configuration file is missing");
+    table.row("empty output", {"run", "a", "-o", ""}, "The output has an empty name");
+    table.row("no directory", {"run", "a", "b", "-o", "c"},
+              "'c' should be a directory, which takes the output of several files");
 }
 
 void GenerateTest::wrongUsage() {
@@ -394,19 +388,18 @@ void GenerateTest::outputsInTheWay() {
 }
 
 void GenerateTest::failuresKeepTheOutput_data() {
-    QTest::addColumn<QByteArray>("script");
-    QTest::addColumn<QString>("error");
+    const TestTable<QByteArray, QString> table("script", "error");
     const QString provider = "Failed to generate the IP, please contact the provider.";
-    QTest::newRow("reports an error and returns")
-        << QByteArray("def generate(argDict):\n  printError('Too wide')\n  return 'x'\n") << "Too wide|" + provider;
-    QTest::newRow("raises") << QByteArray("def generate(argDict):\n  raise ValueError('no')\n")
-                            << "Traceback (most recent call last):|Processing aborted [Should not be here]";
-    QTest::newRow("returns no text") << QByteArray("def generate(argDict):\n  return []\n")
-                                     << "Processing aborted ['text' is not a string]";
-    QTest::newRow("exits") << QByteArray("def generate(argDict):\n  sys.exit(0)\n")
-                           << "Traceback (most recent call last):|Processing aborted [Should not be here]";
-    QTest::newRow("markers") << QByteArray("def generate(argDict):\n  return 'x\\n`protect end\\n'\n")
-                             << "Processing aborted [No \"`protect begin\" found]";
+    table.row("reports an error and returns", "def generate(argDict):\n  printError('Too wide')\n  return 'x'\n",
+              "Too wide|" + provider);
+    table.row("raises", "def generate(argDict):\n  raise ValueError('no')\n",
+              "Traceback (most recent call last):|Processing aborted [Should not be here]");
+    table.row("returns no text", "def generate(argDict):\n  return []\n",
+              "Processing aborted ['text' is not a string]");
+    table.row("exits", "def generate(argDict):\n  sys.exit(0)\n",
+              "Traceback (most recent call last):|Processing aborted [Should not be here]");
+    table.row("markers", "def generate(argDict):\n  return 'x\\n`protect end\\n'\n",
+              "Processing aborted [No \"`protect begin\" found]");
 }
 
 void GenerateTest::failuresKeepTheOutput() {
@@ -465,16 +458,15 @@ void GenerateTest::oneFailureStopsNoOther() {
 }
 
 void GenerateTest::hostileConfigurations_data() {
-    QTest::addColumn<QByteArray>("entity");
-    QTest::addColumn<QString>("message");
+    const TestTable<QByteArray, QString> table("entity", "message");
     const QString character = "Processing aborted [Unsupported character in value]";
     const QString name = "Processing aborted [Entity name makes no file name, name the file with --output]";
-    QTest::newRow("closes the quote") << QByteArray("x', 'a': open('ran', 'w').write('x') or '") << character;
-    QTest::newRow("ends the line") << QByteArray("\"x'}\\nopen('ran', 'w')\\n#\"") << character;
-    QTest::newRow("backslash") << QByteArray("x\\") << character;
-    QTest::newRow("NUL") << QByteArray("\"x\\x00y\"") << name;
-    QTest::newRow("climbs out") << QByteArray("../ran") << name;
-    QTest::newRow("absolute") << QByteArray("/tmp/ran") << name;
+    table.row("closes the quote", "x', 'a': open('ran', 'w').write('x') or '", character);
+    table.row("ends the line", "\"x'}\\nopen('ran', 'w')\\n#\"", character);
+    table.row("backslash", "x\\", character);
+    table.row("NUL", QByteArray("\"x\\x00y\""), name);
+    table.row("climbs out", "../ran", name);
+    table.row("absolute", "/tmp/ran", name);
 }
 
 void GenerateTest::hostileConfigurations() {
@@ -529,14 +521,13 @@ void GenerateTest::noInstallation() {
 }
 
 void GenerateTest::sourceDateEpoch_data() {
-    QTest::addColumn<QByteArray>("value");
-    QTest::addColumn<QString>("date"); // empty for an error
-    QTest::newRow("begin") << QByteArray("0") << "01/01/1970 - 00:00";
-    QTest::newRow("in UTC") << QByteArray("1394028479") << "05/03/2014 - 14:07";
-    QTest::newRow("last") << QByteArray("253402300799") << "31/12/9999 - 23:59";
-    QTest::newRow("beyond") << QByteArray("253402300800") << "";
+    const TestTable<QByteArray, QString> table("value", "date"); // date: empty for an error
+    table.row("begin", "0", "01/01/1970 - 00:00");
+    table.row("in UTC", "1394028479", "05/03/2014 - 14:07");
+    table.row("last", "253402300799", "31/12/9999 - 23:59");
+    table.row("beyond", "253402300800", "");
     for (const char* wrong : {"", "now", "1.5", "-1", "+1", " 1", "1 ", "0x10", "99999999999999999999"})
-        QTest::newRow(qPrintable("'" + QString(wrong) + "'")) << QByteArray(wrong) << "";
+        table.row(qPrintable("'" + QString(wrong) + "'"), wrong, "");
 }
 
 void GenerateTest::sourceDateEpoch() {
@@ -611,14 +602,12 @@ void GenerateTest::documentedExample() {
 }
 
 void GenerateTest::completion_data() {
-    QTest::addColumn<QStringList>("words");
-    QTest::addColumn<QStringList>("replies");
-    QTest::newRow("command") << QStringList{"de"} << QStringList{"describe"};
-    QTest::newRow("IP by uid") << QStringList{"template", "firt"}
-                               << QStringList{"FIRTRANSPOSE", "FIRTRANSPOSEDUAL", "FIRTRANSPOSESYMMETRIC"};
-    QTest::newRow("option") << QStringList{"run", "--o"} << QStringList{"--output"};
-    QTest::newRow("configurations and directories") << QStringList{"check", "z"} << QStringList{"zone.velmora", "zoo/"};
-    QTest::newRow("any file") << QStringList{"run", "a", "-o", "z"} << QStringList{"zone.velmora", "zone.vhd", "zoo"};
+    const TestTable<QStringList, QStringList> table("words", "replies");
+    table.row("command", {"de"}, {"describe"});
+    table.row("IP by uid", {"template", "firt"}, {"FIRTRANSPOSE", "FIRTRANSPOSEDUAL", "FIRTRANSPOSESYMMETRIC"});
+    table.row("option", {"run", "--o"}, {"--output"});
+    table.row("configurations and directories", {"check", "z"}, {"zone.velmora", "zoo/"});
+    table.row("any file", {"run", "a", "-o", "z"}, {"zone.velmora", "zone.vhd", "zoo"});
 }
 
 void GenerateTest::completion() {

@@ -2,6 +2,7 @@
 #include <support/PathDialogs.h>
 #include <support/TestMain.h>
 #include <support/TestPrefix.h>
+#include <support/TestTable.h>
 
 #include <velmora/APBToSPWLeaf.h>
 #include <velmora/IPLeaf.h>
@@ -124,10 +125,10 @@ void BridgeTest::formKeepsItsValue() {
 }
 
 void BridgeTest::unusableStoredValueIsIgnored_data() {
-    QTest::addColumn<QVariant>("stored");
-    QTest::newRow("list") << QVariant(QStringList{"a", "b"});
-    QTest::newRow("bytes") << QVariant(QByteArray("a\0b", 3));
-    QTest::newRow("map") << QVariant(QVariantMap{{"a", 1}});
+    const TestTable<QVariant> table("stored");
+    table.row("list", QVariant(QStringList{"a", "b"}));
+    table.row("bytes", QVariant(QByteArray("a\0b", 3)));
+    table.row("map", QVariant(QVariantMap{{"a", 1}}));
 }
 
 void BridgeTest::unusableStoredValueIsIgnored() {
@@ -215,14 +216,13 @@ void BridgeTest::generatesFiles() {
 }
 
 void BridgeTest::directoriesFollowTheRemovalRule_data() {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QStringList>("tree");
-    QTest::newRow("a/a.vhd") << "a/a.vhd" << QStringList({"a/", "a/a.vhd"});
-    QTest::newRow("a/b/c") << "a/b/c" << QStringList({"a/", "a/b/", "a/b/c"});
-    QTest::newRow("top/top") << "top/top" << QStringList();
-    QTest::newRow("xtopy/top") << "xtopy/top" << QStringList({"xy/"});
-    QTest::newRow("a/") << "a/" << QStringList({"a/"});
-    QTest::newRow("empty") << "" << QStringList();
+    const TestTable<QString, QStringList> table("name", "tree");
+    table.row("a/a.vhd", "a/a.vhd", {"a/", "a/a.vhd"});
+    table.row("a/b/c", "a/b/c", {"a/", "a/b/", "a/b/c"});
+    table.row("top/top", "top/top", {});
+    table.row("xtopy/top", "xtopy/top", {"xy/"});
+    table.row("a/", "a/", {"a/"});
+    table.row("empty", "", {});
 }
 
 void BridgeTest::directoriesFollowTheRemovalRule() {
@@ -239,13 +239,13 @@ void BridgeTest::directoriesFollowTheRemovalRule() {
 }
 
 void BridgeTest::hostileNames_data() {
-    QTest::addColumn<QByteArray>("name");
-    QTest::newRow("absolute") << QByteArray("/proc/velmora-hostile");
-    QTest::newRow("climbs") << QByteArray("../hostile");
-    QTest::newRow("climbs from below") << QByteArray("a/../../hostile");
-    QTest::newRow("parent itself") << QByteArray("..");
-    QTest::newRow("climbs once the last component is removed") << QByteArray(".a./.a./x/a");
-    QTest::newRow("NUL") << QByteArray("a\\0b");
+    const TestTable<QByteArray> table("name");
+    table.row("absolute", "/proc/velmora-hostile");
+    table.row("climbs", "../hostile");
+    table.row("climbs from below", "a/../../hostile");
+    table.row("parent itself", "..");
+    table.row("climbs once the last component is removed", ".a./.a./x/a");
+    table.row("NUL", QByteArray("a\\0b"));
 }
 
 void BridgeTest::hostileNames() {
@@ -354,26 +354,21 @@ void BridgeTest::regionsAreEnciphered() {
 }
 
 void BridgeTest::regionsOpenAgain_data() {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QByteArray>("content"); // as a Python literal
-    QTest::addColumn<int>("regionCount");
-    QTest::addColumn<QByteArray>("opened");
-    const auto row = [](const char* tag, const char* name, const char* content, int regionCount, const char* opened) {
-        QTest::newRow(tag) << name << QByteArray(content) << regionCount << QByteArray(opened);
-    };
+    const TestTable<QString, QByteArray, int, QByteArray> table("name", "content", "regionCount",
+                                                                "opened"); // content: as a Python literal
     for (const char* name : {"x.vhd", "x.v", "x.vh"}) {
         const auto named = [name](const char* what) { return QByteArray(name) + ": " + what; };
-        row(named("between"), name, "'a\\n-- `protect begin\\nb\\nc\\n-- `protect end\\nd'", 1, "a\nb\nc\nd\n");
-        row(named("at the start and at the end"), name,
-            "'`protect begin\\na\\n`protect end\\nb\\n`protect begin\\nc\\n`protect end'", 2, "a\nb\nc\n");
-        row(named("one after another"), name,
-            "'`protect begin\\na\\n`protect end\\n`protect begin\\nb\\n`protect end\\n'", 2, "a\nb\n\n");
-        row(named("Windows line ends"), name, "'a\\r\\n`protect begin\\r\\nb\\r\\n\\r\\n`protect end\\r\\nc\\r\\n'", 1,
-            "a\r\nb\r\n\r\nc\r\n\n");
-        row(named("every byte"), name,
-            "'`protect begin\\n' + ''.join(chr(n) for n in range(255, 0, -1)) + '\\n`protect end'", 1, nullptr);
-        row(named("open at the end"), name, "'`protect begin\\na\\n`protect end\\nb\\n`protect begin\\nc'", 1,
-            "a\nb\n");
+        table.row(named("between"), name, "'a\\n-- `protect begin\\nb\\nc\\n-- `protect end\\nd'", 1, "a\nb\nc\nd\n");
+        table.row(named("at the start and at the end"), name,
+                  "'`protect begin\\na\\n`protect end\\nb\\n`protect begin\\nc\\n`protect end'", 2, "a\nb\nc\n");
+        table.row(named("one after another"), name,
+                  "'`protect begin\\na\\n`protect end\\n`protect begin\\nb\\n`protect end\\n'", 2, "a\nb\n\n");
+        table.row(named("Windows line ends"), name,
+                  "'a\\r\\n`protect begin\\r\\nb\\r\\n\\r\\n`protect end\\r\\nc\\r\\n'", 1, "a\r\nb\r\n\r\nc\r\n\n");
+        table.row(named("every byte"), name,
+                  "'`protect begin\\n' + ''.join(chr(n) for n in range(255, 0, -1)) + '\\n`protect end'", 1, nullptr);
+        table.row(named("open at the end"), name, "'`protect begin\\na\\n`protect end\\nb\\n`protect begin\\nc'", 1,
+                  "a\nb\n");
     }
 }
 
@@ -434,9 +429,9 @@ void BridgeTest::unwritableDirectory() {
 }
 
 void BridgeTest::fullDisk_data() {
-    QTest::addColumn<int>("size");
-    QTest::newRow("fails when the buffer is written out") << 10;
-    QTest::newRow("fails at once") << 100'000;
+    const TestTable<int> table("size");
+    table.row("fails when the buffer is written out", 10);
+    table.row("fails at once", 100'000);
 }
 
 void BridgeTest::fullDisk() {

@@ -1,6 +1,7 @@
 #include <support/ConsoleRecorder.h>
 #include <support/TestMain.h>
 #include <support/TestPrefix.h>
+#include <support/TestTable.h>
 
 #include <velmora/APBToSPWLeaf.h>
 #include <velmora/Folio.h>
@@ -150,10 +151,9 @@ void CatalogueTest::discoveryTakesADirectoryForADescription() {
 }
 
 void CatalogueTest::failedDiscoveryLeavesNothing_data() {
-    QTest::addColumn<bool>("prefixIsSet");
-    QTest::addColumn<QString>("message");
-    QTest::newRow("broken description") << true << "No variant specified";
-    QTest::newRow("prefix not set") << false << "";
+    const TestTable<bool, QString> table("prefixIsSet", "message");
+    table.row("broken description", true, "No variant specified");
+    table.row("prefix not set", false, "");
 }
 
 void CatalogueTest::failedDiscoveryLeavesNothing() {
@@ -224,20 +224,13 @@ void CatalogueTest::queries() {
 }
 
 void CatalogueTest::leafErrors_data() {
-    QTest::addColumn<QString>("filename");
-    QTest::addColumn<QString>("message");
-    QTest::newRow("empty name") << ""
-                                << "Empty filename";
-    QTest::newRow("absent") << "absent"
-                            << "Unable to open description file";
-    QTest::newRow("directory") << "share"
-                               << "Unable to open description file";
-    QTest::newRow("named pipe") << "pipe"
-                                << "Unable to open description file";
-    QTest::newRow("endless device") << "device"
-                                    << "Unable to open description file";
-    QTest::newRow("empty file") << "empty"
-                                << "Name not specified";
+    const TestTable<QString, QString> table("filename", "message");
+    table.row("empty name", "", "Empty filename");
+    table.row("absent", "absent", "Unable to open description file");
+    table.row("directory", "share", "Unable to open description file");
+    table.row("named pipe", "pipe", "Unable to open description file");
+    table.row("endless device", "device", "Unable to open description file");
+    table.row("empty file", "empty", "Name not specified");
 }
 
 void CatalogueTest::leafErrors() {
@@ -274,12 +267,8 @@ void CatalogueTest::hugeDescriptionIsRefusedQuickly() {
 }
 
 void CatalogueTest::predicates_data() {
-    QTest::addColumn<QByteArray>("name");
-    QTest::addColumn<QByteArray>("company");
-    QTest::addColumn<QString>("kind");
-    const auto row = [](const char* name, const char* kind) {
-        QTest::newRow(name) << QByteArray(name) << QByteArray("Orvane") << QString(kind);
-    };
+    const TestTable<QByteArray, QByteArray, QString> table("name", "company", "kind");
+    const auto row = [&table](const char* name, const char* kind) { table.row(name, name, "Orvane", kind); };
     row("Systolic", "systolic");
     row("Transpose", "transpose");
     row("Transpose dual", "dual");
@@ -292,7 +281,7 @@ void CatalogueTest::predicates_data() {
     row("systolic", "");
     row("Scope 2", "");
     row("Startup scope", "");
-    QTest::newRow("another company") << QByteArray("Scope") << QByteArray("orvane") << QString();
+    table.row("another company", "Scope", "orvane", {});
 }
 
 void CatalogueTest::predicates() {
@@ -438,29 +427,19 @@ void CatalogueTest::treeFollowsTheCatalogue() {
 }
 
 void CatalogueTest::filters_data() {
-    QTest::addColumn<QString>("variant");
-    QTest::addColumn<QString>("category");
-    QTest::addColumn<QStringList>("rows");
+    const TestTable<QString, QString, QStringList> table("variant", "category", "rows");
     const QStringList everything{"0:DSP",       "1:Filters", "2:One", "0:DSP2", "1:Two",
                                  "0:Interface", "1:Three",   "0:dsp", "1:Four"};
-    QTest::newRow("all") << "All"
-                         << "All" << everything;
-    QTest::newRow("variant hides IPs but no node")
-        << "C"
-        << "All" << QStringList({"0:DSP", "1:Filters", "0:DSP2", "0:Interface", "1:Three", "0:dsp"});
-    QTest::newRow("variant that is part of another")
-        << "FAM"
-        << "All" << QStringList({"0:DSP", "1:Filters", "2:One", "0:DSP2", "1:Two", "0:Interface", "0:dsp"});
-    QTest::newRow("category is a beginning")
-        << "All"
-        << "DSP" << QStringList({"0:DSP", "1:Filters", "2:One", "0:DSP2", "1:Two"});
-    QTest::newRow("case counts in variants")
-        << "c"
-        << "All" << QStringList({"0:DSP", "1:Filters", "0:DSP2", "0:Interface", "0:dsp", "1:Four"});
-    QTest::newRow("case counts in categories") << "All"
-                                               << "dsp" << QStringList({"0:dsp", "1:Four"});
-    QTest::newRow("both") << "FAMILY"
-                          << "DSP2" << QStringList({"0:DSP2"});
+    table.row("all", "All", "All", everything);
+    table.row("variant hides IPs but no node", "C", "All",
+              {"0:DSP", "1:Filters", "0:DSP2", "0:Interface", "1:Three", "0:dsp"});
+    table.row("variant that is part of another", "FAM", "All",
+              {"0:DSP", "1:Filters", "2:One", "0:DSP2", "1:Two", "0:Interface", "0:dsp"});
+    table.row("category is a beginning", "All", "DSP", {"0:DSP", "1:Filters", "2:One", "0:DSP2", "1:Two"});
+    table.row("case counts in variants", "c", "All",
+              {"0:DSP", "1:Filters", "0:DSP2", "0:Interface", "0:dsp", "1:Four"});
+    table.row("case counts in categories", "All", "dsp", {"0:dsp", "1:Four"});
+    table.row("both", "FAMILY", "DSP2", {"0:DSP2"});
 }
 
 void CatalogueTest::filters() {
@@ -483,10 +462,7 @@ void CatalogueTest::filters() {
 }
 
 void CatalogueTest::searches_data() {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("variant");
-    QTest::addColumn<QString>("category");
-    QTest::addColumn<QStringList>("rows");
+    TestTable<QString, QString, QString, QStringList>("text", "variant", "category", "rows");
     const auto row = [](const char* text, const char* variant, const char* category, const QStringList& rows) {
         QTest::addRow("'%s' for %s in %s", text, variant, category) << text << variant << category << rows;
     };

@@ -2,6 +2,7 @@
 #include <support/PathDialogs.h>
 #include <support/TestMain.h>
 #include <support/TestPrefix.h>
+#include <support/TestTable.h>
 
 #include <velmora/Coefficients.h>
 #include <velmora/IPLeaf.h>
@@ -208,14 +209,12 @@ QString FiltersTest::help(const char* key) const {
 }
 
 void FiltersTest::coefficientLists_data() {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QStringList>("list");
-    QTest::newRow("all separators") << "1;2,3\n\n4" << QStringList({"1", "2", "3", "4"});
-    QTest::newRow("white space is collapsed")
-        << " 1 \t;\u00a0-2\u00a0,x \"0f\"" << QStringList({"1", "-2", "x \"0f\""});
-    QTest::newRow("nothing") << "" << QStringList();
-    QTest::newRow("blanks and separators only") << " ;, \n\t;\u2003," << QStringList();
-    QTest::newRow("what a piece says does not matter") << "abc, 1 2" << QStringList({"abc", "1 2"});
+    const TestTable<QString, QStringList> table("text", "list");
+    table.row("all separators", "1;2,3\n\n4", {"1", "2", "3", "4"});
+    table.row("white space is collapsed", " 1 \t;\u00a0-2\u00a0,x \"0f\"", {"1", "-2", "x \"0f\""});
+    table.row("nothing", "", {});
+    table.row("blanks and separators only", " ;, \n\t;\u2003,", {});
+    table.row("what a piece says does not matter", "abc, 1 2", {"abc", "1 2"});
 }
 
 void FiltersTest::coefficientLists() {
@@ -227,19 +226,17 @@ void FiltersTest::coefficientLists() {
 }
 
 void FiltersTest::coefficientAggregates_data() {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<int>("width");
-    QTest::addColumn<QString>("aggregate");
-    QTest::newRow("decimal") << "45, 42" << 10 << R"((x"02d", x"02a"))";
-    QTest::newRow("signs") << "-1, +7, -123" << 12 << R"((x"fff", x"007", x"f85"))";
-    QTest::newRow("literals stay as typed") << R"(X"0F1f", 1, x"1")" << 8 << R"((X"0F1f", x"01", x"1"))";
-    QTest::newRow("widths of whole digits") << "1" << 8 << R"((x"01"))";
-    QTest::newRow("width 9 takes three digits") << "1" << 9 << R"((x"001"))";
-    QTest::newRow("width 24") << "-8388608, 8388607" << 24 << R"((x"800000", x"7fffff"))";
-    QTest::newRow("too high") << "256" << 8 << "Value too high for specified width";
+    const TestTable<QString, int, QString> table("text", "width", "aggregate");
+    table.row("decimal", "45, 42", 10, R"((x"02d", x"02a"))");
+    table.row("signs", "-1, +7, -123", 12, R"((x"fff", x"007", x"f85"))");
+    table.row("literals stay as typed", R"(X"0F1f", 1, x"1")", 8, R"((X"0F1f", x"01", x"1"))");
+    table.row("widths of whole digits", "1", 8, R"((x"01"))");
+    table.row("width 9 takes three digits", "1", 9, R"((x"001"))");
+    table.row("width 24", "-8388608, 8388607", 24, R"((x"800000", x"7fffff"))");
+    table.row("too high", "256", 8, "Value too high for specified width");
     for (const char* bad :
          {"abc", "1.5", "0x1F", "1 2", "x\"0g\"", "+", "-", "+-1", "--1", "99999999999", "1e3", "x 1"})
-        QTest::newRow(bad) << bad << 8 << QStringLiteral("Invalid coefficient: ") + bad;
+        table.row(bad, bad, 8, QStringLiteral("Invalid coefficient: ") + bad);
 }
 
 void FiltersTest::coefficientAggregates() {
@@ -444,9 +441,7 @@ void FiltersTest::modeEnablesFields() {
 }
 
 void FiltersTest::checks_data() {
-    QTest::addColumn<Kind>("kind");
-    QTest::addColumn<Values>("values");
-    QTest::addColumn<QString>("message");
+    TestTable<Kind, Values, QString>("kind", "values", "message");
     const auto list = [](int count) { return QStringList(QVector<QString>(count, "1").toList()).join(','); };
     const auto row = [](const char* tag, const Kind& kind, Values values, const char* message) {
         if (!values.contains("Entity"))
@@ -513,9 +508,7 @@ void FiltersTest::checks() {
 }
 
 void FiltersTest::statements_data() {
-    QTest::addColumn<Kind>("kind");
-    QTest::addColumn<Values>("values");
-    QTest::addColumn<QString>("statement");
+    const TestTable<Kind, Values, QString> table("kind", "values", "statement");
     const Values widths{{"Entity", "fir"},        {"InputDataWidth", 9}, {"OutputDataWidth", 10},
                         {"CoefficientWidth", 11}, {"ToBeTruncated", 12}, {"Coefficients", "1, x\"F1F\"; -1"}};
     const auto with = [&widths](const Values& more) {
@@ -529,16 +522,14 @@ void FiltersTest::statements_data() {
                            "'%%DATE%%': 'DATE'}";
     const QString macStart = "argDict = {  '%%COEFS%%': '(x\"001\", x\"F1F\", x\"fff\")', '%%N_TAPS%%': '33', ";
     const QString macEnd = "'%%ENTITY_NAME%%': 'fir', '%%APPLICATION%%': 'Velmora', '%%DSP_COUNT%%': '5', " + common;
-    QTest::newRow("mac") << mac << with({{"TapCount", 33}, {"DSPCount", 5}})
-                         << macStart + "'%%CLK_AUX1_PATTERN%%': '1000000000000000', '%%SATURATION_STAGE%%': 'true', " +
-                                macEnd;
-    QTest::newRow("mac with pattern, without saturation")
-        << mac
-        << with({{"TapCount", 33},
-                 {"DSPCount", 5},
-                 {"SaturationStage", "Disable"},
-                 {"ClkAux1Pattern", "1100110011001100"}})
-        << macStart + "'%%CLK_AUX1_PATTERN%%': '1100110011001100', '%%SATURATION_STAGE%%': 'false', " + macEnd;
+    table.row("mac", mac, with({{"TapCount", 33}, {"DSPCount", 5}}),
+              macStart + "'%%CLK_AUX1_PATTERN%%': '1000000000000000', '%%SATURATION_STAGE%%': 'true', " + macEnd);
+    table.row("mac with pattern, without saturation", mac,
+              with({{"TapCount", 33},
+                    {"DSPCount", 5},
+                    {"SaturationStage", "Disable"},
+                    {"ClkAux1Pattern", "1100110011001100"}}),
+              macStart + "'%%CLK_AUX1_PATTERN%%': '1100110011001100', '%%SATURATION_STAGE%%': 'false', " + macEnd);
     for (const Kind& kind : streamingKinds) {
         QTest::addRow("%s, constant", kind.className)
             << kind << widths
@@ -566,9 +557,7 @@ void FiltersTest::statements() {
 }
 
 void FiltersTest::argumentErrors_data() {
-    QTest::addColumn<Kind>("kind");
-    QTest::addColumn<Values>("values");
-    QTest::addColumn<QString>("message");
+    TestTable<Kind, Values, QString>("kind", "values", "message");
     for (const Kind& kind : streamingKinds) {
         QTest::addRow("%s, count", kind.className)
             << kind << Values{{"Coefficients", "1"}} << "Number of coefficients must be in range 3 to 56";
@@ -625,38 +614,31 @@ void FiltersTest::inputModeSendsTheLiteral() {
 }
 
 void FiltersTest::refusals_data() {
-    QTest::addColumn<QByteArray>("script");
-    QTest::addColumn<Values>("values");
-    QTest::addColumn<QStringList>("told");
-    QTest::addColumn<QByteArray>("output");
+    const TestTable<QByteArray, Values, QStringList, QByteArray> table("script", "values", "told", "output");
     const Values good{{"Entity", "fir"}, {"Coefficients", "1,2,3,4"}};
     const QString failed = "  Generating failed";
-    QTest::newRow("check fails: the old file stays")
-        << echo << Values{{"Entity", ""}} << QStringList({"E:   Entity name not specified!", failed})
-        << QByteArray("old");
-    QTest::newRow("script raises: the file is empty")
-        << QByteArray("raise ValueError('x')") << good
-        << QStringList({"E:   Processing aborted [Should not be here]", failed}) << QByteArray();
-    QTest::newRow("script's own check: comment lines")
-        << QByteArray(
-               "def generate(argDict):\n  printError('Coefficients are odd.')\n  return '-- Generation failed: x\\n'\n")
-        << good
-        << QStringList({"E:   Coefficients are odd.", "E:   Failed to generate the IP, please contact the provider.",
-                        "  Generating done"})
-        << QByteArray("-- Generation failed: x\n\n");
-    QTest::newRow("wrong type") << QByteArray("def generate(argDict): return u'x'") << good
-                                << QStringList({"E:   Processing aborted ['text' is not a string]", failed})
-                                << QByteArray();
-    QTest::newRow("markers") << QByteArray("def generate(argDict): return '`protect end'") << good
-                             << QStringList({"E:   Processing aborted [No \"`protect begin\" found]", failed})
-                             << QByteArray();
-    QTest::newRow("NUL cuts the text") << QByteArray("def generate(argDict): return 'a\\0b'") << good
-                                       << QStringList({"  Generating done"}) << QByteArray("a\n");
-    QTest::newRow("bytes pass as they are") << QByteArray("def generate(argDict): return '\\xe9\\xff\\r'") << good
-                                            << QStringList({"  Generating done"}) << QByteArray("\xe9\xff\r\n");
-    QTest::newRow("invalid coefficient keeps its field")
-        << echo << Values{{"Entity", "fir"}, {"Coefficients", "1,2,3,0x1F"}}
-        << QStringList({"E:   Processing aborted [Invalid coefficient] (coefficient: 0x1F)", failed}) << QByteArray();
+    table.row("check fails: the old file stays", echo, Values{{"Entity", ""}},
+              {"E:   Entity name not specified!", failed}, "old");
+    table.row("script raises: the file is empty", "raise ValueError('x')", good,
+              {"E:   Processing aborted [Should not be here]", failed}, {});
+    table.row(
+        "script's own check: comment lines",
+        QByteArray(
+            "def generate(argDict):\n  printError('Coefficients are odd.')\n  return '-- Generation failed: x\\n'\n"),
+        good,
+        {"E:   Coefficients are odd.", "E:   Failed to generate the IP, please contact the provider.",
+         "  Generating done"},
+        "-- Generation failed: x\n\n");
+    table.row("wrong type", "def generate(argDict): return u'x'", good,
+              {"E:   Processing aborted ['text' is not a string]", failed}, {});
+    table.row("markers", "def generate(argDict): return '`protect end'", good,
+              {"E:   Processing aborted [No \"`protect begin\" found]", failed}, {});
+    table.row("NUL cuts the text", QByteArray("def generate(argDict): return 'a\\0b'"), good, {"  Generating done"},
+              "a\n");
+    table.row("bytes pass as they are", "def generate(argDict): return '\\xe9\\xff\\r'", good, {"  Generating done"},
+              "\xe9\xff\r\n");
+    table.row("invalid coefficient keeps its field", echo, Values{{"Entity", "fir"}, {"Coefficients", "1,2,3,0x1F"}},
+              {"E:   Processing aborted [Invalid coefficient] (coefficient: 0x1F)", failed}, {});
 }
 
 void FiltersTest::refusals() {

@@ -1,6 +1,7 @@
 #include <support/Contrast.h>
 #include <support/TestMain.h>
 #include <support/TestPrefix.h>
+#include <support/TestTable.h>
 
 #include <velmora/Folio.h>
 #include <velmora/MainWindow.h>
@@ -195,9 +196,9 @@ QList<QWidget*> KeyboardTest::walk(int key) {
 }
 
 void KeyboardTest::tabFollowsTheEye_data() {
-    QTest::addColumn<QString>("page");
+    const TestTable<QString> table("page");
     for (const QString& page : QStringList{"About", "Settings"} + ips)
-        QTest::newRow(qPrintable(page)) << page;
+        table.row(qPrintable(page), page);
 }
 
 void KeyboardTest::tabFollowsTheEye() {
@@ -226,8 +227,7 @@ void KeyboardTest::tabFollowsTheEye() {
 }
 
 void KeyboardTest::focusIsVisible_data() {
-    QTest::addColumn<int>("theme");
-    QTest::addColumn<QString>("page");
+    TestTable<int, QString>("theme", "page");
     for (const Brindle::Theme& theme : Brindle::Theme::getThemes()) {
         for (const char* page : {"About", "Settings", "Mac fir", "SER/DES"})
             QTest::addRow("%s: %s", qPrintable(theme.getName()), page) << int(theme.getCode()) << page;
@@ -303,9 +303,9 @@ void KeyboardTest::tableCellsAreNamed() {
 }
 
 void KeyboardTest::wheelLeavesValuesAlone_data() {
-    QTest::addColumn<QString>("page");
+    const TestTable<QString> table("page");
     for (const QString& ip : ips)
-        QTest::newRow(qPrintable(ip)) << ip;
+        table.row(qPrintable(ip), ip);
 }
 
 void KeyboardTest::wheelLeavesValuesAlone() {

@@ -3,6 +3,7 @@
 #include <support/PathDialogs.h>
 #include <support/TestMain.h>
 #include <support/TestPrefix.h>
+#include <support/TestTable.h>
 
 #include <velmora/FoldWidget.h>
 #include <velmora/IPLeaf.h>
@@ -126,9 +127,9 @@ private:
 };
 
 void ScopesTest::forms() {
-    QTest::addColumn<QString>("className");
-    QTest::newRow("scope") << scope;
-    QTest::newRow("startup scope") << startupScope;
+    const TestTable<QString> table("className");
+    table.row("scope", scope);
+    table.row("startup scope", startupScope);
 }
 
 /// With all its sections open.
@@ -384,12 +385,10 @@ void ScopesTest::captureModeEnables() {
 }
 
 void ScopesTest::valueStrings_data() {
-    QTest::addColumn<QString>("mode");
-    QTest::addColumn<QString>("values");
-    QTest::addColumn<QString>("expected");
+    const TestTable<QString, QString, QString> table("mode", "values", "expected");
     const QString unsupported = "Unsupported value in basic trigger mode";
-    const auto row = [](const QString& mode, const QString& values, const QString& expected) {
-        QTest::newRow(qPrintable(mode + ": " + values)) << mode << values << expected;
+    const auto row = [&table](const QString& mode, const QString& values, const QString& expected) {
+        table.row(qPrintable(mode + ": " + values), mode, values, expected);
     };
     row("Basic", "", "");
     row("Basic", "0,1,Ignore", R"(0 => "00", 1 => "01", 2 => "11")");
@@ -425,20 +424,18 @@ void ScopesTest::valueStrings() {
 }
 
 void ScopesTest::valueSets_data() {
-    QTest::addColumn<QString>("fields");
-    QTest::addColumn<QStringList>("sets"); // basic, advanced, edge, advanced edge
+    const TestTable<QString, QStringList> table("fields", "sets"); // sets: basic, advanced, edge, advanced edge
     const QString noLevels = "(others => \"00\")";
     const QString noEdges = "(others => \"000\")";
     const QString levels = R"(0 => "01", 1 => "11", 2 => "00")";
     const QString firstLevels = R"(0 => "00", 1 => "01", 2 => "11")";
     const QString edges = R"(0 => "001", 1 => "010", 2 => "000")";
     const QString firstEdges = R"(0 => "000", 1 => "001", 2 => "010")";
-    QTest::newRow("levels") << "TriggerMode=Basic" << QStringList{levels, noLevels, noEdges, noEdges};
-    QTest::newRow("two levels") << "TriggerMode=Basic;MultipleLevelTrigger=Enable"
-                                << QStringList{levels, firstLevels, noEdges, noEdges};
-    QTest::newRow("edges") << "TriggerMode=Basic & Edges" << QStringList{noLevels, noLevels, edges, noEdges};
-    QTest::newRow("two levels with edges") << "TriggerMode=Basic & Edges;MultipleLevelTrigger=Enable"
-                                           << QStringList{noLevels, noLevels, edges, firstEdges};
+    table.row("levels", "TriggerMode=Basic", {levels, noLevels, noEdges, noEdges});
+    table.row("two levels", "TriggerMode=Basic;MultipleLevelTrigger=Enable", {levels, firstLevels, noEdges, noEdges});
+    table.row("edges", "TriggerMode=Basic & Edges", {noLevels, noLevels, edges, noEdges});
+    table.row("two levels with edges", "TriggerMode=Basic & Edges;MultipleLevelTrigger=Enable",
+              {noLevels, noLevels, edges, firstEdges});
 }
 
 void ScopesTest::valueSets() {
@@ -483,16 +480,14 @@ void ScopesTest::statements() {
 }
 
 void ScopesTest::editors_data() {
-    QTest::addColumn<QString>("className");
-    QTest::addColumn<QString>("fields");
-    QTest::addColumn<QStringList>("items"); // of the columns from "Trigger value" on
-    QTest::newRow("levels") << scope << "TriggerMode=Basic" << QStringList{"0,1,Ignore", "none"};
-    QTest::newRow("two levels") << scope << "TriggerMode=Basic;MultipleLevelTrigger=Enable"
-                                << QStringList{"0,1,Ignore", "0,1,Ignore"};
-    QTest::newRow("edges") << scope << "TriggerMode=Basic & Edges" << QStringList{allValues, "none"};
-    QTest::newRow("two levels with edges")
-        << scope << "TriggerMode=Basic & Edges;MultipleLevelTrigger=Enable" << QStringList{allValues, allValues};
-    QTest::newRow("startup scope") << startupScope << "" << QStringList{"0,1"};
+    const TestTable<QString, QString, QStringList> table("className", "fields",
+                                                         "items"); // items: of the columns from "Trigger value" on
+    table.row("levels", scope, "TriggerMode=Basic", {"0,1,Ignore", "none"});
+    table.row("two levels", scope, "TriggerMode=Basic;MultipleLevelTrigger=Enable", {"0,1,Ignore", "0,1,Ignore"});
+    table.row("edges", scope, "TriggerMode=Basic & Edges", {allValues, "none"});
+    table.row("two levels with edges", scope, "TriggerMode=Basic & Edges;MultipleLevelTrigger=Enable",
+              {allValues, allValues});
+    table.row("startup scope", startupScope, "", {"0,1"});
 }
 
 void ScopesTest::editors() {
@@ -586,15 +581,10 @@ void ScopesTest::generates() {
 }
 
 void ScopesTest::argumentErrorsTellTheForm_data() {
-    QTest::addColumn<QString>("className");
-    QTest::addColumn<QString>("fields");
-    QTest::addColumn<QString>("triggerValues");
-    QTest::newRow("name") << scope << "Entity=l'a"
-                          << "0";
-    QTest::newRow("edge in basic mode") << scope << "Entity=la"
-                                        << "Both edges";
-    QTest::newRow("startup scope, name") << startupScope << "Entity=l\\a"
-                                         << "0";
+    const TestTable<QString, QString, QString> table("className", "fields", "triggerValues");
+    table.row("name", scope, "Entity=l'a", "0");
+    table.row("edge in basic mode", scope, "Entity=la", "Both edges");
+    table.row("startup scope, name", startupScope, "Entity=l\\a", "0");
 }
 
 void ScopesTest::argumentErrorsTellTheForm() {
@@ -613,26 +603,17 @@ void ScopesTest::argumentErrorsTellTheForm() {
 }
 
 void ScopesTest::refusals_data() {
-    QTest::addColumn<QString>("className");
-    QTest::addColumn<QByteArray>("script");
-    QTest::addColumn<QString>("fields");
-    QTest::addColumn<QString>("triggerValues");
-    QTest::addColumn<QString>("told");
+    const TestTable<QString, QByteArray, QString, QString, QString> table("className", "script", "fields",
+                                                                          "triggerValues", "told");
     const QString defect = "Should not be here]";
     const QByteArray raising = "raise ValueError('x')";
-    QTest::newRow("edge in basic mode")
-        << scope << echo << "TriggerCount=2"
-        << "0,Rising edge"
-        << "Unsupported value in basic trigger mode] (input: Trig1, value: Rising edge)";
-    QTest::newRow("unknown value") << scope << echo << "TriggerMode=Basic & Edges"
-                                   << "both" << defect;
-    QTest::newRow("script raises") << scope << raising << ""
-                                   << "0" << defect;
-    QTest::newRow("script raises, startup scope") << startupScope << raising << ""
-                                                  << "0" << defect;
-    QTest::newRow("quote in the name") << startupScope << echo << "Entity=l'a"
-                                       << "0"
-                                       << "Unsupported character in value] (key: %%ENTITY_NAME%%, value: l'a)";
+    table.row("edge in basic mode", scope, echo, "TriggerCount=2", "0,Rising edge",
+              "Unsupported value in basic trigger mode] (input: Trig1, value: Rising edge)");
+    table.row("unknown value", scope, echo, "TriggerMode=Basic & Edges", "both", defect);
+    table.row("script raises", scope, raising, "", "0", defect);
+    table.row("script raises, startup scope", startupScope, raising, "", "0", defect);
+    table.row("quote in the name", startupScope, echo, "Entity=l'a", "0",
+              "Unsupported character in value] (key: %%ENTITY_NAME%%, value: l'a)");
 }
 
 void ScopesTest::refusals() {

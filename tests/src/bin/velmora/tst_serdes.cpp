@@ -4,6 +4,7 @@
 #include <support/PathDialogs.h>
 #include <support/TestMain.h>
 #include <support/TestPrefix.h>
+#include <support/TestTable.h>
 
 #include <velmora/FoldWidget.h>
 #include <velmora/HelpLabel.h>
@@ -311,36 +312,31 @@ void SerdesTest::countsHideRows() {
 }
 
 void SerdesTest::checks_data() {
-    QTest::addColumn<QString>("values");
-    QTest::addColumn<QString>("serLocations");
-    QTest::addColumn<QString>("desLocations");
-    QTest::addColumn<QString>("message");
-    const auto row = [](const char* tag, const QString& values, const QString& ser, const QString& des,
-                        const char* message) { QTest::newRow(tag) << values << ser << des << QString(message); };
+    const TestTable<QString, QString, QString, QString> table("values", "serLocations", "desLocations", "message");
     const QString noTraining = ";SER/TrainingValue=;DES/TrainingValue=";
     const QString wrong = "SERCount=16;DESCount=15;DES/PadType=LVDS_3.3V" + noTraining;
     const char* voltages = "Pad type of SER and DES must have the same voltage!";
     const QString pads = getPads().join(',');
-    row("good", "", "01P", "01N", "");
-    row("all wrong", wrong + ";Entity=;Prefix=", "", "", "Entity name not specified!");
-    row("prefix", wrong + ";Prefix=", "", "", "Parameter's prefix not specified!");
-    row("31 lines", wrong, "", "", "SER count + DES count must be less than 30.");
-    row("30 lines", "SERCount=15;DESCount=15", pads.left(59), pads.mid(60), "");
-    row("30 lines of one kind", "SERCount=30;DESCount=0", pads, "", "");
-    row("voltage", "DES/PadType=LVDS_3.3V" + noTraining, "", "", voltages);
-    row("same voltage", "SER/PadType=SSTL_1.8V_II;DES/PadType=LVCMOS_1.8V", "01P", "01N", "");
-    row("no voltage on one side", "SER/PadType=BARE", "", "", voltages);
-    row("no voltages", "SER/PadType=BARE;DES/PadType=NAKED", "01P", "01N", "");
-    row("both trainings", noTraining, "", "", "SER training value must have the length specified in data size!");
-    row("DES training", "DES/TrainingValue=0101", "", "",
-        "DES training value must have the length specified in data size!");
-    row("data size", "DataSize=4;SER/TrainingValue=1010;DES/TrainingValue=wxyz", "01P", "01N", "");
-    row("two unset", "SERCount=2", "", "", "SER location '' is already used!");
-    row("one unset of each", "", "", "", "DES location '' is already used!");
-    row("first clash", "SERCount=4", "01P,02P,02P,01P", "01P", "SER location '02P' is already used!");
-    row("across the tables", "DESCount=2", "01P", "03P,01P", "DES location '01P' is already used!");
-    row("within DES", "DESCount=2", "01P", "03P,03P", "DES location '03P' is already used!");
-    row("hidden rows do not count", "", "01P,01P", "01N,01P", "");
+    table.row("good", "", "01P", "01N", "");
+    table.row("all wrong", wrong + ";Entity=;Prefix=", "", "", "Entity name not specified!");
+    table.row("prefix", wrong + ";Prefix=", "", "", "Parameter's prefix not specified!");
+    table.row("31 lines", wrong, "", "", "SER count + DES count must be less than 30.");
+    table.row("30 lines", "SERCount=15;DESCount=15", pads.left(59), pads.mid(60), "");
+    table.row("30 lines of one kind", "SERCount=30;DESCount=0", pads, "", "");
+    table.row("voltage", "DES/PadType=LVDS_3.3V" + noTraining, "", "", voltages);
+    table.row("same voltage", "SER/PadType=SSTL_1.8V_II;DES/PadType=LVCMOS_1.8V", "01P", "01N", "");
+    table.row("no voltage on one side", "SER/PadType=BARE", "", "", voltages);
+    table.row("no voltages", "SER/PadType=BARE;DES/PadType=NAKED", "01P", "01N", "");
+    table.row("both trainings", noTraining, "", "", "SER training value must have the length specified in data size!");
+    table.row("DES training", "DES/TrainingValue=0101", "", "",
+              "DES training value must have the length specified in data size!");
+    table.row("data size", "DataSize=4;SER/TrainingValue=1010;DES/TrainingValue=wxyz", "01P", "01N", "");
+    table.row("two unset", "SERCount=2", "", "", "SER location '' is already used!");
+    table.row("one unset of each", "", "", "", "DES location '' is already used!");
+    table.row("first clash", "SERCount=4", "01P,02P,02P,01P", "01P", "SER location '02P' is already used!");
+    table.row("across the tables", "DESCount=2", "01P", "03P,01P", "DES location '01P' is already used!");
+    table.row("within DES", "DESCount=2", "01P", "03P,03P", "DES location '03P' is already used!");
+    table.row("hidden rows do not count", "", "01P,01P", "01N,01P", "");
 }
 
 void SerdesTest::checks() {
@@ -542,20 +538,15 @@ void SerdesTest::argumentErrorsTellTheForm() {
 }
 
 void SerdesTest::refusals_data() {
-    QTest::addColumn<QByteArray>("script");
-    QTest::addColumn<QString>("entity");
-    QTest::addColumn<QStringList>("told");
-    QTest::addColumn<QByteArray>("output");
-    QTest::newRow("check fails: the old file stays")
-        << echo << "" << QStringList({"E:   Entity name not specified!", "  Generating failed"}) << QByteArray("old");
-    QTest::newRow("script raises: the file is empty")
-        << QByteArray("raise ValueError('x')") << "link"
-        << QStringList({"E:   Processing aborted [Should not be here]", "  Generating Failed"}) << QByteArray();
-    QTest::newRow("quote in the name")
-        << echo << "l'k"
-        << QStringList({"E:   Processing aborted [Unsupported character in value] (key: %%ENTITY_NAME%%, value: l'k)",
-                        "  Generating Failed"})
-        << QByteArray();
+    const TestTable<QByteArray, QString, QStringList, QByteArray> table("script", "entity", "told", "output");
+    table.row("check fails: the old file stays", echo, "", {"E:   Entity name not specified!", "  Generating failed"},
+              "old");
+    table.row("script raises: the file is empty", "raise ValueError('x')", "link",
+              {"E:   Processing aborted [Should not be here]", "  Generating Failed"}, {});
+    table.row("quote in the name", echo, "l'k",
+              {"E:   Processing aborted [Unsupported character in value] (key: %%ENTITY_NAME%%, value: l'k)",
+               "  Generating Failed"},
+              {});
 }
 
 void SerdesTest::refusals() {

@@ -2,6 +2,7 @@
 #include <support/ReadOnlyFolder.h>
 #include <support/TestMain.h>
 #include <support/TestPrefix.h>
+#include <support/TestTable.h>
 
 #include <velmora/AboutLeaf.h>
 #include <velmora/FoldWidget.h>
@@ -130,13 +131,12 @@ void ShellTest::rubbishInTheSettingsDoesNoHarm() {
 }
 
 void ShellTest::geometryOfALargerScreen_data() {
-    QTest::addColumn<QRect>("place");
-    QTest::addColumn<int>("screen");
-    QTest::newRow("beyond the right edge") << QRect(4000, 300, 700, 500) << 0;
-    QTest::newRow("beyond the lower edge") << QRect(50, 2000, 700, 500) << 0;
-    QTest::newRow("on a screen at the left") << QRect(-1800, -900, 700, 500) << 1;
-    QTest::newRow("larger than the screen") << QRect(0, 30, 4800, 2700) << 0;
-    QTest::newRow("beyond every number") << QRect(2'000'000'000, 2'000'000'000, 700, 500) << 7;
+    const TestTable<QRect, int> table("place", "screen");
+    table.row("beyond the right edge", QRect(4000, 300, 700, 500), 0);
+    table.row("beyond the lower edge", QRect(50, 2000, 700, 500), 0);
+    table.row("on a screen at the left", QRect(-1800, -900, 700, 500), 1);
+    table.row("larger than the screen", QRect(0, 30, 4800, 2700), 0);
+    table.row("beyond every number", QRect(2'000'000'000, 2'000'000'000, 700, 500), 7);
 }
 
 void ShellTest::geometryOfALargerScreen() {
@@ -157,16 +157,14 @@ void ShellTest::geometryOfALargerScreen() {
 }
 
 void ShellTest::settingsThatCannotBeUsed_data() {
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<bool>("isFolder");
-    QTest::addColumn<bool>("isLocked");
+    const TestTable<QByteArray, bool, bool> table("content", "isFolder", "isLocked");
     QByteArray rubbish("[General\n=\n\\x\0\xff\xfe=@Variant(\xff)\ngeometry=@ByteArray(\\x", 43);
     const QByteArray fine = "[General]\ntheme=dark\nsize=60\n";
-    QTest::newRow("rubbish") << rubbish << false << false;
-    QTest::newRow("half a file") << fine.left(17) << false << false;
-    QTest::newRow("a folder") << QByteArray() << true << false;
-    QTest::newRow("read-only folder") << fine << false << true;
-    QTest::newRow("read-only folder without a file") << QByteArray() << false << true;
+    table.row("rubbish", rubbish, false, false);
+    table.row("half a file", fine.left(17), false, false);
+    table.row("a folder", {}, true, false);
+    table.row("read-only folder", fine, false, true);
+    table.row("read-only folder without a file", {}, false, true);
 }
 
 void ShellTest::settingsThatCannotBeUsed() {
@@ -195,11 +193,10 @@ void ShellTest::settingsThatCannotBeUsed() {
 }
 
 void ShellTest::hugeCountsInAStoredStateDoNoHarm_data() {
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<int>("place");
-    QTest::newRow("dock areas") << "windowState" << 9;
-    QTest::newRow("tool bar lines") << "windowState" << -4;
-    QTest::newRow("sizes") << "consoleSplitter" << 8;
+    const TestTable<QString, int> table("key", "place");
+    table.row("dock areas", "windowState", 9);
+    table.row("tool bar lines", "windowState", -4);
+    table.row("sizes", "consoleSplitter", 8);
 }
 
 void ShellTest::hugeCountsInAStoredStateDoNoHarm() {
@@ -305,12 +302,11 @@ void ShellTest::titlesFollowThePages() {
 }
 
 void ShellTest::foldWidget_data() {
-    QTest::addColumn<QVariant>("animations");
-    QTest::addColumn<int>("duration");
-    QTest::newRow("not stored") << QVariant() << 200;
-    QTest::newRow("Always") << QVariant("Always") << 200;
-    QTest::newRow("never in lower case") << QVariant("never") << 200;
-    QTest::newRow("Never") << QVariant("Never") << 0;
+    const TestTable<QVariant, int> table("animations", "duration");
+    table.row("not stored", QVariant(), 200);
+    table.row("Always", QVariant("Always"), 200);
+    table.row("never in lower case", QVariant("never"), 200);
+    table.row("Never", QVariant("Never"), 0);
 }
 
 void ShellTest::foldWidget() {
@@ -376,11 +372,9 @@ void ShellTest::helpLabel() {
 }
 
 void ShellTest::generationFailures_data() {
-    QTest::addColumn<int>("family");
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<QStringList>("told");
-    const auto row = [](const char* tag, int family, int kind, const char* first, const char* second) {
-        QTest::newRow(tag) << family << kind << QStringList{first, second};
+    const TestTable<int, int, QStringList> table("family", "kind", "told");
+    const auto row = [&table](const char* tag, int family, int kind, const char* first, const char* second) {
+        table.row(tag, family, kind, {first, second});
     };
     const char* strange = "E:   Processing aborted [something strange...]";
     row("bridge: done", 0, 0, "  worked", "  Generating done");

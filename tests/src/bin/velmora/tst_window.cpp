@@ -2,6 +2,7 @@
 #include <support/PathDialogs.h>
 #include <support/TestMain.h>
 #include <support/TestPrefix.h>
+#include <support/TestTable.h>
 
 #include <velmora/ConfigurationFile.h>
 #include <velmora/Folio.h>
@@ -172,11 +173,7 @@ QByteArray WindowTest::runGenerator(const QStringList& arguments) {
 }
 
 void WindowTest::marks_data() {
-    QTest::addColumn<QString>("ip");
-    QTest::addColumn<QString>("values");
-    QTest::addColumn<QStringList>("marked");
-    QTest::addColumn<QString>("edit");
-    QTest::addColumn<QString>("message");
+    const TestTable<QString, QString, QStringList, QString, QString> table("ip", "values", "marked", "edit", "message");
     const auto row = [](const char* ip, const QString& values, const QStringList& marked, const char* edit,
                         const char* message) {
         QTest::addRow("%s: %s", ip, message) << ip << values << marked << edit << message;
@@ -199,9 +196,8 @@ void WindowTest::marks_data() {
         "Coefficient count should be between 3 and 56.");
     const char* odd = "For a symmetric filter, coefficient count should be odd.";
     row("Transpose symmetric", "Entity=x;Coefficients=1,2,3", {"Coefficients"}, "Coefficients=1,2,3,4", odd);
-    QTest::newRow("symmetric filter with inputs") << "Transpose symmetric"
-                                                  << "Entity=x;CoefficientMode=Input;CoefficientCount=3"
-                                                  << QStringList{"CoefficientCount"} << "CoefficientCount=4" << odd;
+    table.row("symmetric filter with inputs", "Transpose symmetric",
+              "Entity=x;CoefficientMode=Input;CoefficientCount=3", {"CoefficientCount"}, "CoefficientCount=4", odd);
     row("SER/DES", "Entity=x;Prefix=", {"Prefix"}, "Prefix=p", "Parameter's prefix not specified!");
     const QString serdes = "Entity=x;Prefix=p;SER/TrainingValue=101;DES/TrainingValue=101";
     row("SER/DES", serdes + ";SERCount=16;DESCount=15", {"DESCount", "SERCount"}, "SERCount=15",
@@ -275,26 +271,14 @@ void WindowTest::markGoesWithTheNextCheck() {
 }
 
 void WindowTest::marksAreDrawn_data() {
-    QTest::addColumn<QString>("ip");
-    QTest::addColumn<QString>("values");
-    QTest::addColumn<QString>("name");
-    QTest::newRow("line edit") << "Mac fir"
-                               << "Entity="
-                               << "Entity";
-    QTest::newRow("text edit") << "Mac fir"
-                               << "Entity=x;Coefficients="
-                               << "Coefficients";
-    QTest::newRow("spin box") << "Mac fir"
-                              << "Entity=x;Coefficients=1,2,3;ToBeTruncated=50"
-                              << "ToBeTruncated";
-    QTest::newRow("combo box in a closed section")
-        << "SER/DES"
-        << "Entity=x;Prefix=p;SER/TrainingValue=101;DES/TrainingValue=101;SER/PadType=LVCMOS_1.8V"
-        << "SER/PadType";
-    QTest::newRow("cell in a closed section")
-        << "SER/DES"
-        << "Entity=x;Prefix=p;SER/TrainingValue=101;DES/TrainingValue=101;SERCount=2"
-        << "LocationTableView/SER";
+    const TestTable<QString, QString, QString> table("ip", "values", "name");
+    table.row("line edit", "Mac fir", "Entity=", "Entity");
+    table.row("text edit", "Mac fir", "Entity=x;Coefficients=", "Coefficients");
+    table.row("spin box", "Mac fir", "Entity=x;Coefficients=1,2,3;ToBeTruncated=50", "ToBeTruncated");
+    table.row("combo box in a closed section", "SER/DES",
+              "Entity=x;Prefix=p;SER/TrainingValue=101;DES/TrainingValue=101;SER/PadType=LVCMOS_1.8V", "SER/PadType");
+    table.row("cell in a closed section", "SER/DES",
+              "Entity=x;Prefix=p;SER/TrainingValue=101;DES/TrainingValue=101;SERCount=2", "LocationTableView/SER");
 }
 
 void WindowTest::marksAreDrawn() {
@@ -370,9 +354,9 @@ void WindowTest::menu() {
 }
 
 void WindowTest::everyExampleGoesThrough_data() {
-    QTest::addColumn<QString>("name");
+    const TestTable<QString> table("name");
     for (const QString& name : QDir(VELMORA_EXAMPLES).entryList({"*.velmora"}))
-        QTest::newRow(qPrintable(name)) << name.section('.', 0, 0);
+        table.row(qPrintable(name), name.section('.', 0, 0));
 }
 
 /// Dropped while another page is shown, saved by the menu, loaded by it into a form that has been reset.
@@ -425,28 +409,23 @@ void WindowTest::cancelledDialogsDoNothing() {
 }
 
 void WindowTest::refusedFilesChangeNothing_data() {
-    QTest::addColumn<bool>("isDropped");
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<QByteArray>("after");
-    QTest::addColumn<QString>("error");
-    const auto row = [](const char* tag, bool isDropped, const char* before, const char* after, const char* error) {
-        QTest::newRow(tag) << isDropped << QByteArray(before) << QByteArray(after) << QString(error);
-    };
+    const TestTable<bool, QByteArray, QByteArray, QString> table("isDropped", "before", "after", "error");
     const char* range = "'1' cannot be the value of 'InputCount', expected a whole number from 2 to 240 "
                         "(filename: %1, line: 8)";
-    row("loaded value", false, "InputCount = 16", "InputCount = 1", range);
-    row("dropped value", true, "InputCount = 16", "InputCount = 1", range);
-    row("loaded for another IP", false, "name = Scope", "name = Startup Scope",
-        "Configuration is for 'Startup Scope' of Orvane (uid SCOPE), not for 'Scope' of Orvane (uid SCOPE) "
-        "(filename: %1, line: 2)");
-    row("dropped for an unknown IP", true, "name = Scope", "name = Scope 2",
+    table.row("loaded value", false, "InputCount = 16", "InputCount = 1", range);
+    table.row("dropped value", true, "InputCount = 16", "InputCount = 1", range);
+    table.row("loaded for another IP", false, "name = Scope", "name = Startup Scope",
+              "Configuration is for 'Startup Scope' of Orvane (uid SCOPE), not for 'Scope' of Orvane (uid SCOPE) "
+              "(filename: %1, line: 2)");
+    table.row(
+        "dropped for an unknown IP", true, "name = Scope", "name = Scope 2",
         "No installed IP with a form is 'Scope 2' of Orvane, correct the name or install the IP (filename: %1, line: "
         "2)");
-    row("dropped for another version", true, "uid = SCOPE", "uid = SCOPE0",
-        "Configuration is for 'Scope' of Orvane (uid SCOPE0), not for 'Scope' of Orvane (uid SCOPE) "
-        "(filename: %1, line: 2)");
-    row("dropped text", true, "company = Orvane", "library ieee;",
-        "Invalid line, expected 'key = value' (filename: %1, line: 1)");
+    table.row("dropped for another version", true, "uid = SCOPE", "uid = SCOPE0",
+              "Configuration is for 'Scope' of Orvane (uid SCOPE0), not for 'Scope' of Orvane (uid SCOPE) "
+              "(filename: %1, line: 2)");
+    table.row("dropped text", true, "company = Orvane", "library ieee;",
+              "Invalid line, expected 'key = value' (filename: %1, line: 1)");
 }
 
 void WindowTest::refusedFilesChangeNothing() {
@@ -568,9 +547,9 @@ void WindowTest::settingsStayAsTheyWere() {
 }
 
 void WindowTest::dropReachesEveryPlace_data() {
-    QTest::addColumn<QString>("place");
-    QTest::newRow("window system") << QString();
-    QTest::newRow("window") << "MainWindow";
+    const TestTable<QString> table("place");
+    table.row("window system", {});
+    table.row("window", "MainWindow");
 }
 
 void WindowTest::dropReachesEveryPlace() {

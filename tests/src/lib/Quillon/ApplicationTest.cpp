@@ -1,5 +1,7 @@
 #include "ApplicationTest.h"
 
+#include <support/TestTable.h>
+
 #include <Quillon/Application.h>
 
 #include <Brindle/Exception.h>
@@ -91,16 +93,13 @@ void ApplicationTest::tellsWhoItIs() {
 }
 
 void ApplicationTest::takesItsOptionsOutOfTheArguments_data() {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<bool>("isAboutSuppressed");
-    QTest::addColumn<QStringList>("left");
-    QTest::newRow("none") << QStringList{"velmora"} << false << QStringList{"velmora"};
-    QTest::newRow("first") << QStringList{"velmora", "-no-about", "x"} << true << QStringList{"velmora", "x"};
-    QTest::newRow("last, twice") << QStringList{"velmora", "-no-about", "x", "-no-about"} << true
-                                 << QStringList{"velmora", "x"};
-    QTest::newRow("others stay") << QStringList{"velmora", "-check", "-help", "no-about"} << false
-                                 << QStringList{"velmora", "-check", "-help", "no-about"};
-    QTest::newRow("program of that name") << QStringList{"-no-about"} << false << QStringList{"-no-about"};
+    const TestTable<QStringList, bool, QStringList> table("arguments", "isAboutSuppressed", "left");
+    table.row("none", {"velmora"}, false, {"velmora"});
+    table.row("first", {"velmora", "-no-about", "x"}, true, {"velmora", "x"});
+    table.row("last, twice", {"velmora", "-no-about", "x", "-no-about"}, true, {"velmora", "x"});
+    table.row("others stay", {"velmora", "-check", "-help", "no-about"}, false,
+              {"velmora", "-check", "-help", "no-about"});
+    table.row("program of that name", {"-no-about"}, false, {"-no-about"});
 }
 
 void ApplicationTest::takesItsOptionsOutOfTheArguments() {
@@ -116,12 +115,11 @@ void ApplicationTest::takesItsOptionsOutOfTheArguments() {
 }
 
 void ApplicationTest::themeComesFromSettings_data() {
-    QTest::addColumn<QVariant>("stored");
-    QTest::addColumn<int>("code");
-    QTest::newRow("dark") << QVariant("dark") << int(Brindle::Theme::Dark);
-    QTest::newRow("absent") << QVariant() << int(Brindle::Theme::Light);
-    QTest::newRow("unknown") << QVariant("sepia") << int(Brindle::Theme::Light);
-    QTest::newRow("wrong type") << QVariant(QStringList{"dark", "x"}) << int(Brindle::Theme::Light);
+    const TestTable<QVariant, int> table("stored", "code");
+    table.row("dark", QVariant("dark"), int(Brindle::Theme::Dark));
+    table.row("absent", QVariant(), int(Brindle::Theme::Light));
+    table.row("unknown", QVariant("sepia"), int(Brindle::Theme::Light));
+    table.row("wrong type", QVariant(QStringList{"dark", "x"}), int(Brindle::Theme::Light));
 }
 
 void ApplicationTest::themeComesFromSettings() {
@@ -152,9 +150,7 @@ void ApplicationTest::returnsTheResultOfTheLoop() {
 }
 
 void ApplicationTest::exceptionsLeaveEveryLoop_data() {
-    QTest::addColumn<int>("thrown");
-    QTest::addColumn<int>("place");
-    QTest::addColumn<QString>("caught");
+    TestTable<int, int, QString>("thrown", "place", "caught");
     const std::pair<const char*, Thrown> kinds[] = {
         {"Brindle::Critical", Critical}, {"std::out_of_range", Standard}, {"int", Number}};
     const std::pair<const char*, Place> places[] = {

@@ -1,5 +1,7 @@
 #include "ConsoleWidgetTest.h"
 
+#include <support/TestTable.h>
+
 #include <Quillon/ConsoleWidget.h>
 
 #include <Brindle/Console.h>
@@ -68,11 +70,10 @@ bool chooseFromMenu(ConsoleWidget& widget, const QString& entry) {
 } // namespace
 
 void ConsoleWidgetTest::showsKindsInColors_data() {
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<QString>("color");
-    QTest::newRow("text") << int(Brindle::ConsoleLineKind::Text) << "text";
-    QTest::newRow("remark") << int(Brindle::ConsoleLineKind::Remark) << "remark";
-    QTest::newRow("error") << int(Brindle::ConsoleLineKind::Error) << "error";
+    const TestTable<int, QString> table("kind", "color");
+    table.row("text", int(Brindle::ConsoleLineKind::Text), "text");
+    table.row("remark", int(Brindle::ConsoleLineKind::Remark), "remark");
+    table.row("error", int(Brindle::ConsoleLineKind::Error), "error");
 }
 
 void ConsoleWidgetTest::showsKindsInColors() {

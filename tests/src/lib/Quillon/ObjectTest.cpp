@@ -1,5 +1,7 @@
 #include "ObjectTest.h"
 
+#include <support/TestTable.h>
+
 #include <Quillon/Owned.h>
 
 #include <Brindle/Exception.h>
@@ -46,16 +48,12 @@ protected:
 } // namespace
 
 void ObjectTest::runsEveryStep_data() {
-    QTest::addColumn<int>("failing");
-    QTest::addColumn<QStringList>("expected");
-    QTest::newRow("none fails") << int(None)
-                                << QStringList{"preCreate", "construct", "postCreate", "use", "preDestroy", "destroy"};
-    QTest::newRow("preCreate fails") << int(PreCreate) << QStringList{"preCreate", "failed: preCreate"};
-    QTest::newRow("construction fails") << int(Construction)
-                                        << QStringList{"preCreate", "construct", "failed: construct"};
-    QTest::newRow("postCreate fails") << int(PostCreate)
-                                      << QStringList{"preCreate",  "construct", "postCreate",
-                                                     "preDestroy", "destroy",   "failed: postCreate"};
+    const TestTable<int, QStringList> table("failing", "expected");
+    table.row("none fails", int(None), {"preCreate", "construct", "postCreate", "use", "preDestroy", "destroy"});
+    table.row("preCreate fails", int(PreCreate), {"preCreate", "failed: preCreate"});
+    table.row("construction fails", int(Construction), {"preCreate", "construct", "failed: construct"});
+    table.row("postCreate fails", int(PostCreate),
+              {"preCreate", "construct", "postCreate", "preDestroy", "destroy", "failed: postCreate"});
 }
 
 void ObjectTest::runsEveryStep() {

@@ -1,5 +1,7 @@
 #include "PadTypeTest.h"
 
+#include <support/TestTable.h>
+
 #include <Quillon/PadType.h>
 
 #include <QRegularExpression>
@@ -20,14 +22,11 @@ void PadTypeTest::concretesAreDistinctAndHaveAVoltage() {
 }
 
 void PadTypeTest::voltageIsTheSecondPiece_data() {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("voltage");
-    QTest::newRow("two pieces") << "LVDS_2.5V"
-                                << "2.5V";
-    QTest::newRow("three pieces") << "SSTL_1.8V_II"
-                                  << "1.8V";
-    QTest::newRow("one piece") << "LVDS" << QString();
-    QTest::newRow("no pad type") << QString() << QString();
+    const TestTable<QString, QString> table("name", "voltage");
+    table.row("two pieces", "LVDS_2.5V", "2.5V");
+    table.row("three pieces", "SSTL_1.8V_II", "1.8V");
+    table.row("one piece", "LVDS", {});
+    table.row("no pad type", {}, {});
 }
 
 void PadTypeTest::voltageIsTheSecondPiece() {

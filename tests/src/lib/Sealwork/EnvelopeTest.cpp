@@ -1,5 +1,7 @@
 #include "EnvelopeTest.h"
 
+#include <support/TestTable.h>
+
 #include "Failure.h"
 #include "Installation.h"
 #include "Tool.h"
@@ -159,10 +161,7 @@ void EnvelopeTest::knownEnvelope() {
 }
 
 void EnvelopeTest::openedElsewhere_data() {
-    QTest::addColumn<QByteArray>("language");
-    QTest::addColumn<QByteArray>("directive");
-    QTest::addColumn<QByteArray>("method");
-    QTest::addColumn<int>("size");
+    TestTable<QByteArray, QByteArray, QByteArray, int>("language", "directive", "method", "size");
     for (const int size : {0, 1, 15, 16, 17, 56, 57, 58, 16383, 16384, 16385, 1 << 20}) {
         QTest::addRow("vhdl %d", size) << QByteArray("vhdl") << QByteArray("`protect ") << QByteArray("aes256-cbc")
                                        << size;
@@ -210,33 +209,22 @@ void EnvelopeTest::noTwoAlike() {
 }
 
 void EnvelopeTest::refusedRegions_data() {
-    QTest::addColumn<int>("selector");
-    QTest::addColumn<QByteArray>("language");
-    QTest::addColumn<int>("infoSize");
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QString>("refusal");
+    const TestTable<int, QByteArray, int, QByteArray, QString> table("selector", "language", "infoSize", "text",
+                                                                     "refusal");
     const QByteArray text("a <= b;\n");
     const auto envelope = [](int line) {
         return QStringLiteral("Fatal: Region already holds a protected envelope [line=%1]").arg(line);
     };
-    QTest::newRow("selector 0") << 0 << QByteArray("vhdl") << 16 << text
-                                << "InvalidRequest: Unknown selector [selector=0]";
-    QTest::newRow("selector 1") << 1 << QByteArray("vhdl") << 16 << text
-                                << "InvalidRequest: Unknown selector [selector=1]";
-    QTest::newRow("upper case") << -1 << QByteArray("VHDL") << 16 << text
-                                << "InvalidRequest: Unknown language [language=VHDL]";
-    QTest::newRow("no language") << -1 << QByteArray() << 16 << text << "InvalidRequest: Unknown language [language=]";
-    QTest::newRow("short info") << -1 << QByteArray("vlog") << 15 << text
-                                << "InvalidRequest: Information block should be 16 bytes [size=15]";
-    QTest::newRow("long info") << -1 << QByteArray("vlog") << 17 << text
-                               << "InvalidRequest: Information block should be 16 bytes [size=17]";
-    QTest::newRow("key block") << -1 << QByteArray("vhdl") << 16 << QByteArray("`protect key_block") << envelope(1);
-    QTest::newRow("data block") << -1 << QByteArray("vlog") << 16
-                                << QByteArray("`define A\nx `A ``\n\n \t`pragma protect data_block \r\nAAAA\n")
-                                << envelope(4);
-    QTest::newRow("no envelope") << -1 << QByteArray("vhdl") << 16
-                                 << QByteArray("`protect begin_protected\n` ` `\n-- `protect data_block\n`")
-                                 << QString();
+    table.row("selector 0", 0, "vhdl", 16, text, "InvalidRequest: Unknown selector [selector=0]");
+    table.row("selector 1", 1, "vhdl", 16, text, "InvalidRequest: Unknown selector [selector=1]");
+    table.row("upper case", -1, "VHDL", 16, text, "InvalidRequest: Unknown language [language=VHDL]");
+    table.row("no language", -1, {}, 16, text, "InvalidRequest: Unknown language [language=]");
+    table.row("short info", -1, "vlog", 15, text, "InvalidRequest: Information block should be 16 bytes [size=15]");
+    table.row("long info", -1, "vlog", 17, text, "InvalidRequest: Information block should be 16 bytes [size=17]");
+    table.row("key block", -1, "vhdl", 16, "`protect key_block", envelope(1));
+    table.row("data block", -1, "vlog", 16, "`define A\nx `A ``\n\n \t`pragma protect data_block \r\nAAAA\n",
+              envelope(4));
+    table.row("no envelope", -1, "vhdl", 16, "`protect begin_protected\n` ` `\n-- `protect data_block\n`", {});
 }
 
 void EnvelopeTest::refusedRegions() {

@@ -1,5 +1,7 @@
 #include "KeyringTest.h"
 
+#include <support/TestTable.h>
+
 #include "Failure.h"
 #include "Installation.h"
 #include "Tool.h"
@@ -50,8 +52,7 @@ void KeyringTest::recipientsInOrderOfFileName() {
 }
 
 void KeyringTest::refusedRecipients_data() {
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QString>("fault");
+    const TestTable<QByteArray, QString> table("text", "fault");
     const QByteArray good = toBytes(Installation::rsaKey(2048).getPublicPem());
     const QByteArray odd2048 = QByteArray(510, 'f') + "01";
     const auto layout = QStringLiteral("not the lines Key-Owner and Key-Name and one public key");
@@ -59,37 +60,37 @@ void KeyringTest::refusedRecipients_data() {
     const auto named = [&good](const QByteArray& owner, const QByteArray& name) {
         return "Key-Owner: " + owner + "\nKey-Name: " + name + "\n" + good;
     };
-    QTest::newRow("1024 bits") << header + rsaPem(1024) << "shorter than 2048 bits [bits=1024]";
-    QTest::newRow("2047 bits") << header + madeUpRsaPem("7f" + odd2048.mid(2), "10001")
-                               << "shorter than 2048 bits [bits=2047]";
-    QTest::newRow("8200 bits") << header + madeUpRsaPem(QByteArray(2048, 'f') + "01", "10001")
-                               << "longer than 8192 bits [bits=8200]";
-    QTest::newRow("exponent 3") << header + madeUpRsaPem(odd2048, "3") << "exponent not odd or below 65537";
-    QTest::newRow("even exponent") << header + madeUpRsaPem(odd2048, "10002") << "exponent not odd or below 65537";
-    QTest::newRow("even modulus") << header + madeUpRsaPem(QByteArray(512, 'e'), "10001") << "damaged key";
-    QTest::newRow("elliptic curve") << header + publicPem({QStringLiteral("EC"), QStringLiteral("-pkeyopt"),
-                                                           QStringLiteral("ec_paramgen_curve:P-256")})
-                                    << "not RSA";
-    QTest::newRow("Ed25519") << header + publicPem({QStringLiteral("ED25519")}) << "not RSA";
-    QTest::newRow("RSA-PSS") << header + publicPem({QStringLiteral("RSA-PSS")}) << "not RSA";
-    QTest::newRow("two keys") << header + good + good << layout;
-    QTest::newRow("private key") << header + toBytes(Installation::rsaKey(2048).getPrivatePem().text()) << layout;
-    QTest::newRow("no key") << header << layout;
-    QTest::newRow("cut key") << header + good.left(200) << layout;
-    QTest::newRow("damaged base64") << header + QByteArray(good).replace("\nMII", "\n!!!") << layout;
-    QTest::newRow("text between") << header + "x\n" + good << layout;
-    QTest::newRow("no names") << good << layout;
-    QTest::newRow("names in the other order") << "Key-Name: a\nKey-Owner: b\n" + good << layout;
-    QTest::newRow("empty file") << QByteArray() << layout;
-    QTest::newRow("quote") << named("a\"b", "c") << badName;
-    QTest::newRow("backslash") << named("a\\b", "c") << badName;
-    QTest::newRow("backtick") << named("a", "c`") << badName;
-    QTest::newRow("not ASCII") << named("a", "\xc3\xa9") << badName;
-    QTest::newRow("tab") << named("a\tb", "c") << badName;
-    QTest::newRow("empty name") << named("a", "") << badName;
-    QTest::newRow("blank at the end") << named("a", "c ") << badName;
-    QTest::newRow("too long") << named("a", QByteArray(129, 'n')) << badName;
-    QTest::newRow("named twice") << named("Velmora", "first") << "named twice";
+    table.row("1024 bits", header + rsaPem(1024), "shorter than 2048 bits [bits=1024]");
+    table.row("2047 bits", header + madeUpRsaPem("7f" + odd2048.mid(2), "10001"), "shorter than 2048 bits [bits=2047]");
+    table.row("8200 bits", header + madeUpRsaPem(QByteArray(2048, 'f') + "01", "10001"),
+              "longer than 8192 bits [bits=8200]");
+    table.row("exponent 3", header + madeUpRsaPem(odd2048, "3"), "exponent not odd or below 65537");
+    table.row("even exponent", header + madeUpRsaPem(odd2048, "10002"), "exponent not odd or below 65537");
+    table.row("even modulus", header + madeUpRsaPem(QByteArray(512, 'e'), "10001"), "damaged key");
+    table.row("elliptic curve",
+              header + publicPem({QStringLiteral("EC"), QStringLiteral("-pkeyopt"),
+                                  QStringLiteral("ec_paramgen_curve:P-256")}),
+              "not RSA");
+    table.row("Ed25519", header + publicPem({QStringLiteral("ED25519")}), "not RSA");
+    table.row("RSA-PSS", header + publicPem({QStringLiteral("RSA-PSS")}), "not RSA");
+    table.row("two keys", header + good + good, layout);
+    table.row("private key", header + toBytes(Installation::rsaKey(2048).getPrivatePem().text()), layout);
+    table.row("no key", header, layout);
+    table.row("cut key", header + good.left(200), layout);
+    table.row("damaged base64", header + QByteArray(good).replace("\nMII", "\n!!!"), layout);
+    table.row("text between", header + "x\n" + good, layout);
+    table.row("no names", good, layout);
+    table.row("names in the other order", "Key-Name: a\nKey-Owner: b\n" + good, layout);
+    table.row("empty file", {}, layout);
+    table.row("quote", named("a\"b", "c"), badName);
+    table.row("backslash", named("a\\b", "c"), badName);
+    table.row("backtick", named("a", "c`"), badName);
+    table.row("not ASCII", named("a", "\xc3\xa9"), badName);
+    table.row("tab", named("a\tb", "c"), badName);
+    table.row("empty name", named("a", ""), badName);
+    table.row("blank at the end", named("a", "c "), badName);
+    table.row("too long", named("a", QByteArray(129, 'n')), badName);
+    table.row("named twice", named("Velmora", "first"), "named twice");
 }
 
 void KeyringTest::refusedRecipients() {
@@ -126,23 +127,20 @@ void KeyringTest::missingRecipients() {
 }
 
 void KeyringTest::refusedScriptKeys_data() {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QString>("reason");
+    const TestTable<QString, QByteArray, QString> table("name", "text", "reason");
     const QString goodName = QStringLiteral("630dcd2966c43366.key");
     const QString wrongName = QStringLiteral("not named after its key: ") + goodName;
     const QString wrongText = QStringLiteral("not 64 hexadecimal digits and a line feed");
-    QTest::newRow("good") << goodName << scriptKeyText << QString();
-    QTest::newRow("upper case") << goodName << scriptKeyText.toUpper() << QString();
-    QTest::newRow("other name") << "release.key" << scriptKeyText << wrongName;
-    QTest::newRow("one bit off") << goodName << QByteArray(scriptKeyText).replace("1f\n", "1e\n")
-                                 << "not named after its key: ";
-    QTest::newRow("no line feed") << goodName << scriptKeyText.trimmed() << wrongText;
-    QTest::newRow("short") << goodName << scriptKeyText.mid(2) << wrongText;
-    QTest::newRow("long") << goodName << "00" + scriptKeyText << wrongText;
-    QTest::newRow("not hexadecimal") << goodName << QByteArray(scriptKeyText).replace("1f\n", "1g\n") << wrongText;
-    QTest::newRow("empty") << goodName << QByteArray() << wrongText;
-    QTest::newRow("huge") << goodName << QByteArray(70000, '0') << "larger than 64 KiB";
+    table.row("good", goodName, scriptKeyText, {});
+    table.row("upper case", goodName, scriptKeyText.toUpper(), {});
+    table.row("other name", "release.key", scriptKeyText, wrongName);
+    table.row("one bit off", goodName, QByteArray(scriptKeyText).replace("1f\n", "1e\n"), "not named after its key: ");
+    table.row("no line feed", goodName, scriptKeyText.trimmed(), wrongText);
+    table.row("short", goodName, scriptKeyText.mid(2), wrongText);
+    table.row("long", goodName, "00" + scriptKeyText, wrongText);
+    table.row("not hexadecimal", goodName, QByteArray(scriptKeyText).replace("1f\n", "1g\n"), wrongText);
+    table.row("empty", goodName, {}, wrongText);
+    table.row("huge", goodName, QByteArray(70000, '0'), "larger than 64 KiB");
 }
 
 void KeyringTest::refusedScriptKeys() {
@@ -161,12 +159,12 @@ void KeyringTest::refusedScriptKeys() {
 }
 
 void KeyringTest::refusedSigners_data() {
-    QTest::addColumn<QByteArray>("text");
+    const TestTable<QByteArray> table("text");
     const auto key = Sealwork::AsymmetricKey::makeEd25519();
-    QTest::newRow("RSA") << toBytes(Installation::rsaKey(2048).getPublicPem());
-    QTest::newRow("private half") << toBytes(key.getPrivatePem().text());
-    QTest::newRow("two keys") << toBytes(key.getPublicPem() + key.getPublicPem());
-    QTest::newRow("empty") << QByteArray();
+    table.row("RSA", toBytes(Installation::rsaKey(2048).getPublicPem()));
+    table.row("private half", toBytes(key.getPrivatePem().text()));
+    table.row("two keys", toBytes(key.getPublicPem() + key.getPublicPem()));
+    table.row("empty", {});
 }
 
 void KeyringTest::refusedSigners() {

@@ -1,5 +1,7 @@
 #include "ScriptTest.h"
 
+#include <support/TestTable.h>
+
 #include "Failure.h"
 #include "Installation.h"
 #include "Tool.h"
@@ -85,7 +87,7 @@ void ScriptTest::knownContainer() {
 }
 
 void ScriptTest::roundTrips_data() {
-    QTest::addColumn<int>("size");
+    TestTable<int>("size");
     for (const int size : {0, 1, 15, 16, 17, 40, 41, 42, 56, 57, 58, 1 << 20})
         QTest::addRow("%d bytes", size) << size;
 }
@@ -138,9 +140,9 @@ void ScriptTest::signatureHoldsElsewhere() {
 }
 
 void ScriptTest::alterations_data() {
-    QTest::addColumn<bool>("isSigned");
-    QTest::newRow("unsigned") << false;
-    QTest::newRow("signed") << true;
+    const TestTable<bool> table("isSigned");
+    table.row("unsigned", false);
+    table.row("signed", true);
 }
 
 void ScriptTest::alterations() {
@@ -182,40 +184,32 @@ void ScriptTest::alterations() {
 }
 
 void ScriptTest::refusedTexts_data() {
-    QTest::addColumn<QByteArray>("from");
-    QTest::addColumn<QByteArray>("to");
-    QTest::addColumn<QString>("refusal");
+    const TestTable<QByteArray, QByteArray, QString> table("from", "to", "refusal");
     const auto malformed = refusedFor("truncated or malformed");
     const auto unsupported = refusedFor("unsupported format");
-    QTest::newRow("Python") << fixedContainer << QByteArray("def generate(argDict):\n")
-                            << refusedFor("not a sealed script");
-    QTest::newRow("empty") << fixedContainer << QByteArray() << refusedFor("not a sealed script");
-    QTest::newRow("format 2") << QByteArray("Format: 1") << QByteArray("Format: 2") << unsupported;
-    QTest::newRow("other cipher") << QByteArray("AES-256-GCM") << QByteArray("AES-256-CCM") << unsupported;
-    QTest::newRow("two blanks") << QByteArray("Key-Id: ") << QByteArray("Key-Id:  ") << malformed;
-    QTest::newRow("other case") << QByteArray("Nonce: ") << QByteArray("nonce: ") << malformed;
-    QTest::newRow("nonce in upper case") << QByteArray("0a0b\n") << QByteArray("0A0B\n") << malformed;
-    QTest::newRow("field twice") << QByteArray("Length: 6\n") << QByteArray("Length: 6\nLength: 6\n") << malformed;
-    QTest::newRow("order") << QByteArray("Nonce: 000102030405060708090a0b\nLength: 6\n")
-                           << QByteArray("Length: 6\nNonce: 000102030405060708090a0b\n") << malformed;
+    table.row("Python", fixedContainer, "def generate(argDict):\n", refusedFor("not a sealed script"));
+    table.row("empty", fixedContainer, {}, refusedFor("not a sealed script"));
+    table.row("format 2", "Format: 1", "Format: 2", unsupported);
+    table.row("other cipher", "AES-256-GCM", "AES-256-CCM", unsupported);
+    table.row("two blanks", "Key-Id: ", "Key-Id:  ", malformed);
+    table.row("other case", "Nonce: ", "nonce: ", malformed);
+    table.row("nonce in upper case", "0a0b\n", "0A0B\n", malformed);
+    table.row("field twice", "Length: 6\n", "Length: 6\nLength: 6\n", malformed);
+    table.row("order", "Nonce: 000102030405060708090a0b\nLength: 6\n", "Length: 6\nNonce: 000102030405060708090a0b\n",
+              malformed);
     for (const auto* length : {"5", "7", "06", "+6", "-6", "6 ", "0x6", "", "67108865", "18446744073709551600",
                                "18446744073709551622", "99999999999999999999999"})
         QTest::addRow("length %s", length) << QByteArray("Length: 6\n") << "Length: " + QByteArray(length) + "\n"
                                            << malformed;
-    QTest::newRow("largest length") << QByteArray("Length: 6\n") << QByteArray("Length: 67108864\n") << malformed;
-    QTest::newRow("base64 with stray bits") << QByteArray("GzQ==") << QByteArray("GzR==") << malformed;
-    QTest::newRow("signer without signature")
-        << QByteArray("Length: 6\n") << QByteArray("Length: 6\nSigner: 0011223344556677\n") << malformed;
-    QTest::newRow("signature without signer")
-        << QByteArray("-----END") << "\nSignature: " + QByteArray(128, '0') + "\n-----END" << malformed;
-    QTest::newRow("other key") << QByteArray("630dcd2966c43366") << QByteArray("630dcd2966c43367")
-                               << refusedFor("its key is not installed", "keyId", "630dcd2966c43367");
-    QTest::newRow("other text") << QByteArray("PyLr") << QByteArray("PyLs")
-                                << refusedFor("altered after it was sealed");
-    QTest::newRow("other tag") << QByteArray("eyGzQ==") << QByteArray("eyGzA==")
-                               << refusedFor("altered after it was sealed");
-    QTest::newRow("other nonce") << QByteArray("Nonce: 00") << QByteArray("Nonce: 01")
-                                 << refusedFor("altered after it was sealed");
+    table.row("largest length", "Length: 6\n", "Length: 67108864\n", malformed);
+    table.row("base64 with stray bits", "GzQ==", "GzR==", malformed);
+    table.row("signer without signature", "Length: 6\n", "Length: 6\nSigner: 0011223344556677\n", malformed);
+    table.row("signature without signer", "-----END", "\nSignature: " + QByteArray(128, '0') + "\n-----END", malformed);
+    table.row("other key", "630dcd2966c43366", "630dcd2966c43367",
+              refusedFor("its key is not installed", "keyId", "630dcd2966c43367"));
+    table.row("other text", "PyLr", "PyLs", refusedFor("altered after it was sealed"));
+    table.row("other tag", "eyGzQ==", "eyGzA==", refusedFor("altered after it was sealed"));
+    table.row("other nonce", "Nonce: 00", "Nonce: 01", refusedFor("altered after it was sealed"));
 }
 
 void ScriptTest::refusedTexts() {

@@ -1,5 +1,7 @@
 #include "SealToolEnvelopeTest.h"
 
+#include <support/TestTable.h>
+
 #include <QDateTime>
 #include <QDir>
 #include <QtTest>
@@ -39,26 +41,19 @@ void SealToolEnvelopeTest::cleanup() {
 }
 
 void SealToolEnvelopeTest::protectedFilesOpenAgain_data() {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QByteArray>("opened");
-    QTest::newRow("VHDL") << "t.vhd"
-                          << "a\n" + region + "b\n"
-                          << "a\n" + regionText + "b\n";
-    QTest::newRow("Verilog") << "t.v"
-                             << "a\n" + region + "b\n"
-                             << "a\n" + regionText + "b\n";
-    QTest::newRow("region alone") << "t.vhd" << region << regionText;
-    QTest::newRow("two regions") << "t.vh" << region + "\n" + region << regionText + "\n" + regionText;
-    QTest::newRow("one after another") << "t.vhd" << region + region << regionText + regionText;
-    QTest::newRow("no line feed at the end") << "t.vhd" << region + "b" << regionText + "b\n";
-    QTest::newRow("marker at the end") << "t.vhd" << region.trimmed() << regionText;
-    QTest::newRow("CR LF") << "t.vhd"
-                           << QByteArray("a\r\n" + region + "b\r\n").replace("protect begin\n", "protect begin\r\n")
-                           << "a\r\n" + regionText + "b\r\n";
-    QTest::newRow("empty region") << "t.vhd" << QByteArray("a\n`protect begin\n`protect end\n") << QByteArray("a\n");
-    QTest::newRow("8-bit and NUL") << "t.vhd" << QByteArray("`protect begin\n\xff\0\x80\n`protect end\n", 32)
-                                   << QByteArray("\xff\0\x80\n", 4);
+    const TestTable<QString, QByteArray, QByteArray> table("name", "text", "opened");
+    table.row("VHDL", "t.vhd", "a\n" + region + "b\n", "a\n" + regionText + "b\n");
+    table.row("Verilog", "t.v", "a\n" + region + "b\n", "a\n" + regionText + "b\n");
+    table.row("region alone", "t.vhd", region, regionText);
+    table.row("two regions", "t.vh", region + "\n" + region, regionText + "\n" + regionText);
+    table.row("one after another", "t.vhd", region + region, regionText + regionText);
+    table.row("no line feed at the end", "t.vhd", region + "b", regionText + "b\n");
+    table.row("marker at the end", "t.vhd", region.trimmed(), regionText);
+    table.row("CR LF", "t.vhd", QByteArray("a\r\n" + region + "b\r\n").replace("protect begin\n", "protect begin\r\n"),
+              "a\r\n" + regionText + "b\r\n");
+    table.row("empty region", "t.vhd", "a\n`protect begin\n`protect end\n", "a\n");
+    table.row("8-bit and NUL", "t.vhd", QByteArray("`protect begin\n\xff\0\x80\n`protect end\n", 32),
+              QByteArray("\xff\0\x80\n", 4));
 }
 
 void SealToolEnvelopeTest::protectedFilesOpenAgain() {
@@ -97,50 +92,46 @@ void SealToolEnvelopeTest::chosenRecipients() {
 }
 
 void SealToolEnvelopeTest::refusals_data() {
-    QTest::addColumn<QString>("line");
-    QTest::addColumn<QByteArray>("input");
-    QTest::addColumn<int>("exitCode");
-    QTest::addColumn<QByteArray>("errors");
-    const auto row = [](const char* name, const char* line, const QByteArray& input, int exitCode,
-                        const QByteArray& errors) { QTest::newRow(name) << line << input << exitCode << errors; };
+    const TestTable<QString, QByteArray, int, QByteArray> table("line", "input", "exitCode", "errors");
     const char* protectLine = "protect - --language vhdl -o @/out";
     const char* openLine = "open @/t --key @/a.private.pem -o @/out";
     const QByteArray isMalformed("Envelope refused: truncated or malformed ");
-    row("region left open", protectLine, "a\n`protect begin\nb\n", 3, "-:2: No \"`protect end\" follows");
-    row("end first", protectLine, "a\nb\n`protect end\n", 3, "-:3: No \"`protect begin\" found");
-    row("two begins", protectLine, "`protect begin\na\n`protect begin\n", 3, "-:3: Already encrypting");
-    row("envelope in a region", protectLine, "a\n`protect begin\nb\n`protect key_block\n`protect end\n", 3,
-        "-:4: Region already holds a protected envelope");
-    row("protected twice", "protect @/t -o @/out", {}, 3, "@/t:8: Region already holds a protected envelope");
-    row("no language", "protect - -o @/out", {}, 2,
-        "Standard input has no name to tell its language, give --language; see velmora-seal --help");
-    row("unknown language", "protect - --language VHDL -o @/out", {}, 2,
-        "--language should be auto, vhdl or vlog; see velmora-seal --help");
-    row("no recipients", "protect @/t -o @/out --recipients @/scripts", {}, 2, "@/scripts: No recipient key installed");
-    row("output exists", "protect @/t -o @/t", {}, 2, "@/t: File exists already, --force replaces it");
-    row("no key", "open @/t -o @/out", {}, 2, "Option --key is missing; see velmora-seal --help");
-    row("key of no use", "open @/t --key @/t -o @/out", {}, 2,
-        "@/t: Unable to read key file (not an RSA private key, or not its passphrase)");
-    row("other key", "open @/t --key @/b.private.pem -o @/out", {}, 4,
-        "@/t:2: Envelope refused: no key block opens with this key");
-    row("nothing to open", "open @/a.private.pem --key @/a.private.pem -o @/out", {}, 6,
-        "@/a.private.pem: Nothing to open: no protected envelope");
-    row("altered", "open @/altered --key @/a.private.pem -o @/out", {}, 5,
-        "@/altered:2: Envelope refused: altered after it was protected");
-    row("second one altered", "open @/second --key @/a.private.pem -o @/out", {}, 5,
-        "@/second:22: Envelope refused: altered after it was protected");
-    row("cut", "open @/cut --key @/a.private.pem -o @/out", {}, 3,
-        "@/cut:2: " + isMalformed + "(no end_protected follows)");
-    row("CR LF", "open @/crlf --key @/a.private.pem -o @/out", {}, 3,
-        "@/crlf:2: " + isMalformed + "(not as Velmora writes it, --lax reads envelopes of other tools)");
-    row("opened into itself", "open @/t --key @/a.private.pem -o @/t", {}, 2,
-        "@/t: File exists already, --force replaces it");
-    row("nothing to tell of", "info @/a.private.pem", {}, 6,
-        "@/a.private.pem: Neither a protected envelope nor a sealed script");
-    row("what is cut", "info @/cut", {}, 3, "@/cut:2: " + isMalformed + "(no end_protected follows)");
-    row("no action", "recipients", {}, 2,
-        "Expected recipients list, recipients check or recipients add FILE; see velmora-seal --help");
-    row("good", openLine, {}, 0, {});
+    table.row("region left open", protectLine, "a\n`protect begin\nb\n", 3, "-:2: No \"`protect end\" follows");
+    table.row("end first", protectLine, "a\nb\n`protect end\n", 3, "-:3: No \"`protect begin\" found");
+    table.row("two begins", protectLine, "`protect begin\na\n`protect begin\n", 3, "-:3: Already encrypting");
+    table.row("envelope in a region", protectLine, "a\n`protect begin\nb\n`protect key_block\n`protect end\n", 3,
+              "-:4: Region already holds a protected envelope");
+    table.row("protected twice", "protect @/t -o @/out", {}, 3, "@/t:8: Region already holds a protected envelope");
+    table.row("no language", "protect - -o @/out", {}, 2,
+              "Standard input has no name to tell its language, give --language; see velmora-seal --help");
+    table.row("unknown language", "protect - --language VHDL -o @/out", {}, 2,
+              "--language should be auto, vhdl or vlog; see velmora-seal --help");
+    table.row("no recipients", "protect @/t -o @/out --recipients @/scripts", {}, 2,
+              "@/scripts: No recipient key installed");
+    table.row("output exists", "protect @/t -o @/t", {}, 2, "@/t: File exists already, --force replaces it");
+    table.row("no key", "open @/t -o @/out", {}, 2, "Option --key is missing; see velmora-seal --help");
+    table.row("key of no use", "open @/t --key @/t -o @/out", {}, 2,
+              "@/t: Unable to read key file (not an RSA private key, or not its passphrase)");
+    table.row("other key", "open @/t --key @/b.private.pem -o @/out", {}, 4,
+              "@/t:2: Envelope refused: no key block opens with this key");
+    table.row("nothing to open", "open @/a.private.pem --key @/a.private.pem -o @/out", {}, 6,
+              "@/a.private.pem: Nothing to open: no protected envelope");
+    table.row("altered", "open @/altered --key @/a.private.pem -o @/out", {}, 5,
+              "@/altered:2: Envelope refused: altered after it was protected");
+    table.row("second one altered", "open @/second --key @/a.private.pem -o @/out", {}, 5,
+              "@/second:22: Envelope refused: altered after it was protected");
+    table.row("cut", "open @/cut --key @/a.private.pem -o @/out", {}, 3,
+              "@/cut:2: " + isMalformed + "(no end_protected follows)");
+    table.row("CR LF", "open @/crlf --key @/a.private.pem -o @/out", {}, 3,
+              "@/crlf:2: " + isMalformed + "(not as Velmora writes it, --lax reads envelopes of other tools)");
+    table.row("opened into itself", "open @/t --key @/a.private.pem -o @/t", {}, 2,
+              "@/t: File exists already, --force replaces it");
+    table.row("nothing to tell of", "info @/a.private.pem", {}, 6,
+              "@/a.private.pem: Neither a protected envelope nor a sealed script");
+    table.row("what is cut", "info @/cut", {}, 3, "@/cut:2: " + isMalformed + "(no end_protected follows)");
+    table.row("no action", "recipients", {}, 2,
+              "Expected recipients list, recipients check or recipients add FILE; see velmora-seal --help");
+    table.row("good", openLine, {}, 0, {});
     for (const auto* command : {"recipients", "unseal", "protect", "open", "info"})
         QTest::addRow("%s --help", command)
             << QStringLiteral("%1 --help").arg(QLatin1String(command)) << QByteArray() << 0 << QByteArray();
@@ -300,30 +291,26 @@ void SealToolEnvelopeTest::addedRecipients() {
 }
 
 void SealToolEnvelopeTest::refusedRecipients_data() {
-    QTest::addColumn<QByteArray>("file");
-    QTest::addColumn<QString>("options");
-    QTest::addColumn<int>("exitCode");
-    QTest::addColumn<QByteArray>("errors");
+    const TestTable<QByteArray, QString, int, QByteArray> table("file", "options", "exitCode", "errors");
     const auto pem = toBytes(Installation::rsaKey(2304).getPublicPem());
     const QByteArray noKey("@/key: Not one public key, in PEM or in a key_public_key block\n");
     const auto named = QStringLiteral("--owner O --name n");
-    QTest::newRow("no name") << pem << "--owner O" << 2
-                             << QByteArray("The file does not tell the name, give --name; see velmora-seal --help\n");
-    QTest::newRow("no key") << QByteArray("text\n") << named << 3 << noKey;
-    QTest::newRow("two keys") << pem + pem << named << 3 << noKey;
-    QTest::newRow("damaged block") << QByteArray("`protect key_public_key\nAAAA\n") << named << 3 << noKey;
-    QTest::newRow("bad name") << pem << "--owner O --name `" << 2
-                              << QByteArray("@/key: Recipient key refused: bad owner or name\n");
-    QTest::newRow("named already") << pem << "--owner Velmora --name a --recipients @/recipients" << 2
-                                   << QByteArray("@/recipients/a.pem: File exists already, --force replaces it\n");
-    QTest::newRow("named in another file") << pem << "--owner Velmora --name b" << 2
-                                           << QByteArray("@/recipients/b.pem: Recipient key refused: named twice\n");
-    QTest::newRow("not RSA") << toBytes(Sealwork::AsymmetricKey::makeEd25519().getPublicPem()) << named << 2
-                             << QByteArray("@/key: Recipient key refused: not RSA\n");
-    QTest::newRow("short") << openssl({QStringLiteral("pkey"), QStringLiteral("-pubout")},
-                                      openssl({QStringLiteral("genrsa"), QStringLiteral("1024")}))
-                           << named << 2
-                           << QByteArray("@/key: Recipient key refused: shorter than 2048 bits (bits 1024)\n");
+    table.row("no name", pem, "--owner O", 2,
+              "The file does not tell the name, give --name; see velmora-seal --help\n");
+    table.row("no key", "text\n", named, 3, noKey);
+    table.row("two keys", pem + pem, named, 3, noKey);
+    table.row("damaged block", "`protect key_public_key\nAAAA\n", named, 3, noKey);
+    table.row("bad name", pem, "--owner O --name `", 2, "@/key: Recipient key refused: bad owner or name\n");
+    table.row("named already", pem, "--owner Velmora --name a --recipients @/recipients", 2,
+              "@/recipients/a.pem: File exists already, --force replaces it\n");
+    table.row("named in another file", pem, "--owner Velmora --name b", 2,
+              "@/recipients/b.pem: Recipient key refused: named twice\n");
+    table.row("not RSA", toBytes(Sealwork::AsymmetricKey::makeEd25519().getPublicPem()), named, 2,
+              "@/key: Recipient key refused: not RSA\n");
+    table.row("short",
+              openssl({QStringLiteral("pkey"), QStringLiteral("-pubout")},
+                      openssl({QStringLiteral("genrsa"), QStringLiteral("1024")})),
+              named, 2, "@/key: Recipient key refused: shorter than 2048 bits (bits 1024)\n");
 }
 
 void SealToolEnvelopeTest::refusedRecipients() {

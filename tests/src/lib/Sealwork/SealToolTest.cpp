@@ -1,5 +1,7 @@
 #include "SealToolTest.h"
 
+#include <support/TestTable.h>
+
 #include "Failure.h"
 #include "Tool.h"
 
@@ -118,57 +120,47 @@ void SealToolTest::exitStatus_data() {
     for (const auto* setUp : {"keygen script -o @/keys", "keygen script -o @/several", "keygen script -o @/several",
                               "seal @/plain -o @/sealed --key @/keys"})
         QCOMPARE(seal(argumentsOf(setUp, directory)).exitCode, 0);
-    QTest::addColumn<QString>("line");
-    QTest::addColumn<int>("exitCode");
-    QTest::addColumn<QString>("errors");
-    QTest::newRow("no command") << "" << 2 << "No command given; see velmora-seal --help";
-    QTest::newRow("help") << "--help" << 0 << "";
-    QTest::newRow("help of a command") << "seal --help" << 0 << "";
-    QTest::newRow("unknown command") << "sael" << 2 << "Unknown command sael; see velmora-seal --help";
-    QTest::newRow("unknown option") << "seal a -o b --kay c" << 2 << "Unknown option --kay; see velmora-seal --help";
-    QTest::newRow("unknown letter") << "seal a -xo b" << 2 << "Unknown option -x; see velmora-seal --help";
-    QTest::newRow("no value") << "seal a -o" << 2 << "Option -o needs a value; see velmora-seal --help";
-    QTest::newRow("no input") << "seal -o b --key c" << 2 << "The script IN is missing; see velmora-seal --help";
-    QTest::newRow("two inputs") << "seal a b -o c --key d" << 2
-                                << "The script IN should be given once; see velmora-seal --help";
-    QTest::newRow("no output") << "seal a --key c" << 2 << "Option --output is missing; see velmora-seal --help";
-    QTest::newRow("no key") << "seal @/plain -o @/b" << 2 << "Option --key is missing; see velmora-seal --help";
-    QTest::newRow("missing input") << "seal @/none -o @/b --key @/keys" << 2
-                                   << "@/none: Unable to read file (No such file or directory)";
-    QTest::newRow("directory as input") << "seal @ -o @/b --key @/keys" << 2
-                                        << "@: Unable to read file (Is a directory)";
-    QTest::newRow("sealed already") << "seal @/sealed -o @/b --key @/keys" << 2 << "@/sealed: Script is sealed already";
-    QTest::newRow("output exists") << "seal @/plain -o @/sealed --key @/keys" << 2
-                                   << "@/sealed: File exists already, --force replaces it";
-    QTest::newRow("no place for output") << "seal @/plain -o @/none/b --key @/keys" << 2
-                                         << "@/none/b: Unable to write file (No such file or directory)";
-    QTest::newRow("pipe as output") << "seal @/plain -o @/pipe --force --key @/keys" << 2
-                                    << "@/pipe: Unable to write file (not a regular file)";
-    QTest::newRow("directory as output") << "seal @/plain -o @ --key @/keys" << 2
-                                         << "@: Unable to write file (not a regular file)";
-    QTest::newRow("no name for a key pair")
-        << "keygen signer -o @/" << 2
-        << "--output should end with a file name that does not begin with a dot; see velmora-seal --help";
-    QTest::newRow("hidden key pair")
-        << "keygen signer -o @/.s" << 2
-        << "--output should end with a file name that does not begin with a dot; see velmora-seal --help";
-    QTest::newRow("no script key") << "seal @/plain -o @/b --key @" << 2 << "@: No script key in the directory";
-    QTest::newRow("several script keys") << "seal @/plain -o @/b --key @/several" << 2
-                                         << "@/several: Several script keys, name one of them";
-    QTest::newRow("bad signer")
-        << "seal @/plain -o @/b --key @/keys --signer @/plain" << 2
-        << "@/plain: Unable to read key file (not an Ed25519 private key, or not its passphrase)";
-    QTest::newRow("unknown kind")
-        << "keygen scrpt -o @/k" << 2
-        << "Unknown kind of key \"scrpt\", expected script, signer or recipient; see velmora-seal --help";
-    QTest::newRow("keep and force") << "keygen signer -o @/k --keep --force" << 2
-                                    << "--keep and --force exclude each other; see velmora-seal --help";
-    QTest::newRow("no owner") << "keygen recipient -o @/k --name n" << 2
-                              << "Option --owner is missing; see velmora-seal --help";
-    QTest::newRow("bad owner")
-        << "keygen recipient -o @/k --name n --owner `" << 2
-        << "--owner should be 1 to 128 printable ASCII characters without \", \\ and `, no blank at "
-           "either end; see velmora-seal --help";
+    const TestTable<QString, int, QString> table("line", "exitCode", "errors");
+    table.row("no command", "", 2, "No command given; see velmora-seal --help");
+    table.row("help", "--help", 0, "");
+    table.row("help of a command", "seal --help", 0, "");
+    table.row("unknown command", "sael", 2, "Unknown command sael; see velmora-seal --help");
+    table.row("unknown option", "seal a -o b --kay c", 2, "Unknown option --kay; see velmora-seal --help");
+    table.row("unknown letter", "seal a -xo b", 2, "Unknown option -x; see velmora-seal --help");
+    table.row("no value", "seal a -o", 2, "Option -o needs a value; see velmora-seal --help");
+    table.row("no input", "seal -o b --key c", 2, "The script IN is missing; see velmora-seal --help");
+    table.row("two inputs", "seal a b -o c --key d", 2, "The script IN should be given once; see velmora-seal --help");
+    table.row("no output", "seal a --key c", 2, "Option --output is missing; see velmora-seal --help");
+    table.row("no key", "seal @/plain -o @/b", 2, "Option --key is missing; see velmora-seal --help");
+    table.row("missing input", "seal @/none -o @/b --key @/keys", 2,
+              "@/none: Unable to read file (No such file or directory)");
+    table.row("directory as input", "seal @ -o @/b --key @/keys", 2, "@: Unable to read file (Is a directory)");
+    table.row("sealed already", "seal @/sealed -o @/b --key @/keys", 2, "@/sealed: Script is sealed already");
+    table.row("output exists", "seal @/plain -o @/sealed --key @/keys", 2,
+              "@/sealed: File exists already, --force replaces it");
+    table.row("no place for output", "seal @/plain -o @/none/b --key @/keys", 2,
+              "@/none/b: Unable to write file (No such file or directory)");
+    table.row("pipe as output", "seal @/plain -o @/pipe --force --key @/keys", 2,
+              "@/pipe: Unable to write file (not a regular file)");
+    table.row("directory as output", "seal @/plain -o @ --key @/keys", 2,
+              "@: Unable to write file (not a regular file)");
+    table.row("no name for a key pair", "keygen signer -o @/", 2,
+              "--output should end with a file name that does not begin with a dot; see velmora-seal --help");
+    table.row("hidden key pair", "keygen signer -o @/.s", 2,
+              "--output should end with a file name that does not begin with a dot; see velmora-seal --help");
+    table.row("no script key", "seal @/plain -o @/b --key @", 2, "@: No script key in the directory");
+    table.row("several script keys", "seal @/plain -o @/b --key @/several", 2,
+              "@/several: Several script keys, name one of them");
+    table.row("bad signer", "seal @/plain -o @/b --key @/keys --signer @/plain", 2,
+              "@/plain: Unable to read key file (not an Ed25519 private key, or not its passphrase)");
+    table.row("unknown kind", "keygen scrpt -o @/k", 2,
+              "Unknown kind of key \"scrpt\", expected script, signer or recipient; see velmora-seal --help");
+    table.row("keep and force", "keygen signer -o @/k --keep --force", 2,
+              "--keep and --force exclude each other; see velmora-seal --help");
+    table.row("no owner", "keygen recipient -o @/k --name n", 2, "Option --owner is missing; see velmora-seal --help");
+    table.row("bad owner", "keygen recipient -o @/k --name n --owner `", 2,
+              "--owner should be 1 to 128 printable ASCII characters without \", \\ and `, no blank at "
+              "either end; see velmora-seal --help");
     for (const auto* bits : {"2047", "8193", "2048x", "-2048", ""})
         QTest::addRow("bits %s", bits) << QStringLiteral("keygen recipient -o @/k --name n --owner o --bits=") +
                                               QLatin1String(bits)

@@ -1,6 +1,8 @@
 #include "ConsoleTest.h"
 #include "ForeignLocale.h"
 
+#include <support/TestTable.h>
+
 #include <Brindle/Build.h>
 #include <Brindle/Console.h>
 
@@ -53,37 +55,32 @@ void ConsoleTest::cleanup() {
 }
 
 void ConsoleTest::lines_data() {
-    QTest::addColumn<Action>("act");
-    QTest::addColumn<QString>("output");
-    QTest::addColumn<QString>("errors");
-    const auto row = [](const char* name, const Action& act, const char* output, const char* errors) {
-        QTest::newRow(name) << act << output << errors;
-    };
-    row(
+    const TestTable<Action, QString, QString> table("act", "output", "errors");
+    table.row(
         "text", [](Console& to) { to.print("Running velmora"); }, "Running velmora\n", "");
-    row(
+    table.row(
         "remark", [](Console& to) { to.remark("100% done"); }, "100% done\n", "");
-    row(
+    table.row(
         "error", [](Console& to) { to.error("Bad width"); }, "", "Bad width\n");
-    row(
+    table.row(
         "argument", [](Console& to) { to.print("Writing %...", "a%b"); }, "Writing a%b...\n", "");
-    row(
+    table.row(
         "first place only", [](Console& to) { to.print("% and %", "x"); }, "x and %\n", "");
-    row(
+    table.row(
         "empty argument", [](Console& to) { to.print("Writing %", ""); }, "Writing %\n", "");
-    row(
+    table.row(
         "argument without a place", [](Console& to) { to.print("Writing", "x"); }, "Writing\n", "");
-    row(
+    table.row(
         "several lines",
         [](Console& to) {
             to.indent();
             to.print("one\n\ntwo\n");
         },
         "  one\n\n  two\n\n", "");
-    row(
+    table.row(
         "control characters", [](Console& to) { to.print(std::string("a\x1b[31mb\0c\r\td\x7f", 13)); },
         "a?[31mb?c?\td?\n", "");
-    row(
+    table.row(
         "levels",
         [](Console& to) {
             to.print("a");
@@ -95,7 +92,7 @@ void ConsoleTest::lines_data() {
             to.print("d");
         },
         "a\n    b\n  d\n", "    c\n");
-    row(
+    table.row(
         "no level below the first",
         [](Console& to) {
             to.unindent();
@@ -114,17 +111,16 @@ void ConsoleTest::lines() {
 }
 
 void ConsoleTest::longTexts_data() {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("shown");
+    const TestTable<QString, QString> table("text", "shown");
     const QString longest(1000, 'x');
     const QString kept(997, 'x');
     const QString umlauts(997, QChar(0xe4));
     const QString rocket = QString::fromUtf8("\xf0\x9f\x9a\x80");
-    QTest::newRow("1000") << longest << longest;
-    QTest::newRow("1001") << longest + "y" << kept + "...";
-    QTest::newRow("1000 of several bytes") << umlauts + rocket.repeated(3) << umlauts + rocket.repeated(3);
-    QTest::newRow("1001 of several bytes") << umlauts + rocket.repeated(4) << umlauts + "...";
-    QTest::newRow("each line by itself") << longest + "\n" + longest + "y\nz" << longest + "\n" + kept + "...\nz";
+    table.row("1000", longest, longest);
+    table.row("1001", longest + "y", kept + "...");
+    table.row("1000 of several bytes", umlauts + rocket.repeated(3), umlauts + rocket.repeated(3));
+    table.row("1001 of several bytes", umlauts + rocket.repeated(4), umlauts + "...");
+    table.row("each line by itself", longest + "\n" + longest + "y\nz", longest + "\n" + kept + "...\nz");
 }
 
 void ConsoleTest::longTexts() {
@@ -137,22 +133,20 @@ void ConsoleTest::longTexts() {
 
 void ConsoleTest::exceptions_data() {
     using Shared = std::shared_ptr<Exception>;
-    QTest::addColumn<Shared>("exception");
-    QTest::addColumn<QString>("shown");
+    const TestTable<Shared, QString> table("exception", "shown");
     const auto with = [](std::initializer_list<Exception::Field> fields, const std::string& message = "Bad value") {
         return Shared(std::make_shared<Fatal>(located(Fatal(message), Location{}, fields)));
     };
     const Location place{"src/bin/velmora/IPLeaf", "parse", 12};
-    QTest::newRow("message") << with({}) << "Bad value\n";
-    QTest::newRow("field") << with({{"value", "7"}}) << "Bad value (value: 7)\n";
-    QTest::newRow("fields in order") << with({{"value", "7"}, {"bitCount", ""}})
-                                     << "Bad value (value: 7, bitCount: )\n";
-    QTest::newRow("several lines") << with({{"value", "7"}}, "Bad\nvalue") << "Bad\nvalue (value: 7)\n";
-    QTest::newRow("a field is one line") << with({{"value", "7\n8"}}) << "Bad value (value: 7 8)\n";
-    QTest::newRow("long parts") << with({{"value", std::string(2000, 'v')}}, std::string(1001, 'm'))
-                                << QString(997, 'm') + "... (value: " + QString(997, 'v') + "...)\n";
-    QTest::newRow("place") << Shared(std::make_shared<Critical>(located(Critical("Bad"), place)))
-                           << (isDebug() ? "Bad [src/bin/velmora/IPLeaf, parse, line 12]\n" : "Bad\n");
+    table.row("message", with({}), "Bad value\n");
+    table.row("field", with({{"value", "7"}}), "Bad value (value: 7)\n");
+    table.row("fields in order", with({{"value", "7"}, {"bitCount", ""}}), "Bad value (value: 7, bitCount: )\n");
+    table.row("several lines", with({{"value", "7"}}, "Bad\nvalue"), "Bad\nvalue (value: 7)\n");
+    table.row("a field is one line", with({{"value", "7\n8"}}), "Bad value (value: 7 8)\n");
+    table.row("long parts", with({{"value", std::string(2000, 'v')}}, std::string(1001, 'm')),
+              QString(997, 'm') + "... (value: " + QString(997, 'v') + "...)\n");
+    table.row("place", Shared(std::make_shared<Critical>(located(Critical("Bad"), place))),
+              (isDebug() ? "Bad [src/bin/velmora/IPLeaf, parse, line 12]\n" : "Bad\n"));
 }
 
 void ConsoleTest::exceptions() {

@@ -1,5 +1,7 @@
 #include "ExceptionTest.h"
 
+#include <support/TestTable.h>
+
 #include <Brindle/Exception.h>
 
 #include <QtTest>
@@ -30,8 +32,7 @@ void addRows(const char* name) {
 Q_DECLARE_METATYPE(Throw)
 
 void ExceptionTest::kindIsKept_data() {
-    QTest::addColumn<Throw>("fail");
-    QTest::addColumn<QByteArray>("kind");
+    TestTable<Throw, QByteArray>("fail", "kind");
     addRows<Error>("Error");
     addRows<Critical>("Critical");
     addRows<InternalError>("InternalError");

@@ -1,5 +1,7 @@
 #include "FileDialogTest.h"
 
+#include <support/TestTable.h>
+
 #include "DialogRobot.h"
 
 #include <Brindle/FileDialog.h>
@@ -52,30 +54,28 @@ void FileDialogTest::initTestCase() {
 }
 
 void FileDialogTest::save_data() {
-    QTest::addColumn<QString>("proposed");
-    QTest::addColumn<Steps>("steps");
-    QTest::addColumn<QString>("chosen"); // below the folder; empty when cancelled
+    const TestTable<QString, Steps, QString> table("proposed", "steps",
+                                                   "chosen"); // chosen: below the folder; empty when cancelled
     const auto enter = DialogRobot::enterName;
     const auto press = DialogRobot::press;
     const auto cancel = DialogRobot::cancel;
-    QTest::newRow("proposal") << "fir.vhd" << Steps{confirmProposal("fir.vhd")} << "fir.vhd";
-    QTest::newRow("proposal in a missing folder")
-        << "gone/deep/fir.vhd" << Steps{confirmProposal("fir.vhd")} << "fir.vhd";
-    QTest::newRow("no name proposed") << ".vhd" << Steps{confirmProposal(QString()), cancel()} << QString();
-    QTest::newRow("extension left out") << "x.vhd" << Steps{enter("fir")} << "fir.vhd";
-    QTest::newRow("extension given") << "x.vhd" << Steps{enter("fir.vhd")} << "fir.vhd";
-    QTest::newRow("other extension") << "x.vhd" << Steps{enter("fir.txt")} << "fir.txt";
-    QTest::newRow("version number") << "x.vhd" << Steps{enter("fir_v1.2")} << "fir_v1.2.vhd";
-    QTest::newRow("final point") << "x.vhd" << Steps{enter("fir.")} << "fir.vhd";
-    QTest::newRow("in a folder") << "x.vhd" << Steps{enter("sub/fir")} << "sub/fir.vhd";
-    QTest::newRow("enters a folder") << "x.vhd" << Steps{enter("sub"), enter("fir")} << "sub/fir.vhd";
-    QTest::newRow("enters a selected folder")
-        << "x.vhd" << Steps{selectRow("sub"), press("Open"), confirmProposal("x.vhd")} << "sub/x.vhd";
-    QTest::newRow("missing folder") << "x.vhd" << Steps{enter("gone/fir"), press("OK"), enter("fir")} << "fir.vhd";
-    QTest::newRow("replaces") << "x.vhd" << Steps{enter("old.vhd"), press("Yes")} << "old.vhd";
-    QTest::newRow("replaces the completed name") << "x.vhd" << Steps{enter("old"), press("Yes")} << "old.vhd";
-    QTest::newRow("does not replace") << "x.vhd" << Steps{enter("old"), press("No"), enter("new")} << "new.vhd";
-    QTest::newRow("cancelled") << "x.vhd" << Steps{cancel()} << QString();
+    table.row("proposal", "fir.vhd", Steps{confirmProposal("fir.vhd")}, "fir.vhd");
+    table.row("proposal in a missing folder", "gone/deep/fir.vhd", Steps{confirmProposal("fir.vhd")}, "fir.vhd");
+    table.row("no name proposed", ".vhd", Steps{confirmProposal(QString()), cancel()}, {});
+    table.row("extension left out", "x.vhd", Steps{enter("fir")}, "fir.vhd");
+    table.row("extension given", "x.vhd", Steps{enter("fir.vhd")}, "fir.vhd");
+    table.row("other extension", "x.vhd", Steps{enter("fir.txt")}, "fir.txt");
+    table.row("version number", "x.vhd", Steps{enter("fir_v1.2")}, "fir_v1.2.vhd");
+    table.row("final point", "x.vhd", Steps{enter("fir.")}, "fir.vhd");
+    table.row("in a folder", "x.vhd", Steps{enter("sub/fir")}, "sub/fir.vhd");
+    table.row("enters a folder", "x.vhd", Steps{enter("sub"), enter("fir")}, "sub/fir.vhd");
+    table.row("enters a selected folder", "x.vhd", Steps{selectRow("sub"), press("Open"), confirmProposal("x.vhd")},
+              "sub/x.vhd");
+    table.row("missing folder", "x.vhd", Steps{enter("gone/fir"), press("OK"), enter("fir")}, "fir.vhd");
+    table.row("replaces", "x.vhd", Steps{enter("old.vhd"), press("Yes")}, "old.vhd");
+    table.row("replaces the completed name", "x.vhd", Steps{enter("old"), press("Yes")}, "old.vhd");
+    table.row("does not replace", "x.vhd", Steps{enter("old"), press("No"), enter("new")}, "new.vhd");
+    table.row("cancelled", "x.vhd", Steps{cancel()}, {});
 }
 
 void FileDialogTest::save() {
@@ -90,23 +90,22 @@ void FileDialogTest::save() {
 }
 
 void FileDialogTest::open_data() {
-    QTest::addColumn<QString>("proposed");
-    QTest::addColumn<Steps>("steps");
-    QTest::addColumn<QString>("chosen"); // below the folder; empty when cancelled
+    const TestTable<QString, Steps, QString> table("proposed", "steps",
+                                                   "chosen"); // chosen: below the folder; empty when cancelled
     const auto enter = DialogRobot::enterName;
     const auto press = DialogRobot::press;
     const auto cancel = DialogRobot::cancel;
-    QTest::newRow("proposal that exists") << "old.vhd" << Steps{confirmProposal("old.vhd")} << "old.vhd";
-    QTest::newRow("proposal that does not") << "new.vhd" << Steps{confirmProposal(QString()), cancel()} << QString();
-    QTest::newRow("proposal in a missing folder") << "gone/deep/x.vhd" << Steps{enter("old.vhd")} << "old.vhd";
-    QTest::newRow("extension left out") << "x.vhd" << Steps{enter("old")} << "old.vhd";
-    QTest::newRow("file without extension") << "x.vhd" << Steps{enter("plain")} << "plain";
-    QTest::newRow("enters a folder") << "x.vhd" << Steps{enter("sub"), enter("../old.vhd")} << "old.vhd";
-    QTest::newRow("enters a selected folder")
-        << "old.vhd" << Steps{selectRow("sub"), press("Open"), enter("../plain")} << "plain";
-    QTest::newRow("selected file") << "x.vhd" << Steps{selectRow("old.vhd"), press("Open")} << "old.vhd";
-    QTest::newRow("no such file") << "x.vhd" << Steps{enter("gone"), press("OK"), enter("old")} << "old.vhd";
-    QTest::newRow("cancelled") << "old.vhd" << Steps{cancel()} << QString();
+    table.row("proposal that exists", "old.vhd", Steps{confirmProposal("old.vhd")}, "old.vhd");
+    table.row("proposal that does not", "new.vhd", Steps{confirmProposal(QString()), cancel()}, {});
+    table.row("proposal in a missing folder", "gone/deep/x.vhd", Steps{enter("old.vhd")}, "old.vhd");
+    table.row("extension left out", "x.vhd", Steps{enter("old")}, "old.vhd");
+    table.row("file without extension", "x.vhd", Steps{enter("plain")}, "plain");
+    table.row("enters a folder", "x.vhd", Steps{enter("sub"), enter("../old.vhd")}, "old.vhd");
+    table.row("enters a selected folder", "old.vhd", Steps{selectRow("sub"), press("Open"), enter("../plain")},
+              "plain");
+    table.row("selected file", "x.vhd", Steps{selectRow("old.vhd"), press("Open")}, "old.vhd");
+    table.row("no such file", "x.vhd", Steps{enter("gone"), press("OK"), enter("old")}, "old.vhd");
+    table.row("cancelled", "old.vhd", Steps{cancel()}, {});
 }
 
 void FileDialogTest::open() {
@@ -142,22 +141,20 @@ void FileDialogTest::columnsShowWhole() {
 }
 
 void FileDialogTest::directory_data() {
-    QTest::addColumn<QString>("proposed");
-    QTest::addColumn<Steps>("steps");
-    QTest::addColumn<QString>("chosen");
+    const TestTable<QString, Steps, QString> table("proposed", "steps", "chosen");
     const auto enter = DialogRobot::enterName;
     const auto press = DialogRobot::press;
     const auto cancel = DialogRobot::cancel;
-    QTest::newRow("proposal that does not exist") << "bridge" << Steps{confirmProposal("bridge")} << "bridge";
-    QTest::newRow("proposal by the button") << "bridge" << Steps{press("Choose")} << "bridge";
-    QTest::newRow("proposal with missing parents") << "a/b/c" << Steps{confirmProposal("a/b/c")} << "a/b/c";
-    QTest::newRow("proposal that exists") << "sub" << Steps{confirmProposal("sub")} << "sub";
-    QTest::newRow("new name") << "bridge" << Steps{enter("other")} << "other";
-    QTest::newRow("existing name") << "bridge" << Steps{enter("sub")} << "sub";
-    QTest::newRow("nothing typed") << "bridge" << Steps{enter(QString())} << QString("");
-    QTest::newRow("file") << "bridge" << Steps{enter("plain"), press("OK"), enter("other")} << "other";
-    QTest::newRow("below a file") << "bridge" << Steps{enter("plain/x"), press("OK"), cancel()} << QString();
-    QTest::newRow("cancelled") << "bridge" << Steps{cancel()} << QString();
+    table.row("proposal that does not exist", "bridge", Steps{confirmProposal("bridge")}, "bridge");
+    table.row("proposal by the button", "bridge", Steps{press("Choose")}, "bridge");
+    table.row("proposal with missing parents", "a/b/c", Steps{confirmProposal("a/b/c")}, "a/b/c");
+    table.row("proposal that exists", "sub", Steps{confirmProposal("sub")}, "sub");
+    table.row("new name", "bridge", Steps{enter("other")}, "other");
+    table.row("existing name", "bridge", Steps{enter("sub")}, "sub");
+    table.row("nothing typed", "bridge", Steps{enter(QString())}, "");
+    table.row("file", "bridge", Steps{enter("plain"), press("OK"), enter("other")}, "other");
+    table.row("below a file", "bridge", Steps{enter("plain/x"), press("OK"), cancel()}, {});
+    table.row("cancelled", "bridge", Steps{cancel()}, {});
 }
 
 void FileDialogTest::directory() {

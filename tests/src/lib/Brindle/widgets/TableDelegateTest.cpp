@@ -1,5 +1,7 @@
 #include "TableDelegateTest.h"
 
+#include <support/TestTable.h>
+
 #include <Brindle/TableDelegate.h>
 #include <Brindle/Theme.h>
 
@@ -54,17 +56,14 @@ QWidget* TableDelegateTest::openEditor(int row, int column) {
 }
 
 void TableDelegateTest::keysMoveAsInASpreadsheet_data() {
-    QTest::addColumn<int>("row");
-    QTest::addColumn<int>("key");
-    QTest::addColumn<int>("modifiers");
-    QTest::addColumn<QString>("kept");
-    QTest::addColumn<QPoint>("next"); // column and row
-    QTest::newRow("Return") << 1 << int(Qt::Key_Return) << 0 << "new" << QPoint(0, 2);
-    QTest::newRow("Enter") << 1 << int(Qt::Key_Enter) << 0 << "new" << QPoint(0, 2);
-    QTest::newRow("Shift+Return") << 1 << int(Qt::Key_Return) << int(Qt::ShiftModifier) << "new" << QPoint(0, 0);
-    QTest::newRow("Return in the last row") << 2 << int(Qt::Key_Return) << 0 << "new" << QPoint(0, 2);
-    QTest::newRow("Tab") << 1 << int(Qt::Key_Tab) << 0 << "new" << QPoint(1, 1);
-    QTest::newRow("Escape") << 1 << int(Qt::Key_Escape) << 0 << "old" << QPoint(0, 1);
+    const TestTable<int, int, int, QString, QPoint> table("row", "key", "modifiers", "kept",
+                                                          "next"); // next: column and row
+    table.row("Return", 1, int(Qt::Key_Return), 0, "new", QPoint(0, 2));
+    table.row("Enter", 1, int(Qt::Key_Enter), 0, "new", QPoint(0, 2));
+    table.row("Shift+Return", 1, int(Qt::Key_Return), int(Qt::ShiftModifier), "new", QPoint(0, 0));
+    table.row("Return in the last row", 2, int(Qt::Key_Return), 0, "new", QPoint(0, 2));
+    table.row("Tab", 1, int(Qt::Key_Tab), 0, "new", QPoint(1, 1));
+    table.row("Escape", 1, int(Qt::Key_Escape), 0, "old", QPoint(0, 1));
 }
 
 void TableDelegateTest::keysMoveAsInASpreadsheet() {

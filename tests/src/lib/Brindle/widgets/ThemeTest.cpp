@@ -1,6 +1,7 @@
 #include "ThemeTest.h"
 
 #include <support/Contrast.h>
+#include <support/TestTable.h>
 
 #include <Brindle/Exception.h>
 #include <Brindle/QtLabel.h>
@@ -29,9 +30,9 @@ using Brindle::Theme;
 namespace {
 
 void addThemes() {
-    QTest::addColumn<int>("code");
+    const TestTable<int> table("code");
     for (const Theme& theme : Theme::getThemes())
-        QTest::newRow(theme.getName().toLatin1().constData()) << int(theme.getCode());
+        table.row(theme.getName().toLatin1().constData(), int(theme.getCode()));
 }
 
 Theme fetchTheme() {
@@ -68,13 +69,12 @@ void turnWheel(QWidget* widget) {
 } // namespace
 
 void ThemeTest::findsThemeByName_data() {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<int>("code");
-    QTest::newRow("as stored") << "dark" << int(Theme::Dark);
-    QTest::newRow("as shown") << "Dark" << int(Theme::Dark);
-    QTest::newRow("light") << "light" << int(Theme::Light);
-    QTest::newRow("unknown") << "sepia" << int(Theme::Light);
-    QTest::newRow("nothing stored") << QString() << int(Theme::Light);
+    const TestTable<QString, int> table("name", "code");
+    table.row("as stored", "dark", int(Theme::Dark));
+    table.row("as shown", "Dark", int(Theme::Dark));
+    table.row("light", "light", int(Theme::Light));
+    table.row("unknown", "sepia", int(Theme::Light));
+    table.row("nothing stored", {}, int(Theme::Light));
 }
 
 void ThemeTest::findsThemeByName() {
@@ -103,9 +103,7 @@ void ThemeTest::refusesUnknownNames() {
 }
 
 void ThemeTest::textIsLegibleOnEveryGround_data() {
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("ground");
+    TestTable<int, QString, QString>("code", "text", "ground");
     for (const Theme& theme : Theme::getThemes()) {
         const auto add = [&](const char* text, const char* ground) {
             QTest::addRow("%s: %s on %s", qPrintable(theme.getName()), text, ground)
@@ -153,9 +151,7 @@ void ThemeTest::paletteTextIsLegible() {
 }
 
 void ThemeTest::iconsStandOut_data() {
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<int>("size");
+    TestTable<int, QString, int>("code", "name", "size");
     for (const Theme& theme : Theme::getThemes()) {
         for (const char* name : {"ip", "about", "settings", "copy", "select-all", "clear", "erase"}) {
             for (const int size : {16, 32})
@@ -186,8 +182,8 @@ void ThemeTest::iconsStandOut() {
 }
 
 void ThemeTest::imagesHaveBothDensities_data() {
-    QTest::addColumn<QString>("path");
-    QTest::newRow("program icon") << ":/Brindle/rocket.png";
+    const TestTable<QString> table("path");
+    table.row("program icon", ":/Brindle/rocket.png");
     for (const Theme& theme : Theme::getThemes()) {
         for (const char* name : {"velmora", "logo-mid"})
             QTest::addRow("%s: %s", qPrintable(theme.getName()), name) << theme.getImagePath(name);
@@ -234,9 +230,9 @@ void ThemeTest::styleSheetIsSound() {
 }
 
 void ThemeTest::wheelChangesNoInput_data() {
-    QTest::addColumn<bool>("isComboBox");
-    QTest::newRow("spin box") << false;
-    QTest::newRow("combo box") << true;
+    const TestTable<bool> table("isComboBox");
+    table.row("spin box", false);
+    table.row("combo box", true);
 }
 
 void ThemeTest::wheelChangesNoInput() {
