@@ -419,7 +419,7 @@ void GenerateTest::failuresKeepTheOutput() {
 void GenerateTest::failingFileKeepsTheOthers() {
     _prefix->addBridge("def generate(argDict):\n  return {'a.vhd': 'new', 'b.vhd': 'new'}\n");
     _prefix->write("bridge.velmora",
-                   "company = Orvane\nname = APB slave to serial master\nuid = BRIDGE\n\nEntity = rtl\n");
+                   "company = Orvane\nname = APB slave to serial master\nuid = UID\n\nEntity = rtl\n");
     _prefix->write("rtl/a.vhd", "earlier");
     QDir().mkpath("rtl/b.vhd");
     const Outcome outcome = generate({"bridge.velmora"});

@@ -95,7 +95,9 @@ class FaultsTest : public QObject {
 private:
     /// Adds an IP with that script and opens its page.
     std::unique_ptr<Velmora::IPLeaf> openPage(const char* name, const QByteArray& script);
-    QString addIP(const char* name, const QByteArray& script) const;
+    QString addIP(const char* name, const QByteArray& script) const {
+        return _prefix->addKnownIP(name, script, "html page.html\n");
+    }
     static void press(const QWidget& page, const char* button = "Generate") {
         QTest::mousePress(page.findChild<QPushButton*>(button), Qt::LeftButton);
     }
@@ -136,14 +138,6 @@ void FaultsTest::init() {
     _prefix = std::make_unique<TestPrefix>();
     QVERIFY(QDir().mkpath(out()));
     _dialogs.answer = out();
-}
-
-QString FaultsTest::addIP(const char* name, const QByteArray& script) const {
-    const QString directory = "Orvane/" + QString(name).remove('/');
-    _prefix->writeScript("share/velmora/" + directory + "/generator.py", script);
-    return _prefix->addIP(directory, QByteArray("category C\nuid UID\ncompany Orvane\nvariants V\nscript generator.py\n"
-                                                "html page.html\nname ") +
-                                         name + "\n");
 }
 
 std::unique_ptr<Velmora::IPLeaf> FaultsTest::openPage(const char* name, const QByteArray& script) {

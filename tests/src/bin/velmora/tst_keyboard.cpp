@@ -1,4 +1,6 @@
 #include <support/Contrast.h>
+#include <support/FormText.h>
+#include <support/Input.h>
 #include <support/TestMain.h>
 #include <support/TestPrefix.h>
 #include <support/TestTable.h>
@@ -13,7 +15,6 @@
 #include <QAccessible>
 #include <QComboBox>
 #include <QLineEdit>
-#include <QMetaProperty>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -21,7 +22,6 @@
 #include <QTableView>
 #include <QTest>
 #include <QTreeView>
-#include <QWheelEvent>
 
 #include <algorithm>
 #include <memory>
@@ -84,18 +84,6 @@ int countClearChanges(const QImage& one, const QImage& other) {
     return count;
 }
 
-QString valueOf(const QWidget* editor) {
-    return editor->metaObject()->userProperty().read(editor).toString();
-}
-
-void turnWheel(QWidget* widget) {
-    const QPointF position = widget->rect().center();
-    QWheelEvent event(position, widget->mapToGlobal(position.toPoint()), QPoint(), QPoint(0, -120), Qt::NoButton,
-                      Qt::NoModifier, Qt::NoScrollPhase, false);
-    QSpontaneKeyEvent::setSpontaneous(&event); // only what the window system sends goes on to the parents
-    qApp->notify(widget, &event);
-}
-
 } // namespace
 
 /// The whole window without a mouse, and what a screen reader finds in it.
@@ -138,9 +126,7 @@ void KeyboardTest::init() {
         const QString directory = "Orvane/" + QString(ip).replace('/', '_');
         _prefix->write("share/velmora/" + directory + "/page.html",
                        "<h1>IP</h1><a href='one.html'>one</a> and <a href='other.html'>other</a>");
-        _prefix->addIP(directory, "name " + ip.toUtf8() +
-                                      "\ncategory DSP\nuid X\ncompany Orvane\nvariants A\nscript generator.py\n"
-                                      "html page.html\n");
+        _prefix->addKnownIP(ip, "", "html page.html\n");
     }
     QSettings().setValue("animations", "Never");
 }
@@ -318,10 +304,10 @@ void KeyboardTest::wheelLeavesValuesAlone() {
         if (!isTabStop(editor) || !(qobject_cast<QComboBox*>(editor) || qobject_cast<QAbstractSpinBox*>(editor)))
             continue;
         editor->setFocus();
-        const QString value = valueOf(editor);
+        const QString value = FormText::valueOf(editor);
         area->verticalScrollBar()->setValue(0);
         turnWheel(editor);
-        QCOMPARE(valueOf(editor), value);
+        QCOMPARE(FormText::valueOf(editor), value);
         QCOMPARE(area->verticalScrollBar()->value() > 0, area->verticalScrollBar()->maximum() > 0);
     }
 }

@@ -1,4 +1,5 @@
 #include <velmora/ArgumentDictionary.h>
+#include <velmora/Coefficients.h>
 #include <velmora/Common.h>
 #include <velmora/IPDescription.h>
 #include <velmora/ProtectedRegions.h>
@@ -62,6 +63,10 @@ private Q_SLOTS:
     void hexadecimalValues_data();
     void hexadecimalValues();
     void hexadecimalErrorsNameTheirNumbers();
+    void coefficientLists_data();
+    void coefficientLists();
+    void coefficientAggregates_data();
+    void coefficientAggregates();
     void languages_data();
     void languages();
     void protectedRegions_data();
@@ -294,6 +299,55 @@ void RulesTest::hexadecimalErrorsNameTheirNumbers() {
         QCOMPARE(exception.getLocation().file, std::string_view("src/bin/velmora/Common"));
         QCOMPARE(exception.getLocation().function, std::string_view("getHexadecimal"));
     }
+}
+
+void RulesTest::coefficientLists_data() {
+    const TestTable<QString, QStringList> table("text", "list");
+    table.row("all separators", "1;2,3\n\n4", {"1", "2", "3", "4"});
+    table.row("white space is collapsed", " 1 \t;\u00a0-2\u00a0,x \"0f\"", {"1", "-2", "x \"0f\""});
+    table.row("nothing", "", {});
+    table.row("blanks and separators only", " ;, \n\t;\u2003,", {});
+    table.row("what a piece says does not matter", "abc, 1 2", {"abc", "1 2"});
+}
+
+void RulesTest::coefficientLists() {
+    QFETCH(QString, text);
+    QStringList list;
+    for (const std::string& piece : Velmora::parseCoefficients(text.toStdString()))
+        list += QString::fromStdString(piece);
+    QTEST(list, "list");
+}
+
+void RulesTest::coefficientAggregates_data() {
+    const TestTable<QString, int, QString> table("text", "width", "aggregate");
+    table.row("decimal", "45, 42", 10, R"((x"02d", x"02a"))");
+    table.row("signs", "-1, +7, -123", 12, R"((x"fff", x"007", x"f85"))");
+    table.row("literals stay as typed", R"(X"0F1f", 1, x"1")", 8, R"((X"0F1f", x"01", x"1"))");
+    table.row("widths of whole digits", "1", 8, R"((x"01"))");
+    table.row("width 9 takes three digits", "1", 9, R"((x"001"))");
+    table.row("width 24", "-8388608, 8388607", 24, R"((x"800000", x"7fffff"))");
+    table.row("too high", "256", 8, "Value too high for specified width");
+    for (const char* bad :
+         {"abc", "1.5", "0x1F", "1 2", "x\"0g\"", "+", "-", "+-1", "--1", "99999999999", "1e3", "x 1"})
+        table.row(bad, bad, 8, QStringLiteral("Invalid coefficient: ") + bad);
+}
+
+void RulesTest::coefficientAggregates() {
+    QFETCH(QString, text);
+    QFETCH(int, width);
+    const unsigned long digits = Velmora::normalizedCoefficientWidth(static_cast<unsigned long>(width));
+    QString result;
+    try {
+        const auto list = Velmora::parseCoefficients(text.toStdString());
+        result = QString::fromStdString(Velmora::renderCoefficients(list, digits, caller));
+    } catch (const Brindle::Fatal& exception) {
+        result = exception.what();
+        if (!exception.getField("coefficient").empty()) {
+            result += QStringLiteral(": ") + QString::fromStdString(exception.getField("coefficient"));
+            QCOMPARE(exception.getLocation(), caller);
+        }
+    }
+    QTEST(result, "aggregate");
 }
 
 void RulesTest::languages_data() {

@@ -1,4 +1,5 @@
 #include <support/ConsoleRecorder.h>
+#include <support/FormText.h>
 #include <support/PathDialogs.h>
 #include <support/TestMain.h>
 #include <support/TestPrefix.h>
@@ -55,41 +56,6 @@ IPLeaf* findLeaf(const std::string& name) {
     return nullptr;
 }
 
-/// What is marked in a form: the names of widgets, and of tables with the row and column of a cell.
-QStringList marksOf(const QWidget& form) {
-    QStringList marks;
-    for (const QWidget* widget : form.findChildren<QWidget*>()) {
-        if (widget->property("refused").toBool())
-            marks += widget->objectName();
-    }
-    for (const auto* table : form.findChildren<Velmora::LineTableView*>()) {
-        const Velmora::LineTableModel& model = *table->getModel();
-        for (int row = 0; row < model.rowCount(); ++row) {
-            for (int column = 0; column < model.columnCount(); ++column) {
-                if (model.index(row, column).data(Velmora::LineTableModel::ProblemRole).isValid())
-                    marks += QString("%1 %2,%3").arg(table->objectName()).arg(row).arg(column);
-            }
-        }
-    }
-    marks.sort();
-    return marks;
-}
-
-/// Sets editors, and cells as "table row,column", as "name=text;name=text".
-void setValues(const QWidget& form, const QString& values) {
-    for (const QString& pair : values.split(';', Qt::SkipEmptyParts)) {
-        const QString name = pair.section('=', 0, 0);
-        const QString text = pair.section('=', 1);
-        auto* editor = form.findChild<QWidget*>(name.section(' ', 0, 0));
-        if (auto* table = qobject_cast<Velmora::LineTableView*>(editor)) {
-            const QStringList place = name.section(' ', 1).split(',');
-            table->model()->setData(table->model()->index(place.at(0).toInt(), place.at(1).toInt()), text);
-        } else {
-            editor->metaObject()->userProperty().write(editor, text);
-        }
-    }
-}
-
 QString drag(QObject* target, const QMimeData& data, bool drops = true) {
     const QPoint place(600, 300);
     const Qt::DropActions actions = Qt::CopyAction | Qt::MoveAction;
@@ -115,17 +81,12 @@ QString dropFile(QObject* target, const QString& filename) {
 
 } // namespace
 
-/// What the window does with configurations, and the marks that checks leave in its forms.
+/// What the window does with configurations, and how the marks of checks look.
 class WindowTest : public QObject {
     Q_OBJECT
 
 private:
     void useShippedCatalogue() { qputenv("ORVANE_PREFIX", VELMORA_PREFIX); }
-    std::unique_ptr<IPLeaf> open(const QString& name) const {
-        const QByteArray description =
-            "name " + name.toUtf8() + "\ncategory C\nuid U\ncompany Orvane\nvariants V\nscript generator.py\n";
-        return std::make_unique<IPLeaf>(_prefix->addIP("Orvane/ip", description).toStdString());
-    }
     static void trigger(const MainWindow& window, const char* action) { window.findChild<QAction*>(action)->trigger(); }
     static QByteArray runGenerator(const QStringList& arguments);
     static QTableView* editCell(MainWindow& window, const QString& text);
@@ -137,9 +98,6 @@ private Q_SLOTS:
     void init();
     void cleanup() { _prefix.reset(); }
 
-    void marks_data();
-    void marks();
-    void markGoesWithTheNextCheck();
     void marksAreDrawn_data();
     void marksAreDrawn();
     void menu();
@@ -172,104 +130,6 @@ QByteArray WindowTest::runGenerator(const QStringList& arguments) {
     return process.readAllStandardOutput();
 }
 
-void WindowTest::marks_data() {
-    const TestTable<QString, QString, QStringList, QString, QString> table("ip", "values", "marked", "edit", "message");
-    const auto row = [](const char* ip, const QString& values, const QStringList& marked, const char* edit,
-                        const char* message) {
-        QTest::addRow("%s: %s", ip, message) << ip << values << marked << edit << message;
-    };
-    const char* noName = "Entity name not specified!";
-    for (const char* ip : {"Mac fir", "Systolic", "Transpose", "Transpose dual", "SER/DES", "Scope", "Startup Scope"})
-        row(ip, "Entity=", {"Entity"}, "Entity=x", noName);
-    row("Systolic", "Entity=x", {"Coefficients"}, "Coefficients=1", "Coefficients not defined!");
-    row("Transpose", "Entity=x;Coefficients=1,2,3;InputDataWidth=20;CoefficientWidth=20",
-        {"CoefficientWidth", "InputDataWidth"}, "CoefficientWidth=18",
-        "'Input Data width' or 'Coefficient width' should be 18 bit or less.");
-    row("Systolic", "Entity=x;Coefficients=1,2,3;OutputDataWidth=50;ToBeTruncated=1",
-        {"OutputDataWidth", "ToBeTruncated"}, "OutputDataWidth=49",
-        "'LSB To Be Truncated' + 'Output Data width' should be inferior to 50.");
-    row("Mac fir", "Entity=x;Coefficients=1,2", {"Coefficients"}, "Coefficients=1,2,3",
-        "Coefficient count should be greater than 2.");
-    row("Mac fir", "Entity=x;Coefficients=1,2,3;ClkAux1Pattern=2", {"ClkAux1Pattern"},
-        "ClkAux1Pattern=", "Invalid auxiliary clock pattern.");
-    row("Transpose dual", "Entity=x;Coefficients=1,2", {"Coefficients"}, "Coefficients=1,2,3",
-        "Coefficient count should be between 3 and 56.");
-    const char* odd = "For a symmetric filter, coefficient count should be odd.";
-    row("Transpose symmetric", "Entity=x;Coefficients=1,2,3", {"Coefficients"}, "Coefficients=1,2,3,4", odd);
-    table.row("symmetric filter with inputs", "Transpose symmetric",
-              "Entity=x;CoefficientMode=Input;CoefficientCount=3", {"CoefficientCount"}, "CoefficientCount=4", odd);
-    row("SER/DES", "Entity=x;Prefix=", {"Prefix"}, "Prefix=p", "Parameter's prefix not specified!");
-    const QString serdes = "Entity=x;Prefix=p;SER/TrainingValue=101;DES/TrainingValue=101";
-    row("SER/DES", serdes + ";SERCount=16;DESCount=15", {"DESCount", "SERCount"}, "SERCount=15",
-        "SER count + DES count must be less than 30.");
-    row("SER/DES", serdes + ";SER/PadType=LVCMOS_1.8V", {"DES/PadType", "SER/PadType"}, "DES/PadType=LVCMOS_1.8V",
-        "Pad type of SER and DES must have the same voltage!");
-    row("SER/DES", serdes + ";SER/TrainingValue=1", {"SER/TrainingValue"}, "SER/TrainingValue=111",
-        "SER training value must have the length specified in data size!");
-    row("SER/DES", serdes + ";DES/TrainingValue=1", {"DES/TrainingValue"}, "DES/TrainingValue=111",
-        "DES training value must have the length specified in data size!");
-    row("SER/DES", serdes + ";SERCount=2;LocationTableView/SER 0,1=03P;LocationTableView/SER 1,1=03P",
-        {"LocationTableView/SER 0,1", "LocationTableView/SER 1,1"}, "LocationTableView/SER 1,1=03N",
-        "SER location '03P' is already used!");
-    row("SER/DES", serdes + ";LocationTableView/SER 0,1=03P;LocationTableView/DES 0,1=03P",
-        {"LocationTableView/DES 0,1", "LocationTableView/SER 0,1"}, "LocationTableView/SER 0,1=03N",
-        "DES location '03P' is already used!");
-}
-
-void WindowTest::marks() {
-    QFETCH(QString, ip);
-    QFETCH(QString, values);
-    QFETCH(QStringList, marked);
-    QFETCH(QString, edit);
-    QFETCH(QString, message);
-    const auto leaf = open(ip);
-    const auto press = [&leaf](const char* button) {
-        QTest::mousePress(leaf->findChild<QPushButton*>(button), Qt::LeftButton);
-    };
-    const auto refuse = [&] {
-        setValues(*leaf, values);
-        ConsoleRecorder recorder;
-        press("Generate");
-        return recorder.errors();
-    };
-    press("Reset");
-    const Velmora::Configuration blank = leaf->getConfiguration();
-    QCOMPARE(refuse(), QStringList("E:   " + message)); // the one message
-    QCOMPARE(marksOf(*leaf), marked);
-    if (auto* editor = leaf->findChild<QWidget*>(marked.first()))
-        QCOMPARE(editor->accessibleDescription(), message);
-    setValues(*leaf, edit);
-    QCOMPARE(marksOf(*leaf), QStringList());
-    if (auto* editor = leaf->findChild<QWidget*>(marked.first()))
-        QCOMPARE(editor->accessibleDescription(), QString());
-
-    press("Reset");
-    refuse();
-    QCOMPARE(marksOf(*leaf), marked);
-    press("Reset");
-    QCOMPARE(marksOf(*leaf), QStringList());
-    refuse();
-    leaf->setConfiguration(blank);
-    QCOMPARE(marksOf(*leaf), QStringList());
-}
-
-void WindowTest::markGoesWithTheNextCheck() {
-    const auto leaf = open("Mac fir");
-    auto* generate = leaf->findChild<QPushButton*>("Generate");
-    setValues(*leaf, "Entity=;InputDataWidth=4");
-    QTest::mousePress(generate, Qt::LeftButton);
-    setValues(*leaf, "InputDataWidth=5;Coefficients=1,2,3"); // other fields than the marked one
-    QCOMPARE(marksOf(*leaf), QStringList("Entity"));
-    setValues(*leaf, "Entity=x;Coefficients=");
-    QTest::mousePress(generate, Qt::LeftButton);
-    QCOMPARE(marksOf(*leaf), QStringList("Coefficients"));
-    _dialogs.answer = QString();
-    QTest::mousePress(generate, Qt::LeftButton); // cancelled, so nothing was checked
-    QCOMPARE(marksOf(*leaf), QStringList("Coefficients"));
-    const_cast<Velmora::Form*>(leaf->getForm())->load();
-    QCOMPARE(marksOf(*leaf), QStringList());
-}
-
 void WindowTest::marksAreDrawn_data() {
     const TestTable<QString, QString, QString> table("ip", "values", "name");
     table.row("line edit", "Mac fir", "Entity=", "Entity");
@@ -286,8 +146,8 @@ void WindowTest::marksAreDrawn() {
     QFETCH(QString, values);
     QFETCH(QString, name);
     QSettings().setValue("animations", "Never");
-    const auto leaf = open(ip);
-    setValues(*leaf, values);
+    const auto leaf = std::make_unique<IPLeaf>(_prefix->addKnownIP(ip, "").toStdString());
+    FormText::write(leaf.get(), values);
     leaf->resize(900, 1500);
     leaf->show();
     QVERIFY(QTest::qWaitForWindowActive(leaf.get()));
@@ -464,7 +324,7 @@ void WindowTest::proposedNames() {
     };
     folio->showIP(findLeaf("SER/DES"));
     QCOMPARE(propose(), QStringLiteral("ser_des.velmora"));
-    setValues(*folio->getShownIP(), "Entity=a/b");
+    FormText::write(folio->getShownIP(), "Entity=a/b");
     QCOMPARE(propose(), QStringLiteral("a_b.velmora"));
     QDir().mkpath("deep");
     _dialogs.answer = _prefix->path("deep/mine.velmora");
@@ -616,8 +476,8 @@ void WindowTest::windowAndCommandLineAgree() {
     auto* folio = window.findChild<Folio*>();
     folio->showIP(findLeaf("Mac fir"));
     QTest::mousePress(folio->getShownIP()->findChild<QPushButton*>("Reset"), Qt::LeftButton);
-    setValues(*folio->getShownIP(), "Entity=edited;Coefficients=1,2, 3\n,-4");
-    setValues(*folio->getShownIP(), "TapCount=7");
+    FormText::write(folio->getShownIP(), "Entity=edited;Coefficients=1,2, 3\n,-4");
+    FormText::write(folio->getShownIP(), "TapCount=7");
     const QString saved = _prefix->path("saved.velmora");
     const QString windowOutput = _prefix->path("window.vhd");
     _dialogs.answer = saved;

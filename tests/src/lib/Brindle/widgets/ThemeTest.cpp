@@ -1,6 +1,7 @@
 #include "ThemeTest.h"
 
 #include <support/Contrast.h>
+#include <support/Input.h>
 #include <support/TestTable.h>
 
 #include <Brindle/Exception.h>
@@ -21,7 +22,6 @@
 #include <QTest>
 #include <QTreeView>
 #include <QVBoxLayout>
-#include <QWheelEvent>
 
 #include <functional>
 
@@ -56,14 +56,6 @@ QStringList warnings;
 void collectWarning(QtMsgType, const QMessageLogContext&, const QString& message) {
     if (!message.startsWith(QLatin1String("This plugin does not support"))) // what the offscreen platform lacks
         warnings << message;
-}
-
-void turnWheel(QWidget* widget) {
-    const QPointF position = widget->rect().center();
-    QWheelEvent event(position, widget->mapToGlobal(position.toPoint()), QPoint(), QPoint(0, -120), Qt::NoButton,
-                      Qt::NoModifier, Qt::NoScrollPhase, false);
-    QSpontaneKeyEvent::setSpontaneous(&event); // only what the window system sends goes on to the parents
-    qApp->notify(widget, &event);
 }
 
 } // namespace
