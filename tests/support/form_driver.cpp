@@ -52,6 +52,8 @@ void setTable(const QTableView& table, const QJsonArray& rows) {
 
 void setField(const Velmora::IPLeaf& page, const QString& key, const QJsonValue& value) {
     auto* editor = page.findChild<QWidget*>(key);
+    if (!editor)
+        fail("the form has no " + key);
     if (auto* table = qobject_cast<QTableView*>(editor)) {
         setTable(*table, value.toArray());
         return;
