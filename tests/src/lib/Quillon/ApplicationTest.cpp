@@ -1,5 +1,3 @@
-#include "ApplicationTest.h"
-
 #include <support/TestTable.h>
 
 #include <Quillon/Application.h>
@@ -78,14 +76,30 @@ private:
 
 } // namespace
 
+class ApplicationTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void tellsWhoItIs();
+    void takesItsOptionsOutOfTheArguments_data();
+    void takesItsOptionsOutOfTheArguments();
+    void themeComesFromSettings_data();
+    void themeComesFromSettings();
+    void secondApplicationIsRefused();
+    void returnsTheResultOfTheLoop();
+    void exceptionsLeaveEveryLoop_data();
+    void exceptionsLeaveEveryLoop();
+    void firstExceptionIsKept();
+};
+
 void ApplicationTest::tellsWhoItIs() {
     QVERIFY(!Quillon::application);
     {
         Program program;
         QCOMPARE(static_cast<QApplication*>(Quillon::application), qApp);
-        QCOMPARE(program->getFullVersion(), QStringLiteral("1.2.30"));
-        QCOMPARE(QSettings().organizationName(), QStringLiteral("Orvane"));
-        QCOMPARE(QSettings().applicationName(), QStringLiteral("Velmora"));
+        QCOMPARE(program->getFullVersion(), "1.2.30");
+        QCOMPARE(QSettings().organizationName(), "Orvane");
+        QCOMPARE(QSettings().applicationName(), "Velmora");
         QVERIFY(program->getDisclaimer().contains(program->getFullName()));
         QVERIFY(!program->getDisclaimer().contains(QLatin1Char('%')));
     }
@@ -146,7 +160,7 @@ void ApplicationTest::secondApplicationIsRefused() {
 void ApplicationTest::returnsTheResultOfTheLoop() {
     const Program program;
     QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(7); });
-    QCOMPARE(caughtFromExec(), QStringLiteral("result 7"));
+    QCOMPARE(caughtFromExec(), "result 7");
 }
 
 void ApplicationTest::exceptionsLeaveEveryLoop_data() {
@@ -203,7 +217,7 @@ void ApplicationTest::exceptionsLeaveEveryLoop() {
         QTimer::singleShot(0, &dialog, &QDialog::accept);
         QCoreApplication::exit(dialog.exec() == QDialog::Accepted ? 3 : 4);
     });
-    QCOMPARE(caughtFromExec(), QStringLiteral("result 3"));
+    QCOMPARE(caughtFromExec(), "result 3");
 }
 
 void ApplicationTest::firstExceptionIsKept() {
@@ -212,7 +226,10 @@ void ApplicationTest::firstExceptionIsKept() {
     ThrowingWidget second(Number);
     first.show();
     second.show();
-    QCOMPARE(caughtFromExec(), QStringLiteral("standard"));
+    QCOMPARE(caughtFromExec(), "standard");
     QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(3); });
-    QCOMPARE(caughtFromExec(), QStringLiteral("result 3"));
+    QCOMPARE(caughtFromExec(), "result 3");
 }
+
+QTEST_APPLESS_MAIN(ApplicationTest)
+#include "ApplicationTest.moc"

@@ -1,5 +1,4 @@
-#include "ObjectTest.h"
-
+#include <support/TestMain.h>
 #include <support/TestTable.h>
 
 #include <Quillon/Owned.h>
@@ -47,6 +46,15 @@ protected:
 
 } // namespace
 
+class ObjectTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void runsEveryStep_data();
+    void runsEveryStep();
+    void describesItself();
+};
+
 void ObjectTest::runsEveryStep_data() {
     const TestTable<int, QStringList> table("failing", "expected");
     table.row("none fails", int(None), {"preCreate", "construct", "postCreate", "use", "preDestroy", "destroy"});
@@ -77,3 +85,6 @@ void ObjectTest::describesItself() {
     const Probe unfinished(None, 5);
     QVERIFY(!unfinished.getRecord());
 }
+
+VELMORA_TEST_MAIN(ObjectTest)
+#include "ObjectTest.moc"

@@ -1,5 +1,4 @@
-#include "PadTypeTest.h"
-
+#include <support/TestMain.h>
 #include <support/TestTable.h>
 
 #include <Quillon/PadType.h>
@@ -10,15 +9,24 @@
 
 using Quillon::PadType;
 
+class PadTypeTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void concretesAreDistinctAndHaveAVoltage();
+    void voltageIsTheSecondPiece_data();
+    void voltageIsTheSecondPiece();
+};
+
 void PadTypeTest::concretesAreDistinctAndHaveAVoltage() {
-    const QRegularExpression voltage(QStringLiteral("^\\d\\.\\dV$"));
+    const QRegularExpression voltage("^\\d\\.\\dV$");
     QSet<QString> names;
     for (const PadType& padType : PadType::getConcretes()) {
         QVERIFY2(voltage.match(padType.getVoltage()).hasMatch(), qPrintable(padType.getName()));
         names << padType.getName();
     }
     QCOMPARE(static_cast<unsigned long>(names.size()), PadType::getConcretes().getCount());
-    QVERIFY(names.contains(QStringLiteral("LVDS_2.5V")));
+    QVERIFY(names.contains("LVDS_2.5V"));
 }
 
 void PadTypeTest::voltageIsTheSecondPiece_data() {
@@ -33,3 +41,6 @@ void PadTypeTest::voltageIsTheSecondPiece() {
     QFETCH(QString, name);
     QTEST(PadType(name).getVoltage(), "voltage");
 }
+
+VELMORA_TEST_MAIN(PadTypeTest)
+#include "PadTypeTest.moc"

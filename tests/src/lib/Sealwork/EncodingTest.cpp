@@ -1,5 +1,3 @@
-#include "EncodingTest.h"
-
 #include <support/TestTable.h>
 
 #include "Failure.h"
@@ -28,6 +26,25 @@ QByteArray referenceLines(const QByteArray& bytes) {
 }
 
 } // namespace
+
+/// The text forms below the cryptography: base64 lines, block directives, configuration.
+class EncodingTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void base64InLines();
+    void refusedBase64_data();
+    void refusedBase64();
+    void base64IsCanonical();
+    void base64WithWhiteSpace_data();
+    void base64WithWhiteSpace();
+    void directiveExpressions_data();
+    void directiveExpressions();
+    void blockDirectives_data();
+    void blockDirectives();
+    void configurations_data();
+    void configurations();
+};
 
 void EncodingTest::base64InLines() {
     for (std::size_t size = 0; size < 240; ++size) {
@@ -134,7 +151,7 @@ void EncodingTest::directiveExpressions() {
     QStringList result;
     for (const auto& [name, value] : expressions.value_or(std::vector<Sealwork::DirectiveExpression>()))
         result << QString::fromStdString(name + ":" + value);
-    QTEST(expressions ? result.join(QLatin1String("; ")) : QStringLiteral("unreadable"), "expected");
+    QTEST(expressions ? result.join("; ") : QStringLiteral("unreadable"), "expected");
 }
 
 void EncodingTest::blockDirectives_data() {
@@ -192,3 +209,6 @@ void EncodingTest::configurations() {
         {"line", "reason"});
     QTEST(failure.isEmpty() ? result : failure, "expected");
 }
+
+QTEST_GUILESS_MAIN(EncodingTest)
+#include "EncodingTest.moc"

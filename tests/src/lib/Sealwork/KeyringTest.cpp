@@ -1,5 +1,3 @@
-#include "KeyringTest.h"
-
 #include <support/TestTable.h>
 
 #include "Failure.h"
@@ -23,32 +21,45 @@ const QByteArray header("Key-Owner: Orvane\nKey-Name: key-1\n");
 const QByteArray scriptKeyText = QByteArray("000102030405060708090a0b0c0d0e0f101112131415161718191a1b1c1d1e1f\n");
 
 QByteArray publicPem(const QStringList& makePrivateKey) {
-    return openssl({QStringLiteral("pkey"), QStringLiteral("-pubout")},
-                   openssl(QStringList(QStringLiteral("genpkey")) << QStringLiteral("-algorithm") << makePrivateKey));
+    return openssl({"pkey", "-pubout"},
+                   openssl(QStringList("genpkey") << QStringLiteral("-algorithm") << makePrivateKey));
 }
 
 QByteArray rsaPem(int bits) {
-    return publicPem(
-        {QStringLiteral("RSA"), QStringLiteral("-pkeyopt"), QStringLiteral("rsa_keygen_bits:%1").arg(bits)});
+    return publicPem({"RSA", "-pkeyopt", QStringLiteral("rsa_keygen_bits:%1").arg(bits)});
 }
 
 } // namespace
+
+/// The keys of an installation: which files are taken, which are refused and how.
+class KeyringTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void recipientsInOrderOfFileName();
+    void refusedRecipients_data();
+    void refusedRecipients();
+    void missingRecipients();
+    void refusedScriptKeys_data();
+    void refusedScriptKeys();
+    void refusedSigners_data();
+    void refusedSigners();
+    void placeOfTheKeys();
+};
 
 void KeyringTest::recipientsInOrderOfFileName() {
     const Installation installation;
     for (const auto* name : {"b", "a", "B", "a.b"})
         installation.addRecipient(QLatin1String(name), 2048);
-    installation.write(QStringLiteral("recipients/.hidden.pem"), "no key");
-    installation.write(QStringLiteral("recipients/README"), "no key");
+    installation.write("recipients/.hidden.pem", "no key");
+    installation.write("recipients/README", "no key");
     QByteArray crlf = toBytes(Sealwork::Recipient::format("Tool Maker, Inc.", "c", Installation::rsaKey(2048)));
-    installation.write(QStringLiteral("recipients/c.pem"), crlf.replace("\n", "\r\n"));
+    installation.write("recipients/c.pem", crlf.replace("\n", "\r\n"));
     QStringList names;
-    const auto keys = Sealwork::RecipientKeys::load(installation.path(QStringLiteral("recipients")).toStdString());
+    const auto keys = Sealwork::RecipientKeys::load(installation.path("recipients").toStdString());
     for (const auto& recipient : keys.getRecipients())
         names << QString::fromStdString(recipient.getOwner() + "/" + recipient.getName());
-    QCOMPARE(names,
-             QStringList({QStringLiteral("Velmora/B"), QStringLiteral("Velmora/a.b"), QStringLiteral("Velmora/a"),
-                          QStringLiteral("Velmora/b"), QStringLiteral("Tool Maker, Inc./c")}));
+    QCOMPARE(names, QStringList({"Velmora/B", "Velmora/a.b", "Velmora/a", "Velmora/b", "Tool Maker, Inc./c"}));
 }
 
 void KeyringTest::refusedRecipients_data() {
@@ -67,12 +78,9 @@ void KeyringTest::refusedRecipients_data() {
     table.row("exponent 3", header + madeUpRsaPem(odd2048, "3"), "exponent not odd or below 65537");
     table.row("even exponent", header + madeUpRsaPem(odd2048, "10002"), "exponent not odd or below 65537");
     table.row("even modulus", header + madeUpRsaPem(QByteArray(512, 'e'), "10001"), "damaged key");
-    table.row("elliptic curve",
-              header + publicPem({QStringLiteral("EC"), QStringLiteral("-pkeyopt"),
-                                  QStringLiteral("ec_paramgen_curve:P-256")}),
-              "not RSA");
-    table.row("Ed25519", header + publicPem({QStringLiteral("ED25519")}), "not RSA");
-    table.row("RSA-PSS", header + publicPem({QStringLiteral("RSA-PSS")}), "not RSA");
+    table.row("elliptic curve", header + publicPem({"EC", "-pkeyopt", "ec_paramgen_curve:P-256"}), "not RSA");
+    table.row("Ed25519", header + publicPem({"ED25519"}), "not RSA");
+    table.row("RSA-PSS", header + publicPem({"RSA-PSS"}), "not RSA");
     table.row("two keys", header + good + good, layout);
     table.row("private key", header + toBytes(Installation::rsaKey(2048).getPrivatePem().text()), layout);
     table.row("no key", header, layout);
@@ -97,29 +105,27 @@ void KeyringTest::refusedRecipients() {
     QFETCH(QByteArray, text);
     QFETCH(QString, fault);
     const Installation installation;
-    installation.addRecipient(QStringLiteral("first"), 2048);
-    const auto file = installation.write(QStringLiteral("recipients/second.pem"), text);
-    const auto load = [&] {
-        Sealwork::RecipientKeys::load(installation.path(QStringLiteral("recipients")).toStdString());
-    };
+    installation.addRecipient("first", 2048);
+    const auto file = installation.write("recipients/second.pem", text);
+    const auto load = [&] { Sealwork::RecipientKeys::load(installation.path("recipients").toStdString()); };
     const auto refusal = QStringLiteral("Fatal: Recipient key refused: ");
-    QCOMPARE(fault.contains(QLatin1String("[bits=")) ? failureOf(load, {"bits"}) : failureOf(load), refusal + fault);
+    QCOMPARE(fault.contains("[bits=") ? failureOf(load, {"bits"}) : failureOf(load), refusal + fault);
     QVERIFY(failureOf(load, {"filename"}).endsWith(QStringLiteral(" [filename=%1]").arg(file)));
 }
 
 void KeyringTest::missingRecipients() {
     const Installation installation;
-    const auto directory = installation.path(QStringLiteral("recipients"));
+    const auto directory = installation.path("recipients");
     const auto load = [&] { Sealwork::RecipientKeys::load(directory.toStdString()); };
     QCOMPARE(failureOf(load, {"directory"}),
              QStringLiteral("Fatal: No recipient key installed [directory=%1]").arg(directory));
-    QDir(directory).mkdir(QStringLiteral("folder.pem"));
+    QDir(directory).mkdir("folder.pem");
     QCOMPARE(failureOf(load, {"filename", "reason"}),
              QStringLiteral("Fatal: Unable to read key file [filename=%1/folder.pem] [reason=not a regular file]")
                  .arg(directory));
-    QDir(directory).rmdir(QStringLiteral("folder.pem"));
+    QDir(directory).rmdir("folder.pem");
     QCOMPARE(mkfifo(qPrintable(directory + QStringLiteral("/pipe.pem")), S_IRUSR), 0); // nobody waits for a writer
-    QVERIFY(failureOf(load, {"reason"}).endsWith(QLatin1String(" [reason=not a regular file]")));
+    QVERIFY(failureOf(load, {"reason"}).endsWith(" [reason=not a regular file]"));
     QDir(directory).removeRecursively();
     QCOMPARE(failureOf(load, {"filename", "reason"}),
              QStringLiteral("Fatal: Unable to open key directory [filename=%1] [reason=No such file or directory]")
@@ -149,8 +155,8 @@ void KeyringTest::refusedScriptKeys() {
     QFETCH(QString, reason);
     const Installation installation;
     installation.write(QStringLiteral("scripts/") + name, text);
-    const auto failure = failureOf(
-        [&] { Sealwork::ScriptKeys::load(installation.path(QStringLiteral("scripts")).toStdString()); }, {"reason"});
+    const auto failure =
+        failureOf([&] { Sealwork::ScriptKeys::load(installation.path("scripts").toStdString()); }, {"reason"});
     if (reason.isEmpty())
         QCOMPARE(failure, QString());
     else
@@ -170,10 +176,9 @@ void KeyringTest::refusedSigners_data() {
 void KeyringTest::refusedSigners() {
     QFETCH(QByteArray, text);
     const Installation installation;
-    installation.write(QStringLiteral("signers/bad.pem"), text);
-    const auto load = [&] { Sealwork::SignerKeys::load(installation.path(QStringLiteral("signers")).toStdString()); };
-    QCOMPARE(failureOf(load, {"reason"}),
-             QStringLiteral("Fatal: Unable to read key file [reason=not an Ed25519 public key]"));
+    installation.write("signers/bad.pem", text);
+    const auto load = [&] { Sealwork::SignerKeys::load(installation.path("signers").toStdString()); };
+    QCOMPARE(failureOf(load, {"reason"}), "Fatal: Unable to read key file [reason=not an Ed25519 public key]");
 }
 
 void KeyringTest::placeOfTheKeys() {
@@ -181,14 +186,17 @@ void KeyringTest::placeOfTheKeys() {
     const auto earlierPrefix = qgetenv("ORVANE_PREFIX");
     qputenv("ORVANE_PREFIX", "/opt/orvane");
     qunsetenv("VELMORA_SEAL_DIR");
-    QCOMPARE(base(), QStringLiteral("/opt/orvane/etc/velmora/seal/seal.conf"));
+    QCOMPARE(base(), "/opt/orvane/etc/velmora/seal/seal.conf");
     qputenv("VELMORA_SEAL_DIR", "/keys");
-    QCOMPARE(base(), QStringLiteral("/keys/seal.conf"));
+    QCOMPARE(base(), "/keys/seal.conf");
     qputenv("VELMORA_SEAL_DIR", "");
     qunsetenv("ORVANE_PREFIX");
-    QCOMPARE(failureOf(base, {"reason"}), QStringLiteral("Fatal: Unable to open key directory "
-                                                         "[reason=neither VELMORA_SEAL_DIR nor ORVANE_PREFIX is set]"));
+    QCOMPARE(failureOf(base, {"reason"}), "Fatal: Unable to open key directory "
+                                          "[reason=neither VELMORA_SEAL_DIR nor ORVANE_PREFIX is set]");
     qunsetenv("VELMORA_SEAL_DIR");
     if (!earlierPrefix.isNull())
         qputenv("ORVANE_PREFIX", earlierPrefix);
 }
+
+QTEST_GUILESS_MAIN(KeyringTest)
+#include "KeyringTest.moc"

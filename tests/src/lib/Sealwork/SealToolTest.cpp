@@ -1,5 +1,4 @@
-#include "SealToolTest.h"
-
+#include "Installation.h"
 #include <support/TestTable.h>
 
 #include "Failure.h"
@@ -14,6 +13,7 @@
 
 #include <QDir>
 #include <QtTest>
+#include <memory>
 
 namespace {
 
@@ -28,10 +28,27 @@ QStringList filesBelow(const QString& directory) {
 
 } // namespace
 
+/// The command line program.
+class SealToolTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void madeKeysWork();
+    void keptKeys();
+    void passphrases();
+    void exitStatus_data();
+    void exitStatus();
+    void filesAreWholeOrMissing();
+    void noRandomNumbers();
+
+private:
+    std::unique_ptr<Installation> _installation; ///< Of the rows of `exitStatus`, none of which may change it.
+};
+
 void SealToolTest::madeKeysWork() {
     const Installation installation;
     const auto run = [&installation](const char* line, const QByteArray& input = {}) {
-        return seal(argumentsOf(line, installation.path(QStringLiteral("."))), input);
+        return seal(argumentsOf(line, installation.path(".")), input);
     };
     const auto key = run("keygen script -o @/scripts");
     QCOMPARE(key.exitCode, 0);
@@ -53,7 +70,7 @@ void SealToolTest::madeKeysWork() {
     QVERIFY(toBytes(out).contains("key_keyowner=\"Orvane\", key_keyname=\"r-1\""));
 
     for (const auto reader : {QFile::ReadGroup, QFile::ReadOther}) {
-        QFile::setPermissions(installation.path(QStringLiteral("s.private.pem")), QFile::ReadOwner | reader);
+        QFile::setPermissions(installation.path("s.private.pem"), QFile::ReadOwner | reader);
         const auto warned = run("seal - -o - --key @/scripts --signer @/s.private.pem", script);
         QCOMPARE(warned.exitCode, 0);
         QVERIFY(warned.errors.contains("s.private.pem: warning: others can read this private key"));
@@ -73,7 +90,7 @@ void SealToolTest::keptKeys() {
         const auto second = seal(QStringList(arguments) << QStringLiteral("--keep"));
         QCOMPARE(second.output, first.output);
         QCOMPARE(contentOf(file), content);
-        if (arguments.contains(QLatin1String("script")))
+        if (arguments.contains("script"))
             continue;
         const auto publicFile = QString::fromLocal8Bit(first.output.split('\n').at(1));
         const auto publicContent = contentOf(publicFile);
@@ -94,13 +111,13 @@ void SealToolTest::keptKeys() {
 void SealToolTest::passphrases() {
     const Installation installation;
     const auto run = [&installation](const char* line) {
-        return seal(argumentsOf(line, installation.path(QStringLiteral("."))), "x = 1\n");
+        return seal(argumentsOf(line, installation.path(".")), "x = 1\n");
     };
     run("keygen script -o @/scripts");
     run("keygen signer -o @/s");
     openssl(argumentsOf("pkcs8 -topk8 -in @/s.private.pem -passout pass:open -out @/locked.pem", installation.path()));
-    installation.write(QStringLiteral("right"), "open\n");
-    installation.write(QStringLiteral("wrong"), "shut\n");
+    installation.write("right", "open\n");
+    installation.write("wrong", "shut\n");
     const auto right = run("seal - -o - --key @/scripts --signer @/locked.pem --passphrase-file @/right");
     QCOMPARE(right.exitCode, 0);
     QVERIFY(right.output.contains("\nSignature: "));
@@ -115,7 +132,7 @@ void SealToolTest::passphrases() {
 void SealToolTest::exitStatus_data() {
     _installation = std::make_unique<Installation>();
     const auto directory = _installation->path();
-    _installation->write(QStringLiteral("plain"), "x = 1\n");
+    _installation->write("plain", "x = 1\n");
     QCOMPARE(mkfifo(qPrintable(directory + QStringLiteral("/pipe")), S_IRUSR | S_IWUSR), 0);
     for (const auto* setUp : {"keygen script -o @/keys", "keygen script -o @/several", "keygen script -o @/several",
                               "seal @/plain -o @/sealed --key @/keys"})
@@ -183,21 +200,19 @@ void SealToolTest::exitStatus() {
 
 void SealToolTest::filesAreWholeOrMissing() {
     const Installation installation;
-    const auto keys = installation.path(QStringLiteral("scripts"));
+    const auto keys = installation.path("scripts");
     // No file may grow, which fails the write with an error once the signal is ignored.
     const auto runWithoutSpace = [&installation](const char* line) {
-        return runTool(QStringLiteral("/bin/sh"),
-                       QStringList{QStringLiteral("-c"),
-                                   QStringLiteral("trap '' XFSZ; ulimit -f 0; exec \"$0\" \"$@\""),
-                                   QStringLiteral(VELMORA_SEAL_PROGRAM)} +
-                           argumentsOf(line, installation.path()));
+        return runTool("/bin/sh", QStringList{"-c", "trap '' XFSZ; ulimit -f 0; exec \"$0\" \"$@\"",
+                                              QStringLiteral(VELMORA_SEAL_PROGRAM)} +
+                                      argumentsOf(line, installation.path()));
     };
     const auto result = runWithoutSpace("keygen script -o @/scripts");
     QCOMPARE(result.exitCode, 2);
     QVERIFY(result.errors.contains("Unable to write file (File too large)"));
     QCOMPARE(filesBelow(keys), QStringList());
 
-    const auto file = installation.write(QStringLiteral("signers/old.private.pem"), "as it was");
+    const auto file = installation.write("signers/old.private.pem", "as it was");
     QCOMPARE(runWithoutSpace("keygen signer -o @/signers/old --force").exitCode, 2);
     const std::array<std::uint8_t, 1> content{};
     const auto writeNew = [&content](const QString& name) {
@@ -206,20 +221,22 @@ void SealToolTest::filesAreWholeOrMissing() {
                                       Sealwork::Overwrite::No);
         });
     };
-    QCOMPARE(writeNew(file), QStringLiteral("Fatal: File exists already"));
+    QCOMPARE(writeNew(file), "Fatal: File exists already");
     QCOMPARE(contentOf(file), QByteArray("as it was"));
-    QCOMPARE(filesBelow(installation.path(QStringLiteral("signers"))), QStringList(QStringLiteral("old.private.pem")));
+    QCOMPARE(filesBelow(installation.path("signers")), QStringList("old.private.pem"));
 }
 
 void SealToolTest::noRandomNumbers() {
     const Installation installation;
     auto environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("OPENSSL_CONF"),
-                       installation.write(QStringLiteral("no-random.cnf"),
-                                          "openssl_conf = all\n[all]\nrandom = numbers\n[numbers]\nrandom = NONE\n"));
-    const auto result =
-        seal(argumentsOf("keygen script -o @", installation.path(QStringLiteral("scripts"))), {}, environment);
+    environment.insert(
+        "OPENSSL_CONF",
+        installation.write("no-random.cnf", "openssl_conf = all\n[all]\nrandom = numbers\n[numbers]\nrandom = NONE\n"));
+    const auto result = seal(argumentsOf("keygen script -o @", installation.path("scripts")), {}, environment);
     QCOMPARE(result.exitCode, 2);
     QVERIFY2(result.errors.startsWith("velmora-seal: No random numbers available"), result.errors.constData());
-    QCOMPARE(filesBelow(installation.path(QStringLiteral("scripts"))), QStringList());
+    QCOMPARE(filesBelow(installation.path("scripts")), QStringList());
 }
+
+QTEST_GUILESS_MAIN(SealToolTest)
+#include "SealToolTest.moc"

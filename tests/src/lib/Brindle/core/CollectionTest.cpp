@@ -1,4 +1,3 @@
-#include "CollectionTest.h"
 #include "Part.h"
 
 #include <support/TestTable.h>
@@ -70,6 +69,22 @@ void checkCursor(Locator<std::string> locator, const QStringList& expected) {
 }
 
 } // namespace
+
+class CollectionTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyOperationAgrees_data();
+    void everyOperationAgrees();
+    void listIsSeenAsItIsWhenWalked();
+    void ownedListLivesWithItsViews();
+    void memberFunctionsOfPointersAndValues();
+    void nullParts();
+    void randomOrderFollowsKeys_data();
+    void randomOrderFollowsKeys();
+    void randomOrdersDiffer();
+    void driverWithoutReverseWalk();
+};
 
 void CollectionTest::everyOperationAgrees_data() {
     static std::list<Part> parts{{"b1", {"x", "y"}}, {"a1", {}}, {"b2", {"y", "z"}}, {"c1", {"x"}}, {"a2", {}}};
@@ -249,3 +264,6 @@ void CollectionTest::driverWithoutReverseWalk() {
     QCOMPARE(collection.getLast(), std::string("b"));
     QVERIFY(std::ranges::find(collection, "b") != collection.end());
 }
+
+QTEST_GUILESS_MAIN(CollectionTest)
+#include "CollectionTest.moc"

@@ -1,4 +1,3 @@
-#include "ConsoleTest.h"
 #include "ForeignLocale.h"
 
 #include <support/TestTable.h>
@@ -12,6 +11,7 @@
 #include <functional>
 #include <iostream>
 #include <memory>
+#include <sstream>
 
 using namespace Brindle;
 
@@ -41,6 +41,31 @@ QString readFile(const QString& filename) {
 }
 
 } // namespace
+
+class ConsoleTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void lines_data();
+    void lines();
+    void longTexts_data();
+    void longTexts();
+    void exceptions_data();
+    void exceptions();
+    void errorsAreCounted();
+    void logFile();
+    void observers();
+    void observersThatChangeWhileTheyAreTold();
+    void timer();
+
+private:
+    std::ostringstream _output; // what reaches standard output
+    std::ostringstream _errors; // what reaches standard error
+    std::streambuf* _standardOutput = nullptr;
+    std::streambuf* _standardError = nullptr;
+};
 
 void ConsoleTest::init() {
     _output.str({});
@@ -265,3 +290,6 @@ void ConsoleTest::timer() {
     const double seconds = match.captured(1).toDouble();
     QVERIFY(seconds >= 0.02 && seconds < 60);
 }
+
+QTEST_GUILESS_MAIN(ConsoleTest)
+#include "ConsoleTest.moc"

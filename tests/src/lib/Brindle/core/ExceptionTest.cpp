@@ -1,5 +1,3 @@
-#include "ExceptionTest.h"
-
 #include <support/TestTable.h>
 
 #include <Brindle/Exception.h>
@@ -30,6 +28,16 @@ void addRows(const char* name) {
 } // namespace
 
 Q_DECLARE_METATYPE(Throw)
+
+class ExceptionTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void kindIsKept_data();
+    void kindIsKept();
+    void fields();
+    void location();
+};
 
 void ExceptionTest::kindIsKept_data() {
     TestTable<Throw, QByteArray>("fail", "kind");
@@ -73,3 +81,6 @@ void ExceptionTest::location() {
     QCOMPARE(std::string(withoutExtension("a.b/c")), std::string("a.b/c"));
     QCOMPARE(std::string(withoutExtension("a.b/c.d.h")), std::string("a.b/c.d"));
 }
+
+QTEST_GUILESS_MAIN(ExceptionTest)
+#include "ExceptionTest.moc"

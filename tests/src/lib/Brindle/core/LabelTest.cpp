@@ -1,4 +1,3 @@
-#include "LabelTest.h"
 #include "ForeignLocale.h"
 
 #include <support/TestTable.h>
@@ -11,6 +10,14 @@
 #include <limits>
 
 using namespace Brindle;
+
+class LabelTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void numbers_data();
+    void numbers();
+};
 
 void LabelTest::numbers_data() {
     const TestTable<double, QString> table("number", "label");
@@ -49,3 +56,6 @@ void LabelTest::numbers() {
     if (std::isfinite(number))
         QCOMPARE(text.toDouble(), number);
 }
+
+QTEST_GUILESS_MAIN(LabelTest)
+#include "LabelTest.moc"

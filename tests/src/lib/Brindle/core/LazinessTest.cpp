@@ -1,5 +1,3 @@
-#include "LazinessTest.h"
-
 #include <support/TestTable.h>
 
 #include <Brindle/Collections.h>
@@ -99,6 +97,14 @@ using Action = std::function<bool()>;
 
 Q_DECLARE_METATYPE(Action)
 
+class LazinessTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void stepsOfSource_data();
+    void stepsOfSource();
+};
+
 void LazinessTest::stepsOfSource_data() {
     const TestTable<Action, int, int, int> table("holds", "locators", "steps", "associates");
     table.row(
@@ -165,3 +171,6 @@ void LazinessTest::stepsOfSource() {
     QTEST(counts.steps, "steps");
     QTEST(counts.associates, "associates");
 }
+
+QTEST_GUILESS_MAIN(LazinessTest)
+#include "LazinessTest.moc"

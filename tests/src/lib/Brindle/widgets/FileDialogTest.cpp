@@ -1,5 +1,3 @@
-#include "FileDialogTest.h"
-
 #include <support/TestTable.h>
 
 #include "DialogRobot.h"
@@ -26,7 +24,7 @@ const QString caption = QStringLiteral("Choose");
 
 DialogRobot::Step confirmProposal(const QString& expectedName) {
     return [expectedName](QWidget* dialog) {
-        auto* nameEdit = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+        auto* nameEdit = dialog->findChild<QLineEdit*>("fileNameEdit");
         QCOMPARE(nameEdit->text(), expectedName);
         QTest::keyClick(nameEdit, Qt::Key_Return);
     };
@@ -34,7 +32,7 @@ DialogRobot::Step confirmProposal(const QString& expectedName) {
 
 DialogRobot::Step selectRow(const QString& name) {
     return [name](QWidget* dialog) {
-        auto* list = dialog->findChild<QTreeView*>(QStringLiteral("treeView"));
+        auto* list = dialog->findChild<QTreeView*>("treeView");
         const auto findRow = [list, name] {
             return list->model()->match(list->model()->index(0, 0, list->rootIndex()), Qt::DisplayRole, name);
         };
@@ -46,9 +44,27 @@ DialogRobot::Step selectRow(const QString& name) {
 
 } // namespace
 
+class FileDialogTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void save_data();
+    void save();
+    void open_data();
+    void open();
+    void columnsShowWhole();
+    void directory_data();
+    void directory();
+    void functionsReplaceDialogs();
+
+private:
+    QTemporaryDir _folder;
+};
+
 void FileDialogTest::initTestCase() {
     QVERIFY(_folder.isValid());
-    QVERIFY(QDir(_folder.path()).mkpath(QStringLiteral("sub")));
+    QVERIFY(QDir(_folder.path()).mkpath("sub"));
     for (const char* name : {"old.vhd", "plain"})
         QVERIFY(QFile(_folder.filePath(QLatin1String(name))).open(QIODevice::WriteOnly));
 }
@@ -83,8 +99,7 @@ void FileDialogTest::save() {
     QFETCH(Steps, steps);
     QFETCH(QString, chosen);
     const DialogRobot robot(steps);
-    const QString path =
-        FileDialog::getSaveFileName(nullptr, caption, _folder.filePath(proposed), QStringLiteral("VHDL (*.vhd)"));
+    const QString path = FileDialog::getSaveFileName(nullptr, caption, _folder.filePath(proposed), "VHDL (*.vhd)");
     QCOMPARE(path, chosen.isEmpty() ? QString() : _folder.filePath(chosen));
     QVERIFY(robot.isDone());
 }
@@ -113,8 +128,8 @@ void FileDialogTest::open() {
     QFETCH(Steps, steps);
     QFETCH(QString, chosen);
     const DialogRobot robot(steps);
-    const QString path = FileDialog::getOpenFileName(nullptr, caption, _folder.filePath(proposed),
-                                                     QStringLiteral("VHDL (*.vhd);;All files (*)"));
+    const QString path =
+        FileDialog::getOpenFileName(nullptr, caption, _folder.filePath(proposed), "VHDL (*.vhd);;All files (*)");
     QCOMPARE(path, chosen.isEmpty() ? QString() : _folder.filePath(chosen));
     QVERIFY(robot.isDone());
 }
@@ -127,7 +142,7 @@ void FileDialogTest::columnsShowWhole() {
     file.write(QByteArray(480, 'x'));
     file.close();
     const DialogRobot robot({[](QWidget* dialog) {
-        const auto* list = dialog->findChild<QTreeView*>(QStringLiteral("treeView"));
+        const auto* list = dialog->findChild<QTreeView*>("treeView");
         QTRY_COMPARE(list->model()->rowCount(list->rootIndex()), 1);
         for (int column = 1; column < list->model()->columnCount(); ++column) {
             const QSize wanted = list->itemDelegate()->sizeHint(QStyleOptionViewItem(),
@@ -136,7 +151,7 @@ void FileDialogTest::columnsShowWhole() {
         }
         DialogRobot::cancel()(dialog);
     }});
-    FileDialog::getOpenFileName(nullptr, caption, folder.filePath("x"), QStringLiteral("All files (*)"));
+    FileDialog::getOpenFileName(nullptr, caption, folder.filePath("x"), "All files (*)");
     QVERIFY(robot.isDone());
 }
 
@@ -165,8 +180,7 @@ void FileDialogTest::directory() {
     const QString path = FileDialog::getDirectory(nullptr, caption, _folder.filePath(proposed));
     QCOMPARE(path, chosen.isNull() ? QString() : QDir::cleanPath(_folder.filePath(chosen)));
     QVERIFY(robot.isDone());
-    QVERIFY2(path.isEmpty() || path.endsWith(QLatin1String("sub")) || !QFile::exists(_folder.filePath("bridge")),
-             "creates nothing");
+    QVERIFY2(path.isEmpty() || path.endsWith("sub") || !QFile::exists(_folder.filePath("bridge")), "creates nothing");
 }
 
 void FileDialogTest::functionsReplaceDialogs() {
@@ -185,11 +199,11 @@ void FileDialogTest::functionsReplaceDialogs() {
         asked = QStringList{title, path};
         return QStringLiteral("/answer");
     });
-    QCOMPARE(FileDialog::getSaveFileName(nullptr, "a", "b", "c"), QStringLiteral("/answer.vhd"));
+    QCOMPARE(FileDialog::getSaveFileName(nullptr, "a", "b", "c"), "/answer.vhd");
     QCOMPARE(asked, QStringList({"a", "b", "c"}));
-    QCOMPARE(FileDialog::getOpenFileName(nullptr, "f", "g", "h"), QStringLiteral("/read.vhd"));
+    QCOMPARE(FileDialog::getOpenFileName(nullptr, "f", "g", "h"), "/read.vhd");
     QCOMPARE(asked, QStringList({"f", "g", "h"}));
-    QCOMPARE(FileDialog::getDirectory(nullptr, "d", "e"), QStringLiteral("/answer"));
+    QCOMPARE(FileDialog::getDirectory(nullptr, "d", "e"), "/answer");
     QCOMPARE(asked, QStringList({"d", "e"}));
 
     FileDialog::setSaveFileNameFunction(nullptr);
@@ -201,3 +215,6 @@ void FileDialogTest::functionsReplaceDialogs() {
     QCOMPARE(FileDialog::getDirectory(nullptr, "d", "e"), QString());
     QVERIFY(robot.isDone());
 }
+
+QTEST_MAIN(FileDialogTest)
+#include "FileDialogTest.moc"

@@ -1,5 +1,3 @@
-#include "ThemeTest.h"
-
 #include <support/Contrast.h>
 #include <support/Input.h>
 #include <support/TestTable.h>
@@ -54,11 +52,34 @@ QColor inkOf(const QImage& image) {
 QStringList warnings;
 
 void collectWarning(QtMsgType, const QMessageLogContext&, const QString& message) {
-    if (!message.startsWith(QLatin1String("This plugin does not support"))) // what the offscreen platform lacks
+    if (!message.startsWith("This plugin does not support")) // what the offscreen platform lacks
         warnings << message;
 }
 
 } // namespace
+
+class ThemeTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void findsThemeByName_data();
+    void findsThemeByName();
+    void refusesUnknownNames();
+    void textIsLegibleOnEveryGround_data();
+    void textIsLegibleOnEveryGround();
+    void paletteTextIsLegible_data();
+    void paletteTextIsLegible();
+    void iconsStandOut_data();
+    void iconsStandOut();
+    void imagesHaveBothDensities_data();
+    void imagesHaveBothDensities();
+    void styleSheetIsSound_data();
+    void styleSheetIsSound();
+    void wheelChangesNoInput_data();
+    void wheelChangesNoInput();
+    void popupShowsSeparatorsAsHairlines();
+    void capCarriesItsChild();
+};
 
 void ThemeTest::findsThemeByName_data() {
     const TestTable<QString, int> table("name", "code");
@@ -185,7 +206,7 @@ void ThemeTest::imagesHaveBothDensities_data() {
 void ThemeTest::imagesHaveBothDensities() {
     QFETCH(QString, path);
     const QImage single(path);
-    const QImage twice(QString(path).replace(QLatin1String(".png"), QLatin1String("@2x.png")));
+    const QImage twice(QString(path).replace(".png", "@2x.png"));
     QVERIFY(!single.isNull());
     QCOMPARE(twice.size(), single.size() * 2);
     QVERIFY(inkOf(single).isValid());
@@ -198,8 +219,8 @@ void ThemeTest::styleSheetIsSound_data() {
 void ThemeTest::styleSheetIsSound() {
     const Theme theme = fetchTheme();
     const QString sheet = theme.getStyleSheet();
-    QVERIFY2(!sheet.section(QLatin1String("*/"), 1).contains(QLatin1Char('@')), "a name was not replaced");
-    QRegularExpressionMatchIterator urls = QRegularExpression(QStringLiteral("url\\(([^)]*)\\)")).globalMatch(sheet);
+    QVERIFY2(!sheet.section("*/", 1).contains(QLatin1Char('@')), "a name was not replaced");
+    QRegularExpressionMatchIterator urls = QRegularExpression("url\\(([^)]*)\\)").globalMatch(sheet);
     QVERIFY(urls.hasNext());
     while (urls.hasNext()) {
         const QString path = urls.next().captured(1);
@@ -234,7 +255,7 @@ void ThemeTest::wheelChangesNoInput() {
     auto* spinBox = new QSpinBox(form);
     spinBox->setValue(50);
     auto* comboBox = new QComboBox(form);
-    comboBox->addItems({QStringLiteral("a"), QStringLiteral("b")});
+    comboBox->addItems({"a", "b"});
     QScrollArea area;
     area.setWidget(form);
     QWidget* input = isComboBox ? static_cast<QWidget*>(comboBox) : spinBox;
@@ -264,7 +285,7 @@ void ThemeTest::wheelChangesNoInput() {
 void ThemeTest::popupShowsSeparatorsAsHairlines() {
     Brindle::theme.apply(*qApp);
     QComboBox comboBox;
-    comboBox.addItems({QStringLiteral("All"), QStringLiteral("FamilyA")});
+    comboBox.addItems({"All", "FamilyA"});
     comboBox.insertSeparator(1);
     Brindle::theme.enrich(&comboBox);
     Brindle::theme.enrich(&comboBox);
@@ -282,7 +303,7 @@ void ThemeTest::popupShowsSeparatorsAsHairlines() {
 
 void ThemeTest::capCarriesItsChild() {
     QWidget page;
-    auto* label = new QLabel(QStringLiteral("text"), &page);
+    auto* label = new QLabel("text", &page);
     QWidget* cap = Brindle::theme.getCapWidget(label);
     QCOMPARE(cap->property("child").value<QWidget*>(), static_cast<QWidget*>(label));
     QCOMPARE(label->parentWidget(), cap);
@@ -292,3 +313,6 @@ void ThemeTest::capCarriesItsChild() {
     QCoreApplication::processEvents();
     QVERIFY(cap->rect().adjusted(1, 1, -1, -1).contains(label->geometry()));
 }
+
+QTEST_MAIN(ThemeTest)
+#include "ThemeTest.moc"
