@@ -67,11 +67,6 @@ QString TestPrefix::addKnownIP(const QString& name, const QByteArray& script, co
                                 furtherLines);
 }
 
-QByteArray readFile(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 QByteArray bytesOf(const Sealwork::SecureBuffer& buffer) {
     return QByteArray(reinterpret_cast<const char*>(buffer.data()), static_cast<int>(buffer.size()));
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <support/ReadFile.h>
+
 #include <Sealwork/ScriptKey.h>
 
 #include <QByteArray>
@@ -37,8 +39,5 @@ private:
     QString _earlierWorkingDirectory;
     Sealwork::ScriptKey _scriptKey;
 };
-
-/// The bytes of a file; null when it cannot be read.
-QByteArray readFile(const QString& path);
 
 QByteArray bytesOf(const Sealwork::SecureBuffer& buffer);

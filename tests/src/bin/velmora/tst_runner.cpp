@@ -124,20 +124,15 @@ void RunnerTest::failures_data() {
     table.row("syntax error", "def generate(argDict:\n", nothing, 2); // its own, and that of the missing generate
     table.row("raises while loading", "raise ValueError('x')\n", nothing, 2);
     table.row("no generate", "x = 1\n", nothing, 1);
-    table.row("empty", "", nothing, 1);
     table.row("generate raises", "def generate(argDict):\n  raise ValueError('x')\n", nothing, 1);
     table.row("generate takes nothing", "def generate():\n  return {}\n", nothing, 1);
-    table.row("generate is no function", "generate = 7\n", nothing, 1);
     table.row("sys.exit", "import sys\ndef generate(argDict):\n  sys.exit()\n", nothing, 1);
-    table.row("sys.exit with a status", "import sys\ndef generate(argDict):\n  sys.exit(3)\n", nothing, 1);
     table.row("recursion without end", "def generate(argDict):\n  return generate(argDict)\n", nothing, 1);
     table.row("list", returning("['a']"), noDictionary, 0);
     table.row("nothing returned", returning(""), noDictionary, 0);
-    table.row("text returned", returning("'a'"), noDictionary, 0);
     table.row("subclass of dict", "class D(dict): pass\n" + returning("D(a='b')"), noDictionary, 0);
     table.row("number as key", returning("{1: 'a'}"), noString, 0);
     table.row("unicode as key", returning("{u'a': 'a'}"), noString, 0);
-    table.row("number as content", returning("{'a': 1}"), noString, 0);
     table.row("unicode as content", returning("{'a': u'b'}"), noString, 0);
     table.row("subclass of str", "class S(str): pass\n" + returning("{'a': S('b')}"), noString, 0);
     table.row("variable deleted by the script", "def generate(argDict):\n  raise KeyboardInterrupt()\n", nothing, 1);

@@ -29,6 +29,7 @@
 #include <QStackedWidget>
 #include <QToolButton>
 
+#include <array>
 #include <memory>
 
 using Velmora::FoldWidget;
@@ -227,12 +228,9 @@ void ShellTest::folioPages() {
 
     auto* grid = qobject_cast<QGridLayout*>(folio->layout());
     const auto placeOf = [grid](QWidget* widget) {
-        int row = 0;
-        int column = 0;
-        int rowSpan = 0;
-        int columnSpan = 0;
-        grid->getItemPosition(grid->indexOf(widget), &row, &column, &rowSpan, &columnSpan);
-        return QList<int>{row, column, rowSpan, columnSpan};
+        std::array<int, 4> place{}; // row, column and how many of both
+        grid->getItemPosition(grid->indexOf(widget), &place[0], &place[1], &place[2], &place[3]);
+        return QList<int>(place.begin(), place.end());
     };
     auto* buttonColumn = folio->findChild<QToolButton*>("IPs")->parentWidget();
     QCOMPARE(placeOf(buttonColumn), QList<int>({0, 0, 2, 1}));

@@ -79,17 +79,14 @@ void KeyringTest::refusedRecipients_data() {
     table.row("even exponent", header + madeUpRsaPem(odd2048, "10002"), "exponent not odd or below 65537");
     table.row("even modulus", header + madeUpRsaPem(QByteArray(512, 'e'), "10001"), "damaged key");
     table.row("elliptic curve", header + publicPem({"EC", "-pkeyopt", "ec_paramgen_curve:P-256"}), "not RSA");
-    table.row("Ed25519", header + publicPem({"ED25519"}), "not RSA");
     table.row("RSA-PSS", header + publicPem({"RSA-PSS"}), "not RSA");
     table.row("two keys", header + good + good, layout);
     table.row("private key", header + toBytes(Installation::rsaKey(2048).getPrivatePem().text()), layout);
     table.row("no key", header, layout);
-    table.row("cut key", header + good.left(200), layout);
     table.row("damaged base64", header + QByteArray(good).replace("\nMII", "\n!!!"), layout);
     table.row("text between", header + "x\n" + good, layout);
     table.row("no names", good, layout);
     table.row("names in the other order", "Key-Name: a\nKey-Owner: b\n" + good, layout);
-    table.row("empty file", {}, layout);
     table.row("quote", named("a\"b", "c"), badName);
     table.row("backslash", named("a\\b", "c"), badName);
     table.row("backtick", named("a", "c`"), badName);

@@ -61,7 +61,7 @@ QByteArray SealToolEnvelopeTest::errorsOf(const ToolResult& result) const {
 }
 
 QByteArray SealToolEnvelopeTest::read(const char* name) const {
-    return contentOf(_installation->path(QLatin1String(name)));
+    return readFile(_installation->path(QLatin1String(name)));
 }
 
 void SealToolEnvelopeTest::init() {

@@ -85,25 +85,25 @@ void SealToolTest::keptKeys() {
         const auto first = seal(QStringList(arguments) << QStringLiteral("--keep"));
         QCOMPARE(first.exitCode, 0);
         const auto file = QString::fromLocal8Bit(first.output.split('\n').first());
-        const auto content = contentOf(file);
+        const auto content = readFile(file);
         QVERIFY(!content.isEmpty());
         const auto second = seal(QStringList(arguments) << QStringLiteral("--keep"));
         QCOMPARE(second.output, first.output);
-        QCOMPARE(contentOf(file), content);
+        QCOMPARE(readFile(file), content);
         if (arguments.contains("script"))
             continue;
         const auto publicFile = QString::fromLocal8Bit(first.output.split('\n').at(1));
-        const auto publicContent = contentOf(publicFile);
+        const auto publicContent = readFile(publicFile);
         QVERIFY(QFile::remove(publicFile)); // as when the making of the pair was interrupted
         QCOMPARE(seal(QStringList(arguments) << QStringLiteral("--keep")).exitCode, 0);
-        QCOMPARE(contentOf(file), content);
-        QCOMPARE(contentOf(publicFile), publicContent);
+        QCOMPARE(readFile(file), content);
+        QCOMPARE(readFile(publicFile), publicContent);
         const auto third = seal(arguments);
         QCOMPARE(third.exitCode, 2);
         QCOMPARE(third.errors, "velmora-seal: " + file.toLocal8Bit() + ": File exists already, --force replaces it\n");
-        QCOMPARE(contentOf(file), content);
+        QCOMPARE(readFile(file), content);
         QCOMPARE(seal(QStringList(arguments) << QStringLiteral("--force")).exitCode, 0);
-        QVERIFY(contentOf(file) != content);
+        QVERIFY(readFile(file) != content);
         QVERIFY(isPrivate(file));
     }
 }
@@ -222,7 +222,7 @@ void SealToolTest::filesAreWholeOrMissing() {
         });
     };
     QCOMPARE(writeNew(file), "Fatal: File exists already");
-    QCOMPARE(contentOf(file), QByteArray("as it was"));
+    QCOMPARE(readFile(file), QByteArray("as it was"));
     QCOMPARE(filesBelow(installation.path("signers")), QStringList("old.private.pem"));
 }
 

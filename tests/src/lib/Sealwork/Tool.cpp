@@ -33,11 +33,6 @@ QStringList argumentsOf(const char* line, const QString& directory) {
     return QString::fromLatin1(line).replace(QLatin1Char('@'), directory).split(QLatin1Char(' '), Qt::SkipEmptyParts);
 }
 
-QByteArray contentOf(const QString& filename) {
-    QFile file(filename);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 QByteArray madeUpRsaPem(const QByteArray& modulusHex, const QByteArray& exponentHex) {
     const QTemporaryDir directory;
     QFile configuration(directory.filePath("key.cnf"));

@@ -1,5 +1,6 @@
 #include "ForeignLocale.h"
 
+#include <support/ReadFile.h>
 #include <support/TestTable.h>
 
 #include <Brindle/Build.h>
@@ -34,11 +35,6 @@ public:
     QStringList heard;
     std::function<void()> then; ///< What is done on each line.
 };
-
-QString readFile(const QString& filename) {
-    QFile file(filename);
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-}
 
 } // namespace
 
@@ -207,13 +203,13 @@ void ConsoleTest::logFile() {
     tested.indent();
     tested.print("text");
     tested.error("error");
-    QCOMPARE(readFile(first), QString("  text\n  error\n")); // at once, not at the end
+    QCOMPARE(readFile(first), "  text\n  error\n"); // at once, not at the end
     tested.setFullLogFile(second.toStdString());
     tested.remark("remark");
     tested.setFullLogFile("");
     tested.print("not in a file");
-    QCOMPARE(readFile(first), QString("  text\n  error\n"));
-    QCOMPARE(readFile(second), QString("  remark\n"));
+    QCOMPARE(readFile(first), "  text\n  error\n");
+    QCOMPARE(readFile(second), "  remark\n");
 
     const std::string unusable = folder.filePath("none/x.log").toStdString();
     try {
