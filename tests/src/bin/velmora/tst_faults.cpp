@@ -28,7 +28,6 @@
 #include <array>
 #include <functional>
 #include <memory>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -120,8 +119,6 @@ private Q_SLOTS:
     void diskFillsUp_data();
     void diskFillsUp();
     void installationIsRemoved();
-    void scriptFileIsReplaced_data();
-    void scriptFileIsReplaced();
     void settingsCannotBeStored_data();
     void settingsCannotBeStored();
     void killedInMidGeneration_data();
@@ -237,41 +234,6 @@ void FaultsTest::installationIsRemoved() {
     }
     window.close();
     QCOMPARE(QSettings().status(), QSettings::NoError);
-}
-
-void FaultsTest::scriptFileIsReplaced_data() {
-    const TestTable<int, QString> table("replacement", "error");
-    const QString unreadable = "E:   Unable to open script file (scriptFilename: ";
-    table.row("folder", 0, unreadable);
-    table.row("named pipe", 1, unreadable);
-    table.row("link to nothing", 2, unreadable);
-    table.row("empty file", 3, "E:   Script refused: not a sealed script");
-    table.row("its own text", 4, "E:   Script refused: not a sealed script");
-    table.row("sealed text that is cut", 5, "E:   Script refused: truncated or malformed");
-}
-
-void FaultsTest::scriptFileIsReplaced() {
-    QFETCH(int, replacement);
-    QFETCH(QString, error);
-    const auto page = openPage(bridgeName, returning("{'x.vhd': ''}"));
-    const QString script = QString::fromStdString(page->getScriptFilename());
-    const QByteArray sealed = readFile(script);
-    QVERIFY(QFile::remove(script));
-    const QString relativePath = QDir(_prefix->path()).relativeFilePath(script);
-    if (replacement == 0)
-        QVERIFY(QDir().mkpath(script));
-    else if (replacement == 1)
-        QCOMPARE(mkfifo(QFile::encodeName(script).constData(), 0600), 0);
-    else if (replacement == 2)
-        QVERIFY(QFile::link("nowhere", script));
-    else
-        _prefix->write(relativePath, replacement == 3 ? "" : replacement == 4 ? returning("{}") : sealed.chopped(60));
-    ConsoleRecorder recorder;
-    press(*page);
-    QCOMPARE(recorder.errors().size(), 1);
-    QVERIFY2(recorder.errors().first().startsWith(error), qPrintable(recorder.errors().first()));
-    QCOMPARE(recorder.lines().last(), QStringLiteral("  Generating Failed"));
-    QVERIFY(QDir(out()).isEmpty());
 }
 
 void FaultsTest::settingsCannotBeStored_data() {

@@ -235,6 +235,7 @@ private Q_SLOTS:
     void generates();
     void refusedArguments_data();
     void refusedArguments();
+    void countsBeyondTheCheck();
     void oddResults_data();
     void oddResults();
 };
@@ -727,6 +728,20 @@ void FormsTest::refusedArguments() {
         QFAIL("nothing thrown");
     } catch (const Brindle::Error& error) {
         QCOMPARE(error.getLocation().file, "src/bin/velmora/" + kinds[ip].className.toStdString());
+    }
+}
+
+void FormsTest::countsBeyondTheCheck() {
+    for (const QString& ip : streamingFilters) {
+        open(ip);
+        set(list(1));
+        try {
+            statement();
+            QFAIL("nothing thrown");
+        } catch (const Brindle::Fatal& error) {
+            QCOMPARE(error.what(), "Number of coefficients must be in range 3 to 56");
+            QCOMPARE(error.getLocation().file, "src/bin/velmora/" + kinds[ip].className.toStdString());
+        }
     }
 }
 

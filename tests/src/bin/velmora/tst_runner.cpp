@@ -57,10 +57,7 @@ private Q_SLOTS:
     void firstTraceLineIsTheError();
     void reportedErrorComesBeforeTheResult();
     void textsOfBothKindsReachTheConsole();
-    void enormousTraceLineIsShortened();
     void nothingSurvivesANormalRun();
-    void nothingOfAFailedRunIsTakenForAResult_data();
-    void nothingOfAFailedRunIsTakenForAResult();
     void failedRunLeavesNoneOfTheRunnersNames();
     void scriptFileErrors_data();
     void scriptFileErrors();
@@ -181,13 +178,6 @@ void RunnerTest::textsOfBothKindsReachTheConsole() {
     QVERIFY(outcome.files);
 }
 
-void RunnerTest::enormousTraceLineIsShortened() {
-    const Outcome outcome = run("def generate(argDict):\n  raise ValueError('x' * 1000000)\n");
-    QCOMPARE(outcome.exception, QStringLiteral("Fatal: Should not be here"));
-    QCOMPARE(outcome.console.last().size(), 1000);
-    QVERIFY(outcome.console.last().startsWith("  ValueError: xxx"));
-}
-
 void RunnerTest::nothingSurvivesANormalRun() {
     const QByteArray probe = "import sys\n"
                              "found = [name for name in ('left', 'text') if name in globals()] + "
@@ -199,21 +189,6 @@ void RunnerTest::nothingSurvivesANormalRun() {
                              returning("{'found': repr(found)}");
     QCOMPARE(run(probe).files->at("found"), QStringLiteral("[]"));
     QCOMPARE(run(probe).files->at("found"), QStringLiteral("[]"));
-}
-
-void RunnerTest::nothingOfAFailedRunIsTakenForAResult_data() {
-    const TestTable<QByteArray> table("first");
-    table.row("fileDict set by a script that fails", "fileDict = {'old': ''}\nraise ValueError()\n");
-    table.row("wrong result", returning("['old']"));
-    table.row("generate of a script that fails", returning("{'old': 1}"));
-}
-
-void RunnerTest::nothingOfAFailedRunIsTakenForAResult() {
-    QFETCH(QByteArray, first);
-    run(first);
-    const Outcome second = run("x = 1\n");
-    QCOMPARE(second.exception, QStringLiteral("Fatal: Should not be here"));
-    QVERIFY(!second.files);
 }
 
 void RunnerTest::failedRunLeavesNoneOfTheRunnersNames() {

@@ -336,10 +336,6 @@ void SealToolEnvelopeTest::refusedRecipients_data() {
               "@/recipients/a.pem: File exists already, --force replaces it\n");
     table.row("named in another file", pem, "--owner Velmora --name b", 2,
               "@/recipients/b.pem: Recipient key refused: named twice\n");
-    table.row("not RSA", toBytes(Sealwork::AsymmetricKey::makeEd25519().getPublicPem()), named, 2,
-              "@/key: Recipient key refused: not RSA\n");
-    table.row("short", openssl({"pkey", "-pubout"}, openssl({"genrsa", "1024"})), named, 2,
-              "@/key: Recipient key refused: shorter than 2048 bits (bits 1024)\n");
 }
 
 void SealToolEnvelopeTest::refusedRecipients() {
