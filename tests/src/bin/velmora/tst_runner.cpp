@@ -123,7 +123,7 @@ void RunnerTest::failures_data() {
     table.row("no generate", "x = 1\n", nothing, 1);
     table.row("generate raises", "def generate(argDict):\n  raise ValueError('x')\n", nothing, 1);
     table.row("generate takes nothing", "def generate():\n  return {}\n", nothing, 1);
-    table.row("sys.exit", "import sys\ndef generate(argDict):\n  sys.exit()\n", nothing, 1);
+    table.row("sys.exit", "import sys\ndef generate(argDict):\n  sys.exit(3)\n", nothing, 1);
     table.row("recursion without end", "def generate(argDict):\n  return generate(argDict)\n", nothing, 1);
     table.row("list", returning("['a']"), noDictionary, 0);
     table.row("nothing returned", returning(""), noDictionary, 0);
