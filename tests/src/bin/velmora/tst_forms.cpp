@@ -76,6 +76,8 @@ const QString alias = "|The alias is not mandatory,\nit is only an aid to recogn
 const QString options = "||Enable,Disable";
 const QString sum = "|Range 0 to 30.\nThe sum of SER & DES must be lower or equal to 30.|0..30";
 const QString depths = "Capture depth|CaptureDepth||2K=2048,4K=4096,6K=6144,12K=12288,24K=24576,48K=49152";
+const QString pattern =
+    "Auxiliary clock WFG pattern|ClkAux1Pattern|Optional.<br />Pattern of the auxiliary clock (16 bits).|";
 const QString training = "|Length must match data size.|";
 
 /// By the name of the IP.
@@ -87,9 +89,7 @@ const QMap<QString, Kind> kinds{
                   "DSP count|DSPCount|Range 1 to 20.|1..20", "Saturation stage|SaturationStage" + options,
                   "Coefficient width|CoefficientWidth|Range 1 to 18.|1..18",
                   "Coefficients|Coefficients|List of coefficients separed by ';', ',' or carry return.|",
-                  "LSB To Be Truncated|ToBeTruncated|Number of bits to be truncated. Range 0 to 50.|0..50",
-                  "Auxiliary clock WFG pattern|ClkAux1Pattern|Optional.<br />Pattern of the auxiliary clock (16 "
-                  "bits).|"},
+                  "LSB To Be Truncated|ToBeTruncated|Number of bits to be truncated. Range 0 to 50.|0..50", pattern},
       "Entity=;InputDataWidth=1;OutputDataWidth=1;TapCount=4;DSPCount=1;SaturationStage=Enable;CoefficientWidth=1;"
       "Coefficients=;ToBeTruncated=0;ClkAux1Pattern=",
       "Entity=fir;InputDataWidth=9;OutputDataWidth=10;TapCount=33;DSPCount=5;SaturationStage=Disable;"

@@ -218,8 +218,9 @@ void ShellTest::folioPages() {
 
     auto* grid = qobject_cast<QGridLayout*>(folio->layout());
     const auto placeOf = [grid](QWidget* widget) {
-        std::array<int, 4> place{}; // row, column and how many of both
-        grid->getItemPosition(grid->indexOf(widget), &place[0], &place[1], &place[2], &place[3]);
+        std::array<int, 4> place{};
+        auto& [row, column, rowCount, columnCount] = place;
+        grid->getItemPosition(grid->indexOf(widget), &row, &column, &rowCount, &columnCount);
         return QList<int>(place.begin(), place.end());
     };
     auto* buttonColumn = folio->findChild<QToolButton*>("IPs")->parentWidget();
