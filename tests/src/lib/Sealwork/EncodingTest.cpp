@@ -140,7 +140,7 @@ void EncodingTest::directiveExpressions() {
     const auto expressions = Sealwork::parseExpressions(bytes);
     QStringList result;
     for (const auto& [name, value] : expressions.value_or(std::vector<Sealwork::DirectiveExpression>()))
-        result << QString::fromStdString(name + ":" + value);
+        result << QString::fromStdString(std::string(name).append(":").append(value));
     QTEST(expressions ? result.join("; ") : QStringLiteral("unreadable"), "expected");
 }
 
