@@ -10,6 +10,7 @@
 
 #include <QAbstractItemView>
 #include <QDir>
+#include <QMetaProperty>
 #include <QSettings>
 
 #include <array>

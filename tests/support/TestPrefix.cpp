@@ -59,16 +59,12 @@ QString TestPrefix::addIP(const QString& directory, const QByteArray& descriptio
     return write("share/velmora/" + directory + "/config", description);
 }
 
-QString TestPrefix::addBridge(const QByteArray& script) const {
-    writeScript(QStringLiteral("share/velmora/Orvane/bridge/generator.py"), script);
-    return addIP(QStringLiteral("Orvane/bridge"),
-                 "name APB slave to serial master\ncategory Interface/Serial\nuid BRIDGE\ncompany Orvane\n"
-                 "variants FAMILYA FAMILYB\nscript generator.py\n");
-}
-
-QByteArray readFile(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+QString TestPrefix::addKnownIP(const QString& name, const QByteArray& script, const QByteArray& furtherLines) const {
+    const QString directory = "Orvane/" + QString(name).replace('/', '_');
+    writeScript("share/velmora/" + directory + "/generator.py", script);
+    return addIP(directory, "name " + name.toUtf8() +
+                                "\ncategory C\nuid UID\ncompany Orvane\nvariants V\nscript generator.py\n" +
+                                furtherLines);
 }
 
 QByteArray bytesOf(const Sealwork::SecureBuffer& buffer) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <support/ReadFile.h>
+
 #include <Sealwork/ScriptKey.h>
 
 #include <QByteArray>
@@ -24,8 +26,10 @@ public:
     QString writeScript(const QString& relativePath, const QByteArray& script) const;
     /// Adds an IP directory with that description file and returns the file's path.
     QString addIP(const QString& directory, const QByteArray& description) const;
-    /// Adds the bridge with the script; returns the path of its description file.
-    QString addBridge(const QByteArray& script) const;
+    /// Adds one of the program's own IPs, by its name, with the script and further lines of its description; returns
+    /// the path of its description file.
+    QString addKnownIP(const QString& name, const QByteArray& script, const QByteArray& furtherLines = {}) const;
+    QString addBridge(const QByteArray& script) const { return addKnownIP("APB slave to serial master", script); }
 
     /// The text of a sealed script.
     QByteArray seal(const QByteArray& script) const;
@@ -35,8 +39,5 @@ private:
     QString _earlierWorkingDirectory;
     Sealwork::ScriptKey _scriptKey;
 };
-
-/// The bytes of a file; null when it cannot be read.
-QByteArray readFile(const QString& path);
 
 QByteArray bytesOf(const Sealwork::SecureBuffer& buffer);

@@ -1,23 +1,20 @@
 #include <support/ConsoleRecorder.h>
+#include <support/FormText.h>
 #include <support/PathDialogs.h>
 
 #include <velmora/IPLeaf.h>
 
 #include <Quillon/Application.h>
 
-#include <QComboBox>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QSettings>
-#include <QSpinBox>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTextEdit>
 
 #include <cstdio>
 #include <cstdlib>
@@ -55,30 +52,16 @@ void setTable(const QTableView& table, const QJsonArray& rows) {
 
 void setField(const Velmora::IPLeaf& page, const QString& key, const QJsonValue& value) {
     auto* editor = page.findChild<QWidget*>(key);
+    if (!editor)
+        fail("the form has no " + key);
     if (auto* table = qobject_cast<QTableView*>(editor)) {
         setTable(*table, value.toArray());
         return;
     }
-    const QVariant wanted = value.toVariant();
-    QVariant reached;
-    if (auto* spin = qobject_cast<QSpinBox*>(editor)) {
-        spin->setValue(wanted.toInt());
-        reached = spin->value();
-    } else if (auto* decimal = qobject_cast<QDoubleSpinBox*>(editor)) {
-        decimal->setValue(wanted.toDouble());
-        reached = decimal->value();
-    } else if (auto* combo = qobject_cast<QComboBox*>(editor)) {
-        combo->setCurrentText(wanted.toString());
-        reached = combo->currentText();
-    } else if (auto* text = qobject_cast<QTextEdit*>(editor)) {
-        text->setPlainText(wanted.toString());
-        reached = text->toPlainText();
-    } else if (auto* line = qobject_cast<QLineEdit*>(editor)) {
-        line->setText(wanted.toString());
-        reached = line->text();
-    }
-    if (reached.toString() != wanted.toString())
-        fail(key + " cannot be " + wanted.toString());
+    const QString wanted = value.toVariant().toString();
+    FormText::setValue(editor, wanted);
+    if (FormText::valueOf(editor) != wanted)
+        fail(key + " cannot be " + wanted);
 }
 
 QJsonArray run(const QJsonObject& job) {

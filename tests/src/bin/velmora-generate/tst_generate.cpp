@@ -1,7 +1,6 @@
-#include <support/ConsoleRecorder.h>
-#include <support/PathDialogs.h>
+#include <support/FormFixture.h>
 #include <support/TestMain.h>
-#include <support/TestPrefix.h>
+#include <support/TestTable.h>
 
 #include <velmora/Clock.h>
 #include <velmora/ConfigurationFile.h>
@@ -28,9 +27,6 @@
 using Velmora::IPLeaf;
 
 namespace {
-
-const QByteArray echo = "def generate(argDict):\n"
-                        "  return '\\n'.join(key + '=' + argDict[key] for key in sorted(argDict))\n";
 
 /// Files below a directory by their relative paths; that of a single file by the empty path.
 QMap<QString, QByteArray> filesOf(const QString& path) {
@@ -88,7 +84,8 @@ private:
         set("ORVANE_PREFIX", VELMORA_PREFIX);
     }
     void copyExamples() const;
-    std::unique_ptr<IPLeaf> openShipped(const std::string& name) const;
+    /// The page in the window of the IP that the configuration is for, with its values.
+    std::unique_ptr<IPLeaf> openShipped(const QString& configurationFile) const;
     /// Adds the systolic filter with that script and writes a configuration of it, the entity name as it stands in it.
     void addFilter(const QByteArray& script, const QByteArray& entity = "fir",
                    const QString& filename = "fir.velmora") const;
@@ -166,10 +163,14 @@ void GenerateTest::copyExamples() const {
         _prefix->write(name, readFile(QString(VELMORA_EXAMPLES) + "/" + name));
 }
 
-std::unique_ptr<IPLeaf> GenerateTest::openShipped(const std::string& name) const {
+std::unique_ptr<IPLeaf> GenerateTest::openShipped(const QString& configurationFile) const {
+    const auto configuration = Velmora::readConfigurationFile(configurationFile);
     for (const std::string& filename : Velmora::findDescriptionFiles(VELMORA_PREFIX)) {
-        if (Velmora::readDescriptionFile(filename, BRINDLE_HERE).name == name)
-            return std::make_unique<IPLeaf>(filename);
+        auto page = std::make_unique<IPLeaf>(filename);
+        if (page->getName() != configuration.getName())
+            continue;
+        page->setConfiguration(configuration);
+        return page;
     }
     return nullptr;
 }
@@ -182,9 +183,9 @@ void GenerateTest::addFilter(const QByteArray& script, const QByteArray& entity,
 }
 
 void GenerateTest::sameAsTheWindow_data() {
-    QTest::addColumn<QString>("name");
+    const TestTable<QString> table("name");
     for (const QString& name : exampleNames())
-        QTest::newRow(qPrintable(name)) << name;
+        table.row(qPrintable(name), name);
     QCOMPARE(exampleNames().size(), 9);
 }
 
@@ -193,9 +194,7 @@ void GenerateTest::sameAsTheWindow_data() {
 void GenerateTest::sameAsTheWindow() {
     QFETCH(QString, name);
     useShippedCatalogue();
-    const auto configuration = Velmora::readConfigurationFile(QString(VELMORA_EXAMPLES) + "/" + name + ".velmora");
-    const auto page = openShipped(configuration.getName());
-    page->setConfiguration(configuration);
+    const auto page = openShipped(QString(VELMORA_EXAMPLES) + "/" + name + ".velmora");
     const QString windowOutput = _prefix->path("window/" + name);
     QDir().mkpath(QFileInfo(windowOutput).path());
     PathDialogs dialogs;
@@ -220,19 +219,13 @@ void GenerateTest::sameAsTheWindow() {
 }
 
 void GenerateTest::sameRefusalsAsTheWindow_data() {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<QByteArray>("after");
-    QTest::addColumn<bool>("isChecked");
-    QTest::newRow("check of a form") << "fir_systolic" << QByteArray("Entity = fir_systolic") << QByteArray("Entity =")
-                                     << true;
-    QTest::newRow("check of the last field")
-        << "fir_transpose_symmetric" << QByteArray("27, 27") << QByteArray("27") << true;
-    QTest::newRow("arguments") << "fir_mac" << QByteArray("45, 211") << QByteArray("4.5, 211") << true;
-    QTest::newRow("value of a table") << "scope_bus" << QByteArray("Basic & Edges") << QByteArray("Basic") << true;
-    QTest::newRow("script") << "serdes_link" << QByteArray("= serdes_link") << QByteArray("= entity") << false;
-    QTest::newRow("script of the bridge")
-        << "spi_bridge" << QByteArray("= spi_bridge") << QByteArray("= 1bridge") << false;
+    const TestTable<QString, QByteArray, QByteArray, bool> table("name", "before", "after", "isChecked");
+    table.row("check of a form", "fir_systolic", "Entity = fir_systolic", "Entity =", true);
+    table.row("check of the last field", "fir_transpose_symmetric", "27, 27", "27", true);
+    table.row("arguments", "fir_mac", "45, 211", "4.5, 211", true);
+    table.row("value of a table", "scope_bus", "Basic & Edges", "Basic", true);
+    table.row("script", "serdes_link", "= serdes_link", "= entity", false);
+    table.row("script of the bridge", "spi_bridge", "= spi_bridge", "= 1bridge", false);
 }
 
 void GenerateTest::sameRefusalsAsTheWindow() {
@@ -242,9 +235,7 @@ void GenerateTest::sameRefusalsAsTheWindow() {
     QFETCH(bool, isChecked);
     useShippedCatalogue();
     _prefix->write("wrong.velmora", example(name).replace(before, after));
-    const auto configuration = Velmora::readConfigurationFile("wrong.velmora");
-    const auto page = openShipped(configuration.getName());
-    page->setConfiguration(configuration);
+    const auto page = openShipped("wrong.velmora");
     PathDialogs dialogs;
     dialogs.answer = "window";
     ConsoleRecorder recorder;
@@ -317,20 +308,19 @@ void GenerateTest::descriptionsMatchConfigurations() {
 }
 
 void GenerateTest::wrongUsage_data() {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("problem");
-    QTest::newRow("nothing") << QStringList() << "No command given";
-    QTest::newRow("command") << QStringList{"generate"} << "Unknown command 'generate'";
-    QTest::newRow("option") << QStringList{"run", "--fast", "a"} << "Unknown option 'fast'";
-    QTest::newRow("option of another command") << QStringList{"list", "-o", "a"} << "Unknown option 'o'";
-    QTest::newRow("no value") << QStringList{"run", "a", "-o"} << "Missing value after '-o'";
-    QTest::newRow("operand too many") << QStringList{"list", "a"} << "Unexpected 'a'";
-    QTest::newRow("no IP") << QStringList{"template"} << "The name of the IP is missing";
-    QTest::newRow("two words") << QStringList{"describe", "Mac", "fir"} << "Give one IP, a name with blanks in quotes";
-    QTest::newRow("no file") << QStringList{"check"} << "The configuration file is missing";
-    QTest::newRow("empty output") << QStringList{"run", "a", "-o", ""} << "The output has an empty name";
-    QTest::newRow("no directory") << QStringList{"run", "a", "b", "-o", "c"}
-                                  << "'c' should be a directory, which takes the output of several files";
+    const TestTable<QStringList, QString> table("arguments", "problem");
+    table.row("nothing", {}, "No command given");
+    table.row("command", {"generate"}, "Unknown command 'generate'");
+    table.row("option", {"run", "--fast", "a"}, "Unknown option 'fast'");
+    table.row("option of another command", {"list", "-o", "a"}, "Unknown option 'o'");
+    table.row("no value", {"run", "a", "-o"}, "Missing value after '-o'");
+    table.row("operand too many", {"list", "a"}, "Unexpected 'a'");
+    table.row("no IP", {"template"}, "The name of the IP is missing");
+    table.row("two words", {"describe", "Mac", "fir"}, "Give one IP, a name with blanks in quotes");
+    table.row("no file", {"check"}, "The configuration file is missing");
+    table.row("empty output", {"run", "a", "-o", ""}, "The output has an empty name");
+    table.row("no directory", {"run", "a", "b", "-o", "c"},
+              "'c' should be a directory, which takes the output of several files");
 }
 
 void GenerateTest::wrongUsage() {
@@ -369,7 +359,7 @@ void GenerateTest::outputPlaces() {
 }
 
 void GenerateTest::outputsInTheWay() {
-    addFilter(echo);
+    addFilter(FormFixture::echo);
     QDir().mkpath("directory");
     const auto refusalOf = [this](const QStringList& arguments) {
         const Outcome outcome = generate(arguments);
@@ -394,19 +384,14 @@ void GenerateTest::outputsInTheWay() {
 }
 
 void GenerateTest::failuresKeepTheOutput_data() {
-    QTest::addColumn<QByteArray>("script");
-    QTest::addColumn<QString>("error");
+    const TestTable<QByteArray, QString> table("script", "error");
     const QString provider = "Failed to generate the IP, please contact the provider.";
-    QTest::newRow("reports an error and returns")
-        << QByteArray("def generate(argDict):\n  printError('Too wide')\n  return 'x'\n") << "Too wide|" + provider;
-    QTest::newRow("raises") << QByteArray("def generate(argDict):\n  raise ValueError('no')\n")
-                            << "Traceback (most recent call last):|Processing aborted [Should not be here]";
-    QTest::newRow("returns no text") << QByteArray("def generate(argDict):\n  return []\n")
-                                     << "Processing aborted ['text' is not a string]";
-    QTest::newRow("exits") << QByteArray("def generate(argDict):\n  sys.exit(0)\n")
-                           << "Traceback (most recent call last):|Processing aborted [Should not be here]";
-    QTest::newRow("markers") << QByteArray("def generate(argDict):\n  return 'x\\n`protect end\\n'\n")
-                             << "Processing aborted [No \"`protect begin\" found]";
+    table.row("reports an error and returns", "def generate(argDict):\n  printError('Too wide')\n  return 'x'\n",
+              "Too wide|" + provider);
+    table.row("raises", "def generate(argDict):\n  raise ValueError('no')\n",
+              "Traceback (most recent call last):|Processing aborted [Should not be here]");
+    table.row("markers", "def generate(argDict):\n  return 'x\\n`protect end\\n'\n",
+              "Processing aborted [No \"`protect begin\" found]");
 }
 
 void GenerateTest::failuresKeepTheOutput() {
@@ -426,7 +411,7 @@ void GenerateTest::failuresKeepTheOutput() {
 void GenerateTest::failingFileKeepsTheOthers() {
     _prefix->addBridge("def generate(argDict):\n  return {'a.vhd': 'new', 'b.vhd': 'new'}\n");
     _prefix->write("bridge.velmora",
-                   "company = Orvane\nname = APB slave to serial master\nuid = BRIDGE\n\nEntity = rtl\n");
+                   "company = Orvane\nname = APB slave to serial master\nuid = UID\n\nEntity = rtl\n");
     _prefix->write("rtl/a.vhd", "earlier");
     QDir().mkpath("rtl/b.vhd");
     const Outcome outcome = generate({"bridge.velmora"});
@@ -446,8 +431,8 @@ void GenerateTest::protectedRegions() {
 }
 
 void GenerateTest::oneFailureStopsNoOther() {
-    addFilter(echo);
-    addFilter(echo, "second", "second.velmora");
+    addFilter(FormFixture::echo);
+    addFilter(FormFixture::echo, "second", "second.velmora");
     _prefix->write("wrong.velmora", readFile("fir.velmora").replace("InputDataWidth = 12", "InputDataWidth = 40"));
     const Outcome outcome = generate({"missing.velmora", "fir.velmora", "wrong.velmora", "second.velmora", "--json"});
     QCOMPARE(outcome.status, 1);
@@ -465,22 +450,19 @@ void GenerateTest::oneFailureStopsNoOther() {
 }
 
 void GenerateTest::hostileConfigurations_data() {
-    QTest::addColumn<QByteArray>("entity");
-    QTest::addColumn<QString>("message");
+    const TestTable<QByteArray, QString> table("entity", "message");
     const QString character = "Processing aborted [Unsupported character in value]";
     const QString name = "Processing aborted [Entity name makes no file name, name the file with --output]";
-    QTest::newRow("closes the quote") << QByteArray("x', 'a': open('ran', 'w').write('x') or '") << character;
-    QTest::newRow("ends the line") << QByteArray("\"x'}\\nopen('ran', 'w')\\n#\"") << character;
-    QTest::newRow("backslash") << QByteArray("x\\") << character;
-    QTest::newRow("NUL") << QByteArray("\"x\\x00y\"") << name;
-    QTest::newRow("climbs out") << QByteArray("../ran") << name;
-    QTest::newRow("absolute") << QByteArray("/tmp/ran") << name;
+    table.row("closes the quote", "x', 'a': open('ran', 'w').write('x') or '", character);
+    table.row("NUL", QByteArray("\"x\\x00y\""), name);
+    table.row("climbs out", "../ran", name);
+    table.row("absolute", "/tmp/ran", name);
 }
 
 void GenerateTest::hostileConfigurations() {
     QFETCH(QByteArray, entity);
     QFETCH(QString, message);
-    addFilter("open('ran', 'w')\n" + echo, entity, "in/fir.velmora");
+    addFilter("open('ran', 'w')\n" + FormFixture::echo, entity, "in/fir.velmora");
     const Outcome outcome = generate({"in/fir.velmora"});
     QCOMPARE(outcome.status, 1);
     QCOMPARE(outcome.errors.first().trimmed().section(" (", 0, 0), message);
@@ -489,7 +471,7 @@ void GenerateTest::hostileConfigurations() {
 }
 
 void GenerateTest::settingsAreLeftAlone() {
-    addFilter(echo);
+    addFilter(FormFixture::echo);
     const QByteArray settings = "[SystolicLeaf]\nEntity=other\nTruncation=3\n";
     _prefix->write("config/Orvane/Velmora.conf", settings);
     set("XDG_CONFIG_HOME", _prefix->path("config"));
@@ -500,7 +482,7 @@ void GenerateTest::settingsAreLeftAlone() {
 }
 
 void GenerateTest::brokenNeighbours() {
-    addFilter(echo);
+    addFilter(FormFixture::echo);
     _prefix->addIP("Orvane/broken", "name Broken\n\n");
     _prefix->addIP("Other/mute", "name Mute\ncategory C\nuid MUTE\ncompany Other\nvariants A\n");
     QCOMPARE(generate({"fir.velmora"}).status, 0);
@@ -529,20 +511,19 @@ void GenerateTest::noInstallation() {
 }
 
 void GenerateTest::sourceDateEpoch_data() {
-    QTest::addColumn<QByteArray>("value");
-    QTest::addColumn<QString>("date"); // empty for an error
-    QTest::newRow("begin") << QByteArray("0") << "01/01/1970 - 00:00";
-    QTest::newRow("in UTC") << QByteArray("1394028479") << "05/03/2014 - 14:07";
-    QTest::newRow("last") << QByteArray("253402300799") << "31/12/9999 - 23:59";
-    QTest::newRow("beyond") << QByteArray("253402300800") << "";
+    const TestTable<QByteArray, QString> table("value", "date"); // date: empty for an error
+    table.row("begin", "0", "01/01/1970 - 00:00");
+    table.row("in UTC", "1394028479", "05/03/2014 - 14:07");
+    table.row("last", "253402300799", "31/12/9999 - 23:59");
+    table.row("beyond", "253402300800", "");
     for (const char* wrong : {"", "now", "1.5", "-1", "+1", " 1", "1 ", "0x10", "99999999999999999999"})
-        QTest::newRow(qPrintable("'" + QString(wrong) + "'")) << QByteArray(wrong) << "";
+        table.row(qPrintable("'" + QString(wrong) + "'"), wrong, "");
 }
 
 void GenerateTest::sourceDateEpoch() {
     QFETCH(QByteArray, value);
     QFETCH(QString, date);
-    addFilter(echo);
+    addFilter(FormFixture::echo);
     set("SOURCE_DATE_EPOCH", value);
     set("TZ", "Pacific/Auckland");
     const Outcome outcome = generate({"fir.velmora"});
@@ -611,14 +592,12 @@ void GenerateTest::documentedExample() {
 }
 
 void GenerateTest::completion_data() {
-    QTest::addColumn<QStringList>("words");
-    QTest::addColumn<QStringList>("replies");
-    QTest::newRow("command") << QStringList{"de"} << QStringList{"describe"};
-    QTest::newRow("IP by uid") << QStringList{"template", "firt"}
-                               << QStringList{"FIRTRANSPOSE", "FIRTRANSPOSEDUAL", "FIRTRANSPOSESYMMETRIC"};
-    QTest::newRow("option") << QStringList{"run", "--o"} << QStringList{"--output"};
-    QTest::newRow("configurations and directories") << QStringList{"check", "z"} << QStringList{"zone.velmora", "zoo/"};
-    QTest::newRow("any file") << QStringList{"run", "a", "-o", "z"} << QStringList{"zone.velmora", "zone.vhd", "zoo"};
+    const TestTable<QStringList, QStringList> table("words", "replies");
+    table.row("command", {"de"}, {"describe"});
+    table.row("IP by uid", {"template", "firt"}, {"FIRTRANSPOSE", "FIRTRANSPOSEDUAL", "FIRTRANSPOSESYMMETRIC"});
+    table.row("option", {"run", "--o"}, {"--output"});
+    table.row("configurations and directories", {"check", "z"}, {"zone.velmora", "zoo/"});
+    table.row("any file", {"run", "a", "-o", "z"}, {"zone.velmora", "zone.vhd", "zoo"});
 }
 
 void GenerateTest::completion() {

@@ -1,5 +1,6 @@
 #include <support/TestMain.h>
 #include <support/TestPrefix.h>
+#include <support/TestTable.h>
 
 #include <velmora/ConfigurationFile.h>
 #include <velmora/ConfigurationValue.h>
@@ -167,18 +168,16 @@ private Q_SLOTS:
 };
 
 void ConfigurationsTest::values_data() {
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QByteArray>("asText");
-    QTest::addColumn<QByteArray>("asItem");
-    QTest::newRow("plain") << QByteArray("fir_1") << QByteArray("fir_1") << QByteArray("fir_1");
-    QTest::newRow("empty") << QByteArray("") << QByteArray("") << QByteArray("\"\"");
-    QTest::newRow("comma") << QByteArray("a, b") << QByteArray("a, b") << QByteArray("\"a, b\"");
-    QTest::newRow("inner quotes") << QByteArray("x\"F\\\"") << QByteArray("x\"F\\\"") << QByteArray("x\"F\\\"");
-    QTest::newRow("blank ends") << QByteArray(" a\t") << QByteArray("\" a\\t\"") << QByteArray("\" a\\t\"");
-    QTest::newRow("first quote") << QByteArray("\"\\a") << QByteArray("\"\\\"\\\\a\"") << QByteArray("\"\\\"\\\\a\"");
-    QTest::newRow("controls") << QByteArray("\r\n\0\x1f\x7f", 5) << QByteArray("\"\\r\\n\\x00\\x1f\\x7f\"")
-                              << QByteArray("\"\\r\\n\\x00\\x1f\\x7f\"");
-    QTest::newRow("not ASCII") << QByteArray("\xc3\xa9") << QByteArray("\xc3\xa9") << QByteArray("\xc3\xa9");
+    const TestTable<QByteArray, QByteArray, QByteArray> table("text", "asText", "asItem");
+    table.row("plain", "fir_1", "fir_1", "fir_1");
+    table.row("empty", "", "", "\"\"");
+    table.row("comma", "a, b", "a, b", "\"a, b\"");
+    table.row("inner quotes", "x\"F\\\"", "x\"F\\\"", "x\"F\\\"");
+    table.row("blank ends", " a\t", "\" a\\t\"", "\" a\\t\"");
+    table.row("first quote", "\"\\a", "\"\\\"\\\\a\"", "\"\\\"\\\\a\"");
+    table.row("controls", QByteArray("\r\n\0\x1f\x7f", 5), QByteArray("\"\\r\\n\\x00\\x1f\\x7f\""),
+              QByteArray("\"\\r\\n\\x00\\x1f\\x7f\""));
+    table.row("not ASCII", "\xc3\xa9", "\xc3\xa9", "\xc3\xa9");
 }
 
 void ConfigurationsTest::values() {
@@ -195,10 +194,10 @@ void ConfigurationsTest::values() {
 }
 
 void ConfigurationsTest::wrongValues_data() {
-    QTest::addColumn<QByteArray>("value");
+    const TestTable<QByteArray> table("value");
     for (const char* value :
          {"\"", "\"a", "\"a\\\"", "\"a\" b", "\"\\q\"", "\"\\x4\"", "\"\\x41\"", "\"\\xff\"", "\"\\x+1\"", "\"\\"})
-        QTest::newRow(value) << QByteArray(value);
+        table.row(value, value);
 }
 
 void ConfigurationsTest::wrongValues() {
@@ -217,27 +216,20 @@ void ConfigurationsTest::lenientText() {
 }
 
 void ConfigurationsTest::wrongText_data() {
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QString>("refusal");
+    const TestTable<QByteArray, QString> table("text", "refusal");
     const QByteArray head = "company = Orvane\nname = Scope\nuid = SCOPE\n";
     const QString missing = " is missing, a configuration begins with company, name and uid of its IP";
-    QTest::newRow("no equals sign") << head + "Entity la\n"
-                                    << "4: Invalid line, expected 'key = value'";
-    QTest::newRow("no key") << head + "\n = la"
-                            << "5: Invalid line, expected 'key = value'";
-    QTest::newRow("control character")
-        << head + "Entity = \x1b[31m\n"
-        << "4: Control character, write it between double quotes as \\n, \\r, \\t or \\x and two digits";
-    QTest::newRow("NUL")
-        << head + QByteArray("Entity = l\0a", 12)
-        << "4: Control character, write it between double quotes as \\n, \\r, \\t or \\x and two digits";
-    QTest::newRow("twice") << head + "A = 1\nB = 2\nA = 1\n"
-                           << "6: 'A' is given in line 4 already, remove one of them";
-    QTest::newRow("open quotes") << QByteArray("company = \"Orvane\n")
-                                 << "1: Wrong double quotes or backslash in 'company'";
-    QTest::newRow("empty") << QByteArray() << "1: 'company'" + missing;
-    QTest::newRow("no name") << QByteArray("company = Orvane\nuid = SCOPE\n") << "1: 'name'" + missing;
-    QTest::newRow("no uid") << QByteArray("company = Orvane\nname = Scope\n") << "1: 'uid'" + missing;
+    table.row("no equals sign", head + "Entity la\n", "4: Invalid line, expected 'key = value'");
+    table.row("no key", head + "\n = la", "5: Invalid line, expected 'key = value'");
+    table.row("control character", head + "Entity = \x1b[31m\n",
+              "4: Control character, write it between double quotes as \\n, \\r, \\t or \\x and two digits");
+    table.row("NUL", head + QByteArray("Entity = l\0a", 12),
+              "4: Control character, write it between double quotes as \\n, \\r, \\t or \\x and two digits");
+    table.row("twice", head + "A = 1\nB = 2\nA = 1\n", "6: 'A' is given in line 4 already, remove one of them");
+    table.row("open quotes", "company = \"Orvane\n", "1: Wrong double quotes or backslash in 'company'");
+    table.row("empty", {}, "1: 'company'" + missing);
+    table.row("no name", "company = Orvane\nuid = SCOPE\n", "1: 'name'" + missing);
+    table.row("no uid", "company = Orvane\nname = Scope\n", "1: 'uid'" + missing);
 }
 
 void ConfigurationsTest::wrongText() {
@@ -256,9 +248,9 @@ void ConfigurationsTest::sortedContent() {
 }
 
 void ConfigurationsTest::everyFormAndBack_data() {
-    QTest::addColumn<QString>("uid");
+    const TestTable<QString> table("uid");
     for (const KnownIP& ip : knownIPs)
-        QTest::newRow(ip.name) << ip.uid;
+        table.row(ip.name, ip.uid);
 }
 
 void ConfigurationsTest::everyFormAndBack() {
@@ -291,50 +283,47 @@ void ConfigurationsTest::tablesAndHiddenRows() {
 }
 
 void ConfigurationsTest::refusedByForm_data() {
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<QByteArray>("after");
-    QTest::addColumn<QString>("refusal");
-    const auto add = [](const char* tag, const QByteArray& text, const char* before, const char* after,
-                        const char* refusal) {
-        QTest::newRow(tag) << text << QByteArray(before) << QByteArray(after) << QString(refusal);
-    };
-    add("other name", scopeText, "name = Scope", "name = Systolic",
-        "2: Configuration is for 'Systolic' of Orvane (uid SCOPE), not for 'Scope' of Orvane (uid SCOPE)");
-    add("other uid", scopeText, "uid = SCOPE", "uid = SCOPE2",
-        "2: Configuration is for 'Scope' of Orvane (uid SCOPE2), not for 'Scope' of Orvane (uid SCOPE)");
-    add("unknown key", scopeText, "Entity =", "entity =", "7: Unknown key 'entity', remove its line or correct it");
-    add("path", scopeText, "Entity", "Filepath = x\nEntity",
-        "7: Unknown key 'Filepath', remove its line or correct it");
-    add("row beyond the table", scopeText, "TriggerTableView/1", "TriggerTableView/32",
-        "16: Unknown key 'TriggerTableView/32', remove its line or correct it");
-    add("row with a zero", scopeText, "TriggerTableView/1", "TriggerTableView/01",
-        "16: Unknown key 'TriggerTableView/01', remove its line or correct it");
-    add("hidden row", scopeText, "TriggerCount = 2", "TriggerCount = 1",
-        "16: 'TriggerTableView/1' is beyond the TriggerCount of 1, remove its line or count more");
-    add("missing keys", scopeText, "Entity = la\nInputCount = 17\n", "",
-        "16: Missing keys, add a line for each: Entity, InputCount");
-    add("missing row", scopeText, "TriggerCount = 2", "TriggerCount = 4",
-        "18: Missing keys, add a line for each: TriggerTableView/2, TriggerTableView/3");
-    add("missing count", scopeText, "TriggerCount = 2\n", "", "17: Missing keys, add a line for each: TriggerCount");
-    add("number too large", scopeText, "InputCount = 17", "InputCount = 241",
-        "8: '241' cannot be the value of 'InputCount', expected a whole number from 2 to 240");
-    add("no number", scopeText, "InputCount = 17", "InputCount = 17 lines",
-        "8: '17 lines' cannot be the value of 'InputCount', expected a whole number from 2 to 240");
-    add("choice by place", scopeText, "StoreTrigger = Enable", "StoreTrigger = 0",
-        "11: '0' cannot be the value of 'StoreTrigger', expected one of Enable, Disable");
-    add("cell", scopeText, ", 1, 0", ", 2, 0",
+    const TestTable<QByteArray, QByteArray, QByteArray, QString> table("text", "before", "after", "refusal");
+    table.row("other name", scopeText, "name = Scope", "name = Systolic",
+              "2: Configuration is for 'Systolic' of Orvane (uid SCOPE), not for 'Scope' of Orvane (uid SCOPE)");
+    table.row("other uid", scopeText, "uid = SCOPE", "uid = SCOPE2",
+              "2: Configuration is for 'Scope' of Orvane (uid SCOPE2), not for 'Scope' of Orvane (uid SCOPE)");
+    table.row("unknown key", scopeText,
+              "Entity =", "entity =", "7: Unknown key 'entity', remove its line or correct it");
+    table.row("path", scopeText, "Entity", "Filepath = x\nEntity",
+              "7: Unknown key 'Filepath', remove its line or correct it");
+    table.row("row beyond the table", scopeText, "TriggerTableView/1", "TriggerTableView/32",
+              "16: Unknown key 'TriggerTableView/32', remove its line or correct it");
+    table.row("row with a zero", scopeText, "TriggerTableView/1", "TriggerTableView/01",
+              "16: Unknown key 'TriggerTableView/01', remove its line or correct it");
+    table.row("hidden row", scopeText, "TriggerCount = 2", "TriggerCount = 1",
+              "16: 'TriggerTableView/1' is beyond the TriggerCount of 1, remove its line or count more");
+    table.row("missing keys", scopeText, "Entity = la\nInputCount = 17\n", "",
+              "16: Missing keys, add a line for each: Entity, InputCount");
+    table.row("missing row", scopeText, "TriggerCount = 2", "TriggerCount = 4",
+              "18: Missing keys, add a line for each: TriggerTableView/2, TriggerTableView/3");
+    table.row("missing count", scopeText, "TriggerCount = 2\n", "",
+              "17: Missing keys, add a line for each: TriggerCount");
+    table.row("number too large", scopeText, "InputCount = 17", "InputCount = 241",
+              "8: '241' cannot be the value of 'InputCount', expected a whole number from 2 to 240");
+    table.row("no number", scopeText, "InputCount = 17", "InputCount = 17 lines",
+              "8: '17 lines' cannot be the value of 'InputCount', expected a whole number from 2 to 240");
+    table.row("choice by place", scopeText, "StoreTrigger = Enable", "StoreTrigger = 0",
+              "11: '0' cannot be the value of 'StoreTrigger', expected one of Enable, Disable");
+    table.row(
+        "cell", scopeText, ", 1, 0", ", 2, 0",
         "15: '2' cannot be the value of 'TriggerTableView/0', expected one of 0, 1, Rising edge, Falling edge, Both "
         "edges, "
         "Ignore");
-    add("too few cells", scopeText, ", 1, 0", ", 1", "15: 'TriggerTableView/0' has 2 values instead of 3");
-    add("cell quotes", scopeText, "\"a, b\"", "\"a, b", "15: Wrong double quotes or backslash in 'TriggerTableView/0'");
-    add("decimals", linkText, "Slope = 7.5", "Slope = 7.55",
-        "7: '7.55' cannot be the value of 'DES/InputSignalSlope', expected a multiple of 0.1 from 0.5 to 20.0");
-    add("decimal range", linkText, "Slope = 7.5", "Slope = 20.5",
-        "7: '20.5' cannot be the value of 'DES/InputSignalSlope', expected a multiple of 0.1 from 0.5 to 20.0");
-    add("delay", linkText, "03N, 63", "03N, 64",
-        "18: '64' cannot be the value of 'LocationTableView/SER/1', expected a whole number from 0 to 63");
+    table.row("too few cells", scopeText, ", 1, 0", ", 1", "15: 'TriggerTableView/0' has 2 values instead of 3");
+    table.row("cell quotes", scopeText, "\"a, b\"", "\"a, b",
+              "15: Wrong double quotes or backslash in 'TriggerTableView/0'");
+    table.row("decimals", linkText, "Slope = 7.5", "Slope = 7.55",
+              "7: '7.55' cannot be the value of 'DES/InputSignalSlope', expected a multiple of 0.1 from 0.5 to 20.0");
+    table.row("decimal range", linkText, "Slope = 7.5", "Slope = 20.5",
+              "7: '20.5' cannot be the value of 'DES/InputSignalSlope', expected a multiple of 0.1 from 0.5 to 20.0");
+    table.row("delay", linkText, "03N, 63", "03N, 64",
+              "18: '64' cannot be the value of 'LocationTableView/SER/1', expected a whole number from 0 to 63");
 }
 
 void ConfigurationsTest::refusedByForm() {

@@ -6,6 +6,7 @@
 #include <support/SmallDisk.h>
 #include <support/TestMain.h>
 #include <support/TestPrefix.h>
+#include <support/TestTable.h>
 
 #include <velmora/IPLeaf.h>
 #include <velmora/MainWindow.h>
@@ -27,7 +28,6 @@
 #include <array>
 #include <functional>
 #include <memory>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -94,7 +94,9 @@ class FaultsTest : public QObject {
 private:
     /// Adds an IP with that script and opens its page.
     std::unique_ptr<Velmora::IPLeaf> openPage(const char* name, const QByteArray& script);
-    QString addIP(const char* name, const QByteArray& script) const;
+    QString addIP(const char* name, const QByteArray& script) const {
+        return _prefix->addKnownIP(name, script, "html page.html\n");
+    }
     static void press(const QWidget& page, const char* button = "Generate") {
         QTest::mousePress(page.findChild<QPushButton*>(button), Qt::LeftButton);
     }
@@ -117,8 +119,6 @@ private Q_SLOTS:
     void diskFillsUp_data();
     void diskFillsUp();
     void installationIsRemoved();
-    void scriptFileIsReplaced_data();
-    void scriptFileIsReplaced();
     void settingsCannotBeStored_data();
     void settingsCannotBeStored();
     void killedInMidGeneration_data();
@@ -135,14 +135,6 @@ void FaultsTest::init() {
     _prefix = std::make_unique<TestPrefix>();
     QVERIFY(QDir().mkpath(out()));
     _dialogs.answer = out();
-}
-
-QString FaultsTest::addIP(const char* name, const QByteArray& script) const {
-    const QString directory = "Orvane/" + QString(name).remove('/');
-    _prefix->writeScript("share/velmora/" + directory + "/generator.py", script);
-    return _prefix->addIP(directory, QByteArray("category C\nuid UID\ncompany Orvane\nvariants V\nscript generator.py\n"
-                                                "html page.html\nname ") +
-                                         name + "\n");
 }
 
 std::unique_ptr<Velmora::IPLeaf> FaultsTest::openPage(const char* name, const QByteArray& script) {
@@ -180,15 +172,11 @@ void FaultsTest::manyGenerationsInARow() {
 }
 
 void FaultsTest::diskFillsUp_data() {
-    QTest::addColumn<QByteArray>("ipName");
-    QTest::addColumn<QByteArray>("script");
-    QTest::addColumn<QString>("filename");
-    QTest::addColumn<QString>("error");
-    QTest::newRow("bridge, between two files")
-        << QByteArray(bridgeName) << returning("{'a.vhd': 'A', 'b.vhd': 'x' * 200000, 'c.vhd': 'C'}") << ""
-        << "E:   Unable to write file %1 (reason: No space left on device)";
-    QTest::newRow("filter") << QByteArray(filterName) << returning("'x' * 200000") << "b.vhd"
-                            << "E:   Processing aborted [Unable to write file %1] (reason: No space left on device)";
+    const TestTable<QByteArray, QByteArray, QString, QString> table("ipName", "script", "filename", "error");
+    table.row("bridge, between two files", bridgeName, returning("{'a.vhd': 'A', 'b.vhd': 'x' * 200000, 'c.vhd': 'C'}"),
+              "", "E:   Unable to write file %1 (reason: No space left on device)");
+    table.row("filter", filterName, returning("'x' * 200000"), "b.vhd",
+              "E:   Processing aborted [Unable to write file %1] (reason: No space left on device)");
 }
 
 void FaultsTest::diskFillsUp() {
@@ -248,46 +236,10 @@ void FaultsTest::installationIsRemoved() {
     QCOMPARE(QSettings().status(), QSettings::NoError);
 }
 
-void FaultsTest::scriptFileIsReplaced_data() {
-    QTest::addColumn<int>("replacement");
-    QTest::addColumn<QString>("error");
-    const QString unreadable = "E:   Unable to open script file (scriptFilename: ";
-    QTest::newRow("folder") << 0 << unreadable;
-    QTest::newRow("named pipe") << 1 << unreadable;
-    QTest::newRow("link to nothing") << 2 << unreadable;
-    QTest::newRow("empty file") << 3 << "E:   Script refused: not a sealed script";
-    QTest::newRow("its own text") << 4 << "E:   Script refused: not a sealed script";
-    QTest::newRow("sealed text that is cut") << 5 << "E:   Script refused: truncated or malformed";
-}
-
-void FaultsTest::scriptFileIsReplaced() {
-    QFETCH(int, replacement);
-    QFETCH(QString, error);
-    const auto page = openPage(bridgeName, returning("{'x.vhd': ''}"));
-    const QString script = QString::fromStdString(page->getScriptFilename());
-    const QByteArray sealed = readFile(script);
-    QVERIFY(QFile::remove(script));
-    const QString relativePath = QDir(_prefix->path()).relativeFilePath(script);
-    if (replacement == 0)
-        QVERIFY(QDir().mkpath(script));
-    else if (replacement == 1)
-        QCOMPARE(mkfifo(QFile::encodeName(script).constData(), 0600), 0);
-    else if (replacement == 2)
-        QVERIFY(QFile::link("nowhere", script));
-    else
-        _prefix->write(relativePath, replacement == 3 ? "" : replacement == 4 ? returning("{}") : sealed.chopped(60));
-    ConsoleRecorder recorder;
-    press(*page);
-    QCOMPARE(recorder.errors().size(), 1);
-    QVERIFY2(recorder.errors().first().startsWith(error), qPrintable(recorder.errors().first()));
-    QCOMPARE(recorder.lines().last(), QStringLiteral("  Generating Failed"));
-    QVERIFY(QDir(out()).isEmpty());
-}
-
 void FaultsTest::settingsCannotBeStored_data() {
-    QTest::addColumn<bool>("isReadOnly");
-    QTest::newRow("read-only") << true;
-    QTest::newRow("no space") << false;
+    const TestTable<bool> table("isReadOnly");
+    table.row("read-only", true);
+    table.row("no space", false);
 }
 
 void FaultsTest::settingsCannotBeStored() {
@@ -314,13 +266,9 @@ void FaultsTest::settingsCannotBeStored() {
 }
 
 void FaultsTest::killedInMidGeneration_data() {
-    QTest::addColumn<QByteArray>("ipName");
-    QTest::addColumn<QString>("group");
-    QTest::addColumn<QString>("pathKey");
-    QTest::newRow("bridge") << QByteArray(bridgeName) << "APBToSPWLeaf"
-                            << "Path";
-    QTest::newRow("filter") << QByteArray(filterName) << "MacFirLeaf"
-                            << "Filepath";
+    const TestTable<QByteArray, QString, QString> table("ipName", "group", "pathKey");
+    table.row("bridge", bridgeName, "APBToSPWLeaf", "Path");
+    table.row("filter", filterName, "MacFirLeaf", "Filepath");
 }
 
 void FaultsTest::killedInMidGeneration() {
@@ -375,11 +323,10 @@ QByteArray FaultsTest::generateUnder(Program& program) const {
 }
 
 void FaultsTest::clockIsWrong_data() {
-    QTest::addColumn<qint64>("time");
-    QTest::addColumn<QString>("date");
-    QTest::newRow("1970") << qint64{5} << "01/01/1970 - 00:00";
-    QTest::newRow("2038") << qint64{2'147'483'700} << "19/01/2038 - 03:15";
-    QTest::newRow("2106") << qint64{4'294'967'340} << "07/02/2106 - 06:29";
+    const TestTable<qint64, QString> table("time", "date");
+    table.row("1970", qint64{5}, "01/01/1970 - 00:00");
+    table.row("2038", qint64{2'147'483'700}, "19/01/2038 - 03:15");
+    table.row("2106", qint64{4'294'967'340}, "07/02/2106 - 06:29");
 }
 
 void FaultsTest::clockIsWrong() {
@@ -403,20 +350,13 @@ void FaultsTest::clockIsWrong() {
 }
 
 void FaultsTest::oddLocalesAndTimeZones_data() {
-    QTest::addColumn<QString>("locale");
-    QTest::addColumn<QString>("timeZone");
-    QTest::newRow("none") << "C"
-                          << "";
-    QTest::newRow("unknown") << "xx_YY.nonsense"
-                             << "Nowhere/Nothing";
-    QTest::newRow("decimal comma, half an hour") << "de_DE.UTF-8"
-                                                 << "Asia/Kathmandu";
-    QTest::newRow("other digits, far east") << "ar_EG.UTF-8"
-                                            << "Pacific/Kiritimati";
-    QTest::newRow("other letters i, own zone") << "tr_TR.UTF-8"
-                                               << "XYZ+11:59";
-    QTest::newRow("not UTF-8, file as zone") << "tr_TR.ISO-8859-9"
-                                             << ":/dev/null";
+    const TestTable<QString, QString> table("locale", "timeZone");
+    table.row("none", "C", "");
+    table.row("unknown", "xx_YY.nonsense", "Nowhere/Nothing");
+    table.row("decimal comma, half an hour", "de_DE.UTF-8", "Asia/Kathmandu");
+    table.row("other digits, far east", "ar_EG.UTF-8", "Pacific/Kiritimati");
+    table.row("other letters i, own zone", "tr_TR.UTF-8", "XYZ+11:59");
+    table.row("not UTF-8, file as zone", "tr_TR.ISO-8859-9", ":/dev/null");
 }
 
 void FaultsTest::oddLocalesAndTimeZones() {
@@ -446,14 +386,13 @@ void FaultsTest::oddLocalesAndTimeZones() {
 }
 
 void FaultsTest::hugeTextIsPasted_data() {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("error");
+    const TestTable<QString, QString> table("text", "error");
     constexpr int size = 1'000'000; // bytes
-    QTest::newRow("one number a line") << QStringLiteral("x\"07ff\"\n").repeated(size / 8) << "";
-    QTest::newRow("numbers, one too long")
-        << "1;2;" + QString(size, '7') << "E:   Processing aborted [Invalid coefficient] (coefficient: 777";
-    QTest::newRow("prose") << QStringLiteral("lorem ipsum, ").repeated(size / 13)
-                           << "E:   Processing aborted [Invalid coefficient] (coefficient: lorem ipsum)";
+    table.row("one number a line", QStringLiteral("x\"07ff\"\n").repeated(size / 8), "");
+    table.row("numbers, one too long", "1;2;" + QString(size, '7'),
+              "E:   Processing aborted [Invalid coefficient] (coefficient: 777");
+    table.row("prose", QStringLiteral("lorem ipsum, ").repeated(size / 13),
+              "E:   Processing aborted [Invalid coefficient] (coefficient: lorem ipsum)");
 }
 
 void FaultsTest::hugeTextIsPasted() {

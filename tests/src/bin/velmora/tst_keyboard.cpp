@@ -1,6 +1,9 @@
 #include <support/Contrast.h>
+#include <support/FormText.h>
+#include <support/Input.h>
 #include <support/TestMain.h>
 #include <support/TestPrefix.h>
+#include <support/TestTable.h>
 
 #include <velmora/Folio.h>
 #include <velmora/MainWindow.h>
@@ -12,7 +15,6 @@
 #include <QAccessible>
 #include <QComboBox>
 #include <QLineEdit>
-#include <QMetaProperty>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -20,7 +22,6 @@
 #include <QTableView>
 #include <QTest>
 #include <QTreeView>
-#include <QWheelEvent>
 
 #include <algorithm>
 #include <memory>
@@ -83,18 +84,6 @@ int countClearChanges(const QImage& one, const QImage& other) {
     return count;
 }
 
-QString valueOf(const QWidget* editor) {
-    return editor->metaObject()->userProperty().read(editor).toString();
-}
-
-void turnWheel(QWidget* widget) {
-    const QPointF position = widget->rect().center();
-    QWheelEvent event(position, widget->mapToGlobal(position.toPoint()), QPoint(), QPoint(0, -120), Qt::NoButton,
-                      Qt::NoModifier, Qt::NoScrollPhase, false);
-    QSpontaneKeyEvent::setSpontaneous(&event); // only what the window system sends goes on to the parents
-    qApp->notify(widget, &event);
-}
-
 } // namespace
 
 /// The whole window without a mouse, and what a screen reader finds in it.
@@ -137,9 +126,7 @@ void KeyboardTest::init() {
         const QString directory = "Orvane/" + QString(ip).replace('/', '_');
         _prefix->write("share/velmora/" + directory + "/page.html",
                        "<h1>IP</h1><a href='one.html'>one</a> and <a href='other.html'>other</a>");
-        _prefix->addIP(directory, "name " + ip.toUtf8() +
-                                      "\ncategory DSP\nuid X\ncompany Orvane\nvariants A\nscript generator.py\n"
-                                      "html page.html\n");
+        _prefix->addKnownIP(ip, "", "html page.html\n");
     }
     QSettings().setValue("animations", "Never");
 }
@@ -195,9 +182,9 @@ QList<QWidget*> KeyboardTest::walk(int key) {
 }
 
 void KeyboardTest::tabFollowsTheEye_data() {
-    QTest::addColumn<QString>("page");
+    const TestTable<QString> table("page");
     for (const QString& page : QStringList{"About", "Settings"} + ips)
-        QTest::newRow(qPrintable(page)) << page;
+        table.row(qPrintable(page), page);
 }
 
 void KeyboardTest::tabFollowsTheEye() {
@@ -226,8 +213,7 @@ void KeyboardTest::tabFollowsTheEye() {
 }
 
 void KeyboardTest::focusIsVisible_data() {
-    QTest::addColumn<int>("theme");
-    QTest::addColumn<QString>("page");
+    TestTable<int, QString>("theme", "page");
     for (const Brindle::Theme& theme : Brindle::Theme::getThemes()) {
         for (const char* page : {"About", "Settings", "Mac fir", "SER/DES"})
             QTest::addRow("%s: %s", qPrintable(theme.getName()), page) << int(theme.getCode()) << page;
@@ -303,9 +289,9 @@ void KeyboardTest::tableCellsAreNamed() {
 }
 
 void KeyboardTest::wheelLeavesValuesAlone_data() {
-    QTest::addColumn<QString>("page");
+    const TestTable<QString> table("page");
     for (const QString& ip : ips)
-        QTest::newRow(qPrintable(ip)) << ip;
+        table.row(qPrintable(ip), ip);
 }
 
 void KeyboardTest::wheelLeavesValuesAlone() {
@@ -318,10 +304,10 @@ void KeyboardTest::wheelLeavesValuesAlone() {
         if (!isTabStop(editor) || !(qobject_cast<QComboBox*>(editor) || qobject_cast<QAbstractSpinBox*>(editor)))
             continue;
         editor->setFocus();
-        const QString value = valueOf(editor);
+        const QString value = FormText::valueOf(editor);
         area->verticalScrollBar()->setValue(0);
         turnWheel(editor);
-        QCOMPARE(valueOf(editor), value);
+        QCOMPARE(FormText::valueOf(editor), value);
         QCOMPARE(area->verticalScrollBar()->value() > 0, area->verticalScrollBar()->maximum() > 0);
     }
 }

@@ -2,6 +2,7 @@
 #include <support/ReadOnlyFolder.h>
 #include <support/TestMain.h>
 #include <support/TestPrefix.h>
+#include <support/TestTable.h>
 
 #include <velmora/AboutLeaf.h>
 #include <velmora/Folio.h>
@@ -105,17 +106,13 @@ void PagesTest::open() {
 }
 
 void PagesTest::settingsShowWhatIsStored_data() {
-    QTest::addColumn<QStringList>("values");
-    QTest::addColumn<QStringList>("texts");
-    const auto row = [](const char* tag, const QStringList& values, const QStringList& texts) {
-        QTest::newRow(tag) << values << texts;
-    };
-    row("nothing", {"", "", ""}, {"Light", "Always", "50%"});
-    row("others", {"dark", "Never", "70"}, {"Dark", "Never", "70%"});
-    row("last ones", {"light", "Always", "80"}, {"Light", "Always", "80%"});
-    row("another letter case", {"DARK", "never", "60"}, {"Dark", "", "60%"});
-    row("no such items", {"sepia", "Sometimes", "55"}, {"Light", "", ""});
-    row("with the sign", {"Light", "Never ", "60%"}, {"Light", "", ""});
+    const TestTable<QStringList, QStringList> table("values", "texts");
+    table.row("nothing", {"", "", ""}, {"Light", "Always", "50%"});
+    table.row("others", {"dark", "Never", "70"}, {"Dark", "Never", "70%"});
+    table.row("last ones", {"light", "Always", "80"}, {"Light", "Always", "80%"});
+    table.row("another letter case", {"DARK", "never", "60"}, {"Dark", "", "60%"});
+    table.row("no such items", {"sepia", "Sometimes", "55"}, {"Light", "", ""});
+    table.row("with the sign", {"Light", "Never ", "60%"}, {"Light", "", ""});
 }
 
 void PagesTest::settingsShowWhatIsStored() {
@@ -130,21 +127,15 @@ void PagesTest::settingsShowWhatIsStored() {
 }
 
 void PagesTest::choiceIsStoredAtOnce_data() {
-    QTest::addColumn<QStringList>("before");
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("choice");
-    QTest::addColumn<QString>("expected");
-    QTest::addColumn<QString>("remark");
-    const auto row = [](const char* tag, const QStringList& before, const char* key, const char* choice,
-                        const char* expected,
-                        const char* remark) { QTest::newRow(tag) << before << key << choice << expected << remark; };
-    row("theme", {"", "", ""}, "theme", "Dark", "dark", "Theme");
-    row("theme back", {"dark", "", ""}, "theme", "Light", "light", "Theme");
-    row("stored theme is in capitals", {"LIGHT", "", ""}, "theme", "Dark", "dark", "Theme");
-    row("animations", {"", "", ""}, "animations", "Never", "Never", "Animations");
-    row("animations from none", {"", "never", ""}, "animations", "Never", "Never", "Animations");
-    row("size", {"", "", ""}, "size", "70%", "70", "Size");
-    row("size from none", {"", "", "55"}, "size", "80%", "80", "Size");
+    const TestTable<QStringList, QString, QString, QString, QString> table("before", "key", "choice", "expected",
+                                                                           "remark");
+    table.row("theme", {"", "", ""}, "theme", "Dark", "dark", "Theme");
+    table.row("theme back", {"dark", "", ""}, "theme", "Light", "light", "Theme");
+    table.row("stored theme is in capitals", {"LIGHT", "", ""}, "theme", "Dark", "dark", "Theme");
+    table.row("animations", {"", "", ""}, "animations", "Never", "Never", "Animations");
+    table.row("animations from none", {"", "never", ""}, "animations", "Never", "Never", "Animations");
+    table.row("size", {"", "", ""}, "size", "70%", "70", "Size");
+    table.row("size from none", {"", "", "55"}, "size", "80%", "80", "Size");
 }
 
 void PagesTest::choiceIsStoredAtOnce() {
@@ -174,16 +165,12 @@ void PagesTest::choiceIsStoredAtOnce() {
 }
 
 void PagesTest::restoreDefaults_data() {
-    QTest::addColumn<QStringList>("before");
-    QTest::addColumn<QStringList>("after");
-    QTest::addColumn<QStringList>("remarks");
+    const TestTable<QStringList, QStringList, QStringList> table("before", "after", "remarks");
     const QStringList defaults{"light", "Always", "50"};
-    QTest::newRow("all others") << QStringList{"dark", "Never", "80"} << defaults
-                                << QStringList{"Theme", "Animations", "Size"};
-    QTest::newRow("one other") << QStringList{"light", "Never", "50"} << defaults << QStringList{"Animations"};
-    QTest::newRow("nothing stored") << QStringList{"", "", ""} << QStringList{"", "", ""} << QStringList();
-    QTest::newRow("no such items") << QStringList{"light", "Sometimes", "55"} << defaults
-                                   << QStringList{"Animations", "Size"};
+    table.row("all others", {"dark", "Never", "80"}, defaults, {"Theme", "Animations", "Size"});
+    table.row("one other", {"light", "Never", "50"}, defaults, {"Animations"});
+    table.row("nothing stored", {"", "", ""}, {"", "", ""}, {});
+    table.row("no such items", {"light", "Sometimes", "55"}, defaults, {"Animations", "Size"});
 }
 
 void PagesTest::restoreDefaults() {

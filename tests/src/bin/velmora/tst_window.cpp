@@ -1,7 +1,9 @@
 #include <support/ConsoleRecorder.h>
+#include <support/FormText.h>
 #include <support/PathDialogs.h>
 #include <support/TestMain.h>
 #include <support/TestPrefix.h>
+#include <support/TestTable.h>
 
 #include <velmora/ConfigurationFile.h>
 #include <velmora/Folio.h>
@@ -54,41 +56,6 @@ IPLeaf* findLeaf(const std::string& name) {
     return nullptr;
 }
 
-/// What is marked in a form: the names of widgets, and of tables with the row and column of a cell.
-QStringList marksOf(const QWidget& form) {
-    QStringList marks;
-    for (const QWidget* widget : form.findChildren<QWidget*>()) {
-        if (widget->property("refused").toBool())
-            marks += widget->objectName();
-    }
-    for (const auto* table : form.findChildren<Velmora::LineTableView*>()) {
-        const Velmora::LineTableModel& model = *table->getModel();
-        for (int row = 0; row < model.rowCount(); ++row) {
-            for (int column = 0; column < model.columnCount(); ++column) {
-                if (model.index(row, column).data(Velmora::LineTableModel::ProblemRole).isValid())
-                    marks += QString("%1 %2,%3").arg(table->objectName()).arg(row).arg(column);
-            }
-        }
-    }
-    marks.sort();
-    return marks;
-}
-
-/// Sets editors, and cells as "table row,column", as "name=text;name=text".
-void setValues(const QWidget& form, const QString& values) {
-    for (const QString& pair : values.split(';', Qt::SkipEmptyParts)) {
-        const QString name = pair.section('=', 0, 0);
-        const QString text = pair.section('=', 1);
-        auto* editor = form.findChild<QWidget*>(name.section(' ', 0, 0));
-        if (auto* table = qobject_cast<Velmora::LineTableView*>(editor)) {
-            const QStringList place = name.section(' ', 1).split(',');
-            table->model()->setData(table->model()->index(place.at(0).toInt(), place.at(1).toInt()), text);
-        } else {
-            editor->metaObject()->userProperty().write(editor, text);
-        }
-    }
-}
-
 QString drag(QObject* target, const QMimeData& data, bool drops = true) {
     const QPoint place(600, 300);
     const Qt::DropActions actions = Qt::CopyAction | Qt::MoveAction;
@@ -99,6 +66,7 @@ QString drag(QObject* target, const QMimeData& data, bool drops = true) {
         return QString();
     if (drops) {
         QDropEvent drop(place, actions, &data, Qt::LeftButton, Qt::NoModifier);
+        drop.setDropAction(Qt::MoveAction);
         QApplication::sendEvent(target, &drop);
         if (drop.dropAction() != Qt::CopyAction)
             return QStringLiteral("moved");
@@ -114,31 +82,41 @@ QString dropFile(QObject* target, const QString& filename) {
 
 } // namespace
 
-/// What the window does with configurations, and the marks that checks leave in its forms.
+/// What the window does with configurations, and how the marks of checks look.
 class WindowTest : public QObject {
     Q_OBJECT
 
 private:
-    void useShippedCatalogue() { qputenv("ORVANE_PREFIX", VELMORA_PREFIX); }
-    std::unique_ptr<IPLeaf> open(const QString& name) const {
-        const QByteArray description =
-            "name " + name.toUtf8() + "\ncategory C\nuid U\ncompany Orvane\nvariants V\nscript generator.py\n";
-        return std::make_unique<IPLeaf>(_prefix->addIP("Orvane/ip", description).toStdString());
+    /// The window with the shipped catalogue.
+    void openWindow() {
+        qputenv("ORVANE_PREFIX", VELMORA_PREFIX);
+        _window = std::make_unique<MainWindow>();
     }
-    static void trigger(const MainWindow& window, const char* action) { window.findChild<QAction*>(action)->trigger(); }
-    static QByteArray runGenerator(const QStringList& arguments);
-    static QTableView* editCell(MainWindow& window, const QString& text);
+    Folio* folio() const { return _window->findChild<Folio*>(); }
+    void showIP(const std::string& name) const { folio()->showIP(findLeaf(name)); }
+    IPLeaf* shownIP() const { return folio()->getShownIP(); }
+    QString treeItem() const { return folio()->findChild<Velmora::IPTreeView*>()->currentIndex().data().toString(); }
+    void search(const QString& text) const { folio()->findChild<QLineEdit*>("searchEdit")->setText(text); }
+    void trigger(const char* action) const { _window->findChild<QAction*>(action)->trigger(); }
+    static void press(const QWidget* page, const char* button) {
+        QTest::mousePress(page->findChild<QPushButton*>(button), Qt::LeftButton);
+    }
+    void drop(const QString& name, const QByteArray& content) const {
+        dropFile(_window->windowHandle(), _prefix->write(name, content));
+    }
+    QTableView* editCell(const QString& text);
 
     std::unique_ptr<TestPrefix> _prefix;
+    std::unique_ptr<MainWindow> _window;
     PathDialogs _dialogs;
 
 private Q_SLOTS:
     void init();
-    void cleanup() { _prefix.reset(); }
+    void cleanup() {
+        _window.reset();
+        _prefix.reset();
+    }
 
-    void marks_data();
-    void marks();
-    void markGoesWithTheNextCheck();
     void marksAreDrawn_data();
     void marksAreDrawn();
     void menu();
@@ -151,11 +129,10 @@ private Q_SLOTS:
     void saveTakesTheEditedCell();
     void loadEndsTheCellEdit();
     void settingsStayAsTheyWere();
-    void dropReachesEveryPlace_data();
     void dropReachesEveryPlace();
     void droppedFilesInTurn();
     void otherDragsAreLeftAlone();
-    void windowAndCommandLineAgree();
+    void templatesOfTheCommandLine();
 };
 
 void WindowTest::init() {
@@ -163,138 +140,15 @@ void WindowTest::init() {
     _dialogs.answer = QStringLiteral("out.vhd");
 }
 
-QByteArray WindowTest::runGenerator(const QStringList& arguments) {
-    QProcess process;
-    process.start(VELMORA_GENERATE, arguments);
-    if (!process.waitForFinished(60'000) || process.exitCode() != 0)
-        qWarning("%s", process.readAllStandardError().constData());
-    return process.readAllStandardOutput();
-}
-
-void WindowTest::marks_data() {
-    QTest::addColumn<QString>("ip");
-    QTest::addColumn<QString>("values");
-    QTest::addColumn<QStringList>("marked");
-    QTest::addColumn<QString>("edit");
-    QTest::addColumn<QString>("message");
-    const auto row = [](const char* ip, const QString& values, const QStringList& marked, const char* edit,
-                        const char* message) {
-        QTest::addRow("%s: %s", ip, message) << ip << values << marked << edit << message;
-    };
-    const char* noName = "Entity name not specified!";
-    for (const char* ip : {"Mac fir", "Systolic", "Transpose", "Transpose dual", "SER/DES", "Scope", "Startup Scope"})
-        row(ip, "Entity=", {"Entity"}, "Entity=x", noName);
-    row("Systolic", "Entity=x", {"Coefficients"}, "Coefficients=1", "Coefficients not defined!");
-    row("Transpose", "Entity=x;Coefficients=1,2,3;InputDataWidth=20;CoefficientWidth=20",
-        {"CoefficientWidth", "InputDataWidth"}, "CoefficientWidth=18",
-        "'Input Data width' or 'Coefficient width' should be 18 bit or less.");
-    row("Systolic", "Entity=x;Coefficients=1,2,3;OutputDataWidth=50;ToBeTruncated=1",
-        {"OutputDataWidth", "ToBeTruncated"}, "OutputDataWidth=49",
-        "'LSB To Be Truncated' + 'Output Data width' should be inferior to 50.");
-    row("Mac fir", "Entity=x;Coefficients=1,2", {"Coefficients"}, "Coefficients=1,2,3",
-        "Coefficient count should be greater than 2.");
-    row("Mac fir", "Entity=x;Coefficients=1,2,3;ClkAux1Pattern=2", {"ClkAux1Pattern"},
-        "ClkAux1Pattern=", "Invalid auxiliary clock pattern.");
-    row("Transpose dual", "Entity=x;Coefficients=1,2", {"Coefficients"}, "Coefficients=1,2,3",
-        "Coefficient count should be between 3 and 56.");
-    const char* odd = "For a symmetric filter, coefficient count should be odd.";
-    row("Transpose symmetric", "Entity=x;Coefficients=1,2,3", {"Coefficients"}, "Coefficients=1,2,3,4", odd);
-    QTest::newRow("symmetric filter with inputs") << "Transpose symmetric"
-                                                  << "Entity=x;CoefficientMode=Input;CoefficientCount=3"
-                                                  << QStringList{"CoefficientCount"} << "CoefficientCount=4" << odd;
-    row("SER/DES", "Entity=x;Prefix=", {"Prefix"}, "Prefix=p", "Parameter's prefix not specified!");
-    const QString serdes = "Entity=x;Prefix=p;SER/TrainingValue=101;DES/TrainingValue=101";
-    row("SER/DES", serdes + ";SERCount=16;DESCount=15", {"DESCount", "SERCount"}, "SERCount=15",
-        "SER count + DES count must be less than 30.");
-    row("SER/DES", serdes + ";SER/PadType=LVCMOS_1.8V", {"DES/PadType", "SER/PadType"}, "DES/PadType=LVCMOS_1.8V",
-        "Pad type of SER and DES must have the same voltage!");
-    row("SER/DES", serdes + ";SER/TrainingValue=1", {"SER/TrainingValue"}, "SER/TrainingValue=111",
-        "SER training value must have the length specified in data size!");
-    row("SER/DES", serdes + ";DES/TrainingValue=1", {"DES/TrainingValue"}, "DES/TrainingValue=111",
-        "DES training value must have the length specified in data size!");
-    row("SER/DES", serdes + ";SERCount=2;LocationTableView/SER 0,1=03P;LocationTableView/SER 1,1=03P",
-        {"LocationTableView/SER 0,1", "LocationTableView/SER 1,1"}, "LocationTableView/SER 1,1=03N",
-        "SER location '03P' is already used!");
-    row("SER/DES", serdes + ";LocationTableView/SER 0,1=03P;LocationTableView/DES 0,1=03P",
-        {"LocationTableView/DES 0,1", "LocationTableView/SER 0,1"}, "LocationTableView/SER 0,1=03N",
-        "DES location '03P' is already used!");
-}
-
-void WindowTest::marks() {
-    QFETCH(QString, ip);
-    QFETCH(QString, values);
-    QFETCH(QStringList, marked);
-    QFETCH(QString, edit);
-    QFETCH(QString, message);
-    const auto leaf = open(ip);
-    const auto press = [&leaf](const char* button) {
-        QTest::mousePress(leaf->findChild<QPushButton*>(button), Qt::LeftButton);
-    };
-    const auto refuse = [&] {
-        setValues(*leaf, values);
-        ConsoleRecorder recorder;
-        press("Generate");
-        return recorder.errors();
-    };
-    press("Reset");
-    const Velmora::Configuration blank = leaf->getConfiguration();
-    QCOMPARE(refuse(), QStringList("E:   " + message)); // the one message
-    QCOMPARE(marksOf(*leaf), marked);
-    if (auto* editor = leaf->findChild<QWidget*>(marked.first()))
-        QCOMPARE(editor->accessibleDescription(), message);
-    setValues(*leaf, edit);
-    QCOMPARE(marksOf(*leaf), QStringList());
-    if (auto* editor = leaf->findChild<QWidget*>(marked.first()))
-        QCOMPARE(editor->accessibleDescription(), QString());
-
-    press("Reset");
-    refuse();
-    QCOMPARE(marksOf(*leaf), marked);
-    press("Reset");
-    QCOMPARE(marksOf(*leaf), QStringList());
-    refuse();
-    leaf->setConfiguration(blank);
-    QCOMPARE(marksOf(*leaf), QStringList());
-}
-
-void WindowTest::markGoesWithTheNextCheck() {
-    const auto leaf = open("Mac fir");
-    auto* generate = leaf->findChild<QPushButton*>("Generate");
-    setValues(*leaf, "Entity=;InputDataWidth=4");
-    QTest::mousePress(generate, Qt::LeftButton);
-    setValues(*leaf, "InputDataWidth=5;Coefficients=1,2,3"); // other fields than the marked one
-    QCOMPARE(marksOf(*leaf), QStringList("Entity"));
-    setValues(*leaf, "Entity=x;Coefficients=");
-    QTest::mousePress(generate, Qt::LeftButton);
-    QCOMPARE(marksOf(*leaf), QStringList("Coefficients"));
-    _dialogs.answer = QString();
-    QTest::mousePress(generate, Qt::LeftButton); // cancelled, so nothing was checked
-    QCOMPARE(marksOf(*leaf), QStringList("Coefficients"));
-    const_cast<Velmora::Form*>(leaf->getForm())->load();
-    QCOMPARE(marksOf(*leaf), QStringList());
-}
-
 void WindowTest::marksAreDrawn_data() {
-    QTest::addColumn<QString>("ip");
-    QTest::addColumn<QString>("values");
-    QTest::addColumn<QString>("name");
-    QTest::newRow("line edit") << "Mac fir"
-                               << "Entity="
-                               << "Entity";
-    QTest::newRow("text edit") << "Mac fir"
-                               << "Entity=x;Coefficients="
-                               << "Coefficients";
-    QTest::newRow("spin box") << "Mac fir"
-                              << "Entity=x;Coefficients=1,2,3;ToBeTruncated=50"
-                              << "ToBeTruncated";
-    QTest::newRow("combo box in a closed section")
-        << "SER/DES"
-        << "Entity=x;Prefix=p;SER/TrainingValue=101;DES/TrainingValue=101;SER/PadType=LVCMOS_1.8V"
-        << "SER/PadType";
-    QTest::newRow("cell in a closed section")
-        << "SER/DES"
-        << "Entity=x;Prefix=p;SER/TrainingValue=101;DES/TrainingValue=101;SERCount=2"
-        << "LocationTableView/SER";
+    const TestTable<QString, QString, QString> table("ip", "values", "name");
+    table.row("line edit", "Mac fir", "Entity=", "Entity");
+    table.row("text edit", "Mac fir", "Entity=x;Coefficients=", "Coefficients");
+    table.row("spin box", "Mac fir", "Entity=x;Coefficients=1,2,3;ToBeTruncated=50", "ToBeTruncated");
+    table.row("combo box in a closed section", "SER/DES",
+              "Entity=x;Prefix=p;SER/TrainingValue=101;DES/TrainingValue=101;SER/PadType=LVCMOS_1.8V", "SER/PadType");
+    table.row("cell in a closed section", "SER/DES",
+              "Entity=x;Prefix=p;SER/TrainingValue=101;DES/TrainingValue=101;SERCount=2", "LocationTableView/SER");
 }
 
 void WindowTest::marksAreDrawn() {
@@ -302,8 +156,8 @@ void WindowTest::marksAreDrawn() {
     QFETCH(QString, values);
     QFETCH(QString, name);
     QSettings().setValue("animations", "Never");
-    const auto leaf = open(ip);
-    setValues(*leaf, values);
+    const auto leaf = std::make_unique<IPLeaf>(_prefix->addKnownIP(ip, "").toStdString());
+    FormText::write(leaf.get(), values);
     leaf->resize(900, 1500);
     leaf->show();
     QVERIFY(QTest::qWaitForWindowActive(leaf.get()));
@@ -333,120 +187,103 @@ void WindowTest::marksAreDrawn() {
 }
 
 void WindowTest::menu() {
-    useShippedCatalogue();
-    auto window = std::make_unique<MainWindow>();
-    auto* folio = window->findChild<Folio*>();
-    const auto enabled = [&window] {
-        return window->findChild<QAction*>("loadConfiguration")->isEnabled() &&
-               window->findChild<QAction*>("saveConfiguration")->isEnabled();
+    openWindow();
+    const auto enabled = [this] {
+        return _window->findChild<QAction*>("loadConfiguration")->isEnabled() &&
+               _window->findChild<QAction*>("saveConfiguration")->isEnabled();
     };
     QVERIFY(!enabled()); // the About page
-    folio->raiseLeaf(0);
+    folio()->raiseLeaf(0);
     QVERIFY(enabled());
-    folio->raiseLeaf(2);
+    folio()->raiseLeaf(2);
     QVERIFY(!enabled());
     QStringList entries;
-    for (const QAction* action : window->findChild<QMenu*>("fileMenu")->actions())
+    for (const QAction* action : _window->findChild<QMenu*>("fileMenu")->actions())
         entries += action->text() + " " + action->shortcut().toString();
     QCOMPARE(entries,
              QStringList({"&Load configuration... Ctrl+O", "&Save configuration... Ctrl+S", " ", "&Quit Ctrl+Q"}));
-    trigger(*window, "quit");
-    QVERIFY(!window->isVisible());
+    trigger("quit");
+    QVERIFY(!_window->isVisible());
     QVERIFY(QSettings().contains("geometry")); // as when it is closed otherwise
-    window.reset();
+    _window.reset();
 
     qputenv("ORVANE_PREFIX", QFile::encodeName(_prefix->path()));
     _prefix->addBridge("");
     _prefix->addIP("Other/any", "name Any\ncategory Z\ncompany Other\nvariants V\n");
-    window = std::make_unique<MainWindow>();
-    folio = window->findChild<Folio*>();
-    folio->raiseLeaf(0);
-    folio->showIP(findLeaf("Any")); // has no form
+    _window = std::make_unique<MainWindow>();
+    folio()->raiseLeaf(0);
+    showIP("Any"); // has no form
     QVERIFY(!enabled());
-    auto* tree = folio->findChild<Velmora::IPTreeView*>();
-    QCOMPARE(tree->currentIndex().data().toString(), QStringLiteral("Any"));
-    folio->showIP(findLeaf("APB slave to serial master"));
+    QCOMPARE(treeItem(), QStringLiteral("Any"));
+    showIP("APB slave to serial master");
     QVERIFY(enabled());
 }
 
 void WindowTest::everyExampleGoesThrough_data() {
-    QTest::addColumn<QString>("name");
+    const TestTable<QString> table("name");
     for (const QString& name : QDir(VELMORA_EXAMPLES).entryList({"*.velmora"}))
-        QTest::newRow(qPrintable(name)) << name.section('.', 0, 0);
+        table.row(qPrintable(name), name.section('.', 0, 0));
 }
 
 /// Dropped while another page is shown, saved by the menu, loaded by it into a form that has been reset.
 void WindowTest::everyExampleGoesThrough() {
     QFETCH(QString, name);
-    useShippedCatalogue();
-    const MainWindow window;
-    const auto* folio = window.findChild<Folio*>();
+    openWindow();
     const QString filename = _prefix->write(name + ".velmora", example(name));
     ConsoleRecorder recorder;
-    QCOMPARE(dropFile(window.windowHandle(), filename), accepted);
+    QCOMPARE(dropFile(_window->windowHandle(), filename), accepted);
     QCOMPARE(recorder.take(), QStringList("Configuration loaded from " + filename));
-    QCOMPARE(folio->getCurrentIndex(), 0);
-    QVERIFY(folio->findChild<QToolButton*>("IPs")->isChecked());
-    IPLeaf* leaf = folio->getShownIP();
+    QCOMPARE(folio()->getCurrentIndex(), 0);
+    QVERIFY(folio()->findChild<QToolButton*>("IPs")->isChecked());
+    IPLeaf* leaf = shownIP();
     QVERIFY(leaf && leaf->isVisible());
     QCOMPARE(contentOf(*leaf), example(name));
-    QCOMPARE(folio->findChild<Velmora::IPTreeView*>()->currentIndex().data().toString().toStdString(), leaf->getName());
+    QCOMPARE(treeItem().toStdString(), leaf->getName());
 
     const QString saved = _prefix->path("saved.velmora");
     _dialogs.answer = saved;
-    trigger(window, "saveConfiguration");
+    trigger("saveConfiguration");
     QCOMPARE(recorder.take(), QStringList("Configuration saved in " + saved));
     QCOMPARE(readFile(saved), example(name));
 
-    QTest::mousePress(leaf->findChild<QPushButton*>("Reset"), Qt::LeftButton);
+    press(leaf, "Reset");
     QVERIFY(contentOf(*leaf) != example(name));
-    trigger(window, "loadConfiguration");
+    trigger("loadConfiguration");
     QCOMPARE(recorder.take(), QStringList("Configuration loaded from " + saved));
     QCOMPARE(contentOf(*leaf), example(name));
 }
 
 void WindowTest::cancelledDialogsDoNothing() {
-    useShippedCatalogue();
-    const MainWindow window;
-    auto* folio = window.findChild<Folio*>();
-    folio->showIP(findLeaf("Scope"));
-    const QByteArray before = contentOf(*folio->getShownIP());
+    openWindow();
+    showIP("Scope");
+    const QByteArray before = contentOf(*shownIP());
     _dialogs.answer = QString();
     ConsoleRecorder recorder;
-    trigger(window, "loadConfiguration");
+    trigger("loadConfiguration");
     QCOMPARE(_dialogs.asked.first(), QStringLiteral("Load configuration"));
     QCOMPARE(_dialogs.asked.last(), QStringLiteral("Velmora configuration (*.velmora);;All files (*)"));
-    trigger(window, "saveConfiguration");
+    trigger("saveConfiguration");
     QCOMPARE(_dialogs.asked.first(), QStringLiteral("Save configuration"));
     QCOMPARE(_dialogs.asked.last(), QStringLiteral("Velmora configuration (*.velmora)"));
     QCOMPARE(recorder.lines(), QStringList());
-    QCOMPARE(contentOf(*folio->getShownIP()), before);
+    QCOMPARE(contentOf(*shownIP()), before);
     QVERIFY(QDir(_prefix->path()).entryList({"*.velmora"}).isEmpty());
 }
 
 void WindowTest::refusedFilesChangeNothing_data() {
-    QTest::addColumn<bool>("isDropped");
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<QByteArray>("after");
-    QTest::addColumn<QString>("error");
-    const auto row = [](const char* tag, bool isDropped, const char* before, const char* after, const char* error) {
-        QTest::newRow(tag) << isDropped << QByteArray(before) << QByteArray(after) << QString(error);
-    };
+    const TestTable<bool, QByteArray, QByteArray, QString> table("isDropped", "before", "after", "error");
     const char* range = "'1' cannot be the value of 'InputCount', expected a whole number from 2 to 240 "
                         "(filename: %1, line: 8)";
-    row("loaded value", false, "InputCount = 16", "InputCount = 1", range);
-    row("dropped value", true, "InputCount = 16", "InputCount = 1", range);
-    row("loaded for another IP", false, "name = Scope", "name = Startup Scope",
-        "Configuration is for 'Startup Scope' of Orvane (uid SCOPE), not for 'Scope' of Orvane (uid SCOPE) "
-        "(filename: %1, line: 2)");
-    row("dropped for an unknown IP", true, "name = Scope", "name = Scope 2",
+    table.row("loaded value", false, "InputCount = 16", "InputCount = 1", range);
+    table.row(
+        "dropped for an unknown IP", true, "name = Scope", "name = Scope 2",
         "No installed IP with a form is 'Scope 2' of Orvane, correct the name or install the IP (filename: %1, line: "
         "2)");
-    row("dropped for another version", true, "uid = SCOPE", "uid = SCOPE0",
-        "Configuration is for 'Scope' of Orvane (uid SCOPE0), not for 'Scope' of Orvane (uid SCOPE) "
-        "(filename: %1, line: 2)");
-    row("dropped text", true, "company = Orvane", "library ieee;",
-        "Invalid line, expected 'key = value' (filename: %1, line: 1)");
+    table.row("dropped for another version", true, "uid = SCOPE", "uid = SCOPE0",
+              "Configuration is for 'Scope' of Orvane (uid SCOPE0), not for 'Scope' of Orvane (uid SCOPE) "
+              "(filename: %1, line: 2)");
+    table.row("dropped text", true, "company = Orvane", "library ieee;",
+              "Invalid line, expected 'key = value' (filename: %1, line: 1)");
 }
 
 void WindowTest::refusedFilesChangeNothing() {
@@ -454,11 +291,9 @@ void WindowTest::refusedFilesChangeNothing() {
     QFETCH(QByteArray, before);
     QFETCH(QByteArray, after);
     QFETCH(QString, error);
-    useShippedCatalogue();
-    const MainWindow window;
-    auto* folio = window.findChild<Folio*>();
-    folio->showIP(findLeaf(isDropped ? "Mac fir" : "Scope"));
-    const IPLeaf* shown = folio->getShownIP();
+    openWindow();
+    folio()->showIP(findLeaf(isDropped ? "Mac fir" : "Scope"));
+    const IPLeaf* shown = shownIP();
     const QByteArray contentBefore = contentOf(*findLeaf("Scope"));
     QByteArray wrong = example("scope_bus");
     QVERIFY(wrong.contains(before));
@@ -466,33 +301,31 @@ void WindowTest::refusedFilesChangeNothing() {
     _dialogs.answer = filename;
     ConsoleRecorder recorder;
     if (isDropped)
-        dropFile(window.windowHandle(), filename);
+        dropFile(_window->windowHandle(), filename);
     else
-        trigger(window, "loadConfiguration");
+        trigger("loadConfiguration");
     QCOMPARE(recorder.lines(), QStringList("E: " + error.arg(filename)));
-    QCOMPARE(folio->getShownIP(), shown);
+    QCOMPARE(shownIP(), shown);
     QCOMPARE(contentOf(*findLeaf("Scope")), contentBefore);
 }
 
 void WindowTest::proposedNames() {
-    useShippedCatalogue();
-    const MainWindow window;
-    auto* folio = window.findChild<Folio*>();
+    openWindow();
     _dialogs.answer = QString();
     const auto propose = [&] {
-        trigger(window, "saveConfiguration");
+        trigger("saveConfiguration");
         return QDir(_prefix->path()).relativeFilePath(_dialogs.asked.at(1));
     };
-    folio->showIP(findLeaf("SER/DES"));
+    showIP("SER/DES");
     QCOMPARE(propose(), QStringLiteral("ser_des.velmora"));
-    setValues(*folio->getShownIP(), "Entity=a/b");
+    FormText::write(shownIP(), "Entity=a/b");
     QCOMPARE(propose(), QStringLiteral("a_b.velmora"));
     QDir().mkpath("deep");
     _dialogs.answer = _prefix->path("deep/mine.velmora");
     propose();
     _dialogs.answer = QString();
     QCOMPARE(propose(), QStringLiteral("deep/mine.velmora"));
-    folio->showIP(findLeaf("Mac fir"));
+    showIP("Mac fir");
     QCOMPARE(propose(), QStringLiteral("deep/mac_fir.velmora"));
 
     _dialogs.answer = "no/such/folder/x.velmora";
@@ -503,14 +336,14 @@ void WindowTest::proposedNames() {
 }
 
 /// Shows the scope and types into the first cell of its table, whose editor stays open. Null when it does not open.
-QTableView* WindowTest::editCell(MainWindow& window, const QString& text) {
+QTableView* WindowTest::editCell(const QString& text) {
     QSettings().setValue("animations", "Never");
-    window.findChild<Folio*>()->showIP(findLeaf("Scope"));
-    auto* table = window.findChild<Velmora::LineTableView*>("TriggerTableView");
+    showIP("Scope");
+    auto* table = _window->findChild<Velmora::LineTableView*>("TriggerTableView");
     for (auto* title : findLeaf("Scope")->findChildren<QToolButton*>()) // opens the sections
         QTest::mouseClick(title, Qt::LeftButton);
     const auto isEdited = [] { return qobject_cast<QLineEdit*>(QApplication::focusWidget()); };
-    if (!QTest::qWaitForWindowActive(&window) || !QTest::qWaitFor([table] { return table->isVisible(); }))
+    if (!QTest::qWaitForWindowActive(_window.get()) || !QTest::qWaitFor([table] { return table->isVisible(); }))
         return nullptr;
     table->setFocus();
     table->setCurrentIndex(table->model()->index(0, 1));
@@ -522,9 +355,8 @@ QTableView* WindowTest::editCell(MainWindow& window, const QString& text) {
 }
 
 void WindowTest::saveTakesTheEditedCell() {
-    useShippedCatalogue();
-    MainWindow window;
-    auto* table = editCell(window, "clk");
+    openWindow();
+    auto* table = editCell("clk");
     QVERIFY(table);
     const QString saved = _prefix->path("saved.velmora");
     _dialogs.answer = saved;
@@ -535,9 +367,8 @@ void WindowTest::saveTakesTheEditedCell() {
 
 /// What was typed would replace what is loaded as soon as the user leaves the cell, if that is what the cell held.
 void WindowTest::loadEndsTheCellEdit() {
-    useShippedCatalogue();
-    MainWindow window;
-    auto* table = editCell(window, "clk");
+    openWindow();
+    auto* table = editCell("clk");
     QVERIFY(table);
     const QByteArray content = example("scope_bus").replace("= request,", "= \"\",");
     const QString filename = _prefix->write("scope.velmora", content);
@@ -548,18 +379,16 @@ void WindowTest::loadEndsTheCellEdit() {
 }
 
 void WindowTest::settingsStayAsTheyWere() {
-    useShippedCatalogue();
     const auto keysAfter = [this](bool usesConfigurations) {
         QSettings().clear();
-        {
-            MainWindow window;
-            if (usesConfigurations) {
-                dropFile(window.windowHandle(), _prefix->write("x.velmora", example("scope_bus")));
-                trigger(window, "saveConfiguration");
-                window.findChild<QLineEdit*>("searchEdit")->setText("mac");
-            }
-            window.close();
+        openWindow();
+        if (usesConfigurations) {
+            drop("x.velmora", example("scope_bus"));
+            trigger("saveConfiguration");
+            search("mac");
         }
+        _window->close();
+        _window.reset();
         return QSettings().allKeys();
     };
     const QStringList keys = keysAfter(false);
@@ -567,96 +396,67 @@ void WindowTest::settingsStayAsTheyWere() {
     QCOMPARE(QSettings().value("ScopeLeaf/Entity").toString(), QStringLiteral("scope_bus"));
 }
 
-void WindowTest::dropReachesEveryPlace_data() {
-    QTest::addColumn<QString>("place");
-    QTest::newRow("window system") << QString();
-    QTest::newRow("window") << "MainWindow";
-}
-
 void WindowTest::dropReachesEveryPlace() {
-    QFETCH(QString, place);
-    useShippedCatalogue();
-    MainWindow window;
-    auto* folio = window.findChild<Folio*>();
-    folio->showIP(findLeaf("Mac fir"));
-    folio->findChild<QLineEdit*>("searchEdit")->setText("mac"); // which hides the other IP
+    openWindow();
+    showIP("Mac fir");
+    search("mac"); // which hides the other IP
     const QString filename = _prefix->write("x.velmora", example("scope_bus"));
-    QObject* target = &window;
-    if (place.isEmpty())
-        target = window.windowHandle();
-    const QByteArray before = contentOf(*folio->getShownIP());
-    QCOMPARE(dropFile(target, filename), accepted);
-    QCOMPARE(folio->getShownIP(), findLeaf("Scope"));
-    QCOMPARE(contentOf(*folio->getShownIP()), example("scope_bus"));
+    const QByteArray before = contentOf(*shownIP());
+    QCOMPARE(dropFile(_window.get(), filename), accepted);
+    QCOMPARE(shownIP(), findLeaf("Scope"));
+    QCOMPARE(contentOf(*shownIP()), example("scope_bus"));
     QCOMPARE(contentOf(*findLeaf("Mac fir")), before);
-    QVERIFY(!folio->findChild<Velmora::IPTreeView*>()->currentIndex().isValid());
-    folio->findChild<QLineEdit*>("searchEdit")->clear();
-    QCOMPARE(folio->findChild<Velmora::IPTreeView*>()->currentIndex().data().toString(), QStringLiteral("Scope"));
+    QCOMPARE(treeItem(), QString());
+    QVERIFY(!folio()->findChild<Velmora::IPTreeView*>()->selectionModel()->hasSelection());
+    search("");
+    QCOMPARE(treeItem(), QStringLiteral("Scope"));
 }
 
 void WindowTest::droppedFilesInTurn() {
-    useShippedCatalogue();
-    const MainWindow window;
+    openWindow();
     QMimeData data;
     data.setUrls({QUrl::fromLocalFile(_prefix->write("a.velmora", example("fir_mac"))),
                   QUrl::fromLocalFile(_prefix->path("absent.velmora")),
                   QUrl::fromLocalFile(_prefix->write("b.velmora", example("spi_bridge")))});
     ConsoleRecorder recorder;
-    QCOMPARE(drag(window.windowHandle(), data), accepted);
+    QCOMPARE(drag(_window->windowHandle(), data), accepted);
     QCOMPARE(recorder.lines(), QStringList({"Configuration loaded from " + _prefix->path("a.velmora"),
                                             "E: Unable to open configuration file (filename: " +
                                                 _prefix->path("absent.velmora") + ", reason: There is no such file)",
                                             "Configuration loaded from " + _prefix->path("b.velmora")}));
     QCOMPARE(contentOf(*findLeaf("Mac fir")), example("fir_mac"));
-    QCOMPARE(window.findChild<Folio*>()->getShownIP(), findLeaf("APB slave to serial master"));
+    QCOMPARE(shownIP(), findLeaf("APB slave to serial master"));
 }
 
 void WindowTest::otherDragsAreLeftAlone() {
-    useShippedCatalogue();
-    const MainWindow window;
+    openWindow();
     QMimeData text;
     text.setText("fir");
-    QCOMPARE(drag(window.windowHandle(), text, false), QString()); // there is no field on the About page
+    QCOMPARE(drag(_window->windowHandle(), text, false), QString()); // there is no field on the About page
     QMimeData link;
     link.setUrls({QUrl("https://example.org/x.velmora")});
     ConsoleRecorder recorder;
-    QCOMPARE(drag(window.windowHandle(), link, false), QString());
+    QCOMPARE(drag(_window->windowHandle(), link, false), QString());
 
     QDialog dialog;
     dialog.setModal(true);
     dialog.show();
-    QCOMPARE(dropFile(window.windowHandle(), _prefix->write("x.velmora", example("fir_mac"))), QString());
+    QCOMPARE(dropFile(_window->windowHandle(), _prefix->write("x.velmora", example("fir_mac"))), QString());
     QCOMPARE(recorder.lines(), QStringList());
 }
 
-/// A configuration saved in the window, generated by the command; and one that the command made, loaded in the window.
-void WindowTest::windowAndCommandLineAgree() {
-    useShippedCatalogue();
-    qputenv("SOURCE_DATE_EPOCH", "1767225600");
-    const MainWindow window;
-    auto* folio = window.findChild<Folio*>();
-    folio->showIP(findLeaf("Mac fir"));
-    QTest::mousePress(folio->getShownIP()->findChild<QPushButton*>("Reset"), Qt::LeftButton);
-    setValues(*folio->getShownIP(), "Entity=edited;Coefficients=1,2, 3\n,-4");
-    setValues(*folio->getShownIP(), "TapCount=7");
-    const QString saved = _prefix->path("saved.velmora");
-    const QString windowOutput = _prefix->path("window.vhd");
-    _dialogs.answer = saved;
-    trigger(window, "saveConfiguration");
-    _dialogs.answer = windowOutput;
-    QTest::mousePress(folio->getShownIP()->findChild<QPushButton*>("Generate"), Qt::LeftButton);
-    QVERIFY(readFile(windowOutput).contains("entity edited is"));
-    runGenerator({"run", saved, "-o", "command.vhd"});
-    QCOMPARE(readFile("command.vhd"), readFile(windowOutput));
-
+void WindowTest::templatesOfTheCommandLine() {
+    openWindow();
     for (const char* name : {"Scope", "SER/DES", "APB slave to serial master"}) {
-        const QByteArray content = runGenerator({"template", name});
-        QVERIFY(content.startsWith("company = Orvane\n"));
-        dropFile(window.windowHandle(), _prefix->write("template.velmora", content));
-        QCOMPARE(folio->getShownIP(), findLeaf(name));
-        QCOMPARE(contentOf(*folio->getShownIP()), content);
+        QProcess process;
+        process.start(VELMORA_GENERATE, {"template", name});
+        QVERIFY(process.waitForFinished(60'000));
+        const QByteArray content = process.readAllStandardOutput();
+        QVERIFY2(content.startsWith("company = Orvane\n"), process.readAllStandardError().constData());
+        drop("template.velmora", content);
+        QCOMPARE(shownIP(), findLeaf(name));
+        QCOMPARE(contentOf(*shownIP()), content);
     }
-    qunsetenv("SOURCE_DATE_EPOCH");
 }
 
 VELMORA_TEST_MAIN(WindowTest)

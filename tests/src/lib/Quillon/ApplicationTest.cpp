@@ -1,4 +1,4 @@
-#include "ApplicationTest.h"
+#include <support/TestTable.h>
 
 #include <Quillon/Application.h>
 
@@ -76,14 +76,30 @@ private:
 
 } // namespace
 
+class ApplicationTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void tellsWhoItIs();
+    void takesItsOptionsOutOfTheArguments_data();
+    void takesItsOptionsOutOfTheArguments();
+    void themeComesFromSettings_data();
+    void themeComesFromSettings();
+    void secondApplicationIsRefused();
+    void returnsTheResultOfTheLoop();
+    void exceptionsLeaveEveryLoop_data();
+    void exceptionsLeaveEveryLoop();
+    void firstExceptionIsKept();
+};
+
 void ApplicationTest::tellsWhoItIs() {
     QVERIFY(!Quillon::application);
     {
         Program program;
         QCOMPARE(static_cast<QApplication*>(Quillon::application), qApp);
-        QCOMPARE(program->getFullVersion(), QStringLiteral("1.2.30"));
-        QCOMPARE(QSettings().organizationName(), QStringLiteral("Orvane"));
-        QCOMPARE(QSettings().applicationName(), QStringLiteral("Velmora"));
+        QCOMPARE(program->getFullVersion(), "1.2.30");
+        QCOMPARE(QSettings().organizationName(), "Orvane");
+        QCOMPARE(QSettings().applicationName(), "Velmora");
         QVERIFY(program->getDisclaimer().contains(program->getFullName()));
         QVERIFY(!program->getDisclaimer().contains(QLatin1Char('%')));
     }
@@ -91,16 +107,13 @@ void ApplicationTest::tellsWhoItIs() {
 }
 
 void ApplicationTest::takesItsOptionsOutOfTheArguments_data() {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<bool>("isAboutSuppressed");
-    QTest::addColumn<QStringList>("left");
-    QTest::newRow("none") << QStringList{"velmora"} << false << QStringList{"velmora"};
-    QTest::newRow("first") << QStringList{"velmora", "-no-about", "x"} << true << QStringList{"velmora", "x"};
-    QTest::newRow("last, twice") << QStringList{"velmora", "-no-about", "x", "-no-about"} << true
-                                 << QStringList{"velmora", "x"};
-    QTest::newRow("others stay") << QStringList{"velmora", "-check", "-help", "no-about"} << false
-                                 << QStringList{"velmora", "-check", "-help", "no-about"};
-    QTest::newRow("program of that name") << QStringList{"-no-about"} << false << QStringList{"-no-about"};
+    const TestTable<QStringList, bool, QStringList> table("arguments", "isAboutSuppressed", "left");
+    table.row("none", {"velmora"}, false, {"velmora"});
+    table.row("first", {"velmora", "-no-about", "x"}, true, {"velmora", "x"});
+    table.row("last, twice", {"velmora", "-no-about", "x", "-no-about"}, true, {"velmora", "x"});
+    table.row("others stay", {"velmora", "-check", "-help", "no-about"}, false,
+              {"velmora", "-check", "-help", "no-about"});
+    table.row("program of that name", {"-no-about"}, false, {"-no-about"});
 }
 
 void ApplicationTest::takesItsOptionsOutOfTheArguments() {
@@ -116,12 +129,11 @@ void ApplicationTest::takesItsOptionsOutOfTheArguments() {
 }
 
 void ApplicationTest::themeComesFromSettings_data() {
-    QTest::addColumn<QVariant>("stored");
-    QTest::addColumn<int>("code");
-    QTest::newRow("dark") << QVariant("dark") << int(Brindle::Theme::Dark);
-    QTest::newRow("absent") << QVariant() << int(Brindle::Theme::Light);
-    QTest::newRow("unknown") << QVariant("sepia") << int(Brindle::Theme::Light);
-    QTest::newRow("wrong type") << QVariant(QStringList{"dark", "x"}) << int(Brindle::Theme::Light);
+    const TestTable<QVariant, int> table("stored", "code");
+    table.row("dark", QVariant("dark"), int(Brindle::Theme::Dark));
+    table.row("absent", QVariant(), int(Brindle::Theme::Light));
+    table.row("unknown", QVariant("sepia"), int(Brindle::Theme::Light));
+    table.row("wrong type", QVariant(QStringList{"dark", "x"}), int(Brindle::Theme::Light));
 }
 
 void ApplicationTest::themeComesFromSettings() {
@@ -148,13 +160,11 @@ void ApplicationTest::secondApplicationIsRefused() {
 void ApplicationTest::returnsTheResultOfTheLoop() {
     const Program program;
     QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(7); });
-    QCOMPARE(caughtFromExec(), QStringLiteral("result 7"));
+    QCOMPARE(caughtFromExec(), "result 7");
 }
 
 void ApplicationTest::exceptionsLeaveEveryLoop_data() {
-    QTest::addColumn<int>("thrown");
-    QTest::addColumn<int>("place");
-    QTest::addColumn<QString>("caught");
+    TestTable<int, int, QString>("thrown", "place", "caught");
     const std::pair<const char*, Thrown> kinds[] = {
         {"Brindle::Critical", Critical}, {"std::out_of_range", Standard}, {"int", Number}};
     const std::pair<const char*, Place> places[] = {
@@ -207,7 +217,7 @@ void ApplicationTest::exceptionsLeaveEveryLoop() {
         QTimer::singleShot(0, &dialog, &QDialog::accept);
         QCoreApplication::exit(dialog.exec() == QDialog::Accepted ? 3 : 4);
     });
-    QCOMPARE(caughtFromExec(), QStringLiteral("result 3"));
+    QCOMPARE(caughtFromExec(), "result 3");
 }
 
 void ApplicationTest::firstExceptionIsKept() {
@@ -216,7 +226,10 @@ void ApplicationTest::firstExceptionIsKept() {
     ThrowingWidget second(Number);
     first.show();
     second.show();
-    QCOMPARE(caughtFromExec(), QStringLiteral("standard"));
+    QCOMPARE(caughtFromExec(), "standard");
     QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(3); });
-    QCOMPARE(caughtFromExec(), QStringLiteral("result 3"));
+    QCOMPARE(caughtFromExec(), "result 3");
 }
+
+QTEST_APPLESS_MAIN(ApplicationTest)
+#include "ApplicationTest.moc"

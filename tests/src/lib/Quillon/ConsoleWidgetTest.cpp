@@ -1,4 +1,5 @@
-#include "ConsoleWidgetTest.h"
+#include <support/TestMain.h>
+#include <support/TestTable.h>
 
 #include <Quillon/ConsoleWidget.h>
 
@@ -67,12 +68,23 @@ bool chooseFromMenu(ConsoleWidget& widget, const QString& entry) {
 
 } // namespace
 
+class ConsoleWidgetTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void showsKindsInColors_data();
+    void showsKindsInColors();
+    void keepsTheLastLines();
+    void followsTheEndUnlessScrolledUp();
+    void menuCopiesSelectsAndClears();
+    void stopsListeningWhenDestroyed();
+};
+
 void ConsoleWidgetTest::showsKindsInColors_data() {
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<QString>("color");
-    QTest::newRow("text") << int(Brindle::ConsoleLineKind::Text) << "text";
-    QTest::newRow("remark") << int(Brindle::ConsoleLineKind::Remark) << "remark";
-    QTest::newRow("error") << int(Brindle::ConsoleLineKind::Error) << "error";
+    const TestTable<int, QString> table("kind", "color");
+    table.row("text", int(Brindle::ConsoleLineKind::Text), "text");
+    table.row("remark", int(Brindle::ConsoleLineKind::Remark), "remark");
+    table.row("error", int(Brindle::ConsoleLineKind::Error), "error");
 }
 
 void ConsoleWidgetTest::showsKindsInColors() {
@@ -93,7 +105,7 @@ void ConsoleWidgetTest::showsKindsInColors() {
         Brindle::console.unindent();
         Brindle::console.print("after");
     }
-    QCOMPARE(widget.toPlainText(), QStringLiteral("before\n  a <b>\u00e9</b> & b\nafter"));
+    QCOMPARE(widget.toPlainText(), "before\n  a <b>\u00e9</b> & b\nafter");
     const QTextBlock block = widget.document()->findBlockByNumber(1);
     QCOMPARE(block.begin().fragment().charFormat().foreground().color(), Brindle::theme.getColor(color.toStdString()));
     const QTextBlock last = widget.document()->lastBlock();
@@ -104,10 +116,10 @@ void ConsoleWidgetTest::keepsTheLastLines() {
     const ConsoleWidget widget(nullptr);
     const int count = ConsoleWidget::historyLength;
     print(1, count);
-    QCOMPARE(widget.document()->firstBlock().text(), QStringLiteral("line 1"));
+    QCOMPARE(widget.document()->firstBlock().text(), "line 1");
     print(count + 1, 5);
     QCOMPARE(widget.document()->blockCount(), count);
-    QCOMPARE(widget.document()->firstBlock().text(), QStringLiteral("line 6"));
+    QCOMPARE(widget.document()->firstBlock().text(), "line 6");
     QCOMPARE(widget.document()->lastBlock().text(), QStringLiteral("line %1").arg(count + 5));
 }
 
@@ -141,15 +153,15 @@ void ConsoleWidgetTest::followsTheEndUnlessScrolledUp() {
 void ConsoleWidgetTest::menuCopiesSelectsAndClears() {
     ConsoleWidget widget(nullptr);
     widget.show();
-    QVERIFY2(!chooseFromMenu(widget, QStringLiteral("Copy")), "nothing is selected");
-    QVERIFY2(!chooseFromMenu(widget, QStringLiteral("Clear")), "nothing is shown");
+    QVERIFY2(!chooseFromMenu(widget, "Copy"), "nothing is selected");
+    QVERIFY2(!chooseFromMenu(widget, "Clear"), "nothing is shown");
     print(1, 2);
-    QVERIFY(chooseFromMenu(widget, QStringLiteral("Select All")));
-    QVERIFY(chooseFromMenu(widget, QStringLiteral("Copy")));
-    QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("line 1\nline 2"));
-    QVERIFY(chooseFromMenu(widget, QStringLiteral("Clear")));
+    QVERIFY(chooseFromMenu(widget, "Select All"));
+    QVERIFY(chooseFromMenu(widget, "Copy"));
+    QCOMPARE(QApplication::clipboard()->text(), "line 1\nline 2");
+    QVERIFY(chooseFromMenu(widget, "Clear"));
     print(3, 1);
-    QCOMPARE(widget.toPlainText(), QStringLiteral("line 3"));
+    QCOMPARE(widget.toPlainText(), "line 3");
 }
 
 void ConsoleWidgetTest::stopsListeningWhenDestroyed() {
@@ -158,5 +170,8 @@ void ConsoleWidgetTest::stopsListeningWhenDestroyed() {
     print(1, 1);
     doomed.reset();
     print(2, 1);
-    QCOMPARE(other.toPlainText(), QStringLiteral("line 1\nline 2"));
+    QCOMPARE(other.toPlainText(), "line 1\nline 2");
 }
+
+VELMORA_TEST_MAIN(ConsoleWidgetTest)
+#include "ConsoleWidgetTest.moc"

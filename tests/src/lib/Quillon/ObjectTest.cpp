@@ -1,4 +1,5 @@
-#include "ObjectTest.h"
+#include <support/TestMain.h>
+#include <support/TestTable.h>
 
 #include <Quillon/Owned.h>
 
@@ -45,17 +46,22 @@ protected:
 
 } // namespace
 
+class ObjectTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void runsEveryStep_data();
+    void runsEveryStep();
+    void describesItself();
+};
+
 void ObjectTest::runsEveryStep_data() {
-    QTest::addColumn<int>("failing");
-    QTest::addColumn<QStringList>("expected");
-    QTest::newRow("none fails") << int(None)
-                                << QStringList{"preCreate", "construct", "postCreate", "use", "preDestroy", "destroy"};
-    QTest::newRow("preCreate fails") << int(PreCreate) << QStringList{"preCreate", "failed: preCreate"};
-    QTest::newRow("construction fails") << int(Construction)
-                                        << QStringList{"preCreate", "construct", "failed: construct"};
-    QTest::newRow("postCreate fails") << int(PostCreate)
-                                      << QStringList{"preCreate",  "construct", "postCreate",
-                                                     "preDestroy", "destroy",   "failed: postCreate"};
+    const TestTable<int, QStringList> table("failing", "expected");
+    table.row("none fails", int(None), {"preCreate", "construct", "postCreate", "use", "preDestroy", "destroy"});
+    table.row("preCreate fails", int(PreCreate), {"preCreate", "failed: preCreate"});
+    table.row("construction fails", int(Construction), {"preCreate", "construct", "failed: construct"});
+    table.row("postCreate fails", int(PostCreate),
+              {"preCreate", "construct", "postCreate", "preDestroy", "destroy", "failed: postCreate"});
 }
 
 void ObjectTest::runsEveryStep() {
@@ -79,3 +85,6 @@ void ObjectTest::describesItself() {
     const Probe unfinished(None, 5);
     QVERIFY(!unfinished.getRecord());
 }
+
+VELMORA_TEST_MAIN(ObjectTest)
+#include "ObjectTest.moc"

@@ -1,6 +1,5 @@
-#include "TreeComboBoxTest.h"
-
 #include <Quillon/TreeComboBox.h>
+#include <support/TestMain.h>
 
 #include <QAbstractItemView>
 #include <QSignalSpy>
@@ -8,9 +7,17 @@
 #include <QTest>
 #include <QTreeView>
 
+class TreeComboBoxTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void clickInThePopupChooses();
+    void branchesAreOpen();
+};
+
 void TreeComboBoxTest::clickInThePopupChooses() {
     Quillon::TreeComboBox comboBox;
-    comboBox.addItems({QStringLiteral("50%"), QStringLiteral("60%"), QStringLiteral("70%")});
+    comboBox.addItems({"50%", "60%", "70%"});
     const QSignalSpy changes(&comboBox, SIGNAL(currentIndexChanged(QString)));
     comboBox.show();
     comboBox.showPopup();
@@ -19,7 +26,7 @@ void TreeComboBoxTest::clickInThePopupChooses() {
     const QPoint place = comboBox.view()->visualRect(comboBox.model()->index(2, 0)).center();
     QTest::mouseMove(comboBox.view()->viewport(), place);
     QTest::mouseClick(comboBox.view()->viewport(), Qt::LeftButton, Qt::NoModifier, place);
-    QCOMPARE(comboBox.currentText(), QStringLiteral("70%"));
+    QCOMPARE(comboBox.currentText(), "70%");
     QCOMPARE(changes.size(), 1);
     QVERIFY(!comboBox.view()->isVisible());
 }
@@ -27,8 +34,8 @@ void TreeComboBoxTest::clickInThePopupChooses() {
 void TreeComboBoxTest::branchesAreOpen() {
     Quillon::TreeComboBox comboBox;
     QStandardItemModel model;
-    auto* family = new QStandardItem(QStringLiteral("LVDS"));
-    family->appendRow(new QStandardItem(QStringLiteral("LVDS_2.5V")));
+    auto* family = new QStandardItem("LVDS");
+    family->appendRow(new QStandardItem("LVDS_2.5V"));
     model.appendRow(family);
     comboBox.setModel(&model);
     comboBox.show();
@@ -36,3 +43,6 @@ void TreeComboBoxTest::branchesAreOpen() {
     QVERIFY(QTest::qWaitForWindowExposed(comboBox.view()->window()));
     QVERIFY(comboBox.view()->visualRect(family->child(0)->index()).isValid());
 }
+
+VELMORA_TEST_MAIN(TreeComboBoxTest)
+#include "TreeComboBoxTest.moc"

@@ -1,4 +1,4 @@
-#include "EncodingTest.h"
+#include <support/TestTable.h>
 
 #include "Failure.h"
 #include "Installation.h"
@@ -27,6 +27,25 @@ QByteArray referenceLines(const QByteArray& bytes) {
 
 } // namespace
 
+/// The text forms below the cryptography: base64 lines, block directives, configuration.
+class EncodingTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void base64InLines();
+    void refusedBase64_data();
+    void refusedBase64();
+    void base64IsCanonical();
+    void base64WithWhiteSpace_data();
+    void base64WithWhiteSpace();
+    void directiveExpressions_data();
+    void directiveExpressions();
+    void blockDirectives_data();
+    void blockDirectives();
+    void configurations_data();
+    void configurations();
+};
+
 void EncodingTest::base64InLines() {
     for (std::size_t size = 0; size < 240; ++size) {
         const auto bytes = mixedBytes(size);
@@ -47,22 +66,11 @@ void EncodingTest::base64InLines() {
 }
 
 void EncodingTest::refusedBase64_data() {
-    QTest::addColumn<QByteArray>("lines");
-    QTest::addColumn<int>("size");
-    QTest::newRow("too few characters") << QByteArray("YWI=\n") << 4;
-    QTest::newRow("too many characters") << QByteArray("YWJj\n") << 2;
-    QTest::newRow("no padding") << QByteArray("YWIA\n") << 2;
-    QTest::newRow("one padding of two") << QByteArray("YWA=\n") << 1;
-    QTest::newRow("padding first") << QByteArray("YW=I\n") << 2;
-    QTest::newRow("stray bits of two") << QByteArray("YWJ=\n") << 2;
-    QTest::newRow("stray bits of one") << QByteArray("YR==\n") << 1;
-    QTest::newRow("no line feed") << QByteArray("YWI= ") << 2;
-    QTest::newRow("blank") << QByteArray("YW I\n") << 3;
-    QTest::newRow("NUL") << QByteArray("YW\0I\n", 5) << 3;
-    QTest::newRow("8-bit") << QByteArray("YW\xffI\n") << 3;
-    QTest::newRow("alphabet of URLs") << QByteArray("YW_-\n") << 3;
-    QTest::newRow("lines too short") << QByteArray(40, 'A') + '\n' + QByteArray(40, 'A') + '\n' << 60;
-    QTest::newRow("one long line") << QByteArray(80, 'A') + "\n\n" << 60;
+    const TestTable<QByteArray, int> table("lines", "size");
+    table.row("too few characters", "YWI=\n", 4);
+    table.row("too many characters", "YWJj\n", 2);
+    table.row("lines too short", QByteArray(40, 'A') + '\n' + QByteArray(40, 'A') + '\n', 60);
+    table.row("one long line", QByteArray(80, 'A') + "\n\n", 60);
 }
 
 void EncodingTest::refusedBase64() {
@@ -90,18 +98,17 @@ void EncodingTest::base64IsCanonical() {
 }
 
 void EncodingTest::base64WithWhiteSpace_data() {
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QByteArray>("bytes"); // null when refused
-    QTest::newRow("nothing") << QByteArray(" \r\n") << QByteArray("");
-    QTest::newRow("one line") << QByteArray("YWJj") << QByteArray("abc");
-    QTest::newRow("anywhere") << QByteArray("\tY W\r\nI\n=\n\n") << QByteArray("ab");
-    QTest::newRow("long line") << QByteArray(160, 'A') << QByteArray(120, '\0');
-    QTest::newRow("padding in the middle") << QByteArray("YQ==YQ==") << QByteArray();
-    QTest::newRow("cut") << QByteArray("YWJ") << QByteArray();
-    QTest::newRow("padding alone") << QByteArray("=") << QByteArray();
-    QTest::newRow("three paddings") << QByteArray("Y===") << QByteArray();
-    QTest::newRow("stray bits") << QByteArray("YWJ=") << QByteArray();
-    QTest::newRow("other character") << QByteArray("YW`j") << QByteArray();
+    const TestTable<QByteArray, QByteArray> table("text", "bytes"); // bytes: null when refused
+    table.row("nothing", " \r\n", "");
+    table.row("one line", "YWJj", "abc");
+    table.row("anywhere", "\tY W\r\nI\n=\n\n", "ab");
+    table.row("long line", QByteArray(160, 'A'), QByteArray(120, '\0'));
+    table.row("padding in the middle", "YQ==YQ==", {});
+    table.row("cut", "YWJ", {});
+    table.row("padding alone", "=", {});
+    table.row("three paddings", "Y===", {});
+    table.row("stray bits", "YWJ=", {});
+    table.row("other character", "YW`j", {});
 }
 
 void EncodingTest::base64WithWhiteSpace() {
@@ -113,20 +120,18 @@ void EncodingTest::base64WithWhiteSpace() {
 }
 
 void EncodingTest::directiveExpressions_data() {
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QString>("expected"); // name:value, separated by "; "
+    const TestTable<QByteArray, QString> table("text", "expected"); // expected: name:value, separated by "; "
     const QString unreadable = QStringLiteral("unreadable");
-    QTest::newRow("name") << QByteArray(" KEY_block\r") << "key_block:";
-    QTest::newRow("values") << QByteArray("a=\"x, y=(z)\",b = 1 , c=( d=\"e\", f=2 )")
-                            << "a:x, y=(z); b:1; c: d=\"e\", f=2 ";
-    QTest::newRow("empty value") << QByteArray("a=\"\"") << "a:";
-    QTest::newRow("nothing") << QByteArray(" ") << unreadable;
-    QTest::newRow("two words") << QByteArray("a b") << unreadable;
-    QTest::newRow("no value") << QByteArray("a=") << unreadable;
-    QTest::newRow("no end of the text") << QByteArray("a=\"b") << unreadable;
-    QTest::newRow("no end of the list") << QByteArray("a=(b") << unreadable;
-    QTest::newRow("comma at the end") << QByteArray("a,") << unreadable;
-    QTest::newRow("text behind") << QByteArray("a=\"b\"c") << unreadable;
+    table.row("name", " KEY_block\r", "key_block:");
+    table.row("values", "a=\"x, y=(z)\",b = 1 , c=( d=\"e\", f=2 )", "a:x, y=(z); b:1; c: d=\"e\", f=2 ");
+    table.row("empty value", "a=\"\"", "a:");
+    table.row("nothing", " ", unreadable);
+    table.row("two words", "a b", unreadable);
+    table.row("no value", "a=", unreadable);
+    table.row("no end of the text", "a=\"b", unreadable);
+    table.row("no end of the list", "a=(b", unreadable);
+    table.row("comma at the end", "a,", unreadable);
+    table.row("text behind", "a=\"b\"c", unreadable);
 }
 
 void EncodingTest::directiveExpressions() {
@@ -135,28 +140,27 @@ void EncodingTest::directiveExpressions() {
     const auto expressions = Sealwork::parseExpressions(bytes);
     QStringList result;
     for (const auto& [name, value] : expressions.value_or(std::vector<Sealwork::DirectiveExpression>()))
-        result << QString::fromStdString(name + ":" + value);
-    QTEST(expressions ? result.join(QLatin1String("; ")) : QStringLiteral("unreadable"), "expected");
+        result << QString::fromStdString(std::string(name).append(":").append(value));
+    QTEST(expressions ? result.join("; ") : QStringLiteral("unreadable"), "expected");
 }
 
 void EncodingTest::blockDirectives_data() {
-    QTest::addColumn<QByteArray>("line");
-    QTest::addColumn<bool>("expected");
-    QTest::newRow("VHDL") << QByteArray("`protect key_block") << true;
-    QTest::newRow("Verilog") << QByteArray("`pragma protect data_block") << true;
-    QTest::newRow("blanks and CR") << QByteArray(" \t`pragma \t protect  data_block \r") << true;
-    QTest::newRow("after others") << QByteArray("`protect encoding=(bytes=3), key_block") << true;
-    QTest::newRow("other directive") << QByteArray("`protect begin_protected") << false;
-    QTest::newRow("not at the end") << QByteArray("`protect data_block follows") << false;
-    QTest::newRow("part of a word") << QByteArray("`protect my_key_block") << false;
-    QTest::newRow("no directive") << QByteArray("protect key_block") << false;
-    QTest::newRow("after text") << QByteArray("x `protect key_block") << false;
-    QTest::newRow("in a comment") << QByteArray("-- `protect key_block") << false;
-    QTest::newRow("joined pragma") << QByteArray("`pragmaprotect key_block") << false;
-    QTest::newRow("longer word") << QByteArray("`protected key_block") << false;
-    QTest::newRow("nothing between") << QByteArray("`protectkey_block") << false;
-    QTest::newRow("directive alone") << QByteArray("`protect") << false;
-    QTest::newRow("backtick alone") << QByteArray("`") << false;
+    const TestTable<QByteArray, bool> table("line", "expected");
+    table.row("VHDL", "`protect key_block", true);
+    table.row("Verilog", "`pragma protect data_block", true);
+    table.row("blanks and CR", " \t`pragma \t protect  data_block \r", true);
+    table.row("after others", "`protect encoding=(bytes=3), key_block", true);
+    table.row("other directive", "`protect begin_protected", false);
+    table.row("not at the end", "`protect data_block follows", false);
+    table.row("part of a word", "`protect my_key_block", false);
+    table.row("no directive", "protect key_block", false);
+    table.row("after text", "x `protect key_block", false);
+    table.row("in a comment", "-- `protect key_block", false);
+    table.row("joined pragma", "`pragmaprotect key_block", false);
+    table.row("longer word", "`protected key_block", false);
+    table.row("nothing between", "`protectkey_block", false);
+    table.row("directive alone", "`protect", false);
+    table.row("backtick alone", "`", false);
 }
 
 void EncodingTest::blockDirectives() {
@@ -165,26 +169,23 @@ void EncodingTest::blockDirectives() {
 }
 
 void EncodingTest::configurations_data() {
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QString>("expected");
+    const TestTable<QByteArray, QString> table("text", "expected");
     const auto refused = [](int line, const char* reason) {
         return QStringLiteral("Fatal: Bad seal configuration [line=%1] [reason=%2]")
             .arg(line)
             .arg(QLatin1String(reason));
     };
-    QTest::newRow("empty") << QByteArray() << "aes256-cbc";
-    QTest::newRow("comment") << QByteArray("# data_method = aes128-cbc\n\n") << "aes256-cbc";
-    QTest::newRow("128 bits") << QByteArray("data_method = aes128-cbc\n") << "aes128-cbc";
-    QTest::newRow("256 bits, CRLF, no end") << QByteArray("\r\n  data_method=aes256-cbc") << "aes256-cbc";
-    QTest::newRow("unknown method") << QByteArray("\ndata_method = des\n")
-                                    << refused(2, "data_method is neither aes128-cbc nor aes256-cbc");
-    QTest::newRow("upper case") << QByteArray("data_method = AES256-CBC")
-                                << refused(1, "data_method is neither aes128-cbc nor aes256-cbc");
-    QTest::newRow("unknown key") << QByteArray("data_methods = aes128-cbc\n")
-                                 << refused(1, "unknown key \"data_methods\"");
-    QTest::newRow("no value") << QByteArray("data_method\n") << refused(1, "not \"key = value\"");
-    QTest::newRow("twice") << QByteArray("data_method = aes128-cbc\ndata_method = aes128-cbc\n")
-                           << refused(2, "data_method is given twice");
+    table.row("empty", {}, "aes256-cbc");
+    table.row("comment", "# data_method = aes128-cbc\n\n", "aes256-cbc");
+    table.row("128 bits", "data_method = aes128-cbc\n", "aes128-cbc");
+    table.row("256 bits, CRLF, no end", "\r\n  data_method=aes256-cbc", "aes256-cbc");
+    table.row("unknown method", "\ndata_method = des\n",
+              refused(2, "data_method is neither aes128-cbc nor aes256-cbc"));
+    table.row("upper case", "data_method = AES256-CBC", refused(1, "data_method is neither aes128-cbc nor aes256-cbc"));
+    table.row("unknown key", "data_methods = aes128-cbc\n", refused(1, "unknown key \"data_methods\""));
+    table.row("no value", "data_method\n", refused(1, "not \"key = value\""));
+    table.row("twice", "data_method = aes128-cbc\ndata_method = aes128-cbc\n",
+              refused(2, "data_method is given twice"));
 }
 
 void EncodingTest::configurations() {
@@ -198,3 +199,6 @@ void EncodingTest::configurations() {
         {"line", "reason"});
     QTEST(failure.isEmpty() ? result : failure, "expected");
 }
+
+QTEST_GUILESS_MAIN(EncodingTest)
+#include "EncodingTest.moc"

@@ -1,4 +1,4 @@
-#include "EnvelopeTest.h"
+#include <support/TestTable.h>
 
 #include "Failure.h"
 #include "Installation.h"
@@ -96,8 +96,7 @@ private:
 };
 
 QByteArray hmac(const QByteArray& key, const QByteArray& message) {
-    const auto output = openssl({QStringLiteral("dgst"), QStringLiteral("-sha256"), QStringLiteral("-binary"),
-                                 QStringLiteral("-mac"), QStringLiteral("HMAC"), QStringLiteral("-macopt"),
+    const auto output = openssl({"dgst", "-sha256", "-binary", "-mac", "HMAC", "-macopt",
                                  QStringLiteral("hexkey:") + QString::fromLatin1(key.toHex())},
                                 message);
     return output;
@@ -108,16 +107,13 @@ QByteArray unwrap(const QByteArray& wrapped, const Sealwork::AsymmetricKey& key)
     file.open();
     file.write(toBytes(key.getPrivatePem().text()));
     file.close();
-    return openssl({QStringLiteral("pkeyutl"), QStringLiteral("-decrypt"), QStringLiteral("-inkey"), file.fileName(),
-                    QStringLiteral("-pkeyopt"), QStringLiteral("rsa_padding_mode:pkcs1")},
-                   wrapped);
+    return openssl({"pkeyutl", "-decrypt", "-inkey", file.fileName(), "-pkeyopt", "rsa_padding_mode:pkcs1"}, wrapped);
 }
 
 QByteArray decipher(const Envelope& envelope, const QByteArray& sessionKey) {
     const auto cipher =
         envelope.method == "aes128-cbc" ? QStringLiteral("-aes-128-cbc") : QStringLiteral("-aes-256-cbc");
-    return openssl({QStringLiteral("enc"), QStringLiteral("-d"), cipher, QStringLiteral("-K"),
-                    QString::fromLatin1(sessionKey.toHex()), QStringLiteral("-iv"),
+    return openssl({"enc", "-d", cipher, "-K", QString::fromLatin1(sessionKey.toHex()), "-iv",
                     QString::fromLatin1(envelope.data.left(16).toHex())},
                    envelope.data.mid(16));
 }
@@ -143,10 +139,28 @@ void addRecipients(const Installation& installation) {
 
 } // namespace
 
+/// Protected regions: the envelopes are opened by the `openssl` command alone.
+class EnvelopeTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void knownEnvelope();
+    void openedElsewhere_data();
+    void openedElsewhere();
+    void noTwoAlike();
+    void refusedRegions_data();
+    void refusedRegions();
+    void regionTooLarge();
+    void brokenInstallation();
+    void failureHalfWay();
+    void acceptedByVerilator();
+    void directivesKnownToGhdl();
+};
+
 void EnvelopeTest::knownEnvelope() {
     const Installation installation;
     addRecipients(installation);
-    const auto keys = Sealwork::RecipientKeys::load(installation.path(QStringLiteral("recipients")).toStdString());
+    const auto keys = Sealwork::RecipientKeys::load(installation.path("recipients").toStdString());
     Sealwork::SessionKey session{Sealwork::SecureBuffer(32), {}};
     std::iota(session.key.data(), session.key.data() + session.key.size(), std::uint8_t{0});
     std::copy_n(session.key.data() + 16, session.initial.size(), session.initial.begin());
@@ -159,10 +173,7 @@ void EnvelopeTest::knownEnvelope() {
 }
 
 void EnvelopeTest::openedElsewhere_data() {
-    QTest::addColumn<QByteArray>("language");
-    QTest::addColumn<QByteArray>("directive");
-    QTest::addColumn<QByteArray>("method");
-    QTest::addColumn<int>("size");
+    TestTable<QByteArray, QByteArray, QByteArray, int>("language", "directive", "method", "size");
     for (const int size : {0, 1, 15, 16, 17, 56, 57, 58, 16383, 16384, 16385, 1 << 20}) {
         QTest::addRow("vhdl %d", size) << QByteArray("vhdl") << QByteArray("`protect ") << QByteArray("aes256-cbc")
                                        << size;
@@ -179,7 +190,7 @@ void EnvelopeTest::openedElsewhere() {
     const Installation installation;
     addRecipients(installation);
     if (method != "aes256-cbc")
-        installation.write(QStringLiteral("seal.conf"), "data_method = " + method + "\n");
+        installation.write("seal.conf", "data_method = " + method + "\n");
     const auto text = mixedBytes(static_cast<std::size_t>(size));
     const Envelope envelope(toBytes(encrypt(language.toStdString(), text)), directive);
     QCOMPARE(envelope.method, method);
@@ -210,33 +221,22 @@ void EnvelopeTest::noTwoAlike() {
 }
 
 void EnvelopeTest::refusedRegions_data() {
-    QTest::addColumn<int>("selector");
-    QTest::addColumn<QByteArray>("language");
-    QTest::addColumn<int>("infoSize");
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QString>("refusal");
+    const TestTable<int, QByteArray, int, QByteArray, QString> table("selector", "language", "infoSize", "text",
+                                                                     "refusal");
     const QByteArray text("a <= b;\n");
     const auto envelope = [](int line) {
         return QStringLiteral("Fatal: Region already holds a protected envelope [line=%1]").arg(line);
     };
-    QTest::newRow("selector 0") << 0 << QByteArray("vhdl") << 16 << text
-                                << "InvalidRequest: Unknown selector [selector=0]";
-    QTest::newRow("selector 1") << 1 << QByteArray("vhdl") << 16 << text
-                                << "InvalidRequest: Unknown selector [selector=1]";
-    QTest::newRow("upper case") << -1 << QByteArray("VHDL") << 16 << text
-                                << "InvalidRequest: Unknown language [language=VHDL]";
-    QTest::newRow("no language") << -1 << QByteArray() << 16 << text << "InvalidRequest: Unknown language [language=]";
-    QTest::newRow("short info") << -1 << QByteArray("vlog") << 15 << text
-                                << "InvalidRequest: Information block should be 16 bytes [size=15]";
-    QTest::newRow("long info") << -1 << QByteArray("vlog") << 17 << text
-                               << "InvalidRequest: Information block should be 16 bytes [size=17]";
-    QTest::newRow("key block") << -1 << QByteArray("vhdl") << 16 << QByteArray("`protect key_block") << envelope(1);
-    QTest::newRow("data block") << -1 << QByteArray("vlog") << 16
-                                << QByteArray("`define A\nx `A ``\n\n \t`pragma protect data_block \r\nAAAA\n")
-                                << envelope(4);
-    QTest::newRow("no envelope") << -1 << QByteArray("vhdl") << 16
-                                 << QByteArray("`protect begin_protected\n` ` `\n-- `protect data_block\n`")
-                                 << QString();
+    table.row("selector 0", 0, "vhdl", 16, text, "InvalidRequest: Unknown selector [selector=0]");
+    table.row("selector 1", 1, "vhdl", 16, text, "InvalidRequest: Unknown selector [selector=1]");
+    table.row("upper case", -1, "VHDL", 16, text, "InvalidRequest: Unknown language [language=VHDL]");
+    table.row("no language", -1, {}, 16, text, "InvalidRequest: Unknown language [language=]");
+    table.row("short info", -1, "vlog", 15, text, "InvalidRequest: Information block should be 16 bytes [size=15]");
+    table.row("long info", -1, "vlog", 17, text, "InvalidRequest: Information block should be 16 bytes [size=17]");
+    table.row("key block", -1, "vhdl", 16, "`protect key_block", envelope(1));
+    table.row("data block", -1, "vlog", 16, "`define A\nx `A ``\n\n \t`pragma protect data_block \r\nAAAA\n",
+              envelope(4));
+    table.row("no envelope", -1, "vhdl", 16, "`protect begin_protected\n` ` `\n-- `protect data_block\n`", {});
 }
 
 void EnvelopeTest::refusedRegions() {
@@ -246,7 +246,7 @@ void EnvelopeTest::refusedRegions() {
     QFETCH(QByteArray, text);
     QFETCH(QString, refusal);
     const Installation installation;
-    installation.addRecipient(QStringLiteral("a"), 2048);
+    installation.addRecipient("a", 2048);
     std::string out = "as it was";
     const auto encryptIt = [&] {
         Sealwork::Crypto(1).getEncrypted(selector, language.toStdString(),
@@ -263,7 +263,7 @@ void EnvelopeTest::regionTooLarge() {
     QVERIFY(pages != MAP_FAILED);
     const std::string_view text(static_cast<const char*>(pages), size);
     QCOMPARE(failureOf([&] { Sealwork::ProtectedRegion("vhdl", info, text); }, {"size"}),
-             QStringLiteral("InvalidRequest: Region too large [size=1073741825]"));
+             "InvalidRequest: Region too large [size=1073741825]");
     munmap(pages, size);
 }
 
@@ -271,61 +271,59 @@ void EnvelopeTest::brokenInstallation() {
     const Installation installation;
     std::string out = "as it was";
     const auto encryptIt = [&out] { Sealwork::Crypto(1).getEncrypted(-1, "vhdl", info, "a\n", out); };
-    QCOMPARE(failureOf(encryptIt), QStringLiteral("Fatal: No recipient key installed"));
-    installation.addRecipient(QStringLiteral("a"), 2048);
-    installation.write(QStringLiteral("recipients/b.pem"),
-                       "Key-Owner: a\nKey-Name: b\n-----BEGIN PUBLIC KEY-----\nAAAA\n"
-                       "-----END PUBLIC KEY-----\n");
-    QVERIFY(failureOf(encryptIt).startsWith(QLatin1String("Fatal: Recipient key refused: ")));
-    QFile::remove(installation.path(QStringLiteral("recipients/b.pem")));
-    installation.write(QStringLiteral("seal.conf"), "data_method = rot13\n");
-    QCOMPARE(failureOf(encryptIt), QStringLiteral("Fatal: Bad seal configuration"));
+    QCOMPARE(failureOf(encryptIt), "Fatal: No recipient key installed");
+    installation.addRecipient("a", 2048);
+    installation.write("recipients/b.pem", "Key-Owner: a\nKey-Name: b\n-----BEGIN PUBLIC KEY-----\nAAAA\n"
+                                           "-----END PUBLIC KEY-----\n");
+    QVERIFY(failureOf(encryptIt).startsWith("Fatal: Recipient key refused: "));
+    QFile::remove(installation.path("recipients/b.pem"));
+    installation.write("seal.conf", "data_method = rot13\n");
+    QCOMPARE(failureOf(encryptIt), "Fatal: Bad seal configuration");
     QCOMPARE(out, std::string("as it was"));
     QCOMPARE(ERR_peek_error(), 0UL);
 }
 
 void EnvelopeTest::failureHalfWay() {
     const Installation installation;
-    installation.addRecipient(QStringLiteral("a"), 2048);
+    installation.addRecipient("a", 2048);
     // A sound key whose exponent is longer than OpenSSL enciphers with for such a modulus.
-    const auto soundKey =
-        installation.write(QStringLiteral("sound.pem"), toBytes(Installation::rsaKey(3080).getPublicPem()));
-    const auto modulus = openssl({QStringLiteral("rsa"), QStringLiteral("-pubin"), QStringLiteral("-in"), soundKey,
-                                  QStringLiteral("-noout"), QStringLiteral("-modulus")});
-    installation.write(QStringLiteral("recipients/b.pem"),
+    const auto soundKey = installation.write("sound.pem", toBytes(Installation::rsaKey(3080).getPublicPem()));
+    const auto modulus = openssl({"rsa", "-pubin", "-in", soundKey, "-noout", "-modulus"});
+    installation.write("recipients/b.pem",
                        "Key-Owner: O\nKey-Name: b\n" +
                            madeUpRsaPem(modulus.trimmed().mid(QByteArray("Modulus=").size()), "1000000000000000d"));
     std::string out = "as it was";
     QCOMPARE(failureOf([&out] { Sealwork::Crypto(1).getEncrypted(-1, "vhdl", info, "a\n", out); }, {"operation"}),
-             QStringLiteral("Fatal: Cryptography failure [operation=wrapping a session key]"));
+             "Fatal: Cryptography failure [operation=wrapping a session key]");
     QCOMPARE(out, std::string("as it was"));
     QCOMPARE(ERR_peek_error(), 0UL);
 }
 
 void EnvelopeTest::acceptedByVerilator() {
-    if (QStandardPaths::findExecutable(QStringLiteral("verilator")).isEmpty())
+    if (QStandardPaths::findExecutable("verilator").isEmpty())
         QSKIP("verilator is not installed");
     const Installation installation;
     addRecipients(installation);
-    const auto file =
-        installation.write(QStringLiteral("top.v"), "module top(input a, output b);\nassign b = a;\n" +
-                                                        toBytes(encrypt("vlog", "wire c;\n")) + "endmodule\n");
-    const auto result =
-        runTool(QStringLiteral("verilator"), {QStringLiteral("--lint-only"), QStringLiteral("-Wno-PROTECTED"), file});
+    const auto file = installation.write("top.v", "module top(input a, output b);\nassign b = a;\n" +
+                                                      toBytes(encrypt("vlog", "wire c;\n")) + "endmodule\n");
+    const auto result = runTool("verilator", {"--lint-only", "-Wno-PROTECTED", file});
     QCOMPARE(result.errors, QByteArray());
     QCOMPARE(result.exitCode, 0);
 }
 
 void EnvelopeTest::directivesKnownToGhdl() {
-    if (QStandardPaths::findExecutable(QStringLiteral("ghdl")).isEmpty())
+    if (QStandardPaths::findExecutable("ghdl").isEmpty())
         QSKIP("ghdl is not installed");
     const Installation installation;
     addRecipients(installation);
     const auto text = "entity top is\nend;\n" + toBytes(encrypt("vhdl", "architecture rtl of top is\nbegin\nend;\n"));
-    const auto file = installation.write(QStringLiteral("top.vhd"), text);
-    const auto result = runTool(QStringLiteral("ghdl"), {QStringLiteral("-s"), QStringLiteral("--std=08"), file});
+    const auto file = installation.write("top.vhd", text);
+    const auto result = runTool("ghdl", {"-s", "--std=08", file});
     // It cannot decipher: it passes the directives over and stumbles over the first line of base64.
     const int firstBase64 = text.left(text.indexOf("key_block\n")).count('\n') + 2;
     QVERIFY2(result.errors.startsWith(QStringLiteral("%1:%2:").arg(file).arg(firstBase64).toLocal8Bit()),
              result.errors.constData());
 }
+
+QTEST_GUILESS_MAIN(EnvelopeTest)
+#include "EnvelopeTest.moc"

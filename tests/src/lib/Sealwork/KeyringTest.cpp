@@ -1,4 +1,4 @@
-#include "KeyringTest.h"
+#include <support/TestTable.h>
 
 #include "Failure.h"
 #include "Installation.h"
@@ -21,37 +21,49 @@ const QByteArray header("Key-Owner: Orvane\nKey-Name: key-1\n");
 const QByteArray scriptKeyText = QByteArray("000102030405060708090a0b0c0d0e0f101112131415161718191a1b1c1d1e1f\n");
 
 QByteArray publicPem(const QStringList& makePrivateKey) {
-    return openssl({QStringLiteral("pkey"), QStringLiteral("-pubout")},
-                   openssl(QStringList(QStringLiteral("genpkey")) << QStringLiteral("-algorithm") << makePrivateKey));
+    return openssl({"pkey", "-pubout"},
+                   openssl(QStringList("genpkey") << QStringLiteral("-algorithm") << makePrivateKey));
 }
 
 QByteArray rsaPem(int bits) {
-    return publicPem(
-        {QStringLiteral("RSA"), QStringLiteral("-pkeyopt"), QStringLiteral("rsa_keygen_bits:%1").arg(bits)});
+    return publicPem({"RSA", "-pkeyopt", QStringLiteral("rsa_keygen_bits:%1").arg(bits)});
 }
 
 } // namespace
+
+/// The keys of an installation: which files are taken, which are refused and how.
+class KeyringTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void recipientsInOrderOfFileName();
+    void refusedRecipients_data();
+    void refusedRecipients();
+    void missingRecipients();
+    void refusedScriptKeys_data();
+    void refusedScriptKeys();
+    void refusedSigners_data();
+    void refusedSigners();
+    void placeOfTheKeys();
+};
 
 void KeyringTest::recipientsInOrderOfFileName() {
     const Installation installation;
     for (const auto* name : {"b", "a", "B", "a.b"})
         installation.addRecipient(QLatin1String(name), 2048);
-    installation.write(QStringLiteral("recipients/.hidden.pem"), "no key");
-    installation.write(QStringLiteral("recipients/README"), "no key");
+    installation.write("recipients/.hidden.pem", "no key");
+    installation.write("recipients/README", "no key");
     QByteArray crlf = toBytes(Sealwork::Recipient::format("Tool Maker, Inc.", "c", Installation::rsaKey(2048)));
-    installation.write(QStringLiteral("recipients/c.pem"), crlf.replace("\n", "\r\n"));
+    installation.write("recipients/c.pem", crlf.replace("\n", "\r\n"));
     QStringList names;
-    const auto keys = Sealwork::RecipientKeys::load(installation.path(QStringLiteral("recipients")).toStdString());
+    const auto keys = Sealwork::RecipientKeys::load(installation.path("recipients").toStdString());
     for (const auto& recipient : keys.getRecipients())
         names << QString::fromStdString(recipient.getOwner() + "/" + recipient.getName());
-    QCOMPARE(names,
-             QStringList({QStringLiteral("Velmora/B"), QStringLiteral("Velmora/a.b"), QStringLiteral("Velmora/a"),
-                          QStringLiteral("Velmora/b"), QStringLiteral("Tool Maker, Inc./c")}));
+    QCOMPARE(names, QStringList({"Velmora/B", "Velmora/a.b", "Velmora/a", "Velmora/b", "Tool Maker, Inc./c"}));
 }
 
 void KeyringTest::refusedRecipients_data() {
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QString>("fault");
+    const TestTable<QByteArray, QString> table("text", "fault");
     const QByteArray good = toBytes(Installation::rsaKey(2048).getPublicPem());
     const QByteArray odd2048 = QByteArray(510, 'f') + "01";
     const auto layout = QStringLiteral("not the lines Key-Owner and Key-Name and one public key");
@@ -59,66 +71,58 @@ void KeyringTest::refusedRecipients_data() {
     const auto named = [&good](const QByteArray& owner, const QByteArray& name) {
         return "Key-Owner: " + owner + "\nKey-Name: " + name + "\n" + good;
     };
-    QTest::newRow("1024 bits") << header + rsaPem(1024) << "shorter than 2048 bits [bits=1024]";
-    QTest::newRow("2047 bits") << header + madeUpRsaPem("7f" + odd2048.mid(2), "10001")
-                               << "shorter than 2048 bits [bits=2047]";
-    QTest::newRow("8200 bits") << header + madeUpRsaPem(QByteArray(2048, 'f') + "01", "10001")
-                               << "longer than 8192 bits [bits=8200]";
-    QTest::newRow("exponent 3") << header + madeUpRsaPem(odd2048, "3") << "exponent not odd or below 65537";
-    QTest::newRow("even exponent") << header + madeUpRsaPem(odd2048, "10002") << "exponent not odd or below 65537";
-    QTest::newRow("even modulus") << header + madeUpRsaPem(QByteArray(512, 'e'), "10001") << "damaged key";
-    QTest::newRow("elliptic curve") << header + publicPem({QStringLiteral("EC"), QStringLiteral("-pkeyopt"),
-                                                           QStringLiteral("ec_paramgen_curve:P-256")})
-                                    << "not RSA";
-    QTest::newRow("Ed25519") << header + publicPem({QStringLiteral("ED25519")}) << "not RSA";
-    QTest::newRow("RSA-PSS") << header + publicPem({QStringLiteral("RSA-PSS")}) << "not RSA";
-    QTest::newRow("two keys") << header + good + good << layout;
-    QTest::newRow("private key") << header + toBytes(Installation::rsaKey(2048).getPrivatePem().text()) << layout;
-    QTest::newRow("no key") << header << layout;
-    QTest::newRow("cut key") << header + good.left(200) << layout;
-    QTest::newRow("damaged base64") << header + QByteArray(good).replace("\nMII", "\n!!!") << layout;
-    QTest::newRow("text between") << header + "x\n" + good << layout;
-    QTest::newRow("no names") << good << layout;
-    QTest::newRow("names in the other order") << "Key-Name: a\nKey-Owner: b\n" + good << layout;
-    QTest::newRow("empty file") << QByteArray() << layout;
-    QTest::newRow("quote") << named("a\"b", "c") << badName;
-    QTest::newRow("backslash") << named("a\\b", "c") << badName;
-    QTest::newRow("backtick") << named("a", "c`") << badName;
-    QTest::newRow("not ASCII") << named("a", "\xc3\xa9") << badName;
-    QTest::newRow("tab") << named("a\tb", "c") << badName;
-    QTest::newRow("empty name") << named("a", "") << badName;
-    QTest::newRow("blank at the end") << named("a", "c ") << badName;
-    QTest::newRow("too long") << named("a", QByteArray(129, 'n')) << badName;
-    QTest::newRow("named twice") << named("Velmora", "first") << "named twice";
+    table.row("1024 bits", header + rsaPem(1024), "shorter than 2048 bits [bits=1024]");
+    table.row("2047 bits", header + madeUpRsaPem("7f" + odd2048.mid(2), "10001"), "shorter than 2048 bits [bits=2047]");
+    table.row("8200 bits", header + madeUpRsaPem(QByteArray(2048, 'f') + "01", "10001"),
+              "longer than 8192 bits [bits=8200]");
+    table.row("exponent 3", header + madeUpRsaPem(odd2048, "3"), "exponent not odd or below 65537");
+    table.row("even exponent", header + madeUpRsaPem(odd2048, "10002"), "exponent not odd or below 65537");
+    table.row("even modulus", header + madeUpRsaPem(QByteArray(512, 'e'), "10001"), "damaged key");
+    table.row("elliptic curve", header + publicPem({"EC", "-pkeyopt", "ec_paramgen_curve:P-256"}), "not RSA");
+    table.row("RSA-PSS", header + publicPem({"RSA-PSS"}), "not RSA");
+    table.row("two keys", header + good + good, layout);
+    table.row("private key", header + toBytes(Installation::rsaKey(2048).getPrivatePem().text()), layout);
+    table.row("no key", header, layout);
+    table.row("damaged base64", header + QByteArray(good).replace("\nMII", "\n!!!"), layout);
+    table.row("text between", header + "x\n" + good, layout);
+    table.row("no names", good, layout);
+    table.row("names in the other order", "Key-Name: a\nKey-Owner: b\n" + good, layout);
+    table.row("quote", named("a\"b", "c"), badName);
+    table.row("backslash", named("a\\b", "c"), badName);
+    table.row("backtick", named("a", "c`"), badName);
+    table.row("not ASCII", named("a", "\xc3\xa9"), badName);
+    table.row("tab", named("a\tb", "c"), badName);
+    table.row("empty name", named("a", ""), badName);
+    table.row("blank at the end", named("a", "c "), badName);
+    table.row("too long", named("a", QByteArray(129, 'n')), badName);
+    table.row("named twice", named("Velmora", "first"), "named twice");
 }
 
 void KeyringTest::refusedRecipients() {
     QFETCH(QByteArray, text);
     QFETCH(QString, fault);
     const Installation installation;
-    installation.addRecipient(QStringLiteral("first"), 2048);
-    const auto file = installation.write(QStringLiteral("recipients/second.pem"), text);
-    const auto load = [&] {
-        Sealwork::RecipientKeys::load(installation.path(QStringLiteral("recipients")).toStdString());
-    };
+    installation.addRecipient("first", 2048);
+    const auto file = installation.write("recipients/second.pem", text);
+    const auto load = [&] { Sealwork::RecipientKeys::load(installation.path("recipients").toStdString()); };
     const auto refusal = QStringLiteral("Fatal: Recipient key refused: ");
-    QCOMPARE(fault.contains(QLatin1String("[bits=")) ? failureOf(load, {"bits"}) : failureOf(load), refusal + fault);
+    QCOMPARE(fault.contains("[bits=") ? failureOf(load, {"bits"}) : failureOf(load), refusal + fault);
     QVERIFY(failureOf(load, {"filename"}).endsWith(QStringLiteral(" [filename=%1]").arg(file)));
 }
 
 void KeyringTest::missingRecipients() {
     const Installation installation;
-    const auto directory = installation.path(QStringLiteral("recipients"));
+    const auto directory = installation.path("recipients");
     const auto load = [&] { Sealwork::RecipientKeys::load(directory.toStdString()); };
     QCOMPARE(failureOf(load, {"directory"}),
              QStringLiteral("Fatal: No recipient key installed [directory=%1]").arg(directory));
-    QDir(directory).mkdir(QStringLiteral("folder.pem"));
+    QDir(directory).mkdir("folder.pem");
     QCOMPARE(failureOf(load, {"filename", "reason"}),
              QStringLiteral("Fatal: Unable to read key file [filename=%1/folder.pem] [reason=not a regular file]")
                  .arg(directory));
-    QDir(directory).rmdir(QStringLiteral("folder.pem"));
+    QDir(directory).rmdir("folder.pem");
     QCOMPARE(mkfifo(qPrintable(directory + QStringLiteral("/pipe.pem")), S_IRUSR), 0); // nobody waits for a writer
-    QVERIFY(failureOf(load, {"reason"}).endsWith(QLatin1String(" [reason=not a regular file]")));
+    QVERIFY(failureOf(load, {"reason"}).endsWith(" [reason=not a regular file]"));
     QDir(directory).removeRecursively();
     QCOMPARE(failureOf(load, {"filename", "reason"}),
              QStringLiteral("Fatal: Unable to open key directory [filename=%1] [reason=No such file or directory]")
@@ -126,23 +130,20 @@ void KeyringTest::missingRecipients() {
 }
 
 void KeyringTest::refusedScriptKeys_data() {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QString>("reason");
+    const TestTable<QString, QByteArray, QString> table("name", "text", "reason");
     const QString goodName = QStringLiteral("630dcd2966c43366.key");
     const QString wrongName = QStringLiteral("not named after its key: ") + goodName;
     const QString wrongText = QStringLiteral("not 64 hexadecimal digits and a line feed");
-    QTest::newRow("good") << goodName << scriptKeyText << QString();
-    QTest::newRow("upper case") << goodName << scriptKeyText.toUpper() << QString();
-    QTest::newRow("other name") << "release.key" << scriptKeyText << wrongName;
-    QTest::newRow("one bit off") << goodName << QByteArray(scriptKeyText).replace("1f\n", "1e\n")
-                                 << "not named after its key: ";
-    QTest::newRow("no line feed") << goodName << scriptKeyText.trimmed() << wrongText;
-    QTest::newRow("short") << goodName << scriptKeyText.mid(2) << wrongText;
-    QTest::newRow("long") << goodName << "00" + scriptKeyText << wrongText;
-    QTest::newRow("not hexadecimal") << goodName << QByteArray(scriptKeyText).replace("1f\n", "1g\n") << wrongText;
-    QTest::newRow("empty") << goodName << QByteArray() << wrongText;
-    QTest::newRow("huge") << goodName << QByteArray(70000, '0') << "larger than 64 KiB";
+    table.row("good", goodName, scriptKeyText, {});
+    table.row("upper case", goodName, scriptKeyText.toUpper(), {});
+    table.row("other name", "release.key", scriptKeyText, wrongName);
+    table.row("one bit off", goodName, QByteArray(scriptKeyText).replace("1f\n", "1e\n"), "not named after its key: ");
+    table.row("no line feed", goodName, scriptKeyText.trimmed(), wrongText);
+    table.row("short", goodName, scriptKeyText.mid(2), wrongText);
+    table.row("long", goodName, "00" + scriptKeyText, wrongText);
+    table.row("not hexadecimal", goodName, QByteArray(scriptKeyText).replace("1f\n", "1g\n"), wrongText);
+    table.row("empty", goodName, {}, wrongText);
+    table.row("huge", goodName, QByteArray(70000, '0'), "larger than 64 KiB");
 }
 
 void KeyringTest::refusedScriptKeys() {
@@ -151,8 +152,8 @@ void KeyringTest::refusedScriptKeys() {
     QFETCH(QString, reason);
     const Installation installation;
     installation.write(QStringLiteral("scripts/") + name, text);
-    const auto failure = failureOf(
-        [&] { Sealwork::ScriptKeys::load(installation.path(QStringLiteral("scripts")).toStdString()); }, {"reason"});
+    const auto failure =
+        failureOf([&] { Sealwork::ScriptKeys::load(installation.path("scripts").toStdString()); }, {"reason"});
     if (reason.isEmpty())
         QCOMPARE(failure, QString());
     else
@@ -161,21 +162,20 @@ void KeyringTest::refusedScriptKeys() {
 }
 
 void KeyringTest::refusedSigners_data() {
-    QTest::addColumn<QByteArray>("text");
+    const TestTable<QByteArray> table("text");
     const auto key = Sealwork::AsymmetricKey::makeEd25519();
-    QTest::newRow("RSA") << toBytes(Installation::rsaKey(2048).getPublicPem());
-    QTest::newRow("private half") << toBytes(key.getPrivatePem().text());
-    QTest::newRow("two keys") << toBytes(key.getPublicPem() + key.getPublicPem());
-    QTest::newRow("empty") << QByteArray();
+    table.row("RSA", toBytes(Installation::rsaKey(2048).getPublicPem()));
+    table.row("private half", toBytes(key.getPrivatePem().text()));
+    table.row("two keys", toBytes(key.getPublicPem() + key.getPublicPem()));
+    table.row("empty", {});
 }
 
 void KeyringTest::refusedSigners() {
     QFETCH(QByteArray, text);
     const Installation installation;
-    installation.write(QStringLiteral("signers/bad.pem"), text);
-    const auto load = [&] { Sealwork::SignerKeys::load(installation.path(QStringLiteral("signers")).toStdString()); };
-    QCOMPARE(failureOf(load, {"reason"}),
-             QStringLiteral("Fatal: Unable to read key file [reason=not an Ed25519 public key]"));
+    installation.write("signers/bad.pem", text);
+    const auto load = [&] { Sealwork::SignerKeys::load(installation.path("signers").toStdString()); };
+    QCOMPARE(failureOf(load, {"reason"}), "Fatal: Unable to read key file [reason=not an Ed25519 public key]");
 }
 
 void KeyringTest::placeOfTheKeys() {
@@ -183,14 +183,17 @@ void KeyringTest::placeOfTheKeys() {
     const auto earlierPrefix = qgetenv("ORVANE_PREFIX");
     qputenv("ORVANE_PREFIX", "/opt/orvane");
     qunsetenv("VELMORA_SEAL_DIR");
-    QCOMPARE(base(), QStringLiteral("/opt/orvane/etc/velmora/seal/seal.conf"));
+    QCOMPARE(base(), "/opt/orvane/etc/velmora/seal/seal.conf");
     qputenv("VELMORA_SEAL_DIR", "/keys");
-    QCOMPARE(base(), QStringLiteral("/keys/seal.conf"));
+    QCOMPARE(base(), "/keys/seal.conf");
     qputenv("VELMORA_SEAL_DIR", "");
     qunsetenv("ORVANE_PREFIX");
-    QCOMPARE(failureOf(base, {"reason"}), QStringLiteral("Fatal: Unable to open key directory "
-                                                         "[reason=neither VELMORA_SEAL_DIR nor ORVANE_PREFIX is set]"));
+    QCOMPARE(failureOf(base, {"reason"}), "Fatal: Unable to open key directory "
+                                          "[reason=neither VELMORA_SEAL_DIR nor ORVANE_PREFIX is set]");
     qunsetenv("VELMORA_SEAL_DIR");
     if (!earlierPrefix.isNull())
         qputenv("ORVANE_PREFIX", earlierPrefix);
 }
+
+QTEST_GUILESS_MAIN(KeyringTest)
+#include "KeyringTest.moc"

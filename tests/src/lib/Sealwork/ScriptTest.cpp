@@ -1,4 +1,4 @@
-#include "ScriptTest.h"
+#include <support/TestTable.h>
 
 #include "Failure.h"
 #include "Installation.h"
@@ -38,7 +38,7 @@ Sealwork::ScriptKey fixedKey() {
 /// A signer's two halves, the private one as the sealer takes it.
 struct Signer {
     Signer() {
-        const auto file = directory.filePath(QStringLiteral("signer.private.pem"));
+        const auto file = directory.filePath("signer.private.pem");
         QFile pem(file);
         pem.open(QIODevice::WriteOnly);
         pem.write(toBytes(key.getPrivatePem().text()));
@@ -74,6 +74,25 @@ QString refusedFor(const char* reason, const char* field = nullptr, const std::s
 
 } // namespace
 
+/// Sealing and opening of scripts.
+class ScriptTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void knownContainer();
+    void roundTrips_data();
+    void roundTrips();
+    void signatureHoldsElsewhere();
+    void alterations_data();
+    void alterations();
+    void refusedTexts_data();
+    void refusedTexts();
+    void keysAndSigners();
+    void unsealable();
+    void longestContainer();
+    void badRequests();
+};
+
 void ScriptTest::knownContainer() {
     const Installation installation;
     installation.addScriptKey(fixedKey());
@@ -85,7 +104,7 @@ void ScriptTest::knownContainer() {
 }
 
 void ScriptTest::roundTrips_data() {
-    QTest::addColumn<int>("size");
+    TestTable<int>("size");
     for (const int size : {0, 1, 15, 16, 17, 40, 41, 42, 56, 57, 58, 1 << 20})
         QTest::addRow("%d bytes", size) << size;
 }
@@ -123,24 +142,21 @@ void ScriptTest::signatureHoldsElsewhere() {
     const auto digest = QCryptographicHash::hash(payload, QCryptographicHash::Sha256).toHex();
     const int signature = sealed.indexOf("Signature: ") + 11;
     const Installation installation;
-    const auto message = installation.write(QStringLiteral("message"), sealed.left(headerSize) + digest + "\n");
-    const auto signatureFile =
-        installation.write(QStringLiteral("signature"), QByteArray::fromHex(sealed.mid(signature, 128)));
-    const auto publicKey = installation.write(QStringLiteral("signer.pem"), toBytes(signer.key.getPublicPem()));
-    QVERIFY(openssl({QStringLiteral("pkeyutl"), QStringLiteral("-verify"), QStringLiteral("-rawin"),
-                     QStringLiteral("-pubin"), QStringLiteral("-inkey"), publicKey, QStringLiteral("-in"), message,
-                     QStringLiteral("-sigfile"), signatureFile})
+    const auto message = installation.write("message", sealed.left(headerSize) + digest + "\n");
+    const auto signatureFile = installation.write("signature", QByteArray::fromHex(sealed.mid(signature, 128)));
+    const auto publicKey = installation.write("signer.pem", toBytes(signer.key.getPublicPem()));
+    QVERIFY(openssl({"pkeyutl", "-verify", "-rawin", "-pubin", "-inkey", publicKey, "-in", message, "-sigfile",
+                     signatureFile})
                 .contains("Success"));
-    const auto der = openssl({QStringLiteral("pkey"), QStringLiteral("-pubin"), QStringLiteral("-outform"),
-                              QStringLiteral("DER"), QStringLiteral("-in"), publicKey});
+    const auto der = openssl({"pkey", "-pubin", "-outform", "DER", "-in", publicKey});
     QVERIFY(sealed.contains("\nSigner: " + QCryptographicHash::hash(der, QCryptographicHash::Sha256).toHex().left(16) +
                             "\n"));
 }
 
 void ScriptTest::alterations_data() {
-    QTest::addColumn<bool>("isSigned");
-    QTest::newRow("unsigned") << false;
-    QTest::newRow("signed") << true;
+    const TestTable<bool> table("isSigned");
+    table.row("unsigned", false);
+    table.row("signed", true);
 }
 
 void ScriptTest::alterations() {
@@ -151,8 +167,8 @@ void ScriptTest::alterations() {
     installation.addScriptKey(key);
     if (isSigned)
         installation.addSigner(signer.key);
-    const auto keys = Sealwork::ScriptKeys::load(installation.path(QStringLiteral("scripts")).toStdString());
-    const auto signers = Sealwork::SignerKeys::load(installation.path(QStringLiteral("signers")).toStdString());
+    const auto keys = Sealwork::ScriptKeys::load(installation.path("scripts").toStdString());
+    const auto signers = Sealwork::SignerKeys::load(installation.path("signers").toStdString());
     const Sealwork::ScriptOpener opener(keys, signers);
     const std::string script = "def generate(argDict):\n    return 'entity'\n";
     const auto sealed = Sealwork::ScriptSealer(key, isSigned ? &*signer.half : nullptr).seal(script);
@@ -160,7 +176,7 @@ void ScriptTest::alterations() {
 
     const auto verifyRefused = [&](const std::string& text, std::size_t position, const char* change) {
         const auto failure = failureOf([&] { opener.open(text); });
-        QVERIFY2(failure.startsWith(QLatin1String("Fatal: Script refused: ")),
+        QVERIFY2(failure.startsWith("Fatal: Script refused: "),
                  qPrintable(QStringLiteral("%1 at %2: %3").arg(QLatin1String(change)).arg(position).arg(failure)));
     };
     for (std::size_t position = 0; position < sealed.size(); ++position) {
@@ -182,40 +198,32 @@ void ScriptTest::alterations() {
 }
 
 void ScriptTest::refusedTexts_data() {
-    QTest::addColumn<QByteArray>("from");
-    QTest::addColumn<QByteArray>("to");
-    QTest::addColumn<QString>("refusal");
+    const TestTable<QByteArray, QByteArray, QString> table("from", "to", "refusal");
     const auto malformed = refusedFor("truncated or malformed");
     const auto unsupported = refusedFor("unsupported format");
-    QTest::newRow("Python") << fixedContainer << QByteArray("def generate(argDict):\n")
-                            << refusedFor("not a sealed script");
-    QTest::newRow("empty") << fixedContainer << QByteArray() << refusedFor("not a sealed script");
-    QTest::newRow("format 2") << QByteArray("Format: 1") << QByteArray("Format: 2") << unsupported;
-    QTest::newRow("other cipher") << QByteArray("AES-256-GCM") << QByteArray("AES-256-CCM") << unsupported;
-    QTest::newRow("two blanks") << QByteArray("Key-Id: ") << QByteArray("Key-Id:  ") << malformed;
-    QTest::newRow("other case") << QByteArray("Nonce: ") << QByteArray("nonce: ") << malformed;
-    QTest::newRow("nonce in upper case") << QByteArray("0a0b\n") << QByteArray("0A0B\n") << malformed;
-    QTest::newRow("field twice") << QByteArray("Length: 6\n") << QByteArray("Length: 6\nLength: 6\n") << malformed;
-    QTest::newRow("order") << QByteArray("Nonce: 000102030405060708090a0b\nLength: 6\n")
-                           << QByteArray("Length: 6\nNonce: 000102030405060708090a0b\n") << malformed;
+    table.row("Python", fixedContainer, "def generate(argDict):\n", refusedFor("not a sealed script"));
+    table.row("empty", fixedContainer, {}, refusedFor("not a sealed script"));
+    table.row("format 2", "Format: 1", "Format: 2", unsupported);
+    table.row("other cipher", "AES-256-GCM", "AES-256-CCM", unsupported);
+    table.row("two blanks", "Key-Id: ", "Key-Id:  ", malformed);
+    table.row("other case", "Nonce: ", "nonce: ", malformed);
+    table.row("nonce in upper case", "0a0b\n", "0A0B\n", malformed);
+    table.row("field twice", "Length: 6\n", "Length: 6\nLength: 6\n", malformed);
+    table.row("order", "Nonce: 000102030405060708090a0b\nLength: 6\n", "Length: 6\nNonce: 000102030405060708090a0b\n",
+              malformed);
     for (const auto* length : {"5", "7", "06", "+6", "-6", "6 ", "0x6", "", "67108865", "18446744073709551600",
                                "18446744073709551622", "99999999999999999999999"})
         QTest::addRow("length %s", length) << QByteArray("Length: 6\n") << "Length: " + QByteArray(length) + "\n"
                                            << malformed;
-    QTest::newRow("largest length") << QByteArray("Length: 6\n") << QByteArray("Length: 67108864\n") << malformed;
-    QTest::newRow("base64 with stray bits") << QByteArray("GzQ==") << QByteArray("GzR==") << malformed;
-    QTest::newRow("signer without signature")
-        << QByteArray("Length: 6\n") << QByteArray("Length: 6\nSigner: 0011223344556677\n") << malformed;
-    QTest::newRow("signature without signer")
-        << QByteArray("-----END") << "\nSignature: " + QByteArray(128, '0') + "\n-----END" << malformed;
-    QTest::newRow("other key") << QByteArray("630dcd2966c43366") << QByteArray("630dcd2966c43367")
-                               << refusedFor("its key is not installed", "keyId", "630dcd2966c43367");
-    QTest::newRow("other text") << QByteArray("PyLr") << QByteArray("PyLs")
-                                << refusedFor("altered after it was sealed");
-    QTest::newRow("other tag") << QByteArray("eyGzQ==") << QByteArray("eyGzA==")
-                               << refusedFor("altered after it was sealed");
-    QTest::newRow("other nonce") << QByteArray("Nonce: 00") << QByteArray("Nonce: 01")
-                                 << refusedFor("altered after it was sealed");
+    table.row("largest length", "Length: 6\n", "Length: 67108864\n", malformed);
+    table.row("base64 with stray bits", "GzQ==", "GzR==", malformed);
+    table.row("signer without signature", "Length: 6\n", "Length: 6\nSigner: 0011223344556677\n", malformed);
+    table.row("signature without signer", "-----END", "\nSignature: " + QByteArray(128, '0') + "\n-----END", malformed);
+    table.row("other key", "630dcd2966c43366", "630dcd2966c43367",
+              refusedFor("its key is not installed", "keyId", "630dcd2966c43367"));
+    table.row("other text", "PyLr", "PyLs", refusedFor("altered after it was sealed"));
+    table.row("other tag", "eyGzQ==", "eyGzA==", refusedFor("altered after it was sealed"));
+    table.row("other nonce", "Nonce: 00", "Nonce: 01", refusedFor("altered after it was sealed"));
 }
 
 void ScriptTest::refusedTexts() {
@@ -238,10 +246,10 @@ void ScriptTest::keysAndSigners() {
     const auto bad = Sealwork::ScriptSealer(key, &*foreign.half).seal("bad");
     QCOMPARE(openInstalled(bare), refusedFor("its key is not installed", "keyId", key.getId()));
     installation.addScriptKey(key);
-    QVERIFY(QDir(installation.path(QStringLiteral("signers"))).removeRecursively());
+    QVERIFY(QDir(installation.path("signers")).removeRecursively());
     for (const auto& sealed : {bare, good, bad})
         QCOMPARE(openInstalled(sealed), QString());
-    QDir(installation.path()).mkdir(QStringLiteral("signers"));
+    QDir(installation.path()).mkdir("signers");
     installation.addSigner(trusted.key);
     QCOMPARE(openInstalled(good), QString());
     QCOMPARE(openInstalled(bare), refusedFor("not signed"));
@@ -258,32 +266,31 @@ void ScriptTest::keysAndSigners() {
     transplanted.signature = ScriptContainer::parse(good).signature;
     QCOMPARE(openInstalled(transplanted.format()), refusedFor("altered after it was sealed"));
 
-    const auto signers = installation.path(QStringLiteral("signers"));
-    const auto signersElsewhere = installation.path(QStringLiteral("elsewhere"));
+    const auto signers = installation.path("signers");
+    const auto signersElsewhere = installation.path("elsewhere");
     QVERIFY(QFile::rename(signers, signersElsewhere));
     const auto unreadable = QStringLiteral("Fatal: Unable to open key directory");
-    QVERIFY(QFile::link(installation.path(QStringLiteral("nowhere")), signers)); // no wish to accept all
+    QVERIFY(QFile::link(installation.path("nowhere"), signers)); // no wish to accept all
     QCOMPARE(openInstalled(bare), unreadable);
     QVERIFY(QFile::remove(signers));
-    installation.write(QStringLiteral("signers"), {});
+    installation.write("signers", {});
     QCOMPARE(openInstalled(bare), unreadable);
     QVERIFY(QFile::remove(signers));
     QVERIFY(QFile::link(signersElsewhere, signers));
     QCOMPARE(openInstalled(bare), refusedFor("not signed"));
 
-    installation.write(QStringLiteral("signers/zz.pem"), "damaged");
-    QVERIFY(openInstalled(good).startsWith(QLatin1String("Fatal: Unable to read key file")));
-    QVERIFY(QDir(installation.path(QStringLiteral("scripts"))).removeRecursively());
-    QVERIFY(openInstalled(good).startsWith(QLatin1String("Fatal: Unable to open key directory")));
+    installation.write("signers/zz.pem", "damaged");
+    QVERIFY(openInstalled(good).startsWith("Fatal: Unable to read key file"));
+    QVERIFY(QDir(installation.path("scripts")).removeRecursively());
+    QVERIFY(openInstalled(good).startsWith("Fatal: Unable to open key directory"));
 }
 
 void ScriptTest::unsealable() {
     const auto key = Sealwork::ScriptKey::make();
     const Sealwork::ScriptSealer sealer(key);
     QCOMPARE(failureOf([&] { sealer.seal(std::string(ScriptContainer::largestScript + 1, 'x')); }, {"size"}),
-             QStringLiteral("InvalidRequest: Script too large [size=67108865]"));
-    QCOMPARE(failureOf([&] { sealer.seal(sealer.seal("x = 1\n")); }),
-             QStringLiteral("InvalidRequest: Script is sealed already"));
+             "InvalidRequest: Script too large [size=67108865]");
+    QCOMPARE(failureOf([&] { sealer.seal(sealer.seal("x = 1\n")); }), "InvalidRequest: Script is sealed already");
 }
 
 void ScriptTest::longestContainer() {
@@ -305,3 +312,6 @@ void ScriptTest::badRequests() {
                  QStringLiteral("InvalidRequest: Unknown selector [selector=%1]").arg(selector));
     QCOMPARE(out, std::string("as it was"));
 }
+
+QTEST_GUILESS_MAIN(ScriptTest)
+#include "ScriptTest.moc"

@@ -1,4 +1,5 @@
-#include "SealToolTest.h"
+#include "Installation.h"
+#include <support/TestTable.h>
 
 #include "Failure.h"
 #include "Tool.h"
@@ -12,6 +13,7 @@
 
 #include <QDir>
 #include <QtTest>
+#include <memory>
 
 namespace {
 
@@ -26,10 +28,27 @@ QStringList filesBelow(const QString& directory) {
 
 } // namespace
 
+/// The command line program.
+class SealToolTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void madeKeysWork();
+    void keptKeys();
+    void passphrases();
+    void exitStatus_data();
+    void exitStatus();
+    void filesAreWholeOrMissing();
+    void noRandomNumbers();
+
+private:
+    std::unique_ptr<Installation> _installation; ///< Of the rows of `exitStatus`, none of which may change it.
+};
+
 void SealToolTest::madeKeysWork() {
     const Installation installation;
     const auto run = [&installation](const char* line, const QByteArray& input = {}) {
-        return seal(argumentsOf(line, installation.path(QStringLiteral("."))), input);
+        return seal(argumentsOf(line, installation.path(".")), input);
     };
     const auto key = run("keygen script -o @/scripts");
     QCOMPARE(key.exitCode, 0);
@@ -51,7 +70,7 @@ void SealToolTest::madeKeysWork() {
     QVERIFY(toBytes(out).contains("key_keyowner=\"Orvane\", key_keyname=\"r-1\""));
 
     for (const auto reader : {QFile::ReadGroup, QFile::ReadOther}) {
-        QFile::setPermissions(installation.path(QStringLiteral("s.private.pem")), QFile::ReadOwner | reader);
+        QFile::setPermissions(installation.path("s.private.pem"), QFile::ReadOwner | reader);
         const auto warned = run("seal - -o - --key @/scripts --signer @/s.private.pem", script);
         QCOMPARE(warned.exitCode, 0);
         QVERIFY(warned.errors.contains("s.private.pem: warning: others can read this private key"));
@@ -66,25 +85,25 @@ void SealToolTest::keptKeys() {
         const auto first = seal(QStringList(arguments) << QStringLiteral("--keep"));
         QCOMPARE(first.exitCode, 0);
         const auto file = QString::fromLocal8Bit(first.output.split('\n').first());
-        const auto content = contentOf(file);
+        const auto content = readFile(file);
         QVERIFY(!content.isEmpty());
         const auto second = seal(QStringList(arguments) << QStringLiteral("--keep"));
         QCOMPARE(second.output, first.output);
-        QCOMPARE(contentOf(file), content);
-        if (arguments.contains(QLatin1String("script")))
+        QCOMPARE(readFile(file), content);
+        if (arguments.contains("script"))
             continue;
         const auto publicFile = QString::fromLocal8Bit(first.output.split('\n').at(1));
-        const auto publicContent = contentOf(publicFile);
+        const auto publicContent = readFile(publicFile);
         QVERIFY(QFile::remove(publicFile)); // as when the making of the pair was interrupted
         QCOMPARE(seal(QStringList(arguments) << QStringLiteral("--keep")).exitCode, 0);
-        QCOMPARE(contentOf(file), content);
-        QCOMPARE(contentOf(publicFile), publicContent);
+        QCOMPARE(readFile(file), content);
+        QCOMPARE(readFile(publicFile), publicContent);
         const auto third = seal(arguments);
         QCOMPARE(third.exitCode, 2);
         QCOMPARE(third.errors, "velmora-seal: " + file.toLocal8Bit() + ": File exists already, --force replaces it\n");
-        QCOMPARE(contentOf(file), content);
+        QCOMPARE(readFile(file), content);
         QCOMPARE(seal(QStringList(arguments) << QStringLiteral("--force")).exitCode, 0);
-        QVERIFY(contentOf(file) != content);
+        QVERIFY(readFile(file) != content);
         QVERIFY(isPrivate(file));
     }
 }
@@ -92,13 +111,13 @@ void SealToolTest::keptKeys() {
 void SealToolTest::passphrases() {
     const Installation installation;
     const auto run = [&installation](const char* line) {
-        return seal(argumentsOf(line, installation.path(QStringLiteral("."))), "x = 1\n");
+        return seal(argumentsOf(line, installation.path(".")), "x = 1\n");
     };
     run("keygen script -o @/scripts");
     run("keygen signer -o @/s");
     openssl(argumentsOf("pkcs8 -topk8 -in @/s.private.pem -passout pass:open -out @/locked.pem", installation.path()));
-    installation.write(QStringLiteral("right"), "open\n");
-    installation.write(QStringLiteral("wrong"), "shut\n");
+    installation.write("right", "open\n");
+    installation.write("wrong", "shut\n");
     const auto right = run("seal - -o - --key @/scripts --signer @/locked.pem --passphrase-file @/right");
     QCOMPARE(right.exitCode, 0);
     QVERIFY(right.output.contains("\nSignature: "));
@@ -113,62 +132,52 @@ void SealToolTest::passphrases() {
 void SealToolTest::exitStatus_data() {
     _installation = std::make_unique<Installation>();
     const auto directory = _installation->path();
-    _installation->write(QStringLiteral("plain"), "x = 1\n");
+    _installation->write("plain", "x = 1\n");
     QCOMPARE(mkfifo(qPrintable(directory + QStringLiteral("/pipe")), S_IRUSR | S_IWUSR), 0);
     for (const auto* setUp : {"keygen script -o @/keys", "keygen script -o @/several", "keygen script -o @/several",
                               "seal @/plain -o @/sealed --key @/keys"})
         QCOMPARE(seal(argumentsOf(setUp, directory)).exitCode, 0);
-    QTest::addColumn<QString>("line");
-    QTest::addColumn<int>("exitCode");
-    QTest::addColumn<QString>("errors");
-    QTest::newRow("no command") << "" << 2 << "No command given; see velmora-seal --help";
-    QTest::newRow("help") << "--help" << 0 << "";
-    QTest::newRow("help of a command") << "seal --help" << 0 << "";
-    QTest::newRow("unknown command") << "sael" << 2 << "Unknown command sael; see velmora-seal --help";
-    QTest::newRow("unknown option") << "seal a -o b --kay c" << 2 << "Unknown option --kay; see velmora-seal --help";
-    QTest::newRow("unknown letter") << "seal a -xo b" << 2 << "Unknown option -x; see velmora-seal --help";
-    QTest::newRow("no value") << "seal a -o" << 2 << "Option -o needs a value; see velmora-seal --help";
-    QTest::newRow("no input") << "seal -o b --key c" << 2 << "The script IN is missing; see velmora-seal --help";
-    QTest::newRow("two inputs") << "seal a b -o c --key d" << 2
-                                << "The script IN should be given once; see velmora-seal --help";
-    QTest::newRow("no output") << "seal a --key c" << 2 << "Option --output is missing; see velmora-seal --help";
-    QTest::newRow("no key") << "seal @/plain -o @/b" << 2 << "Option --key is missing; see velmora-seal --help";
-    QTest::newRow("missing input") << "seal @/none -o @/b --key @/keys" << 2
-                                   << "@/none: Unable to read file (No such file or directory)";
-    QTest::newRow("directory as input") << "seal @ -o @/b --key @/keys" << 2
-                                        << "@: Unable to read file (Is a directory)";
-    QTest::newRow("sealed already") << "seal @/sealed -o @/b --key @/keys" << 2 << "@/sealed: Script is sealed already";
-    QTest::newRow("output exists") << "seal @/plain -o @/sealed --key @/keys" << 2
-                                   << "@/sealed: File exists already, --force replaces it";
-    QTest::newRow("no place for output") << "seal @/plain -o @/none/b --key @/keys" << 2
-                                         << "@/none/b: Unable to write file (No such file or directory)";
-    QTest::newRow("pipe as output") << "seal @/plain -o @/pipe --force --key @/keys" << 2
-                                    << "@/pipe: Unable to write file (not a regular file)";
-    QTest::newRow("directory as output") << "seal @/plain -o @ --key @/keys" << 2
-                                         << "@: Unable to write file (not a regular file)";
-    QTest::newRow("no name for a key pair")
-        << "keygen signer -o @/" << 2
-        << "--output should end with a file name that does not begin with a dot; see velmora-seal --help";
-    QTest::newRow("hidden key pair")
-        << "keygen signer -o @/.s" << 2
-        << "--output should end with a file name that does not begin with a dot; see velmora-seal --help";
-    QTest::newRow("no script key") << "seal @/plain -o @/b --key @" << 2 << "@: No script key in the directory";
-    QTest::newRow("several script keys") << "seal @/plain -o @/b --key @/several" << 2
-                                         << "@/several: Several script keys, name one of them";
-    QTest::newRow("bad signer")
-        << "seal @/plain -o @/b --key @/keys --signer @/plain" << 2
-        << "@/plain: Unable to read key file (not an Ed25519 private key, or not its passphrase)";
-    QTest::newRow("unknown kind")
-        << "keygen scrpt -o @/k" << 2
-        << "Unknown kind of key \"scrpt\", expected script, signer or recipient; see velmora-seal --help";
-    QTest::newRow("keep and force") << "keygen signer -o @/k --keep --force" << 2
-                                    << "--keep and --force exclude each other; see velmora-seal --help";
-    QTest::newRow("no owner") << "keygen recipient -o @/k --name n" << 2
-                              << "Option --owner is missing; see velmora-seal --help";
-    QTest::newRow("bad owner")
-        << "keygen recipient -o @/k --name n --owner `" << 2
-        << "--owner should be 1 to 128 printable ASCII characters without \", \\ and `, no blank at "
-           "either end; see velmora-seal --help";
+    const TestTable<QString, int, QString> table("line", "exitCode", "errors");
+    table.row("no command", "", 2, "No command given; see velmora-seal --help");
+    table.row("help", "--help", 0, "");
+    table.row("help of a command", "seal --help", 0, "");
+    table.row("unknown command", "sael", 2, "Unknown command sael; see velmora-seal --help");
+    table.row("unknown option", "seal a -o b --kay c", 2, "Unknown option --kay; see velmora-seal --help");
+    table.row("unknown letter", "seal a -xo b", 2, "Unknown option -x; see velmora-seal --help");
+    table.row("no value", "seal a -o", 2, "Option -o needs a value; see velmora-seal --help");
+    table.row("no input", "seal -o b --key c", 2, "The script IN is missing; see velmora-seal --help");
+    table.row("two inputs", "seal a b -o c --key d", 2, "The script IN should be given once; see velmora-seal --help");
+    table.row("no output", "seal a --key c", 2, "Option --output is missing; see velmora-seal --help");
+    table.row("no key", "seal @/plain -o @/b", 2, "Option --key is missing; see velmora-seal --help");
+    table.row("missing input", "seal @/none -o @/b --key @/keys", 2,
+              "@/none: Unable to read file (No such file or directory)");
+    table.row("directory as input", "seal @ -o @/b --key @/keys", 2, "@: Unable to read file (Is a directory)");
+    table.row("sealed already", "seal @/sealed -o @/b --key @/keys", 2, "@/sealed: Script is sealed already");
+    table.row("output exists", "seal @/plain -o @/sealed --key @/keys", 2,
+              "@/sealed: File exists already, --force replaces it");
+    table.row("no place for output", "seal @/plain -o @/none/b --key @/keys", 2,
+              "@/none/b: Unable to write file (No such file or directory)");
+    table.row("pipe as output", "seal @/plain -o @/pipe --force --key @/keys", 2,
+              "@/pipe: Unable to write file (not a regular file)");
+    table.row("directory as output", "seal @/plain -o @ --key @/keys", 2,
+              "@: Unable to write file (not a regular file)");
+    table.row("no name for a key pair", "keygen signer -o @/", 2,
+              "--output should end with a file name that does not begin with a dot; see velmora-seal --help");
+    table.row("hidden key pair", "keygen signer -o @/.s", 2,
+              "--output should end with a file name that does not begin with a dot; see velmora-seal --help");
+    table.row("no script key", "seal @/plain -o @/b --key @", 2, "@: No script key in the directory");
+    table.row("several script keys", "seal @/plain -o @/b --key @/several", 2,
+              "@/several: Several script keys, name one of them");
+    table.row("bad signer", "seal @/plain -o @/b --key @/keys --signer @/plain", 2,
+              "@/plain: Unable to read key file (not an Ed25519 private key, or not its passphrase)");
+    table.row("unknown kind", "keygen scrpt -o @/k", 2,
+              "Unknown kind of key \"scrpt\", expected script, signer or recipient; see velmora-seal --help");
+    table.row("keep and force", "keygen signer -o @/k --keep --force", 2,
+              "--keep and --force exclude each other; see velmora-seal --help");
+    table.row("no owner", "keygen recipient -o @/k --name n", 2, "Option --owner is missing; see velmora-seal --help");
+    table.row("bad owner", "keygen recipient -o @/k --name n --owner `", 2,
+              "--owner should be 1 to 128 printable ASCII characters without \", \\ and `, no blank at "
+              "either end; see velmora-seal --help");
     for (const auto* bits : {"2047", "8193", "2048x", "-2048", ""})
         QTest::addRow("bits %s", bits) << QStringLiteral("keygen recipient -o @/k --name n --owner o --bits=") +
                                               QLatin1String(bits)
@@ -191,21 +200,19 @@ void SealToolTest::exitStatus() {
 
 void SealToolTest::filesAreWholeOrMissing() {
     const Installation installation;
-    const auto keys = installation.path(QStringLiteral("scripts"));
+    const auto keys = installation.path("scripts");
     // No file may grow, which fails the write with an error once the signal is ignored.
     const auto runWithoutSpace = [&installation](const char* line) {
-        return runTool(QStringLiteral("/bin/sh"),
-                       QStringList{QStringLiteral("-c"),
-                                   QStringLiteral("trap '' XFSZ; ulimit -f 0; exec \"$0\" \"$@\""),
-                                   QStringLiteral(VELMORA_SEAL_PROGRAM)} +
-                           argumentsOf(line, installation.path()));
+        return runTool("/bin/sh", QStringList{"-c", "trap '' XFSZ; ulimit -f 0; exec \"$0\" \"$@\"",
+                                              QStringLiteral(VELMORA_SEAL_PROGRAM)} +
+                                      argumentsOf(line, installation.path()));
     };
     const auto result = runWithoutSpace("keygen script -o @/scripts");
     QCOMPARE(result.exitCode, 2);
     QVERIFY(result.errors.contains("Unable to write file (File too large)"));
     QCOMPARE(filesBelow(keys), QStringList());
 
-    const auto file = installation.write(QStringLiteral("signers/old.private.pem"), "as it was");
+    const auto file = installation.write("signers/old.private.pem", "as it was");
     QCOMPARE(runWithoutSpace("keygen signer -o @/signers/old --force").exitCode, 2);
     const std::array<std::uint8_t, 1> content{};
     const auto writeNew = [&content](const QString& name) {
@@ -214,20 +221,22 @@ void SealToolTest::filesAreWholeOrMissing() {
                                       Sealwork::Overwrite::No);
         });
     };
-    QCOMPARE(writeNew(file), QStringLiteral("Fatal: File exists already"));
-    QCOMPARE(contentOf(file), QByteArray("as it was"));
-    QCOMPARE(filesBelow(installation.path(QStringLiteral("signers"))), QStringList(QStringLiteral("old.private.pem")));
+    QCOMPARE(writeNew(file), "Fatal: File exists already");
+    QCOMPARE(readFile(file), QByteArray("as it was"));
+    QCOMPARE(filesBelow(installation.path("signers")), QStringList("old.private.pem"));
 }
 
 void SealToolTest::noRandomNumbers() {
     const Installation installation;
     auto environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("OPENSSL_CONF"),
-                       installation.write(QStringLiteral("no-random.cnf"),
-                                          "openssl_conf = all\n[all]\nrandom = numbers\n[numbers]\nrandom = NONE\n"));
-    const auto result =
-        seal(argumentsOf("keygen script -o @", installation.path(QStringLiteral("scripts"))), {}, environment);
+    environment.insert(
+        "OPENSSL_CONF",
+        installation.write("no-random.cnf", "openssl_conf = all\n[all]\nrandom = numbers\n[numbers]\nrandom = NONE\n"));
+    const auto result = seal(argumentsOf("keygen script -o @", installation.path("scripts")), {}, environment);
     QCOMPARE(result.exitCode, 2);
     QVERIFY2(result.errors.startsWith("velmora-seal: No random numbers available"), result.errors.constData());
-    QCOMPARE(filesBelow(installation.path(QStringLiteral("scripts"))), QStringList());
+    QCOMPARE(filesBelow(installation.path("scripts")), QStringList());
 }
+
+QTEST_GUILESS_MAIN(SealToolTest)
+#include "SealToolTest.moc"

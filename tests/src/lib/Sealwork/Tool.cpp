@@ -18,7 +18,7 @@ ToolResult runTool(const QString& program, const QStringList& arguments, const Q
 }
 
 QByteArray openssl(const QStringList& arguments, const QByteArray& input) {
-    const auto result = runTool(QStringLiteral("openssl"), arguments, input);
+    const auto result = runTool("openssl", arguments, input);
     if (result.exitCode != 0)
         throw std::runtime_error("openssl " + arguments.join(QLatin1Char(' ')).toStdString() + ": " +
                                  result.errors.toStdString());
@@ -33,22 +33,16 @@ QStringList argumentsOf(const char* line, const QString& directory) {
     return QString::fromLatin1(line).replace(QLatin1Char('@'), directory).split(QLatin1Char(' '), Qt::SkipEmptyParts);
 }
 
-QByteArray contentOf(const QString& filename) {
-    QFile file(filename);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 QByteArray madeUpRsaPem(const QByteArray& modulusHex, const QByteArray& exponentHex) {
     const QTemporaryDir directory;
-    QFile configuration(directory.filePath(QStringLiteral("key.cnf")));
+    QFile configuration(directory.filePath("key.cnf"));
     configuration.open(QIODevice::WriteOnly);
     configuration.write("asn1=SEQUENCE:info\n[info]\nalgorithm=SEQUENCE:algorithm\nkey=BITWRAP,SEQUENCE:numbers\n"
                         "[algorithm]\nname=OID:rsaEncryption\nparameter=NULL\n[numbers]\nn=INTEGER:0x" +
                         modulusHex + "\ne=INTEGER:0x" + exponentHex + "\n");
     configuration.close();
-    const auto der = directory.filePath(QStringLiteral("key.der"));
-    openssl({QStringLiteral("asn1parse"), QStringLiteral("-genconf"), configuration.fileName(),
-             QStringLiteral("-noout"), QStringLiteral("-out"), der});
+    const auto der = directory.filePath("key.der");
+    openssl({"asn1parse", "-genconf", configuration.fileName(), "-noout", "-out", der});
     QFile file(der);
     file.open(QIODevice::ReadOnly);
     return "-----BEGIN PUBLIC KEY-----\n" + file.readAll().toBase64() + "\n-----END PUBLIC KEY-----\n";

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <support/ReadFile.h>
+
 #include <QByteArray>
 #include <QProcessEnvironment>
 #include <QString>
@@ -24,9 +26,6 @@ ToolResult seal(const QStringList& arguments, const QByteArray& input = {},
 
 /// The arguments of a line, split at blanks; "@" stands for the directory.
 QStringList argumentsOf(const char* line, const QString& directory);
-
-/// The bytes of a file; empty when it cannot be read.
-QByteArray contentOf(const QString& filename);
 
 /// A PEM SubjectPublicKeyInfo of any RSA numbers, such as no key maker makes.
 QByteArray madeUpRsaPem(const QByteArray& modulusHex, const QByteArray& exponentHex);

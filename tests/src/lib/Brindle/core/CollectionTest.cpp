@@ -1,5 +1,6 @@
-#include "CollectionTest.h"
 #include "Part.h"
+
+#include <support/TestTable.h>
 
 #include <QtTest>
 
@@ -69,6 +70,22 @@ void checkCursor(Locator<std::string> locator, const QStringList& expected) {
 
 } // namespace
 
+class CollectionTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyOperationAgrees_data();
+    void everyOperationAgrees();
+    void listIsSeenAsItIsWhenWalked();
+    void ownedListLivesWithItsViews();
+    void memberFunctionsOfPointersAndValues();
+    void nullParts();
+    void randomOrderFollowsKeys_data();
+    void randomOrderFollowsKeys();
+    void randomOrdersDiffer();
+    void driverWithoutReverseWalk();
+};
+
 void CollectionTest::everyOperationAgrees_data() {
     static std::list<Part> parts{{"b1", {"x", "y"}}, {"a1", {}}, {"b2", {"y", "z"}}, {"c1", {"x"}}, {"a2", {}}};
     static PartPointers pointers;
@@ -78,44 +95,37 @@ void CollectionTest::everyOperationAgrees_data() {
     const auto names = [](const Collection<Part*>& some) { return associates(some, &Part::getName); };
     const auto ofKind = [all](const char* kind) { return subset(all, &Part::isOfKind, kind); };
 
-    QTest::addColumn<strings>("collection");
-    QTest::addColumn<QStringList>("expected");
-    QTest::addColumn<QString>("label");
-    QTest::newRow("null") << strings() << QStringList{} << "";
-    QTest::newRow("empty list") << made({}) << QStringList{} << "List";
-    QTest::newRow("lent list") << strings(ListCollection(list)) << QStringList{"p", "q"} << "List";
-    QTest::newRow("given list") << made({"p", "", "p"}) << QStringList{"p", "", "p"} << "List";
-    QTest::newRow("associates") << strings(names(all)) << QStringList{"b1", "a1", "b2", "c1", "a2"}
-                                << "Associates(List)";
-    QTest::newRow("associates of null") << strings(names({})) << QStringList{} << "Associates()";
-    QTest::newRow("subset, ends rejected")
-        << strings(names(subset(all, &Part::hasTags, 1))) << QStringList{"c1"} << "Associates(Subset(List))";
-    QTest::newRow("subset, ends accepted")
-        << strings(names(ofKind("b"))) << QStringList{"b1", "b2"} << "Associates(Subset(List))";
-    QTest::newRow("subset, none accepted")
-        << strings(names(ofKind("d"))) << QStringList{} << "Associates(Subset(List))";
-    QTest::newRow("subset of subset") << strings(names(subset(ofKind("a"), &Part::hasTags, 0)))
-                                      << QStringList{"a1", "a2"} << "Associates(Subset(Subset(List)))";
-    QTest::newRow("flatten between empty ones")
-        << strings(flatten(madeOf({made({}), made({"x"}), made({})}))) << QStringList{"x"} << "Flatten(List)";
-    QTest::newRow("flatten, gaps inside") << strings(flatten(madeOf({made({"x", "y"}), {}, made({}), made({"x"})})))
-                                          << QStringList{"x", "y", "x"} << "Flatten(List)";
-    QTest::newRow("flatten of empty ones")
-        << strings(flatten(madeOf({{}, made({})}))) << QStringList{} << "Flatten(List)";
-    QTest::newRow("flatten of none") << strings(flatten(madeOf({}))) << QStringList{} << "Flatten(List)";
-    QTest::newRow("flatten of null") << strings(flatten(Collection<strings>())) << QStringList{} << "Flatten()";
-    QTest::newRow("flatten twice") << strings(flatten(flatten(Collection<Collection<strings>>(
-                                          ListCollection(std::list{madeOf({made({"x"})}), madeOf({made({"y"})})})))))
-                                   << QStringList{"x", "y"} << "Flatten(Flatten(List))";
-    QTest::newRow("reduce") << strings(reduce(made({"a", "b", "a", "c", "b"}))) << QStringList{"a", "b", "c"}
-                            << "Reduce(List)";
-    QTest::newRow("reduce, all equal") << strings(reduce(made({"a", "a", "a"}))) << QStringList{"a"} << "Reduce(List)";
-    QTest::newRow("reduce of null") << strings(reduce(strings())) << QStringList{} << "Reduce()";
-    QTest::newRow("reduce of associates")
-        << strings(reduce(associates(all, &Part::getKind))) << QStringList{"b", "a", "c"} << "Reduce(Associates(List))";
-    QTest::newRow("reduce of flatten of associates")
-        << strings(reduce(flatten(associates(all, &Part::getTags)))) << QStringList{"x", "y", "z"}
-        << "Reduce(Flatten(Associates(List)))";
+    const TestTable<strings, QStringList, QString> table("collection", "expected", "label");
+    table.row("null", strings(), {}, "");
+    table.row("empty list", made({}), {}, "List");
+    table.row("lent list", strings(ListCollection(list)), {"p", "q"}, "List");
+    table.row("given list", made({"p", "", "p"}), {"p", "", "p"}, "List");
+    table.row("associates", strings(names(all)), {"b1", "a1", "b2", "c1", "a2"}, "Associates(List)");
+    table.row("associates of null", strings(names({})), {}, "Associates()");
+    table.row("subset, ends rejected", strings(names(subset(all, &Part::hasTags, 1))), {"c1"},
+              "Associates(Subset(List))");
+    table.row("subset, ends accepted", strings(names(ofKind("b"))), {"b1", "b2"}, "Associates(Subset(List))");
+    table.row("subset, none accepted", strings(names(ofKind("d"))), {}, "Associates(Subset(List))");
+    table.row("subset of subset", strings(names(subset(ofKind("a"), &Part::hasTags, 0))), {"a1", "a2"},
+              "Associates(Subset(Subset(List)))");
+    table.row("flatten between empty ones", strings(flatten(madeOf({made({}), made({"x"}), made({})}))), {"x"},
+              "Flatten(List)");
+    table.row("flatten, gaps inside", strings(flatten(madeOf({made({"x", "y"}), {}, made({}), made({"x"})}))),
+              {"x", "y", "x"}, "Flatten(List)");
+    table.row("flatten of empty ones", strings(flatten(madeOf({{}, made({})}))), {}, "Flatten(List)");
+    table.row("flatten of none", strings(flatten(madeOf({}))), {}, "Flatten(List)");
+    table.row("flatten of null", strings(flatten(Collection<strings>())), {}, "Flatten()");
+    table.row("flatten twice",
+              strings(flatten(flatten(Collection<Collection<strings>>(
+                  ListCollection(std::list{madeOf({made({"x"})}), madeOf({made({"y"})})}))))),
+              {"x", "y"}, "Flatten(Flatten(List))");
+    table.row("reduce", strings(reduce(made({"a", "b", "a", "c", "b"}))), {"a", "b", "c"}, "Reduce(List)");
+    table.row("reduce, all equal", strings(reduce(made({"a", "a", "a"}))), {"a"}, "Reduce(List)");
+    table.row("reduce of null", strings(reduce(strings())), {}, "Reduce()");
+    table.row("reduce of associates", strings(reduce(associates(all, &Part::getKind))), {"b", "a", "c"},
+              "Reduce(Associates(List))");
+    table.row("reduce of flatten of associates", strings(reduce(flatten(associates(all, &Part::getTags)))),
+              {"x", "y", "z"}, "Reduce(Flatten(Associates(List)))");
 }
 
 void CollectionTest::everyOperationAgrees() {
@@ -217,13 +227,13 @@ void CollectionTest::nullParts() {
 
 void CollectionTest::randomOrderFollowsKeys_data() {
     using KeySource = RandomLocator<std::string>::KeySource;
-    QTest::addColumn<KeySource>("getKey");
-    QTest::addColumn<QStringList>("expected");
-    QTest::newRow("equal keys") << KeySource([] { return 7UL; }) << QStringList{"a", "b", "a", "c"};
-    QTest::newRow("falling keys") << KeySource([] {
-        static unsigned long key = 1000;
-        return key--;
-    }) << QStringList{"c", "a", "b", "a"};
+    const TestTable<KeySource, QStringList> table("getKey", "expected");
+    table.row("equal keys", KeySource([] { return 7UL; }), {"a", "b", "a", "c"});
+    table.row("falling keys", KeySource([] {
+                  static unsigned long key = 1000;
+                  return key--;
+              }),
+              {"c", "a", "b", "a"});
 }
 
 void CollectionTest::randomOrderFollowsKeys() {
@@ -254,3 +264,6 @@ void CollectionTest::driverWithoutReverseWalk() {
     QCOMPARE(collection.getLast(), std::string("b"));
     QVERIFY(std::ranges::find(collection, "b") != collection.end());
 }
+
+QTEST_GUILESS_MAIN(CollectionTest)
+#include "CollectionTest.moc"

@@ -1,5 +1,7 @@
-#include "ConsoleTest.h"
 #include "ForeignLocale.h"
+
+#include <support/ReadFile.h>
+#include <support/TestTable.h>
 
 #include <Brindle/Build.h>
 #include <Brindle/Console.h>
@@ -10,6 +12,7 @@
 #include <functional>
 #include <iostream>
 #include <memory>
+#include <sstream>
 
 using namespace Brindle;
 
@@ -33,12 +36,32 @@ public:
     std::function<void()> then; ///< What is done on each line.
 };
 
-QString readFile(const QString& filename) {
-    QFile file(filename);
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-}
-
 } // namespace
+
+class ConsoleTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void lines_data();
+    void lines();
+    void longTexts_data();
+    void longTexts();
+    void exceptions_data();
+    void exceptions();
+    void errorsAreCounted();
+    void logFile();
+    void observers();
+    void observersThatChangeWhileTheyAreTold();
+    void timer();
+
+private:
+    std::ostringstream _output; // what reaches standard output
+    std::ostringstream _errors; // what reaches standard error
+    std::streambuf* _standardOutput = nullptr;
+    std::streambuf* _standardError = nullptr;
+};
 
 void ConsoleTest::init() {
     _output.str({});
@@ -53,37 +76,32 @@ void ConsoleTest::cleanup() {
 }
 
 void ConsoleTest::lines_data() {
-    QTest::addColumn<Action>("act");
-    QTest::addColumn<QString>("output");
-    QTest::addColumn<QString>("errors");
-    const auto row = [](const char* name, const Action& act, const char* output, const char* errors) {
-        QTest::newRow(name) << act << output << errors;
-    };
-    row(
+    const TestTable<Action, QString, QString> table("act", "output", "errors");
+    table.row(
         "text", [](Console& to) { to.print("Running velmora"); }, "Running velmora\n", "");
-    row(
+    table.row(
         "remark", [](Console& to) { to.remark("100% done"); }, "100% done\n", "");
-    row(
+    table.row(
         "error", [](Console& to) { to.error("Bad width"); }, "", "Bad width\n");
-    row(
+    table.row(
         "argument", [](Console& to) { to.print("Writing %...", "a%b"); }, "Writing a%b...\n", "");
-    row(
+    table.row(
         "first place only", [](Console& to) { to.print("% and %", "x"); }, "x and %\n", "");
-    row(
+    table.row(
         "empty argument", [](Console& to) { to.print("Writing %", ""); }, "Writing %\n", "");
-    row(
+    table.row(
         "argument without a place", [](Console& to) { to.print("Writing", "x"); }, "Writing\n", "");
-    row(
+    table.row(
         "several lines",
         [](Console& to) {
             to.indent();
             to.print("one\n\ntwo\n");
         },
         "  one\n\n  two\n\n", "");
-    row(
+    table.row(
         "control characters", [](Console& to) { to.print(std::string("a\x1b[31mb\0c\r\td\x7f", 13)); },
         "a?[31mb?c?\td?\n", "");
-    row(
+    table.row(
         "levels",
         [](Console& to) {
             to.print("a");
@@ -95,7 +113,7 @@ void ConsoleTest::lines_data() {
             to.print("d");
         },
         "a\n    b\n  d\n", "    c\n");
-    row(
+    table.row(
         "no level below the first",
         [](Console& to) {
             to.unindent();
@@ -114,17 +132,16 @@ void ConsoleTest::lines() {
 }
 
 void ConsoleTest::longTexts_data() {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("shown");
+    const TestTable<QString, QString> table("text", "shown");
     const QString longest(1000, 'x');
     const QString kept(997, 'x');
     const QString umlauts(997, QChar(0xe4));
     const QString rocket = QString::fromUtf8("\xf0\x9f\x9a\x80");
-    QTest::newRow("1000") << longest << longest;
-    QTest::newRow("1001") << longest + "y" << kept + "...";
-    QTest::newRow("1000 of several bytes") << umlauts + rocket.repeated(3) << umlauts + rocket.repeated(3);
-    QTest::newRow("1001 of several bytes") << umlauts + rocket.repeated(4) << umlauts + "...";
-    QTest::newRow("each line by itself") << longest + "\n" + longest + "y\nz" << longest + "\n" + kept + "...\nz";
+    table.row("1000", longest, longest);
+    table.row("1001", longest + "y", kept + "...");
+    table.row("1000 of several bytes", umlauts + rocket.repeated(3), umlauts + rocket.repeated(3));
+    table.row("1001 of several bytes", umlauts + rocket.repeated(4), umlauts + "...");
+    table.row("each line by itself", longest + "\n" + longest + "y\nz", longest + "\n" + kept + "...\nz");
 }
 
 void ConsoleTest::longTexts() {
@@ -137,22 +154,20 @@ void ConsoleTest::longTexts() {
 
 void ConsoleTest::exceptions_data() {
     using Shared = std::shared_ptr<Exception>;
-    QTest::addColumn<Shared>("exception");
-    QTest::addColumn<QString>("shown");
+    const TestTable<Shared, QString> table("exception", "shown");
     const auto with = [](std::initializer_list<Exception::Field> fields, const std::string& message = "Bad value") {
         return Shared(std::make_shared<Fatal>(located(Fatal(message), Location{}, fields)));
     };
     const Location place{"src/bin/velmora/IPLeaf", "parse", 12};
-    QTest::newRow("message") << with({}) << "Bad value\n";
-    QTest::newRow("field") << with({{"value", "7"}}) << "Bad value (value: 7)\n";
-    QTest::newRow("fields in order") << with({{"value", "7"}, {"bitCount", ""}})
-                                     << "Bad value (value: 7, bitCount: )\n";
-    QTest::newRow("several lines") << with({{"value", "7"}}, "Bad\nvalue") << "Bad\nvalue (value: 7)\n";
-    QTest::newRow("a field is one line") << with({{"value", "7\n8"}}) << "Bad value (value: 7 8)\n";
-    QTest::newRow("long parts") << with({{"value", std::string(2000, 'v')}}, std::string(1001, 'm'))
-                                << QString(997, 'm') + "... (value: " + QString(997, 'v') + "...)\n";
-    QTest::newRow("place") << Shared(std::make_shared<Critical>(located(Critical("Bad"), place)))
-                           << (isDebug() ? "Bad [src/bin/velmora/IPLeaf, parse, line 12]\n" : "Bad\n");
+    table.row("message", with({}), "Bad value\n");
+    table.row("field", with({{"value", "7"}}), "Bad value (value: 7)\n");
+    table.row("fields in order", with({{"value", "7"}, {"bitCount", ""}}), "Bad value (value: 7, bitCount: )\n");
+    table.row("several lines", with({{"value", "7"}}, "Bad\nvalue"), "Bad\nvalue (value: 7)\n");
+    table.row("a field is one line", with({{"value", "7\n8"}}), "Bad value (value: 7 8)\n");
+    table.row("long parts", with({{"value", std::string(2000, 'v')}}, std::string(1001, 'm')),
+              QString(997, 'm') + "... (value: " + QString(997, 'v') + "...)\n");
+    table.row("place", Shared(std::make_shared<Critical>(located(Critical("Bad"), place))),
+              (isDebug() ? "Bad [src/bin/velmora/IPLeaf, parse, line 12]\n" : "Bad\n"));
 }
 
 void ConsoleTest::exceptions() {
@@ -188,13 +203,13 @@ void ConsoleTest::logFile() {
     tested.indent();
     tested.print("text");
     tested.error("error");
-    QCOMPARE(readFile(first), QString("  text\n  error\n")); // at once, not at the end
+    QCOMPARE(readFile(first), "  text\n  error\n"); // at once, not at the end
     tested.setFullLogFile(second.toStdString());
     tested.remark("remark");
     tested.setFullLogFile("");
     tested.print("not in a file");
-    QCOMPARE(readFile(first), QString("  text\n  error\n"));
-    QCOMPARE(readFile(second), QString("  remark\n"));
+    QCOMPARE(readFile(first), "  text\n  error\n");
+    QCOMPARE(readFile(second), "  remark\n");
 
     const std::string unusable = folder.filePath("none/x.log").toStdString();
     try {
@@ -271,3 +286,6 @@ void ConsoleTest::timer() {
     const double seconds = match.captured(1).toDouble();
     QVERIFY(seconds >= 0.02 && seconds < 60);
 }
+
+QTEST_GUILESS_MAIN(ConsoleTest)
+#include "ConsoleTest.moc"

@@ -1,4 +1,4 @@
-#include "ExceptionTest.h"
+#include <support/TestTable.h>
 
 #include <Brindle/Exception.h>
 
@@ -29,9 +29,18 @@ void addRows(const char* name) {
 
 Q_DECLARE_METATYPE(Throw)
 
+class ExceptionTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void kindIsKept_data();
+    void kindIsKept();
+    void fields();
+    void location();
+};
+
 void ExceptionTest::kindIsKept_data() {
-    QTest::addColumn<Throw>("fail");
-    QTest::addColumn<QByteArray>("kind");
+    TestTable<Throw, QByteArray>("fail", "kind");
     addRows<Error>("Error");
     addRows<Critical>("Critical");
     addRows<InternalError>("InternalError");
@@ -72,3 +81,6 @@ void ExceptionTest::location() {
     QCOMPARE(std::string(withoutExtension("a.b/c")), std::string("a.b/c"));
     QCOMPARE(std::string(withoutExtension("a.b/c.d.h")), std::string("a.b/c.d"));
 }
+
+QTEST_GUILESS_MAIN(ExceptionTest)
+#include "ExceptionTest.moc"

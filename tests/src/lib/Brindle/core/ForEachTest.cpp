@@ -1,5 +1,3 @@
-#include "ForEachTest.h"
-
 #include <Brindle/Collections.h>
 
 #include <QtTest>
@@ -19,6 +17,16 @@ int getFirstAbove(int limit, const Collection<int>& numbers) {
 }
 
 } // namespace
+
+class ForEachTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void breakAndContinueInNestedLoops();
+    void leftByReturn();
+    void elementRemovedByItsLoop();
+    void keysAndValues();
+};
 
 void ForEachTest::breakAndContinueInNestedLoops() {
     const ListCollection numbers(digits);
@@ -75,3 +83,6 @@ void ForEachTest::keysAndValues() {
     QCOMPARE(met, (QStringList{"accent=blue", "text=black"}));
     QVERIFY(!(ForEachKeyValueControler<QString, QString>::_continue));
 }
+
+QTEST_GUILESS_MAIN(ForEachTest)
+#include "ForEachTest.moc"

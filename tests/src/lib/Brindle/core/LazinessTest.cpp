@@ -1,4 +1,4 @@
-#include "LazinessTest.h"
+#include <support/TestTable.h>
 
 #include <Brindle/Collections.h>
 
@@ -97,67 +97,69 @@ using Action = std::function<bool()>;
 
 Q_DECLARE_METATYPE(Action)
 
+class LazinessTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void stepsOfSource_data();
+    void stepsOfSource();
+};
+
 void LazinessTest::stepsOfSource_data() {
-    QTest::addColumn<Action>("holds");
-    QTest::addColumn<int>("locators");
-    QTest::addColumn<int>("steps");
-    QTest::addColumn<int>("associates");
-    const auto row = [](const char* name, const Action& holds, int locators, int steps, int asked) {
-        QTest::newRow(name) << holds << locators << steps << asked;
-    };
-    row(
+    const TestTable<Action, int, int, int> table("holds", "locators", "steps", "associates");
+    table.row(
         "making views", [] { return reduce(getCopies())._getLabel() == "Reduce(Flatten(Associates(Digits)))"; }, 0, 0,
         0);
-    row(
+    table.row(
         "has exactly, fewer", [] { return !Digits().hasCount(3); }, 1, 3, 0);
-    row(
+    table.row(
         "has exactly, more", [] { return !Digits().hasCount(1000); }, 1, 10, 0);
-    row(
+    table.row(
         "index", [] { return !Digits().getAt(4).isAtLeast(5); }, 1, 4, 0);
 
-    row(
+    table.row(
         "subset is empty", [] { return !getFrom(6).isEmpty(); }, 1, 6, 0);
-    row(
+    table.row(
         "subset is empty, none accepted", [] { return getFrom(99).isEmpty(); }, 1, 10, 0);
-    row(
+    table.row(
         "subset has exactly", [] { return !getFrom(6).hasCount(1); }, 1, 7, 0);
-    row(
+    table.row(
         "subset first", [] { return getFrom(6).getFirst().isAtLeast(6); }, 1, 6, 0);
-    row(
+    table.row(
         "subset count", [] { return getFrom(6).getCount() == 4; }, 1, 10, 0);
 
-    row(
+    table.row(
         "associates count", [] { return getHalves().getCount() == 10; }, 1, 10, 0);
-    row(
+    table.row(
         "associates has exactly", [] { return !getHalves().hasCount(2); }, 1, 2, 0);
-    row(
+    table.row(
         "associates is empty", [] { return !getHalves().isEmpty(); }, 1, 0, 0);
-    row(
+    table.row(
         "associates first", [] { return getHalves().getFirst() == 0; }, 1, 0, 1);
-    row(
+    table.row(
         "associates index", [] { return getHalves().getAt(7) == 3; }, 1, 7, 1);
 
     // The first collection is empty, the second has one element, the third two.
-    row(
+    table.row(
         "flatten is empty", [] { return !getCopies().isEmpty(); }, 1, 1, 2);
-    row(
+    table.row(
         "flatten has exactly", [] { return !getCopies().hasCount(2); }, 1, 2, 3);
-    row(
+    table.row(
         "flatten inside a collection", [] { return getAfterSteps(getCopies().getLocator(), 2) == 2; }, 1, 2, 3);
-    row(
+    table.row(
         "flatten index", [] { return getCopies().getAt(3) == 3; }, 1, 3, 4);
 
-    row(
+    table.row(
         "reduce is empty", [] { return !reduce(getHalves()).isEmpty(); }, 1, 0, 0);
-    row(
+    table.row(
         "reduce first", [] { return reduce(getHalves()).getFirst() == 0; }, 1, 0, 1);
-    row(
+    table.row(
         "reduce third", [] { return getAfterSteps(reduce(getHalves()).getLocator(), 2) == 2; }, 1, 4, 6);
-    row(
+    table.row(
         "reduce has exactly", [] { return !reduce(getHalves()).hasCount(1); }, 1, 2, 3);
-    row(
+    table.row(
         "reduce last", [] { return reduce(getHalves()).getLast() == 4; }, 1, 10, 15);
-    row(
+    table.row(
         "random walk", [] { return getHalves().getRandomLocator().isValid(); }, 1, 10, 10);
 }
 
@@ -169,3 +171,6 @@ void LazinessTest::stepsOfSource() {
     QTEST(counts.steps, "steps");
     QTEST(counts.associates, "associates");
 }
+
+QTEST_GUILESS_MAIN(LazinessTest)
+#include "LazinessTest.moc"

@@ -40,7 +40,7 @@ void DialogRobot::work() {
 
 DialogRobot::Step DialogRobot::enterName(const QString& name) {
     return [name](QWidget* dialog) {
-        auto* nameEdit = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+        auto* nameEdit = dialog->findChild<QLineEdit*>("fileNameEdit");
         QApplication::setActiveWindow(dialog);
         QVERIFY2(nameEdit->hasFocus(), "the user wants to type at once");
         nameEdit->selectAll();

@@ -1,4 +1,4 @@
-#include "FileDialogTest.h"
+#include <support/TestTable.h>
 
 #include "DialogRobot.h"
 
@@ -24,7 +24,7 @@ const QString caption = QStringLiteral("Choose");
 
 DialogRobot::Step confirmProposal(const QString& expectedName) {
     return [expectedName](QWidget* dialog) {
-        auto* nameEdit = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+        auto* nameEdit = dialog->findChild<QLineEdit*>("fileNameEdit");
         QCOMPARE(nameEdit->text(), expectedName);
         QTest::keyClick(nameEdit, Qt::Key_Return);
     };
@@ -32,7 +32,7 @@ DialogRobot::Step confirmProposal(const QString& expectedName) {
 
 DialogRobot::Step selectRow(const QString& name) {
     return [name](QWidget* dialog) {
-        auto* list = dialog->findChild<QTreeView*>(QStringLiteral("treeView"));
+        auto* list = dialog->findChild<QTreeView*>("treeView");
         const auto findRow = [list, name] {
             return list->model()->match(list->model()->index(0, 0, list->rootIndex()), Qt::DisplayRole, name);
         };
@@ -44,38 +44,54 @@ DialogRobot::Step selectRow(const QString& name) {
 
 } // namespace
 
+class FileDialogTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void save_data();
+    void save();
+    void open_data();
+    void open();
+    void columnsShowWhole();
+    void directory_data();
+    void directory();
+    void functionsReplaceDialogs();
+
+private:
+    QTemporaryDir _folder;
+};
+
 void FileDialogTest::initTestCase() {
     QVERIFY(_folder.isValid());
-    QVERIFY(QDir(_folder.path()).mkpath(QStringLiteral("sub")));
+    QVERIFY(QDir(_folder.path()).mkpath("sub"));
     for (const char* name : {"old.vhd", "plain"})
         QVERIFY(QFile(_folder.filePath(QLatin1String(name))).open(QIODevice::WriteOnly));
 }
 
 void FileDialogTest::save_data() {
-    QTest::addColumn<QString>("proposed");
-    QTest::addColumn<Steps>("steps");
-    QTest::addColumn<QString>("chosen"); // below the folder; empty when cancelled
+    const TestTable<QString, Steps, QString> table("proposed", "steps",
+                                                   "chosen"); // chosen: below the folder; empty when cancelled
     const auto enter = DialogRobot::enterName;
     const auto press = DialogRobot::press;
     const auto cancel = DialogRobot::cancel;
-    QTest::newRow("proposal") << "fir.vhd" << Steps{confirmProposal("fir.vhd")} << "fir.vhd";
-    QTest::newRow("proposal in a missing folder")
-        << "gone/deep/fir.vhd" << Steps{confirmProposal("fir.vhd")} << "fir.vhd";
-    QTest::newRow("no name proposed") << ".vhd" << Steps{confirmProposal(QString()), cancel()} << QString();
-    QTest::newRow("extension left out") << "x.vhd" << Steps{enter("fir")} << "fir.vhd";
-    QTest::newRow("extension given") << "x.vhd" << Steps{enter("fir.vhd")} << "fir.vhd";
-    QTest::newRow("other extension") << "x.vhd" << Steps{enter("fir.txt")} << "fir.txt";
-    QTest::newRow("version number") << "x.vhd" << Steps{enter("fir_v1.2")} << "fir_v1.2.vhd";
-    QTest::newRow("final point") << "x.vhd" << Steps{enter("fir.")} << "fir.vhd";
-    QTest::newRow("in a folder") << "x.vhd" << Steps{enter("sub/fir")} << "sub/fir.vhd";
-    QTest::newRow("enters a folder") << "x.vhd" << Steps{enter("sub"), enter("fir")} << "sub/fir.vhd";
-    QTest::newRow("enters a selected folder")
-        << "x.vhd" << Steps{selectRow("sub"), press("Open"), confirmProposal("x.vhd")} << "sub/x.vhd";
-    QTest::newRow("missing folder") << "x.vhd" << Steps{enter("gone/fir"), press("OK"), enter("fir")} << "fir.vhd";
-    QTest::newRow("replaces") << "x.vhd" << Steps{enter("old.vhd"), press("Yes")} << "old.vhd";
-    QTest::newRow("replaces the completed name") << "x.vhd" << Steps{enter("old"), press("Yes")} << "old.vhd";
-    QTest::newRow("does not replace") << "x.vhd" << Steps{enter("old"), press("No"), enter("new")} << "new.vhd";
-    QTest::newRow("cancelled") << "x.vhd" << Steps{cancel()} << QString();
+    table.row("proposal", "fir.vhd", Steps{confirmProposal("fir.vhd")}, "fir.vhd");
+    table.row("proposal in a missing folder", "gone/deep/fir.vhd", Steps{confirmProposal("fir.vhd")}, "fir.vhd");
+    table.row("no name proposed", ".vhd", Steps{confirmProposal(QString()), cancel()}, {});
+    table.row("extension left out", "x.vhd", Steps{enter("fir")}, "fir.vhd");
+    table.row("extension given", "x.vhd", Steps{enter("fir.vhd")}, "fir.vhd");
+    table.row("other extension", "x.vhd", Steps{enter("fir.txt")}, "fir.txt");
+    table.row("version number", "x.vhd", Steps{enter("fir_v1.2")}, "fir_v1.2.vhd");
+    table.row("final point", "x.vhd", Steps{enter("fir.")}, "fir.vhd");
+    table.row("in a folder", "x.vhd", Steps{enter("sub/fir")}, "sub/fir.vhd");
+    table.row("enters a folder", "x.vhd", Steps{enter("sub"), enter("fir")}, "sub/fir.vhd");
+    table.row("enters a selected folder", "x.vhd", Steps{selectRow("sub"), press("Open"), confirmProposal("x.vhd")},
+              "sub/x.vhd");
+    table.row("missing folder", "x.vhd", Steps{enter("gone/fir"), press("OK"), enter("fir")}, "fir.vhd");
+    table.row("replaces", "x.vhd", Steps{enter("old.vhd"), press("Yes")}, "old.vhd");
+    table.row("replaces the completed name", "x.vhd", Steps{enter("old"), press("Yes")}, "old.vhd");
+    table.row("does not replace", "x.vhd", Steps{enter("old"), press("No"), enter("new")}, "new.vhd");
+    table.row("cancelled", "x.vhd", Steps{cancel()}, {});
 }
 
 void FileDialogTest::save() {
@@ -83,30 +99,28 @@ void FileDialogTest::save() {
     QFETCH(Steps, steps);
     QFETCH(QString, chosen);
     const DialogRobot robot(steps);
-    const QString path =
-        FileDialog::getSaveFileName(nullptr, caption, _folder.filePath(proposed), QStringLiteral("VHDL (*.vhd)"));
+    const QString path = FileDialog::getSaveFileName(nullptr, caption, _folder.filePath(proposed), "VHDL (*.vhd)");
     QCOMPARE(path, chosen.isEmpty() ? QString() : _folder.filePath(chosen));
     QVERIFY(robot.isDone());
 }
 
 void FileDialogTest::open_data() {
-    QTest::addColumn<QString>("proposed");
-    QTest::addColumn<Steps>("steps");
-    QTest::addColumn<QString>("chosen"); // below the folder; empty when cancelled
+    const TestTable<QString, Steps, QString> table("proposed", "steps",
+                                                   "chosen"); // chosen: below the folder; empty when cancelled
     const auto enter = DialogRobot::enterName;
     const auto press = DialogRobot::press;
     const auto cancel = DialogRobot::cancel;
-    QTest::newRow("proposal that exists") << "old.vhd" << Steps{confirmProposal("old.vhd")} << "old.vhd";
-    QTest::newRow("proposal that does not") << "new.vhd" << Steps{confirmProposal(QString()), cancel()} << QString();
-    QTest::newRow("proposal in a missing folder") << "gone/deep/x.vhd" << Steps{enter("old.vhd")} << "old.vhd";
-    QTest::newRow("extension left out") << "x.vhd" << Steps{enter("old")} << "old.vhd";
-    QTest::newRow("file without extension") << "x.vhd" << Steps{enter("plain")} << "plain";
-    QTest::newRow("enters a folder") << "x.vhd" << Steps{enter("sub"), enter("../old.vhd")} << "old.vhd";
-    QTest::newRow("enters a selected folder")
-        << "old.vhd" << Steps{selectRow("sub"), press("Open"), enter("../plain")} << "plain";
-    QTest::newRow("selected file") << "x.vhd" << Steps{selectRow("old.vhd"), press("Open")} << "old.vhd";
-    QTest::newRow("no such file") << "x.vhd" << Steps{enter("gone"), press("OK"), enter("old")} << "old.vhd";
-    QTest::newRow("cancelled") << "old.vhd" << Steps{cancel()} << QString();
+    table.row("proposal that exists", "old.vhd", Steps{confirmProposal("old.vhd")}, "old.vhd");
+    table.row("proposal that does not", "new.vhd", Steps{confirmProposal(QString()), cancel()}, {});
+    table.row("proposal in a missing folder", "gone/deep/x.vhd", Steps{enter("old.vhd")}, "old.vhd");
+    table.row("extension left out", "x.vhd", Steps{enter("old")}, "old.vhd");
+    table.row("file without extension", "x.vhd", Steps{enter("plain")}, "plain");
+    table.row("enters a folder", "x.vhd", Steps{enter("sub"), enter("../old.vhd")}, "old.vhd");
+    table.row("enters a selected folder", "old.vhd", Steps{selectRow("sub"), press("Open"), enter("../plain")},
+              "plain");
+    table.row("selected file", "x.vhd", Steps{selectRow("old.vhd"), press("Open")}, "old.vhd");
+    table.row("no such file", "x.vhd", Steps{enter("gone"), press("OK"), enter("old")}, "old.vhd");
+    table.row("cancelled", "old.vhd", Steps{cancel()}, {});
 }
 
 void FileDialogTest::open() {
@@ -114,8 +128,8 @@ void FileDialogTest::open() {
     QFETCH(Steps, steps);
     QFETCH(QString, chosen);
     const DialogRobot robot(steps);
-    const QString path = FileDialog::getOpenFileName(nullptr, caption, _folder.filePath(proposed),
-                                                     QStringLiteral("VHDL (*.vhd);;All files (*)"));
+    const QString path =
+        FileDialog::getOpenFileName(nullptr, caption, _folder.filePath(proposed), "VHDL (*.vhd);;All files (*)");
     QCOMPARE(path, chosen.isEmpty() ? QString() : _folder.filePath(chosen));
     QVERIFY(robot.isDone());
 }
@@ -128,7 +142,7 @@ void FileDialogTest::columnsShowWhole() {
     file.write(QByteArray(480, 'x'));
     file.close();
     const DialogRobot robot({[](QWidget* dialog) {
-        const auto* list = dialog->findChild<QTreeView*>(QStringLiteral("treeView"));
+        const auto* list = dialog->findChild<QTreeView*>("treeView");
         QTRY_COMPARE(list->model()->rowCount(list->rootIndex()), 1);
         for (int column = 1; column < list->model()->columnCount(); ++column) {
             const QSize wanted = list->itemDelegate()->sizeHint(QStyleOptionViewItem(),
@@ -137,27 +151,25 @@ void FileDialogTest::columnsShowWhole() {
         }
         DialogRobot::cancel()(dialog);
     }});
-    FileDialog::getOpenFileName(nullptr, caption, folder.filePath("x"), QStringLiteral("All files (*)"));
+    FileDialog::getOpenFileName(nullptr, caption, folder.filePath("x"), "All files (*)");
     QVERIFY(robot.isDone());
 }
 
 void FileDialogTest::directory_data() {
-    QTest::addColumn<QString>("proposed");
-    QTest::addColumn<Steps>("steps");
-    QTest::addColumn<QString>("chosen");
+    const TestTable<QString, Steps, QString> table("proposed", "steps", "chosen");
     const auto enter = DialogRobot::enterName;
     const auto press = DialogRobot::press;
     const auto cancel = DialogRobot::cancel;
-    QTest::newRow("proposal that does not exist") << "bridge" << Steps{confirmProposal("bridge")} << "bridge";
-    QTest::newRow("proposal by the button") << "bridge" << Steps{press("Choose")} << "bridge";
-    QTest::newRow("proposal with missing parents") << "a/b/c" << Steps{confirmProposal("a/b/c")} << "a/b/c";
-    QTest::newRow("proposal that exists") << "sub" << Steps{confirmProposal("sub")} << "sub";
-    QTest::newRow("new name") << "bridge" << Steps{enter("other")} << "other";
-    QTest::newRow("existing name") << "bridge" << Steps{enter("sub")} << "sub";
-    QTest::newRow("nothing typed") << "bridge" << Steps{enter(QString())} << QString("");
-    QTest::newRow("file") << "bridge" << Steps{enter("plain"), press("OK"), enter("other")} << "other";
-    QTest::newRow("below a file") << "bridge" << Steps{enter("plain/x"), press("OK"), cancel()} << QString();
-    QTest::newRow("cancelled") << "bridge" << Steps{cancel()} << QString();
+    table.row("proposal that does not exist", "bridge", Steps{confirmProposal("bridge")}, "bridge");
+    table.row("proposal by the button", "bridge", Steps{press("Choose")}, "bridge");
+    table.row("proposal with missing parents", "a/b/c", Steps{confirmProposal("a/b/c")}, "a/b/c");
+    table.row("proposal that exists", "sub", Steps{confirmProposal("sub")}, "sub");
+    table.row("new name", "bridge", Steps{enter("other")}, "other");
+    table.row("existing name", "bridge", Steps{enter("sub")}, "sub");
+    table.row("nothing typed", "bridge", Steps{enter(QString())}, "");
+    table.row("file", "bridge", Steps{enter("plain"), press("OK"), enter("other")}, "other");
+    table.row("below a file", "bridge", Steps{enter("plain/x"), press("OK"), cancel()}, {});
+    table.row("cancelled", "bridge", Steps{cancel()}, {});
 }
 
 void FileDialogTest::directory() {
@@ -168,8 +180,7 @@ void FileDialogTest::directory() {
     const QString path = FileDialog::getDirectory(nullptr, caption, _folder.filePath(proposed));
     QCOMPARE(path, chosen.isNull() ? QString() : QDir::cleanPath(_folder.filePath(chosen)));
     QVERIFY(robot.isDone());
-    QVERIFY2(path.isEmpty() || path.endsWith(QLatin1String("sub")) || !QFile::exists(_folder.filePath("bridge")),
-             "creates nothing");
+    QVERIFY2(path.isEmpty() || path.endsWith("sub") || !QFile::exists(_folder.filePath("bridge")), "creates nothing");
 }
 
 void FileDialogTest::functionsReplaceDialogs() {
@@ -188,11 +199,11 @@ void FileDialogTest::functionsReplaceDialogs() {
         asked = QStringList{title, path};
         return QStringLiteral("/answer");
     });
-    QCOMPARE(FileDialog::getSaveFileName(nullptr, "a", "b", "c"), QStringLiteral("/answer.vhd"));
+    QCOMPARE(FileDialog::getSaveFileName(nullptr, "a", "b", "c"), "/answer.vhd");
     QCOMPARE(asked, QStringList({"a", "b", "c"}));
-    QCOMPARE(FileDialog::getOpenFileName(nullptr, "f", "g", "h"), QStringLiteral("/read.vhd"));
+    QCOMPARE(FileDialog::getOpenFileName(nullptr, "f", "g", "h"), "/read.vhd");
     QCOMPARE(asked, QStringList({"f", "g", "h"}));
-    QCOMPARE(FileDialog::getDirectory(nullptr, "d", "e"), QStringLiteral("/answer"));
+    QCOMPARE(FileDialog::getDirectory(nullptr, "d", "e"), "/answer");
     QCOMPARE(asked, QStringList({"d", "e"}));
 
     FileDialog::setSaveFileNameFunction(nullptr);
@@ -204,3 +215,6 @@ void FileDialogTest::functionsReplaceDialogs() {
     QCOMPARE(FileDialog::getDirectory(nullptr, "d", "e"), QString());
     QVERIFY(robot.isDone());
 }
+
+QTEST_MAIN(FileDialogTest)
+#include "FileDialogTest.moc"

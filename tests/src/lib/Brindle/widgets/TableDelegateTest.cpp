@@ -1,4 +1,4 @@
-#include "TableDelegateTest.h"
+#include <support/TestTable.h>
 
 #include <Brindle/TableDelegate.h>
 #include <Brindle/Theme.h>
@@ -7,7 +7,10 @@
 #include <QComboBox>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QStandardItemModel>
+#include <QTableView>
 #include <QTest>
+#include <memory>
 
 namespace {
 
@@ -20,19 +23,36 @@ public:
         if (index.column() != 1)
             return new QLineEdit(parent);
         auto* comboBox = new QComboBox(parent);
-        comboBox->addItems({QStringLiteral("01P"), QStringLiteral("01N")});
+        comboBox->addItems({"01P", "01N"});
         return comboBox;
     }
 };
 
 } // namespace
 
+class TableDelegateTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void keysMoveAsInASpreadsheet_data();
+    void keysMoveAsInASpreadsheet();
+    void choiceIsKeptAtOnce();
+
+private:
+    QWidget* openEditor(int row, int column);
+
+    std::unique_ptr<QTableView> _view;
+    QStandardItemModel* _model = nullptr;
+};
+
 void TableDelegateTest::init() {
     _view = std::make_unique<QTableView>();
     _model = new QStandardItemModel(3, 3, _view.get());
     for (int row = 0; row < 3; ++row) {
         for (int column = 0; column < 3; ++column)
-            _model->setItem(row, column, new QStandardItem(QStringLiteral("old")));
+            _model->setItem(row, column, new QStandardItem("old"));
     }
     _view->setModel(_model);
     _view->setItemDelegate(new Delegate(_view.get()));
@@ -54,17 +74,14 @@ QWidget* TableDelegateTest::openEditor(int row, int column) {
 }
 
 void TableDelegateTest::keysMoveAsInASpreadsheet_data() {
-    QTest::addColumn<int>("row");
-    QTest::addColumn<int>("key");
-    QTest::addColumn<int>("modifiers");
-    QTest::addColumn<QString>("kept");
-    QTest::addColumn<QPoint>("next"); // column and row
-    QTest::newRow("Return") << 1 << int(Qt::Key_Return) << 0 << "new" << QPoint(0, 2);
-    QTest::newRow("Enter") << 1 << int(Qt::Key_Enter) << 0 << "new" << QPoint(0, 2);
-    QTest::newRow("Shift+Return") << 1 << int(Qt::Key_Return) << int(Qt::ShiftModifier) << "new" << QPoint(0, 0);
-    QTest::newRow("Return in the last row") << 2 << int(Qt::Key_Return) << 0 << "new" << QPoint(0, 2);
-    QTest::newRow("Tab") << 1 << int(Qt::Key_Tab) << 0 << "new" << QPoint(1, 1);
-    QTest::newRow("Escape") << 1 << int(Qt::Key_Escape) << 0 << "old" << QPoint(0, 1);
+    const TestTable<int, int, int, QString, QPoint> table("row", "key", "modifiers", "kept",
+                                                          "next"); // next: column and row
+    table.row("Return", 1, int(Qt::Key_Return), 0, "new", QPoint(0, 2));
+    table.row("Enter", 1, int(Qt::Key_Enter), 0, "new", QPoint(0, 2));
+    table.row("Shift+Return", 1, int(Qt::Key_Return), int(Qt::ShiftModifier), "new", QPoint(0, 0));
+    table.row("Return in the last row", 2, int(Qt::Key_Return), 0, "new", QPoint(0, 2));
+    table.row("Tab", 1, int(Qt::Key_Tab), 0, "new", QPoint(1, 1));
+    table.row("Escape", 1, int(Qt::Key_Escape), 0, "old", QPoint(0, 1));
 }
 
 void TableDelegateTest::keysMoveAsInASpreadsheet() {
@@ -77,7 +94,7 @@ void TableDelegateTest::keysMoveAsInASpreadsheet() {
     QVERIFY(editor);
     QCOMPARE(editor->geometry(), _view->visualRect(_model->index(row, 0)));
     editor->selectAll();
-    QTest::keyClicks(editor, QStringLiteral("new"));
+    QTest::keyClicks(editor, "new");
     QTest::keyClick(editor, static_cast<Qt::Key>(key), static_cast<Qt::KeyboardModifiers>(modifiers));
     QCOMPARE(_model->item(row, 0)->text(), kept);
     QCOMPARE(_view->currentIndex(), _model->index(next.y(), next.x()));
@@ -89,6 +106,9 @@ void TableDelegateTest::choiceIsKeptAtOnce() {
     comboBox->showPopup();
     QTest::keyClick(comboBox->view(), Qt::Key_Down);
     QTest::keyClick(comboBox->view(), Qt::Key_Return);
-    QCOMPARE(comboBox->currentText(), QStringLiteral("01N"));
-    QCOMPARE(_model->item(0, 1)->text(), QStringLiteral("01N"));
+    QCOMPARE(comboBox->currentText(), "01N");
+    QCOMPARE(_model->item(0, 1)->text(), "01N");
 }
+
+QTEST_MAIN(TableDelegateTest)
+#include "TableDelegateTest.moc"

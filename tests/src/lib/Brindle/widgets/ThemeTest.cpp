@@ -1,6 +1,6 @@
-#include "ThemeTest.h"
-
 #include <support/Contrast.h>
+#include <support/Input.h>
+#include <support/TestTable.h>
 
 #include <Brindle/Exception.h>
 #include <Brindle/QtLabel.h>
@@ -20,7 +20,6 @@
 #include <QTest>
 #include <QTreeView>
 #include <QVBoxLayout>
-#include <QWheelEvent>
 
 #include <functional>
 
@@ -29,9 +28,9 @@ using Brindle::Theme;
 namespace {
 
 void addThemes() {
-    QTest::addColumn<int>("code");
+    const TestTable<int> table("code");
     for (const Theme& theme : Theme::getThemes())
-        QTest::newRow(theme.getName().toLatin1().constData()) << int(theme.getCode());
+        table.row(theme.getName().toLatin1().constData(), int(theme.getCode()));
 }
 
 Theme fetchTheme() {
@@ -53,28 +52,42 @@ QColor inkOf(const QImage& image) {
 QStringList warnings;
 
 void collectWarning(QtMsgType, const QMessageLogContext&, const QString& message) {
-    if (!message.startsWith(QLatin1String("This plugin does not support"))) // what the offscreen platform lacks
+    if (!message.startsWith("This plugin does not support")) // what the offscreen platform lacks
         warnings << message;
-}
-
-void turnWheel(QWidget* widget) {
-    const QPointF position = widget->rect().center();
-    QWheelEvent event(position, widget->mapToGlobal(position.toPoint()), QPoint(), QPoint(0, -120), Qt::NoButton,
-                      Qt::NoModifier, Qt::NoScrollPhase, false);
-    QSpontaneKeyEvent::setSpontaneous(&event); // only what the window system sends goes on to the parents
-    qApp->notify(widget, &event);
 }
 
 } // namespace
 
+class ThemeTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void findsThemeByName_data();
+    void findsThemeByName();
+    void refusesUnknownNames();
+    void textIsLegibleOnEveryGround_data();
+    void textIsLegibleOnEveryGround();
+    void paletteTextIsLegible_data();
+    void paletteTextIsLegible();
+    void iconsStandOut_data();
+    void iconsStandOut();
+    void imagesHaveBothDensities_data();
+    void imagesHaveBothDensities();
+    void styleSheetIsSound_data();
+    void styleSheetIsSound();
+    void wheelChangesNoInput_data();
+    void wheelChangesNoInput();
+    void popupShowsSeparatorsAsHairlines();
+    void capCarriesItsChild();
+};
+
 void ThemeTest::findsThemeByName_data() {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<int>("code");
-    QTest::newRow("as stored") << "dark" << int(Theme::Dark);
-    QTest::newRow("as shown") << "Dark" << int(Theme::Dark);
-    QTest::newRow("light") << "light" << int(Theme::Light);
-    QTest::newRow("unknown") << "sepia" << int(Theme::Light);
-    QTest::newRow("nothing stored") << QString() << int(Theme::Light);
+    const TestTable<QString, int> table("name", "code");
+    table.row("as stored", "dark", int(Theme::Dark));
+    table.row("as shown", "Dark", int(Theme::Dark));
+    table.row("light", "light", int(Theme::Light));
+    table.row("unknown", "sepia", int(Theme::Light));
+    table.row("nothing stored", {}, int(Theme::Light));
 }
 
 void ThemeTest::findsThemeByName() {
@@ -103,9 +116,7 @@ void ThemeTest::refusesUnknownNames() {
 }
 
 void ThemeTest::textIsLegibleOnEveryGround_data() {
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("ground");
+    TestTable<int, QString, QString>("code", "text", "ground");
     for (const Theme& theme : Theme::getThemes()) {
         const auto add = [&](const char* text, const char* ground) {
             QTest::addRow("%s: %s on %s", qPrintable(theme.getName()), text, ground)
@@ -153,9 +164,7 @@ void ThemeTest::paletteTextIsLegible() {
 }
 
 void ThemeTest::iconsStandOut_data() {
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<int>("size");
+    TestTable<int, QString, int>("code", "name", "size");
     for (const Theme& theme : Theme::getThemes()) {
         for (const char* name : {"ip", "about", "settings", "copy", "select-all", "clear", "erase"}) {
             for (const int size : {16, 32})
@@ -186,8 +195,8 @@ void ThemeTest::iconsStandOut() {
 }
 
 void ThemeTest::imagesHaveBothDensities_data() {
-    QTest::addColumn<QString>("path");
-    QTest::newRow("program icon") << ":/Brindle/rocket.png";
+    const TestTable<QString> table("path");
+    table.row("program icon", ":/Brindle/rocket.png");
     for (const Theme& theme : Theme::getThemes()) {
         for (const char* name : {"velmora", "logo-mid"})
             QTest::addRow("%s: %s", qPrintable(theme.getName()), name) << theme.getImagePath(name);
@@ -197,7 +206,7 @@ void ThemeTest::imagesHaveBothDensities_data() {
 void ThemeTest::imagesHaveBothDensities() {
     QFETCH(QString, path);
     const QImage single(path);
-    const QImage twice(QString(path).replace(QLatin1String(".png"), QLatin1String("@2x.png")));
+    const QImage twice(QString(path).replace(".png", "@2x.png"));
     QVERIFY(!single.isNull());
     QCOMPARE(twice.size(), single.size() * 2);
     QVERIFY(inkOf(single).isValid());
@@ -210,8 +219,8 @@ void ThemeTest::styleSheetIsSound_data() {
 void ThemeTest::styleSheetIsSound() {
     const Theme theme = fetchTheme();
     const QString sheet = theme.getStyleSheet();
-    QVERIFY2(!sheet.section(QLatin1String("*/"), 1).contains(QLatin1Char('@')), "a name was not replaced");
-    QRegularExpressionMatchIterator urls = QRegularExpression(QStringLiteral("url\\(([^)]*)\\)")).globalMatch(sheet);
+    QVERIFY2(!sheet.section("*/", 1).contains(QLatin1Char('@')), "a name was not replaced");
+    QRegularExpressionMatchIterator urls = QRegularExpression("url\\(([^)]*)\\)").globalMatch(sheet);
     QVERIFY(urls.hasNext());
     while (urls.hasNext()) {
         const QString path = urls.next().captured(1);
@@ -234,9 +243,9 @@ void ThemeTest::styleSheetIsSound() {
 }
 
 void ThemeTest::wheelChangesNoInput_data() {
-    QTest::addColumn<bool>("isComboBox");
-    QTest::newRow("spin box") << false;
-    QTest::newRow("combo box") << true;
+    const TestTable<bool> table("isComboBox");
+    table.row("spin box", false);
+    table.row("combo box", true);
 }
 
 void ThemeTest::wheelChangesNoInput() {
@@ -246,7 +255,7 @@ void ThemeTest::wheelChangesNoInput() {
     auto* spinBox = new QSpinBox(form);
     spinBox->setValue(50);
     auto* comboBox = new QComboBox(form);
-    comboBox->addItems({QStringLiteral("a"), QStringLiteral("b")});
+    comboBox->addItems({"a", "b"});
     QScrollArea area;
     area.setWidget(form);
     QWidget* input = isComboBox ? static_cast<QWidget*>(comboBox) : spinBox;
@@ -276,7 +285,7 @@ void ThemeTest::wheelChangesNoInput() {
 void ThemeTest::popupShowsSeparatorsAsHairlines() {
     Brindle::theme.apply(*qApp);
     QComboBox comboBox;
-    comboBox.addItems({QStringLiteral("All"), QStringLiteral("FamilyA")});
+    comboBox.addItems({"All", "FamilyA"});
     comboBox.insertSeparator(1);
     Brindle::theme.enrich(&comboBox);
     Brindle::theme.enrich(&comboBox);
@@ -294,7 +303,7 @@ void ThemeTest::popupShowsSeparatorsAsHairlines() {
 
 void ThemeTest::capCarriesItsChild() {
     QWidget page;
-    auto* label = new QLabel(QStringLiteral("text"), &page);
+    auto* label = new QLabel("text", &page);
     QWidget* cap = Brindle::theme.getCapWidget(label);
     QCOMPARE(cap->property("child").value<QWidget*>(), static_cast<QWidget*>(label));
     QCOMPARE(label->parentWidget(), cap);
@@ -304,3 +313,6 @@ void ThemeTest::capCarriesItsChild() {
     QCoreApplication::processEvents();
     QVERIFY(cap->rect().adjusted(1, 1, -1, -1).contains(label->geometry()));
 }
+
+QTEST_MAIN(ThemeTest)
+#include "ThemeTest.moc"
