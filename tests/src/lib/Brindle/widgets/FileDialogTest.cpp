@@ -26,6 +26,7 @@ DialogRobot::Step confirmProposal(const QString& expectedName) {
     return [expectedName](QWidget* dialog) {
         auto* nameEdit = dialog->findChild<QLineEdit*>("fileNameEdit");
         QCOMPARE(nameEdit->text(), expectedName);
+        nameEdit->setFocus();
         QTest::keyClick(nameEdit, Qt::Key_Return);
     };
 }
@@ -64,9 +65,12 @@ private:
 
 void FileDialogTest::initTestCase() {
     QVERIFY(_folder.isValid());
-    QVERIFY(QDir(_folder.path()).mkpath("sub"));
-    for (const char* name : {"old.vhd", "plain"})
+    const QString working = _folder.filePath("working"); // has the same names in it, and is never meant
+    for (const QString& folder : {_folder.path(), working})
+        QVERIFY(QDir().mkpath(folder + "/sub"));
+    for (const char* name : {"old.vhd", "plain", "sub/plain", "working/old.vhd", "working/sub/plain"})
         QVERIFY(QFile(_folder.filePath(QLatin1String(name))).open(QIODevice::WriteOnly));
+    QVERIFY(QDir::setCurrent(working));
 }
 
 void FileDialogTest::save_data() {
@@ -87,6 +91,7 @@ void FileDialogTest::save_data() {
     table.row("enters a folder", "x.vhd", Steps{enter("sub"), enter("fir")}, "sub/fir.vhd");
     table.row("enters a selected folder", "x.vhd", Steps{selectRow("sub"), press("Open"), confirmProposal("x.vhd")},
               "sub/x.vhd");
+    table.row("name beside a selected folder", "x.vhd", Steps{selectRow("sub"), confirmProposal("x.vhd")}, "x.vhd");
     table.row("missing folder", "x.vhd", Steps{enter("gone/fir"), press("OK"), enter("fir")}, "fir.vhd");
     table.row("replaces", "x.vhd", Steps{enter("old.vhd"), press("Yes")}, "old.vhd");
     table.row("replaces the completed name", "x.vhd", Steps{enter("old"), press("Yes")}, "old.vhd");
@@ -115,6 +120,7 @@ void FileDialogTest::open_data() {
     table.row("proposal in a missing folder", "gone/deep/x.vhd", Steps{enter("old.vhd")}, "old.vhd");
     table.row("extension left out", "x.vhd", Steps{enter("old")}, "old.vhd");
     table.row("file without extension", "x.vhd", Steps{enter("plain")}, "plain");
+    table.row("in a folder", "x.vhd", Steps{enter("sub/plain")}, "sub/plain");
     table.row("enters a folder", "x.vhd", Steps{enter("sub"), enter("../old.vhd")}, "old.vhd");
     table.row("enters a selected folder", "old.vhd", Steps{selectRow("sub"), press("Open"), enter("../plain")},
               "plain");
