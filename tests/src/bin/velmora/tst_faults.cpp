@@ -119,6 +119,8 @@ private Q_SLOTS:
     void diskFillsUp_data();
     void diskFillsUp();
     void installationIsRemoved();
+    void scriptFileIsReplaced_data();
+    void scriptFileIsReplaced();
     void settingsCannotBeStored_data();
     void settingsCannotBeStored();
     void killedInMidGeneration_data();
@@ -234,6 +236,32 @@ void FaultsTest::installationIsRemoved() {
     }
     window.close();
     QCOMPARE(QSettings().status(), QSettings::NoError);
+}
+
+void FaultsTest::scriptFileIsReplaced_data() {
+    const TestTable<QString, QString> table("replacement", "error");
+    table.row("by a folder", "folder", "Unable to open script file (scriptFilename: ");
+    table.row("by nothing in it", "empty", "Script refused: not a sealed script");
+    table.row("by half of it", "cut", "Script refused: truncated or malformed");
+}
+
+void FaultsTest::scriptFileIsReplaced() {
+    QFETCH(QString, replacement);
+    QFETCH(QString, error);
+    const auto page = openPage(bridgeName, returning("{'x.vhd': ''}"));
+    const QString script = QString::fromStdString(page->getScriptFilename());
+    const QByteArray sealed = readFile(script);
+    QVERIFY(QFile::remove(script));
+    if (replacement == "folder")
+        QVERIFY(QDir().mkpath(script));
+    else
+        _prefix->write(QDir(_prefix->path()).relativeFilePath(script), replacement == "cut" ? sealed.chopped(60) : "");
+    ConsoleRecorder recorder;
+    press(*page);
+    QCOMPARE(recorder.errors().size(), 1);
+    QVERIFY2(recorder.errors().first().startsWith("E:   " + error), qPrintable(recorder.errors().first()));
+    QCOMPARE(recorder.lines().last(), QStringLiteral("  Generating Failed"));
+    QVERIFY(QDir(out()).isEmpty());
 }
 
 void FaultsTest::settingsCannotBeStored_data() {

@@ -131,6 +131,7 @@ private Q_SLOTS:
     void settingsStayAsTheyWere();
     void dropReachesEveryPlace();
     void droppedFilesInTurn();
+    void uidTellsNamesakesApart();
     void otherDragsAreLeftAlone();
     void templatesOfTheCommandLine();
 };
@@ -426,6 +427,18 @@ void WindowTest::droppedFilesInTurn() {
                                             "Configuration loaded from " + _prefix->path("b.velmora")}));
     QCOMPARE(contentOf(*findLeaf("Mac fir")), example("fir_mac"));
     QCOMPARE(shownIP(), findLeaf("APB slave to serial master"));
+}
+
+void WindowTest::uidTellsNamesakesApart() {
+    const QByteArray description = "category C\ncompany Orvane\nvariants V\nname APB slave to serial master\nuid ";
+    for (const char* uid : {"A", "B"})
+        _prefix->addIP(QString("Orvane/") + uid, description + uid + "\n");
+    _window = std::make_unique<MainWindow>();
+    for (const char* uid : {"A", "B"}) {
+        drop("x.velmora", example("spi_bridge").replace("uid = APBSERIALMASTER", QByteArray("uid = ") + uid));
+        QVERIFY(shownIP());
+        QCOMPARE(shownIP()->getUID(), std::string(uid));
+    }
 }
 
 void WindowTest::otherDragsAreLeftAlone() {
