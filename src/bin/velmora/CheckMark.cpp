@@ -7,13 +7,18 @@
 #include <QAbstractItemView>
 #include <QMetaMethod>
 #include <QMetaProperty>
+#include <QScrollArea>
 #include <QStyle>
+#include <QTimer>
 
+#include <ranges>
 #include <utility>
 
 namespace Velmora {
 
 namespace {
+
+constexpr int layoutTime = 50; // ms, in which a form is laid out around a section that has opened
 
 /// An empty problem takes the mark off.
 void mark(QWidget* widget, const QString& problem) {
@@ -27,15 +32,34 @@ void mark(const CheckedCell& cell, const QString& problem) {
     cell.item->setData(problem.isEmpty() ? QVariant() : problem, LineTableModel::ProblemRole);
 }
 
-void reveal(const QWidget* widget) {
+/// Scrolls the form to the part of the widget.
+void scrollTo(const QWidget* widget, const QRect& part) {
+    constexpr int margin = 8; // pixels
     for (QWidget* ancestor = widget->parentWidget(); ancestor; ancestor = ancestor->parentWidget()) {
-        if (auto* section = qobject_cast<FoldWidget*>(ancestor))
-            section->open();
+        if (auto* area = qobject_cast<QScrollArea*>(ancestor)) {
+            const QPoint center = widget->mapTo(area->widget(), part.center());
+            area->ensureVisible(center.x(), center.y(), 0, part.height() / 2 + margin);
+            return;
+        }
     }
 }
 
-void reveal(const CheckedCell& cell) {
-    reveal(cell.table);
+void scrollTo(const QWidget* widget) {
+    scrollTo(widget, widget->rect());
+}
+
+void scrollTo(const CheckedCell& cell) {
+    const QModelIndex index = cell.table->toShown(cell.item->index());
+    cell.table->scrollTo(index);
+    scrollTo(cell.table->viewport(), cell.table->visualRect(index));
+}
+
+const QWidget* widgetOf(const QWidget* widget) {
+    return widget;
+}
+
+const QWidget* widgetOf(const CheckedCell& cell) {
+    return cell.table;
 }
 
 } // namespace
@@ -47,11 +71,26 @@ void CheckMark::set(const CheckedParts& parts, const QString& problem) {
         std::visit(
             [&](const auto& marked) {
                 mark(marked, problem);
-                reveal(marked);
                 watch(marked);
             },
             part);
     }
+    for (const CheckedPart& part : _parts | std::views::reverse) // the first has the last word
+        std::visit([this](const auto& marked) { reveal(marked); }, part);
+}
+
+template <class Marked>
+void CheckMark::reveal(const Marked& marked) {
+    for (QWidget* ancestor = widgetOf(marked)->parentWidget(); ancestor; ancestor = ancestor->parentWidget()) {
+        if (auto* section = qobject_cast<FoldWidget*>(ancestor)) {
+            const auto scroll = [this, marked] {
+                QTimer::singleShot(layoutTime, this, [marked] { scrollTo(marked); });
+            };
+            _watches.push_back(connect(section, &FoldWidget::opened, this, scroll));
+            section->open();
+        }
+    }
+    scrollTo(marked);
 }
 
 void CheckMark::clear() {

@@ -39,7 +39,11 @@ FoldWidget::FoldWidget(const QString& title, QWidget* parent) : QWidget(parent),
     layout->addWidget(_body, 1, 0, 1, -1);
 
     connect(_toggle, &QToolButton::clicked, this, &FoldWidget::onTogglePressed);
-    connect(&_animation, &QPropertyAnimation::finished, this, [this] { _body->setVisible(_toggle->isChecked()); });
+    connect(&_animation, &QPropertyAnimation::finished, this, [this] {
+        _body->setVisible(_toggle->isChecked());
+        if (_toggle->isChecked())
+            Q_EMIT opened();
+    });
     setLayout(layout);
 }
 
@@ -60,9 +64,13 @@ void FoldWidget::setColumnStretch(int column, int stretch) {
     _contentLayout->setColumnStretch(column, stretch);
 }
 
+void FoldWidget::setColumnMinimumWidth(int column, int width) {
+    _contentLayout->setColumnMinimumWidth(column, width);
+}
+
 void FoldWidget::finalize() {
     _body->setLayout(_contentLayout);
-    const QString animations = QSettings().value(SettingsKeys::animations, "Always").toString();
+    const QString animations = QSettings().value(SettingsKeys::animations, SettingsKeys::defaultAnimations).toString();
     _animation.setDuration(animations == QLatin1String("Never") ? 0 : animationTime);
     _animation.setStartValue(0);
     if (!StyleSheetPause::isActive())

@@ -21,11 +21,16 @@ public:
     void addWidget(QWidget* widget, int row, int column, Qt::Alignment alignment = {});
     void addWidget(QWidget* widget, int row, int column, int rowSpan, int columnSpan, Qt::Alignment alignment = {});
     void setColumnStretch(int column, int stretch);
+    void setColumnMinimumWidth(int column, int width);
 
     /// Installs the fields and takes the animation setting and the section's height as they are now.
     void finalize();
     /// Shows the fields.
     void open();
+
+Q_SIGNALS:
+    /// The fields have their place.
+    void opened();
 
 public Q_SLOTS:
     void onTogglePressed(bool checked);

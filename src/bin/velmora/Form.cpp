@@ -52,17 +52,16 @@ std::optional<double> toDecimal(const QVariant& value) {
     return isNumber ? std::optional<double>(number) : std::nullopt;
 }
 
-QString getToolTip(const QString& button) {
-    return button == QLatin1String("Reset") ? QObject::tr("Puts every field back to its reset value")
-                                            : QObject::tr("Checks the form and writes the HDL");
-}
-
 /// Alt and the first letter, which the text of the button does not underline.
 QKeySequence getShortcut(const QString& button) {
     return QKeySequence("Alt+" + button.left(1));
 }
 
 } // namespace
+
+QString rangeHelp(const NumberRange& range) {
+    return QObject::tr("Range %1 to %2.").arg(range.minimum).arg(range.maximum);
+}
 
 Form::Form(QWidget* widget, const QString& className, AbsentValue absentValue)
     : _group(className),
@@ -88,7 +87,7 @@ void Form::addSection(const QString& title, const QString& subgroup, const std::
     _subgroup = subgroup.isEmpty() ? QString() : subgroup + "/";
     addRows();
     _section->finalize();
-    _section = nullptr;
+    _sections.push_back(std::exchange(_section, nullptr));
     _subgroup.clear();
     _rowCount = formRowCount + 1;
 }
@@ -190,6 +189,7 @@ void Form::addStretch() {
 void Form::addRow(const QString& label, const QString& key, QWidget* editor, const QString& help) {
     auto* title = new QLabel(label);
     title->setBuddy(editor);
+    _labelWidth = std::max(_labelWidth, title->sizeHint().width());
     editor->setObjectName(_subgroup + key);
     editor->setAccessibleName(label);
     Brindle::theme.enrich(editor);
@@ -207,13 +207,22 @@ void Form::place(QWidget* widget, int row, int column, int rowSpan, int columnSp
         _grid->addWidget(widget, row, column, rowSpan, columnSpan);
 }
 
-QPushButton* Form::addButton(const QString& text) {
+void Form::alignSections() {
+    if (_sections.empty())
+        return;
+    _grid->setColumnMinimumWidth(0, _labelWidth);
+    for (FoldWidget* section : _sections)
+        section->setColumnMinimumWidth(0, _labelWidth);
+}
+
+QPushButton* Form::addButton(const QString& text, const QString& tip) {
     auto* button = new QPushButton(text);
     button->setObjectName(text);
     button->setShortcut(getShortcut(text));
-    button->setToolTip(
-        QStringLiteral("%1 (%2)").arg(getToolTip(text), button->shortcut().toString(QKeySequence::NativeText)));
+    button->setToolTip(QStringLiteral("%1 (%2)").arg(tip, button->shortcut().toString(QKeySequence::NativeText)));
     _buttons->addWidget(button);
+    // The shortcut leaves the focus elsewhere; a cell that is being edited counts once it has lost it.
+    QObject::connect(button, &QPushButton::pressed, button, [button] { button->setFocus(); });
     return button;
 }
 

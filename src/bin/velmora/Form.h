@@ -36,6 +36,9 @@ struct NumberRange {
     int resetValue;
 };
 
+/// What the help label of a number says.
+QString rangeHelp(const NumberRange& range);
+
 /// The same for a number with decimals.
 struct DecimalRange {
     double minimum;
@@ -89,11 +92,13 @@ public:
     /// stores the form first, so that what the user filled in outlives a script that never ends.
     template <class Leaf>
     void addButtons(Leaf* leaf, void (Leaf::*onReset)(), void (Leaf::*onGenerate)()) {
-        QObject::connect(addButton(QStringLiteral("Reset")), &QPushButton::pressed, leaf, onReset);
-        QPushButton* generateButton = addButton(QStringLiteral("Generate"));
+        QPushButton* resetButton = addButton("Reset", QObject::tr("Puts every field back to its reset value"));
+        QPushButton* generateButton = addButton("Generate", QObject::tr("Checks the form and writes the HDL"));
+        QObject::connect(resetButton, &QPushButton::pressed, leaf, onReset);
         QObject::connect(generateButton, &QPushButton::pressed, leaf, [leaf] { leaf->save(); });
         QObject::connect(generateButton, &QPushButton::pressed, leaf, onGenerate);
         _grid->addLayout(_buttons, _rowCount++, 0, 1, -1);
+        alignSections();
     }
 
     /// The help label beside an editor; null when it has none.
@@ -118,7 +123,9 @@ private:
     void addRow(const QString& label, const QString& key, QWidget* editor, const QString& help);
     /// Puts a widget into the grid of the section that is being filled, or else into the form's own.
     void place(QWidget* widget, int row, int column, int rowSpan = 1, int columnSpan = 1);
-    QPushButton* addButton(const QString& text);
+    /// Gives the labels of all sections one width.
+    void alignSections();
+    QPushButton* addButton(const QString& text, const QString& tip);
 
     QString _group;
     AbsentValue _absentValue;
@@ -126,8 +133,10 @@ private:
     QGridLayout* _grid;
     QHBoxLayout* _buttons;
     FoldWidget* _section = nullptr; // while it is being filled
-    QString _subgroup;              // of the section, with its "/"
-    int _rowCount = 0;              // of the grid that is being filled
+    std::vector<FoldWidget*> _sections;
+    int _labelWidth = 0; // pixels, of the widest label
+    QString _subgroup;   // of the section, with its "/"
+    int _rowCount = 0;   // of the grid that is being filled
     std::vector<FormField> _fields;
     std::vector<FormTable> _tables;
     QHash<QWidget*, HelpLabel*> _helpLabels; // by editor

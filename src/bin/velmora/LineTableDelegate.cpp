@@ -16,7 +16,7 @@ const CellEditor* LineTableDelegate::getCellEditor(const QModelIndex& index) con
 }
 
 const CellEditor& LineTableDelegate::requireCellEditor(const QModelIndex& index) const {
-    if (const CellEditor* cellEditor = getCellEditor(index))
+    if (const CellEditor* cellEditor = _model->getEditor(index.column()))
         return *cellEditor;
     throw Brindle::located(Brindle::InternalError("Should not be here"), BRINDLE_HERE);
 }

@@ -53,6 +53,10 @@ int LineTableView::getRowCount() const {
     return _proxy->rowCount();
 }
 
+QModelIndex LineTableView::toShown(const QModelIndex& index) const {
+    return _proxy->mapFromSource(index);
+}
+
 QStringList LineTableView::getTexts(int column) const {
     return _model->getTexts(column, getRowCount());
 }
@@ -70,6 +74,10 @@ void LineTableView::save() const {
 }
 
 void LineTableView::invalidateFilter() {
+    if (QWidget* editor = indexWidget(currentIndex())) { // it must not write while the proxy takes its row away
+        commitData(editor);
+        closeEditor(editor, QAbstractItemDelegate::NoHint);
+    }
     _proxy->invalidateFilter();
 }
 

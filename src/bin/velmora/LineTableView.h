@@ -20,6 +20,8 @@ public:
     LineTableModel* getModel() const { return _model; }
     /// Number of visible rows.
     int getRowCount() const;
+    /// The view's index of a cell of `getModel`; invalid while its row is not shown.
+    QModelIndex toShown(const QModelIndex& index) const;
 
     /// Gives every cell that can be filled in its initial text.
     void initialize();
@@ -27,7 +29,7 @@ public:
     void save() const;
 
 public Q_SLOTS:
-    /// Shows as many rows as the form now counts lines.
+    /// Shows as many rows as the form now counts lines. A cell that is being edited keeps what was typed.
     void invalidateFilter();
 
 protected:

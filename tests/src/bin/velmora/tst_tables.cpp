@@ -17,6 +17,8 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QSettings>
 #include <QSpinBox>
@@ -78,6 +80,11 @@ private Q_SLOTS:
     void locationsArePlacedByKeyboard();
     void tabGoesThroughCells();
     void locationsArePlacedByMouse();
+    void rowGoesWhileItIsEdited_data();
+    void rowGoesWhileItIsEdited();
+    void refusedPartComesIntoView_data();
+    void refusedPartComesIntoView();
+    void sectionsAreInLine();
     void tabPassesOverClosedSections();
     void openSectionIsLegible();
 };
@@ -359,6 +366,87 @@ void TablesTest::locationsArePlacedByMouse() {
     QTest::mouseMove(combo->view()->viewport(), combo->view()->visualRect(pad).center());
     QTest::mouseClick(combo->view()->viewport(), Qt::LeftButton, {}, combo->view()->visualRect(pad).center());
     QTRY_COMPARE(view->getLocationList(), QStringList({"", "02N"}));
+}
+
+void TablesTest::rowGoesWhileItIsEdited_data() {
+    const TestTable<QString, QString, QString, int> table("ip", "name", "count", "column");
+    table.row("location", "SER/DES", "LocationTableView/SER", "SERCount=4", 1);
+    table.row("delay", "SER/DES", "LocationTableView/SER", "SERCount=4", 2);
+    table.row("trigger value", "Scope", "TriggerTableView", "TriggerCount=4;MultipleLevelTrigger=Enable", 2);
+    table.row("first level", "Scope", "TriggerTableView", "TriggerCount=4;MultipleLevelTrigger=Enable", 3);
+    table.row("startup value", "Startup Scope", "StartupTriggerTableView", "TriggerCount=4", 2);
+}
+
+/// By a configuration that is dropped on the window, or by the shortcut of Reset: the focus stays in the cell.
+void TablesTest::rowGoesWhileItIsEdited() {
+    QFETCH(QString, ip);
+    QFETCH(QString, name);
+    QFETCH(QString, count);
+    QFETCH(int, column);
+    open(ip);
+    auto* view = showTable(table(name));
+    const QStringList initial = cells();
+    const auto edit = [&] {
+        set(count);
+        view->setCurrentIndex(view->model()->index(3, column));
+        view->edit(view->currentIndex());
+        QWidget* cell = view->indexWidget(view->currentIndex());
+        if (auto* combo = qobject_cast<QComboBox*>(cell))
+            combo->setCurrentIndex(1);
+        else
+            QTest::keyClicks(cell, "7");
+        return cell && view->model()->rowCount() == 4;
+    };
+    QVERIFY(edit());
+    set(count.section('=', 0, 0) + "=1");
+    QCOMPARE(view->model()->rowCount(), 1);
+    const QStringList typed = cells();
+    QVERIFY(typed.at(3) != initial.at(3));
+
+    QVERIFY(edit());
+    QTest::keyClick(page().windowHandle(), Qt::Key_R, Qt::AltModifier);
+    QCOMPARE(view->model()->rowCount(), 1);
+    QCoreApplication::processEvents();
+    QCOMPARE(cells(), initial);
+}
+
+void TablesTest::refusedPartComesIntoView_data() {
+    const TestTable<QString, QString, QString> table("animations", "values", "refused");
+    table.row("field", "Never", "Entity=top;Prefix=P;DES/TrainingValue=01", "DES/TrainingValue");
+    table.row("field, animated", "Always", "Entity=top;Prefix=P;DES/TrainingValue=01", "DES/TrainingValue");
+    table.row("first of two", "Always", "Entity=;Prefix=P;DES/TrainingValue=01", "Entity");
+    table.row("cell", "Always", "Entity=top;Prefix=P;DES/TrainingValue=011", "LocationTableView/SER");
+}
+
+void TablesTest::refusedPartComesIntoView() {
+    QFETCH(QString, animations);
+    QFETCH(QString, values);
+    QFETCH(QString, refused);
+    QSettings().setValue("animations", animations);
+    open("SER/DES");
+    set("SER/TrainingValue=011;" + values);
+    page().resize(600, 500);
+    page().show();
+    page().findChild<QScrollArea*>()->ensureWidgetVisible(editor<QPushButton>("Reset"));
+    press("Generate");
+    auto* part = editor<QWidget>(refused);
+    QTRY_VERIFY(!part->visibleRegion().isEmpty());
+    QTest::qWait(300); // longer than a section takes to open
+    QVERIFY(!part->visibleRegion().isEmpty());
+}
+
+/// Also where a label is wider than its share.
+void TablesTest::sectionsAreInLine() {
+    for (const char* ip : {"SER/DES", "Scope", "Startup Scope"}) {
+        open(ip);
+        showUnfolded(QSize(560, 900));
+        QMap<int, QStringList> labels; // by the place of the editor
+        for (const auto* label : page().findChildren<QLabel*>()) {
+            if (label->buddy() && form()->isAncestorOf(label))
+                labels[label->buddy()->mapTo(form(), QPoint()).x()] += label->text();
+        }
+        QVERIFY2(labels.size() == 1, qPrintable(labels.last().join(", ")));
+    }
 }
 
 void TablesTest::tabPassesOverClosedSections() {
