@@ -13,7 +13,8 @@
 namespace Velmora {
 
 APBToSPWLeaf::APBToSPWLeaf(IPLeaf* ipLeaf)
-    : _ipLeaf(ipLeaf),
+    : QWidget(ipLeaf),
+      _ipLeaf(ipLeaf),
       _form(this, QStringLiteral("APBToSPWLeaf")),
       _entityEdit(_form.addLine(tr("Entity name"), SettingsKeys::entity)) {
     _form.addStretch();

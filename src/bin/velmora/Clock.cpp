@@ -3,6 +3,7 @@
 #include <Brindle/Exception.h>
 
 #include <QDateTime>
+#include <QLocale>
 
 #include <charconv>
 #include <cstdint>
@@ -16,8 +17,9 @@ namespace {
 constexpr const char* epochVariable = "SOURCE_DATE_EPOCH";
 constexpr std::uint64_t lastSecond = 253402300799; // of the year 9999
 
+/// In the digits 0 to 9 whatever the locale is.
 std::string toLabel(const QDateTime& time) {
-    return time.toString(QStringLiteral("dd/MM/yyyy - hh:mm")).toStdString();
+    return QLocale::c().toString(time, QStringLiteral("dd/MM/yyyy - hh:mm")).toStdString();
 }
 
 } // namespace

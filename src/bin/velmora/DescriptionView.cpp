@@ -3,7 +3,9 @@
 #include <velmora/LocalAccessManager.h>
 
 #include <Brindle/Theme.h>
+#include <Brindle/ThemeColors.h>
 
+#include <QAction>
 #include <QApplication>
 #include <QFileInfo>
 #include <QFontDatabase>
@@ -23,19 +25,17 @@ constexpr int textSize = 14; // pixels
 
 /// The theme's colours, and scroll bars as the rest of the window has them, as a user style sheet.
 QString getStyleSheet() {
-    QString css = QStringLiteral("html { background: @surface@; }"
-                                 "body, h1, h2, h3, h4, th, pre, code { color: @text@; }"
-                                 "a { color: @link@; }"
-                                 "th, td, hr, pre, code { border-color: @border@; }"
-                                 "th { background: @row_hover@; }"
-                                 "pre, code { background: @background_text@; }"
-                                 "::-webkit-scrollbar { width: 12px; height: 12px; background: @surface@; }"
-                                 "::-webkit-scrollbar-thumb { background: @outline@; border: 2px solid @surface@;"
-                                 " border-radius: 6px; min-height: 24px; }"
-                                 "::-webkit-scrollbar-corner { background: @surface@; }");
-    for (const char* name : {"surface", "text", "link", "border", "row_hover", "background_text", "outline"})
-        css.replace(QStringLiteral("@%1@").arg(name), Brindle::theme.getColorName(name));
-    return css;
+    const QString css = QStringLiteral("html { background: @surface@; }"
+                                       "body, h1, h2, h3, h4, th, pre, code { color: @text@; }"
+                                       "a { color: @link@; }"
+                                       "th, td, hr, pre, code { border-color: @border@; }"
+                                       "th { background: @row_hover@; }"
+                                       "pre, code { background: @background_text@; }"
+                                       "::-webkit-scrollbar { width: 12px; height: 12px; background: @surface@; }"
+                                       "::-webkit-scrollbar-thumb { background: @outline@; border: 2px solid @surface@;"
+                                       " border-radius: 6px; min-height: 24px; }"
+                                       "::-webkit-scrollbar-corner { background: @surface@; }");
+    return Brindle::ThemeColors(Brindle::theme.getCode()).fillIn(css);
 }
 
 /// What holds for every page.
@@ -67,6 +67,11 @@ void DescriptionView::preparePage() {
     [[maybe_unused]] static const bool applied = (applyGlobalSettings(), true);
     page()->setNetworkAccessManager(new LocalAccessManager(page()));
     page()->setLinkDelegationPolicy(QWebPage::DelegateAllLinks);
+    // These entries of the context menu would leave the description or do nothing.
+    for (const auto action : {QWebPage::OpenLink, QWebPage::OpenLinkInNewWindow, QWebPage::DownloadLinkToDisk,
+                              QWebPage::OpenImageInNewWindow, QWebPage::DownloadImageToDisk}) {
+        page()->action(action)->setVisible(false);
+    }
 }
 
 void DescriptionView::showMissing() {

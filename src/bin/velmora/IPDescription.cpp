@@ -114,8 +114,9 @@ private:
         return uid;
     }
 
+    /// ".." stays as it is: what it leads to through a symbolic link only the file system knows.
     std::string absolute(const std::string& path) const {
-        return (std::filesystem::absolute(_filename).parent_path() / path).lexically_normal().string();
+        return (std::filesystem::absolute(_filename).parent_path() / path).string();
     }
 
     const std::string& _filename;

@@ -29,14 +29,6 @@ constexpr std::array namedColors{
 
 } // namespace
 
-std::vector<std::string_view> ThemeColors::getNames() {
-    std::vector<std::string_view> names;
-    names.reserve(namedColors.size());
-    for (const NamedColor& color : namedColors)
-        names.push_back(color.name);
-    return names;
-}
-
 QString ThemeColors::getColorName(std::string_view name) const {
     const auto color = std::ranges::find(namedColors, name, &NamedColor::name);
     if (color == namedColors.end())

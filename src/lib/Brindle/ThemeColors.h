@@ -5,7 +5,6 @@
 #include <QString>
 
 #include <string_view>
-#include <vector>
 
 namespace Brindle {
 
@@ -13,9 +12,6 @@ namespace Brindle {
 class ThemeColors {
 public:
     explicit ThemeColors(Theme::Code code) : _code(code) {}
-
-    /// The names of every colour.
-    static std::vector<std::string_view> getNames();
 
     /// The colour as "#rrggbb"; an unknown name is an InternalError with the field "name".
     QString getColorName(std::string_view name) const;

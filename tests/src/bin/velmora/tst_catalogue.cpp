@@ -15,16 +15,19 @@
 
 #include <QAbstractItemModelTester>
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QDesktopServices>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QLineEdit>
+#include <QMenu>
 #include <QScrollArea>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QTcpServer>
+#include <QWebElement>
 #include <QWebFrame>
 #include <QWebView>
 
@@ -381,9 +384,10 @@ void CatalogueTest::descriptionPage() {
     QTcpServer server; // which the page must not reach
     QVERIFY(server.listen(QHostAddress::LocalHost));
     const QByteArray image = "http://127.0.0.1:" + QByteArray::number(server.serverPort()) + "/picture.png";
-    _prefix->write("share/velmora/X/y/page.html", "<body><p>Hello</p><script>document.body.innerHTML='run'</script>"
-                                                  "<img src='" +
-                                                      image + "'></body>");
+    _prefix->write("share/velmora/X/y/page.html",
+                   "<body><p><a href='other.html'>Hello</a></p><script>document.body.innerHTML='run'</script>"
+                   "<img src='" +
+                       image + "'></body>");
     const auto textOf = [](const IPLeaf& leaf) {
         return leaf.findChild<QWebView*>()->page()->mainFrame()->toPlainText().trimmed();
     };
@@ -397,6 +401,19 @@ void CatalogueTest::descriptionPage() {
         QVERIFY(!view->settings()->testAttribute(attribute));
     }
     QVERIFY(!server.waitForNewConnection(300));
+
+    // No entry of a link's menu leaves the page.
+    const QPoint link = view->page()->mainFrame()->findFirstElement("a").geometry().center();
+    QContextMenuEvent click(QContextMenuEvent::Mouse, link);
+    QVERIFY(!view->page()->swallowContextMenuEvent(&click));
+    view->page()->updatePositionDependentActions(link);
+    const std::unique_ptr<QMenu> menu(view->page()->createStandardContextMenu());
+    QStringList entries;
+    for (const QAction* action : menu->actions()) {
+        if (action->isVisible() && !action->isSeparator())
+            entries += action->text();
+    }
+    QCOMPARE(entries, QStringList({"Copy Link"}));
     const auto without = open("Orvane", "Any", "html absent.html\n");
     QTRY_COMPARE(textOf(*without), QStringLiteral("Description file does not exists"));
 }

@@ -390,12 +390,13 @@ void FaultsTest::oddLocalesAndTimeZones_data() {
 void FaultsTest::oddLocalesAndTimeZones() {
     QFETCH(QString, locale);
     QFETCH(QString, timeZone);
-    addIP("SER/DES",
-          returning("'\\n'.join('%s=%s' % (key, argDict[key]) for key in sorted(argDict) if key != '%%DATE%%')"
-                    " + '\\n%.2f ' % 0.5 + 'title'.upper() + u'\\xefi'.lower().encode('utf-8')"));
+    addIP("SER/DES", returning("'\\n'.join('%s=%s' % (key, argDict[key]) for key in sorted(argDict))"
+                               " + '\\n%.2f ' % 0.5 + 'title'.upper() + u'\\xefi'.lower().encode('utf-8')"));
     Program plain(*_prefix);
     plain.set("LC_ALL", "C.UTF-8");
+    plain.set("SOURCE_DATE_EPOCH", "1394028420");
     const QByteArray expected = generateUnder(plain);
+    QVERIFY(expected.contains("%%DATE%%=05/03/2014 - 14:07\n"));
     QVERIFY(expected.contains("%%DES_INPUT_SIGNAL_SLOPE%%=\"1.5\""));
     QVERIFY(expected.contains("0.50 TITLE"));
 
@@ -409,6 +410,7 @@ void FaultsTest::oddLocalesAndTimeZones() {
     Program odd(*_prefix);
     odd.set("LOCPATH", _prefix->path());
     odd.set("LC_ALL", locale);
+    odd.set("SOURCE_DATE_EPOCH", "1394028420");
     odd.set("TZ", timeZone);
     QCOMPARE(generateUnder(odd), expected);
 }

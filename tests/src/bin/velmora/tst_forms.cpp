@@ -233,6 +233,8 @@ private Q_SLOTS:
     void statements();
     void generates_data() { addKinds(); }
     void generates();
+    void goWithTheirPages_data() { addKinds(); }
+    void goWithTheirPages();
     void refusedArguments_data();
     void refusedArguments();
     void countsBeyondTheCheck();
@@ -688,6 +690,14 @@ void FormsTest::generates() {
     QCOMPARE(lines.mid(lines.size() - 2), // behind the trace
              QStringList({"E:   Processing aborted [Should not be here]", "  Generating " + kind().failed}));
     QCOMPARE(readFile(answer), QByteArray());
+}
+
+/// Also the forms that no window shows.
+void FormsTest::goWithTheirPages() {
+    QFETCH(QString, ip);
+    const std::string description = _prefix->addKnownIP(ip, echo).toStdString();
+    QVERIFY(Velmora::IPLeaf(description, Velmora::IPLeaf::Content::FormOnly).getForm());
+    QCOMPARE(QApplication::topLevelWidgets(), QWidgetList());
 }
 
 void FormsTest::refusedArguments_data() {

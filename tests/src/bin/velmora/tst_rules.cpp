@@ -157,14 +157,14 @@ void RulesTest::descriptionFields() {
     const IPDescription ip = parse("  name   APB\t slave to  serial master \n"
                                    "category Interface/Serial  links\n"
                                    "uid APBSLAVE01\ncompany Orvane\nvariants FAMILYA FAMILYB\n"
-                                   "script ../common/gen.py\nhtml /elsewhere/page.html\n");
+                                   "script ../common/gen.py\nhtml /elsewhere/../page.html\n");
     QCOMPARE(ip.name, std::string("APB slave to serial master"));
     QCOMPARE(ip.category, std::string("Interface/Serial links"));
     QCOMPARE(ip.uid, std::string("APBSLAVE01"));
     QCOMPARE(ip.company, std::string("Orvane"));
     QCOMPARE(ip.variants, (std::list<std::string>{"FAMILYA", "FAMILYB"}));
-    QCOMPARE(ip.scriptFilename, std::string("/prefix/share/velmora/Orvane/common/gen.py"));
-    QCOMPARE(ip.htmlFilename, std::string("/elsewhere/page.html"));
+    QCOMPARE(ip.scriptFilename, std::string("/prefix/share/velmora/Orvane/one/../common/gen.py"));
+    QCOMPARE(ip.htmlFilename, std::string("/elsewhere/../page.html"));
 }
 
 void RulesTest::relativePathsBecomeAbsolute() {
@@ -175,7 +175,7 @@ void RulesTest::relativePathsBecomeAbsolute() {
     };
     QCOMPARE(scriptOf("x/config"), here + "/x/s.py");
     QCOMPARE(scriptOf("config"), here + "/s.py");
-    QCOMPARE(scriptOf("../x/config"), QDir::cleanPath(QDir::currentPath() + "/../x/s.py").toStdString());
+    QCOMPARE(scriptOf("../x/config"), here + "/../x/s.py"); // what ".." means is left to the file system
 }
 
 void RulesTest::lastKeywordWinsAndVariantsAccumulate() {
