@@ -26,6 +26,10 @@ class FirFilter(Design):
         """Reads what is particular to the kind, the list 'coefficients' above all."""
         raise NotImplementedError
 
+    def generate(self):
+        """The text of a filter ends with a line feed of its own."""
+        return Design.generate(self) + '\n'
+
     def problems(self):
         return self.nameProblems() + self.coefficientProblems()
 

@@ -71,12 +71,11 @@ def entityNameProblem(label, name, unitNames, usedNames):
     return None
 
 
-def vhdlIdentifiers(vhdl):
-    """Set of the identifiers and reserved words of a VHDL text, in lower case.
+def interfaceIdentifiers(vhdl):
+    """Set of the identifiers and reserved words in front of the architecture of a VHDL text, in lower case.
 
-    Names of architectures are left out: no other name can clash with them.
+    The names inside an architecture hide those from outside, of which it needs none of a designer's choice.
     """
-    code = re.sub(r'--[^\n]*', '', vhdl)
+    code = re.sub(r'--[^\n]*', '', vhdl.split('\narchitecture ')[0])
     code = re.sub(r'[A-Za-z]*"[^"\n]*"|\'[^\n]\'|\d+#\w*#', ' ', code)
-    names = set(word.lower() for word in re.findall(r'\b[A-Za-z]\w*', code))
-    return names - set(word.lower() for word in re.findall(r'(?i)\barchitecture\s+(\w+)', code))
+    return set(word.lower() for word in re.findall(r'\b[A-Za-z]\w*', code))

@@ -23,8 +23,7 @@ class ScopeDesign(Design):
 
     def problems(self):
         """At most one sentence. Names inside the architecture may be the entity's name, those outside may not."""
-        interface = self.template().split('\narchitecture ', 1)[0]
-        usedNames = vhdlIdentifiers(interface) - set([self.defaultName(), self.defaultName() + '_pkg'])
+        usedNames = interfaceIdentifiers(self.template()) - set([self.defaultName(), self.defaultName() + '_pkg'])
         unitNames = [self.entityName, self.entityName + '_pkg']
         problem = entityNameProblem('Entity name', self.entityName, unitNames, usedNames)
         return [problem] if problem else []

@@ -82,7 +82,7 @@ def usedNames():
     names = set()
     for templateName, template in TEMPLATES.items():
         if templateName.endswith('.vhd'):
-            names |= vhdlIdentifiers(template)
+            names |= interfaceIdentifiers(template)
     return set(name for name in names if DEFAULT_ENTITY not in name)
 
 

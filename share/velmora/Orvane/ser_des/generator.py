@@ -129,8 +129,7 @@ class SerDes(Design):
 
         Names inside the architecture do not count: there they hide the entity name, which is not needed.
         """
-        declarations = TEMPLATES[TEMPLATE].split('\narchitecture ')[0]
-        names = vhdlIdentifiers(renameParts(declarations, {DEFAULT_PREFIX: self.prefix}))
+        names = interfaceIdentifiers(renameParts(TEMPLATES[TEMPLATE], {DEFAULT_PREFIX: self.prefix}))
         return names - set([DEFAULT_ENTITY, DEFAULT_ENTITY + '_pkg'])
 
     def trainingProblems(self):

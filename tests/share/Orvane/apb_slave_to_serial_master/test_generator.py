@@ -17,6 +17,7 @@ from hdl_tools import Ghdl, require
 
 IP = "apb_slave_to_serial_master"
 GOOD_NAMES = [*script_tests.GOOD_NAMES, "sim", "doc", "include", "fifo", "engine", "pkg", "tx", "rx", "vhd", "spi0", "regs",
+              "test", "dut", "state", "slave", "clock", "read", "to_slv",
               "apb_serial_master", "my_apb_serial_master", "apb_serial_master_fifo", "tb_tb"]
 FILE_PATTERNS = ["rtl/%s_pkg.vhd", "rtl/%s_fifo.vhd", "rtl/%s_engine.vhd", "rtl/%s.vhd", "include/%s_regs.vh",
                  "sim/tb_%s.vhd", "doc/%s.md"]
@@ -24,8 +25,7 @@ FILE_PATTERNS = ["rtl/%s_pkg.vhd", "rtl/%s_fifo.vhd", "rtl/%s_engine.vhd", "rtl/
 
 class BridgeTests(script_tests.NameTests):
     good = {IP: {"%%ENTITY_NAME%%": "good_name"}}
-    used_names = {IP: ["pclk", "spi_cs_n", "PADDR", "ctrl_enable", "reg_id", "REG_FIFO_CTRL", "fifo_depth", "dut", "state",
-                       "shifting", "clk"]}
+    used_names = {IP: ["pclk", "spi_cs_n", "PADDR", "ctrl_enable", "reg_id", "REG_FIFO_CTRL", "fifo_depth", "clk"]}
 
     def simulate(self, ghdl, name, directory):
         ghdl.make(sorted(directory.glob("**/*.vhd")), f"tb_{name}")
@@ -69,8 +69,8 @@ class BridgeTests(script_tests.NameTests):
         space = {}
         for name in ("identifiers.py", "templates.py"):
             exec((generator.ROOT / "share/generator-support" / name).read_text(), space)  # pylint: disable=exec-used
-        vhdl = "architecture rtl of top is -- no\nx\"0F\" 'a' 16#AB# Y'event \"text\""
-        self.assertEqual(space["vhdlIdentifiers"](vhdl), {"architecture", "of", "top", "is", "y", "event"})
+        vhdl = "entity top is -- no\nx\"0F\" 'a' 16#AB# Y'event \"text\"\narchitecture rtl of top is"
+        self.assertEqual(space["interfaceIdentifiers"](vhdl), {"entity", "top", "is", "y", "event"})
         self.assertEqual(space["renameEntity"]("top top_pkg tb_top stop topper TOP_X", "top", "My"),
                          "My My_pkg tb_My stop topper MY_X")
 

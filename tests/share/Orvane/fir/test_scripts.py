@@ -58,6 +58,7 @@ def good_form(kind):
 
 
 class FirTests(script_tests.TextTests):
+    last_line_end = "\n"
     good = {kind: good_form(kind).arguments() for kind in KINDS}
     template_forms = {
         **{(kind, kind): StreamingForm(kind, coefficients=FOUR_TAPS, **STREAMING_SIZE) for kind in KINDS[:3]},

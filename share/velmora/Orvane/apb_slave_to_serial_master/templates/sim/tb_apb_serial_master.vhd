@@ -13,7 +13,7 @@ end entity tb_apb_serial_master;
 architecture test of tb_apb_serial_master is
 
   -- VHDL-93 does not bind a component that comes from a package by its name alone.
-  for dut : apb_serial_master use entity work.apb_serial_master;
+  for dut : work.apb_serial_master_pkg.apb_serial_master use entity work.apb_serial_master;
 
   constant CLOCK_PERIOD : time := 10 ns;
 
@@ -76,7 +76,7 @@ architecture test of tb_apb_serial_master is
 
 begin
 
-  dut : apb_serial_master
+  dut : component work.apb_serial_master_pkg.apb_serial_master
     port map (
       pclk     => pclk,
       presetn  => presetn,
