@@ -13,7 +13,8 @@ namespace {
 constexpr const char* help = R"(Usage: velmora-generate check FILE... [--json] [-q]
 
 Checks configurations as the forms of their IPs do before a generation.
-Scripts, which may refuse more, are not run.
+Scripts, which may refuse more, are not run, and an IP that takes its output's
+name from --output may still be without an entity name.
 
       --json   Write one JSON text, a list with an object for each file: "file",
                "ip", "succeeded" and "messages".

@@ -38,6 +38,9 @@ QJsonObject runOnFile(const QString& filename, const FileHandler& handle) {
     if (report.contains("output"))
         console.print("Written to " + report["output"].toString().toStdString());
     console.unindent();
+    if (!report["succeeded"].toBool())
+        console.error("Failed: " +
+                      filename.toStdString()); // whose the errors above are, also where errors alone are shown
     return report;
 }
 
@@ -54,19 +57,16 @@ ExitCode runOnFiles(const QStringList& filenames, const QCommandLineParser& comm
     else
         console.setQuiet(commandLine.isSet("quiet"));
     QJsonArray reports;
-    QStringList failures;
+    auto exitCode = ExitCode::Done;
     for (const QString& filename : filenames) {
         const QJsonObject report = runOnFile(filename, handle);
         if (!report["succeeded"].toBool())
-            failures += filename;
+            exitCode = ExitCode::Failed;
         reports += report;
     }
     if (json)
         json->write(QJsonDocument(reports));
-    if (failures.isEmpty())
-        return ExitCode::Done;
-    console.error("Failed: " + failures.join(QStringLiteral(", ")).toStdString());
-    return ExitCode::Failed;
+    return exitCode;
 }
 
 } // namespace GenerateTool

@@ -29,6 +29,9 @@ Output::Output(const std::optional<QString>& path, const QStringList& configurat
     : _path(path), _isShared(configurationFilenames.size() > 1) {
     if (_path && _path->isEmpty())
         throw Brindle::located(UsageError("The output has an empty name"), BRINDLE_HERE);
+    if (_path == QLatin1String("-"))
+        throw Brindle::located(UsageError("The output should be a file or a directory, /dev/stdout shows it"),
+                               BRINDLE_HERE);
     if (_path && _isShared && !QFileInfo(*_path).isDir()) {
         throw Brindle::located(
             UsageError("'" + _path->toStdString() + "' should be a directory, which takes the output of several files"),
@@ -63,7 +66,7 @@ QString Output::getPath(const QString& configurationFilename, const QString& ent
         return *_path;
     const QString name = isDirectory ? entityName : entityName + ".vhd";
     if (!isFileName(name)) {
-        throw Brindle::located(Brindle::Fatal("Entity name makes no file name, name the file with --output"),
+        throw Brindle::located(Brindle::Fatal("Entity name makes no file name, name the output with --output"),
                                BRINDLE_HERE, {{"entity", entityName.toStdString()}});
     }
     return _path.value_or(QFileInfo(configurationFilename).path()) + "/" + name;

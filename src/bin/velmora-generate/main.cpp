@@ -6,9 +6,10 @@
 #include <velmora-generate/UsageError.h>
 
 #include <velmora/FormMemory.h>
+#include <velmora/Product.h>
 
 #include <Brindle/Console.h>
-#include <Quillon/Application.h>
+#include <Brindle/StandardStreams.h>
 
 #include <QTextCodec>
 
@@ -34,6 +35,7 @@ void showHelp() {
     std::cout << "\nvelmora-generate COMMAND --help tells more about one of them.\n\n"
                  "Exit status: 0 done, 1 something was refused or could not be generated,\n2 a wrong command line.\n\n"
                  "Example: velmora-generate template Systolic > filter.velmora\n"
+                 "         $EDITOR filter.velmora    # at least Entity and Coefficients\n"
                  "         velmora-generate run filter.velmora\n";
 }
 
@@ -51,8 +53,7 @@ ExitCode runWithoutWindow(const Command& command, const QCommandLineParser& comm
     std::array<char*, 2> arguments{programName, nullptr};
     qInstallMessageHandler(
         [](QtMsgType, const QMessageLogContext&, const QString&) {}); // what desktops lack is no news
-    const auto application =
-        Quillon::Application::create(argumentCount, arguments.data(), "Velm", "Velmora", 1, 0, 0, false);
+    const auto application = Velmora::createApplication(argumentCount, arguments.data(), false);
     Velmora::FormMemory::turnOff();
     return command.run(commandLine, operands);
 }
@@ -101,12 +102,15 @@ ExitCode runReporting(const QStringList& arguments, char* programName) {
 } // namespace GenerateTool
 
 int main(int argumentCount, char** arguments) {
+    Brindle::completeStandardStreams();
     // File names are UTF-8 whatever the locale, which is "C" in many builds.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
     QStringList texts;
     for (int index = 0; index < argumentCount; ++index)
         texts += QString::fromUtf8(arguments[index]);
     const GenerateTool::ExitCode exitCode = GenerateTool::runReporting(texts, arguments[0]);
-    const bool isWritten = static_cast<bool>(std::cout.flush());
-    return static_cast<int>(isWritten ? exitCode : GenerateTool::ExitCode::Failed);
+    if (std::cout.flush())
+        return static_cast<int>(exitCode);
+    std::cerr << "velmora-generate: Unable to write to standard output\n";
+    return static_cast<int>(GenerateTool::ExitCode::Failed);
 }

@@ -10,10 +10,13 @@
 #include <velmora-seal/TextFile.h>
 #include <velmora-seal/UsageError.h>
 
+#include <algorithm>
+#include <array>
 #include <charconv>
 #include <filesystem>
 #include <iostream>
 #include <optional>
+#include <vector>
 
 namespace SealTool {
 
@@ -47,7 +50,8 @@ Makes keys and prints the names of their files, missing directories included.
   --passphrase-file FILE
                   The same, with the passphrase in the first line of the file.
 
-Script keys and private keys are readable by their owner only.
+Script keys and private keys are readable by their owner only. An installed script
+key must be readable by all who use the installation: "install -m 644".
 
 Example: velmora-seal keygen recipient --owner Orvane --name orvane-2 -o keys/orvane-2
 )";
@@ -184,18 +188,33 @@ ExitCode makeRecipient(const CommandLine& commandLine) {
         [&](const AsymmetricKey& key) { return Recipient::format(owner, name, key); });
 }
 
+/// A kind of key that can be made.
+struct Kind {
+    std::string_view name;
+    std::vector<std::string_view> otherOptions; ///< That other kinds have.
+    ExitCode (*make)(const CommandLine&);
+};
+
+const std::array kinds{
+    Kind{"script", {"owner", "name", "bits", "force", "passphrase", "passphrase-file"}, makeScriptKey},
+    Kind{"signer", {"owner", "name", "bits"}, makeSigner},
+    Kind{"recipient", {}, makeRecipient},
+};
+
 ExitCode run(const CommandLine& commandLine) {
-    const auto kind = commandLine.getOperand("The kind of key (script, signer or recipient)");
+    const auto name = commandLine.getOperand("The kind of key (script, signer or recipient)");
+    const auto kind = std::ranges::find(kinds, name, &Kind::name);
+    if (kind == kinds.end())
+        throw Brindle::located(UsageError("Unknown kind of key \"" + name + "\", expected script, signer or recipient"),
+                               BRINDLE_HERE);
+    for (const auto option : kind->otherOptions) {
+        if (commandLine.has(option))
+            throw Brindle::located(UsageError("--" + std::string(option) + " does not go with a " + name + " key"),
+                                   BRINDLE_HERE);
+    }
     if (commandLine.has("keep") && commandLine.has("force"))
         throw Brindle::located(UsageError("--keep and --force exclude each other"), BRINDLE_HERE);
-    if (kind == "script")
-        return makeScriptKey(commandLine);
-    if (kind == "signer")
-        return makeSigner(commandLine);
-    if (kind == "recipient")
-        return makeRecipient(commandLine);
-    throw Brindle::located(UsageError("Unknown kind of key \"" + kind + "\", expected script, signer or recipient"),
-                           BRINDLE_HERE);
+    return kind->make(commandLine);
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include <velmora-seal/Report.h>
 
+#include <Brindle/Text.h>
+
 #include <algorithm>
 #include <iostream>
 
@@ -40,8 +42,7 @@ std::string getReport(const Brindle::Exception& exception) {
 
 std::string getPrintable(std::string_view text) {
     std::string printable(text);
-    std::ranges::replace_if(
-        printable, [](char c) { return (c >= '\0' && c < ' ') || c == '\x7f'; }, '?');
+    std::ranges::replace_if(printable, Brindle::isControl, '?');
     // Terminals obey U+0080 to U+009F too, in UTF-8 two bytes.
     for (auto lead = printable.find('\xc2'); lead != printable.npos; lead = printable.find('\xc2', lead + 1)) {
         const int next = lead + 1 < printable.size() ? static_cast<unsigned char>(printable[lead + 1]) : 0;

@@ -4,6 +4,7 @@
 #include <Sealwork/FileDescriptor.h>
 #include <Sealwork/OutputFile.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
@@ -16,6 +17,8 @@
 namespace SealTool {
 
 namespace {
+
+constexpr std::size_t largestText = std::size_t{1} << 31U; // bytes, several of the largest regions
 
 [[noreturn]] void refuse(const char* message, const std::string& filename, const Brindle::Location& location) {
     throw Brindle::located(Brindle::Fatal(message), location,
@@ -51,7 +54,7 @@ std::string readText(const std::string& filename) {
     if (!file.isOpen())
         refuse("Unable to read file", filename, BRINDLE_HERE);
     std::string text;
-    text.reserve(getSizeHint(file));
+    text.reserve(std::min(getSizeHint(file), largestText));
     std::array<std::uint8_t, 65536> piece{};
     for (;;) {
         const auto size = file.read(piece);
@@ -59,6 +62,9 @@ std::string readText(const std::string& filename) {
             refuse("Unable to read file", filename, BRINDLE_HERE);
         if (size == 0)
             return text;
+        if (text.size() + static_cast<std::size_t>(size) > largestText)
+            throw Brindle::located(Brindle::Fatal("Unable to read file"), BRINDLE_HERE,
+                                   {{"filename", filename}, {"reason", "larger than 2 GiB"}});
         text.append(reinterpret_cast<const char*>(piece.data()), static_cast<std::size_t>(size));
     }
 }

@@ -1,3 +1,4 @@
+#include <Brindle/StandardStreams.h>
 #include <velmora-seal/InfoCommand.h>
 #include <velmora-seal/KeygenCommand.h>
 #include <velmora-seal/OpenCommand.h>
@@ -12,6 +13,7 @@
 #include <array>
 #include <exception>
 #include <iostream>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -74,6 +76,8 @@ ExitCode runReporting(const std::vector<std::string>& arguments) {
     } catch (const Brindle::Exception& exception) {
         showProblem(getReport(exception));
         return getExitCode(exception);
+    } catch (const std::bad_alloc&) {
+        showProblem("Not enough memory");
     } catch (const std::exception& exception) {
         showProblem(exception.what());
     }
@@ -85,5 +89,6 @@ ExitCode runReporting(const std::vector<std::string>& arguments) {
 } // namespace SealTool
 
 int main(int argumentCount, char* arguments[]) {
+    Brindle::completeStandardStreams();
     return static_cast<int>(SealTool::runReporting({arguments + 1, arguments + argumentCount}));
 }

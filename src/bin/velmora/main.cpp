@@ -1,8 +1,10 @@
 #include <velmora/Clock.h>
 #include <velmora/MainWindow.h>
+#include <velmora/Product.h>
 
 #include <Brindle/Console.h>
 #include <Brindle/Exception.h>
+#include <Brindle/StandardStreams.h>
 #include <Quillon/Application.h>
 
 #include <algorithm>
@@ -40,7 +42,8 @@ int errorStatus() {
 } // namespace
 
 int main(int argc, char** argv) {
-    const auto application = Quillon::Application::create(argc, argv, "Velm", "Velmora", 1, 0, 0, true);
+    Brindle::completeStandardStreams();
+    const auto application = Velmora::createApplication(argc, argv, true);
     console.setFullLogFile("");
     console.print("Running velmora", "");
     console.indent();

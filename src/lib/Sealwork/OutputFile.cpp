@@ -44,15 +44,31 @@ bool renameToNewName(const std::filesystem::path& from, const std::filesystem::p
     return std::rename(from.c_str(), to.c_str()) == 0;
 }
 
+/// The permissions of a new file, which the process's mask reduces. What replaces a file is for nobody who could not
+/// read that one.
+mode_t getMode(const std::filesystem::path& filename, FileAccess access) {
+    if (access == FileAccess::Private)
+        return S_IRUSR | S_IWUSR;
+    struct stat present {};
+    if (stat(filename.c_str(), &present) == 0)
+        return (present.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO)) | S_IRUSR | S_IWUSR;
+    return S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH;
+}
+
+/// The file that a symbolic link leads to, which is written in the link's place.
+std::filesystem::path getTarget(const std::filesystem::path& filename) {
+    std::error_code error;
+    const auto target = std::filesystem::canonical(filename, error);
+    return error ? filename : target;
+}
+
 /// The file beside the one to be written; removed unless it takes the name.
 class TemporaryFile {
 public:
     TemporaryFile(const std::filesystem::path& filename, FileAccess access)
         : _filename(filename),
           _temporary(getTemporaryName(filename)),
-          _file(open(_temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC,
-                     access == FileAccess::Private ? S_IRUSR | S_IWUSR
-                                                   : S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH)) {
+          _file(open(_temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, getMode(filename, access))) {
         if (!_file.isOpen())
             refuse(filename, std::strerror(errno), BRINDLE_HERE);
     }
@@ -98,7 +114,8 @@ void requireReplaceable(const std::filesystem::path& filename) {
 void writeOutputFile(const std::filesystem::path& filename, std::span<const std::uint8_t> content, FileAccess access,
                      Overwrite overwrite) {
     requireReplaceable(filename);
-    TemporaryFile file(filename, access);
+    const auto target = getTarget(filename);
+    TemporaryFile file(target, access);
     file.write(content);
     file.takeName(overwrite);
 }

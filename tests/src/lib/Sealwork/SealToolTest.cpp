@@ -39,6 +39,7 @@ private Q_SLOTS:
     void exitStatus_data();
     void exitStatus();
     void filesAreWholeOrMissing();
+    void replacedFileKeepsItsPlace();
     void noRandomNumbers();
 
 private:
@@ -172,6 +173,10 @@ void SealToolTest::exitStatus_data() {
               "@/plain: Unable to read key file (not an Ed25519 private key, or not its passphrase)");
     table.row("unknown kind", "keygen scrpt -o @/k", 2,
               "Unknown kind of key \"scrpt\", expected script, signer or recipient; see velmora-seal --help");
+    table.row("passphrase of a script key", "keygen script -o @/k --passphrase-file @/plain", 2,
+              "--passphrase-file does not go with a script key; see velmora-seal --help");
+    table.row("owner of a signer", "keygen signer -o @/k --owner o", 2,
+              "--owner does not go with a signer key; see velmora-seal --help");
     table.row("keep and force", "keygen signer -o @/k --keep --force", 2,
               "--keep and --force exclude each other; see velmora-seal --help");
     table.row("no owner", "keygen recipient -o @/k --name n", 2, "Option --owner is missing; see velmora-seal --help");
@@ -224,6 +229,20 @@ void SealToolTest::filesAreWholeOrMissing() {
     QCOMPARE(writeNew(file), "Fatal: File exists already");
     QCOMPARE(readFile(file), QByteArray("as it was"));
     QCOMPARE(filesBelow(installation.path("signers")), QStringList("old.private.pem"));
+}
+
+/// What is replaced stays as private as it was, and where a symbolic link says that it is.
+void SealToolTest::replacedFileKeepsItsPlace() {
+    const Installation installation;
+    const auto file = installation.write("target", "earlier");
+    const auto link = installation.path("link");
+    QVERIFY(QFile::link(file, link) && QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner));
+    installation.write("plain", "script");
+    for (const auto* line : {"keygen script -o @/scripts", "seal @/plain -o @/link --key @/scripts --force"})
+        QCOMPARE(seal(argumentsOf(line, installation.path())).exitCode, 0);
+    QVERIFY(readFile(file) != "earlier");
+    QCOMPARE(QFileInfo(link).symLinkTarget(), file);
+    QVERIFY(isPrivate(file));
 }
 
 void SealToolTest::noRandomNumbers() {

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+namespace Brindle {
+
+/// True for an ASCII control character, line ends, tabulator and delete among them.
+inline bool isControl(char character) {
+    return (character >= 0 && character < ' ') || character == '\x7f';
+}
+
+/// The text without any of the blanks at its ends.
+inline std::string_view trimmed(std::string_view text, std::string_view blanks = " \t") {
+    const auto begin = text.find_first_not_of(blanks);
+    return begin == text.npos ? std::string_view() : text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
+}
+
+/// The text with its ASCII letters in lower case.
+inline std::string toLower(std::string_view text) {
+    std::string lower(text);
+    std::ranges::transform(lower, lower.begin(),
+                           [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    return lower;
+}
+
+} // namespace Brindle
