@@ -2,8 +2,7 @@
 #include <support/TestPrefix.h>
 
 #include <velmora/MainWindow.h>
-
-#include <Quillon/Application.h>
+#include <velmora/Product.h>
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -94,7 +93,7 @@ double measureBareTree() {
 } // namespace
 
 int main(int argc, char** argv) {
-    const auto application = Quillon::Application::create(argc, argv, "Velm", "Velmora", 1, 0, 0, true);
+    const auto application = Velmora::createApplication(argc, argv, true);
     const TestPrefix prefix;
     addMadeIPs(prefix);
     const double browser = measureBrowser();

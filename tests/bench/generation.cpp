@@ -5,9 +5,9 @@
 #include <velmora/Common.h>
 #include <velmora/IPLeaf.h>
 #include <velmora/MacFirLeaf.h>
+#include <velmora/Product.h>
 
 #include <Brindle/FileDialog.h>
-#include <Quillon/Application.h>
 
 #include <QLineEdit>
 #include <QProcess>
@@ -111,7 +111,7 @@ void measure(const Subject& subject, const QString& python, const QTemporaryDir&
 } // namespace
 
 int main(int argc, char** argv) {
-    const auto application = Quillon::Application::create(argc, argv, "Velm", "Velmora", 1, 0, 0, true);
+    const auto application = Velmora::createApplication(argc, argv, true);
     if (argc != 2)
         fail("usage: bench_generation PYTHON");
     const QTemporaryDir folder;

@@ -4,6 +4,7 @@
 
 #include <velmora/IPLeaf.h>
 #include <velmora/MainWindow.h>
+#include <velmora/Product.h>
 
 #include <Brindle/Theme.h>
 #include <Quillon/Application.h>
@@ -25,7 +26,7 @@ constexpr std::array ipNames{"APB slave to serial master", "Mac fir", "Systolic"
 /// The application and an installation, which all inputs share.
 class Fixture {
 public:
-    Fixture() : _application(Quillon::Application::create(_argc, _argv.data(), "Velm", "Velmora", 1, 0, 0, true)) {
+    Fixture() : _application(Velmora::createApplication(_argc, _argv.data(), true)) {
         for (const char* name : ipNames) {
             const QByteArray description = QByteArray("category C\ncompany Orvane\nvariants V\nname ") + name + "\n";
             _descriptions += _prefix.write(QStringLiteral("forms/%1/config").arg(_descriptions.size()), description);

@@ -3,8 +3,7 @@
 #include <support/PathDialogs.h>
 
 #include <velmora/IPLeaf.h>
-
-#include <Quillon/Application.h>
+#include <velmora/Product.h>
 
 #include <QFile>
 #include <QJsonArray>
@@ -74,8 +73,8 @@ QJsonArray run(const QJsonObject& job) {
         QTest::mousePress(button, Qt::LeftButton);
     };
     press("Reset");
-    for (const QJsonValue field :
-         job["fields"].toArray()) // in this order: counts come before the tables that they size
+    // In this order: counts come before the tables that they size.
+    for (const QJsonValue field : job["fields"].toArray())
         setField(page, field["key"].toString(), field["value"]);
 
     PathDialogs dialogs;
@@ -88,7 +87,7 @@ QJsonArray run(const QJsonObject& job) {
 } // namespace
 
 int main(int argc, char** argv) {
-    const auto application = Quillon::Application::create(argc, argv, "Velm", "Velmora", 1, 0, 0, true);
+    const auto application = Velmora::createApplication(argc, argv, true);
     if (argc != 3)
         fail("usage: form_driver JOBS.json RESULTS.json");
     const QTemporaryDir settings;

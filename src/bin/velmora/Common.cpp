@@ -4,6 +4,7 @@
 
 #include <Brindle/Exception.h>
 #include <Brindle/Label.h>
+#include <Brindle/Text.h>
 #include <Sealwork/Crypto.h>
 
 #include <algorithm>
@@ -20,11 +21,6 @@ constexpr int bothDirections = 1;
 constexpr int allRecipients = -1;
 constexpr int scriptKeyring = 0;
 
-std::string toLower(std::string text) {
-    std::ranges::transform(text, text.begin(), [](char c) { return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c; });
-    return text;
-}
-
 bool isLowerHexadecimalDigit(char c) {
     return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f');
 }
@@ -35,7 +31,7 @@ bool isHexadecimal(std::string text) {
     constexpr std::size_t shortest = 4; // x"0"
     if (text.size() < shortest)
         return false;
-    text = toLower(std::move(text));
+    text = Brindle::toLower(text);
     const std::string_view literal = text;
     return literal.starts_with("x\"") && literal.ends_with('"') &&
            std::ranges::all_of(literal.substr(2, literal.size() - 3), isLowerHexadecimalDigit);

@@ -3,6 +3,7 @@
 #include <velmora/ConfigurationValue.h>
 
 #include <Brindle/Exception.h>
+#include <Brindle/Text.h>
 
 #include <algorithm>
 #include <compare>
@@ -76,14 +77,14 @@ void Configuration::takeLine(std::string_view line) {
     ++_lineCount;
     if (line.ends_with('\r'))
         line.remove_suffix(1);
-    line = ConfigurationValue::trimmed(line);
+    line = Brindle::trimmed(line);
     if (line.empty() || line.starts_with('#'))
         return;
     const auto equals = line.find('=');
-    const std::string_view key = ConfigurationValue::trimmed(line.substr(0, equals));
+    const std::string_view key = Brindle::trimmed(line.substr(0, equals));
     if (equals == line.npos || key.empty())
         refuseLine("Invalid line, expected 'key = value'", _lineCount);
-    if (std::ranges::any_of(line, [](char c) { return (c >= 0 && c < ' ' && c != '\t') || c == '\x7f'; }))
+    if (std::ranges::any_of(line, [](char c) { return Brindle::isControl(c) && c != '\t'; }))
         refuseLine("Control character, write it between double quotes as \\n, \\r, \\t or \\x and two digits",
                    _lineCount);
     if (const Entry* earlier = find(key)) {
@@ -91,7 +92,7 @@ void Configuration::takeLine(std::string_view line) {
                        " already, remove one of them",
                    _lineCount);
     }
-    _entries.insert({std::string(key), std::string(ConfigurationValue::trimmed(line.substr(equals + 1))), _lineCount});
+    _entries.insert({std::string(key), std::string(Brindle::trimmed(line.substr(equals + 1))), _lineCount});
 }
 
 /// Moves what names the IP out of the entries.

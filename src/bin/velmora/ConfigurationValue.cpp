@@ -1,5 +1,7 @@
 #include <velmora/ConfigurationValue.h>
 
+#include <Brindle/Text.h>
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -16,17 +18,13 @@ constexpr std::string_view digits = "0123456789abcdef";
 constexpr std::array escapes{std::pair{'"', '"'}, std::pair{'\\', '\\'}, std::pair{'n', '\n'}, std::pair{'r', '\r'},
                              std::pair{'t', '\t'}};
 
-bool isControl(char character) {
-    return (character >= 0 && character < ' ') || character == '\x7f';
-}
-
 bool isBlank(char character) {
     return blanks.find(character) != blanks.npos;
 }
 
 bool canStandAsItIs(std::string_view text) {
     return text.empty() || (!isBlank(text.front()) && !isBlank(text.back()) && text.front() != '"' &&
-                            std::ranges::none_of(text, isControl));
+                            std::ranges::none_of(text, Brindle::isControl));
 }
 
 std::string quoted(std::string_view text) {
@@ -35,7 +33,7 @@ std::string quoted(std::string_view text) {
         const auto escape = std::ranges::find(escapes, character, [](const auto& pair) { return pair.second; });
         if (escape != escapes.end())
             (value += '\\') += escape->first;
-        else if (isControl(character))
+        else if (Brindle::isControl(character))
             ((value += "\\x") += digits[static_cast<std::size_t>(character) / 16]) +=
                 digits[static_cast<std::size_t>(character) % 16];
         else
@@ -51,7 +49,7 @@ std::optional<char> toControl(std::string_view number) {
     if (number.size() != 2 || error != std::errc() || end != number.data() + number.size() || code >= 0x80)
         return std::nullopt;
     const auto character = static_cast<char>(code);
-    return isControl(character) ? std::optional(character) : std::nullopt;
+    return Brindle::isControl(character) ? std::optional(character) : std::nullopt;
 }
 
 /// Takes the character that an escape stands for off the front, behind its backslash.
@@ -78,7 +76,7 @@ std::optional<std::string> takeQuoted(std::string_view& value) {
         const char character = value.front();
         value.remove_prefix(1);
         if (character == '"') {
-            value = trimmed(value);
+            value = Brindle::trimmed(value);
             return text;
         }
         const auto plain = character == '\\' ? takeEscaped(value) : std::optional(character);
@@ -90,11 +88,6 @@ std::optional<std::string> takeQuoted(std::string_view& value) {
 }
 
 } // namespace
-
-std::string_view trimmed(std::string_view text) {
-    const auto begin = text.find_first_not_of(blanks);
-    return begin == text.npos ? std::string_view() : text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
-}
 
 std::string fromText(std::string_view text) {
     return canStandAsItIs(text) ? std::string(text) : quoted(text);
@@ -110,7 +103,7 @@ std::string fromList(const std::vector<std::string>& texts) {
 }
 
 std::optional<std::string> toText(std::string_view value) {
-    value = trimmed(value);
+    value = Brindle::trimmed(value);
     if (!value.starts_with('"'))
         return std::string(value);
     const auto text = takeQuoted(value);
@@ -120,7 +113,7 @@ std::optional<std::string> toText(std::string_view value) {
 std::optional<std::vector<std::string>> toList(std::string_view value) {
     std::vector<std::string> texts;
     for (;;) {
-        value = trimmed(value);
+        value = Brindle::trimmed(value);
         if (value.starts_with('"')) {
             auto text = takeQuoted(value);
             if (!text || (!value.empty() && !value.starts_with(',')))
@@ -128,7 +121,7 @@ std::optional<std::vector<std::string>> toList(std::string_view value) {
             texts.push_back(std::move(*text));
         } else {
             const auto comma = std::min(value.find(','), value.size());
-            texts.emplace_back(trimmed(value.substr(0, comma)));
+            texts.emplace_back(Brindle::trimmed(value.substr(0, comma)));
             value.remove_prefix(comma);
         }
         if (value.empty())

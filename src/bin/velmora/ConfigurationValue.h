@@ -11,9 +11,6 @@
 /// `\x` and two hexadecimal digits are known.
 namespace Velmora::ConfigurationValue {
 
-/// The text without blanks and tabs at its ends.
-std::string_view trimmed(std::string_view text);
-
 /// The value that stands for a text.
 std::string fromText(std::string_view text);
 /// The value that stands for a list of texts: separated by ", ".

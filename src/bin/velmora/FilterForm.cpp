@@ -10,10 +10,6 @@ namespace {
 constexpr int widestOperand = 18;     // bits, of one of the two operands of a multiplier
 constexpr int widestAccumulator = 50; // bits
 
-QString rangeHelp(const NumberRange& range) {
-    return QObject::tr("Range %1 to %2.").arg(range.minimum).arg(range.maximum);
-}
-
 } // namespace
 
 void FilterForm::addEntityName() {

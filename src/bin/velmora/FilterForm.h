@@ -3,6 +3,7 @@
 #include <velmora/ArgumentDictionary.h>
 #include <velmora/Form.h>
 #include <velmora/FormCheck.h>
+#include <velmora/Generation.h>
 
 #include <Brindle/Location.h>
 
@@ -40,6 +41,19 @@ public:
 
     /// Appends the checks that every filter begins with. A form whose coefficients are signals needs no list of them.
     void check(FormCheck& check, bool needsCoefficients) const;
+
+    /// What the Generate button of the leaf starts, which composes this form. Errors that are not in-house ones are
+    /// located at `caller`.
+    template <class Leaf>
+    Generation getGeneration(const std::string& title, const Leaf& leaf, const Brindle::Location& caller) const {
+        return {title,
+                getEntityName(),
+                FailureRules::filter,
+                caller,
+                [&leaf] { return leaf.isFullyConfigured(); },
+                [&leaf] { return leaf.getArguments(); },
+                [&leaf] { return leaf.getFilter(); }};
+    }
 
     /// Append arguments: the data widths with "-1" and truncation, then the coefficient width.
     void addWidthArguments(ArgumentDictionary& arguments) const;

@@ -91,7 +91,7 @@ void IPLeaf::showConfigurationWidget() {
     Brindle::theme.enrich(area);
     _splitter->addWidget(Brindle::theme.getCapWidget(area));
 
-    const int stored = QSettings().value(SettingsKeys::size, 50).toInt();
+    const int stored = QSettings().value(SettingsKeys::size, SettingsKeys::defaultSize).toInt();
     const int share = std::clamp(stored, 0, 100); // percent of the height for the form
     _splitter->setSizes({10000 - share * 100, share * 100});
 }

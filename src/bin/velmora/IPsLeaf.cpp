@@ -73,7 +73,6 @@ void IPsLeaf::createWidgets() {
     _treeView = new IPTreeView(this);
     _treeView->setObjectName(QStringLiteral("treeView"));
     _treeView->setAccessibleName(tr("IPs by category"));
-    Brindle::theme.enrich(_treeView);
     _treeView->setMinimumWidth(treeWidth);
     layout->addWidget(_treeView, 1, 0);
 

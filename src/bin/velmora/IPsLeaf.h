@@ -8,7 +8,9 @@
 #include <map>
 #include <string>
 
+QT_BEGIN_NAMESPACE
 class QStandardItem;
+QT_END_NAMESPACE
 
 namespace Velmora {
 

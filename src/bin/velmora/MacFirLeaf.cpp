@@ -15,6 +15,9 @@ namespace Velmora {
 
 namespace {
 
+constexpr NumberRange tapRange{4, 160, 4};
+constexpr NumberRange dspRange{1, 20, 1};
+
 const QString enable = QStringLiteral("Enable");
 
 } // namespace
@@ -24,8 +27,8 @@ MacFirLeaf::MacFirLeaf(IPLeaf* ipLeaf) : QWidget(ipLeaf), _ipLeaf(ipLeaf), _filt
     _filter.addEntityName();
     _filter.addInputDataWidth({1, 18, 8});
     _filter.addOutputDataWidth({1, 16, 8});
-    _tapCount = form.addNumber(tr("Tap count"), SettingsKeys::tapCount, {4, 160, 4}, tr("Range 4 to 160."));
-    _dspCount = form.addNumber(tr("DSP count"), SettingsKeys::dspCount, {1, 20, 1}, tr("Range 1 to 20."));
+    _tapCount = form.addNumber(tr("Tap count"), SettingsKeys::tapCount, tapRange, rangeHelp(tapRange));
+    _dspCount = form.addNumber(tr("DSP count"), SettingsKeys::dspCount, dspRange, rangeHelp(dspRange));
     _saturationCombo =
         form.addChoice(tr("Saturation stage"), SettingsKeys::saturationStage, {enable, tr("Disable")}, std::nullopt);
     _filter.addCoefficientWidth({1, 18, 8});
@@ -74,13 +77,7 @@ QString MacFirLeaf::getFilter() const {
 }
 
 Generation MacFirLeaf::getGeneration(const Brindle::Location& caller) const {
-    return {"Generating filter mac",
-            _filter.getEntityName(),
-            FailureRules::filter,
-            caller,
-            [this] { return isFullyConfigured(); },
-            [this] { return getArguments(); },
-            [this] { return getFilter(); }};
+    return _filter.getGeneration("Generating filter mac", *this, caller);
 }
 
 void MacFirLeaf::onGenerate() {

@@ -20,6 +20,7 @@ namespace Velmora {
 namespace {
 
 constexpr int mostLines = 30; // SER and DES together: the pads of a bank
+constexpr NumberRange dataSizeRange{3, 10, 3};
 constexpr NumberRange countRange{0, mostLines, 1};
 
 // The texts of choices are what the script receives.
@@ -95,7 +96,7 @@ void SERDESLeaf::addGlobalParameters() {
     _prefixEdit = _form.addLine(tr("Parameter's prefix"), SettingsKeys::prefix);
     _wordClock = _form.addNumber(tr("Word clock frequency (MHz)"), SettingsKeys::wordClock, {20, 200, 20},
                                  tr("Range 20 to 200MHz."));
-    _dataSize = _form.addNumber(tr("Data size"), SettingsKeys::dataSize, {3, 10, 3}, tr("Range 3 to 10."));
+    _dataSize = _form.addNumber(tr("Data size"), SettingsKeys::dataSize, dataSizeRange, rangeHelp(dataSizeRange));
     _serCount = _form.addNumber(tr("SER count"), SettingsKeys::serCount, countRange);
     _desCount = _form.addNumber(tr("DES count"), SettingsKeys::desCount, countRange);
     _form.addHelp(tr("Range 0 to 30.\nThe sum of SER & DES must be lower or equal to 30."), 2);

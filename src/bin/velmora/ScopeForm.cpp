@@ -57,7 +57,7 @@ void ScopeForm::addTriggerTable(LineTableView* table) {
 }
 
 QSpinBox* ScopeForm::addNumber(const QString& label, const QString& key, const NumberRange& range) {
-    return _form.addNumber(label, key, range, QObject::tr("Range %1 to %2.").arg(range.minimum).arg(range.maximum));
+    return _form.addNumber(label, key, range, rangeHelp(range));
 }
 
 QComboBox* ScopeForm::addChoice(const QString& label, const QString& key, const std::vector<ScopeChoice>& choices) {

@@ -10,9 +10,13 @@ inline const QString windowState = QStringLiteral("windowState");
 inline const QString isMaximized = QStringLiteral("isMaximized");
 inline const QString consoleSplitter = QStringLiteral("consoleSplitter");
 
+// Preferences, and what counts when nothing is stored.
 inline const QString theme = QStringLiteral("theme");
+inline const QString defaultTheme = QStringLiteral("light");
 inline const QString animations = QStringLiteral("animations");
+inline const QString defaultAnimations = QStringLiteral("Always");
 inline const QString size = QStringLiteral("size");
+inline const QString defaultSize = QStringLiteral("50"); // percent
 
 // Fields of the generator forms, each below a group named after the form's class.
 inline const QString entity = QStringLiteral("Entity");

@@ -16,11 +16,6 @@ namespace Velmora {
 
 namespace {
 
-// What counts when nothing is stored.
-const QString defaultTheme = QStringLiteral("light");
-const QString defaultAnimations = QStringLiteral("Always");
-const QString defaultSize = QStringLiteral("50");
-
 QString storedText(const QString& key, const QString& defaultValue) {
     return QSettings().value(key, defaultValue).toString();
 }
@@ -57,13 +52,13 @@ SettingsLeaf::SettingsLeaf(Folio* folio) : QWidget(folio), _folio(folio) {
     _animationsCombo = addPreference(*grid, 2, tr("Use animations when folding/unfolding"), "animationsCombo",
                                      "animations", {tr("Never"), tr("Always")});
     _animationsCombo->setCurrentIndex(
-        _animationsCombo->findText(storedText(SettingsKeys::animations, defaultAnimations)));
+        _animationsCombo->findText(storedText(SettingsKeys::animations, SettingsKeys::defaultAnimations)));
     connect(_animationsCombo, SIGNAL(currentIndexChanged(const QString&)), this,
             SLOT(onAnimationsToggled(const QString&)));
 
     _sizeCombo = addPreference(*grid, 3, tr("Default size of generation section of the IPs"), "sizeCombo", "size",
                                {tr("50%"), tr("60%"), tr("70%"), tr("80%")});
-    _sizeCombo->setCurrentIndex(_sizeCombo->findText(storedText(SettingsKeys::size, defaultSize) + "%"));
+    _sizeCombo->setCurrentIndex(_sizeCombo->findText(storedText(SettingsKeys::size, SettingsKeys::defaultSize) + "%"));
     connect(_sizeCombo, SIGNAL(currentIndexChanged(const QString&)), this, SLOT(onSizeToggled(const QString&)));
 
     auto* spacer = new QLabel;
@@ -116,17 +111,17 @@ QWidget* SettingsLeaf::getRuler(QWidget* parent) const {
 }
 
 void SettingsLeaf::onThemeChanged(const QString& text) {
-    store(SettingsKeys::theme, defaultTheme, text.toLower(), "Theme");
+    store(SettingsKeys::theme, SettingsKeys::defaultTheme, text.toLower(), "Theme");
 }
 
 void SettingsLeaf::onAnimationsToggled(const QString& text) {
-    store(SettingsKeys::animations, defaultAnimations, text, "Animations");
+    store(SettingsKeys::animations, SettingsKeys::defaultAnimations, text, "Animations");
 }
 
 void SettingsLeaf::onSizeToggled(const QString& text) {
     QString percentage = text;
     percentage.chop(1);
-    store(SettingsKeys::size, defaultSize, percentage, "Size");
+    store(SettingsKeys::size, SettingsKeys::defaultSize, percentage, "Size");
 }
 
 void SettingsLeaf::onRestoreDefaults() {

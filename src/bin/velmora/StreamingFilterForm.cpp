@@ -27,7 +27,7 @@ StreamingFilterForm::StreamingFilterForm(QWidget* widget, const QString& classNa
     _modeCombo = getForm().addChoice(QObject::tr("Coefficient mode"), SettingsKeys::coefficientMode,
                                      {constantMode, inputMode}, 0);
     _countSpin = getForm().addNumber(QObject::tr("Coefficient count"), SettingsKeys::coefficientCount, countRange,
-                                     QObject::tr("Range 3 to 56."));
+                                     rangeHelp(countRange));
     _countSpin->setEnabled(false);
     _filter.addCoefficients();
     _filter.addTruncation({0, 36, 0});
@@ -48,8 +48,7 @@ void StreamingFilterForm::applyMode(const QString& mode, const Brindle::Location
                                         "E.g.: x\"F1F\", x\"AE7\", x\"B8C\""));
     getForm()
         .getHelp(_countSpin)
-        ->setText(isInput ? QObject::tr("Range 3 to 56.")
-                          : QObject::tr("Deduced from the amount of coefficients specified."));
+        ->setText(isInput ? rangeHelp(countRange) : QObject::tr("Deduced from the amount of coefficients specified."));
 }
 
 bool StreamingFilterForm::areCoefficientsInputs() const {
@@ -74,6 +73,12 @@ bool StreamingFilterForm::isCountInRange() const {
 void StreamingFilterForm::check(FormCheck& check) const {
     _filter.check(check, !areCoefficientsInputs());
     check.require(isCountInRange(), "Coefficient count should be between 3 and 56.", {getCountEditor()});
+}
+
+bool StreamingFilterForm::isFullyConfigured() const {
+    FormCheck formCheck(getForm());
+    check(formCheck);
+    return formCheck.hasPassed();
 }
 
 ArgumentDictionary StreamingFilterForm::getArguments(const Brindle::Location& caller) const {

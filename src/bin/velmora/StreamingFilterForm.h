@@ -31,6 +31,8 @@ public:
     QWidget* getCountEditor() const;
 
     void check(FormCheck& check) const;
+    /// Tells the first thing that is wrong with the form; true when nothing is.
+    bool isFullyConfigured() const;
 
     /// The arguments of a generation. Throws what `getCoefficientString` throws and, for a list that the check refuses,
     /// Brindle::Fatal, both located at `caller`.

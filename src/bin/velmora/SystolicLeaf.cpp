@@ -19,24 +19,12 @@ SystolicLeaf::~SystolicLeaf() {
     save();
 }
 
-bool SystolicLeaf::isFullyConfigured() const {
-    FormCheck check(_form.getForm());
-    _form.check(check);
-    return check.hasPassed();
-}
-
 QString SystolicLeaf::getFilter() const {
     return GeneratorScript(_ipLeaf->getScriptFilename(), BRINDLE_HERE).generateText(_form.getArguments(BRINDLE_HERE));
 }
 
 Generation SystolicLeaf::getGeneration(const Brindle::Location& caller) const {
-    return {"Generating systolic filter",
-            _form.getFilter().getEntityName(),
-            FailureRules::filter,
-            caller,
-            [this] { return isFullyConfigured(); },
-            [this] { return getArguments(); },
-            [this] { return getFilter(); }};
+    return _form.getFilter().getGeneration("Generating systolic filter", *this, caller);
 }
 
 void SystolicLeaf::onGenerate() {

@@ -19,24 +19,12 @@ TransposeDualLeaf::~TransposeDualLeaf() {
     save();
 }
 
-bool TransposeDualLeaf::isFullyConfigured() const {
-    FormCheck check(_form.getForm());
-    _form.check(check);
-    return check.hasPassed();
-}
-
 QString TransposeDualLeaf::getFilter() const {
     return GeneratorScript(_ipLeaf->getScriptFilename(), BRINDLE_HERE).generateText(_form.getArguments(BRINDLE_HERE));
 }
 
 Generation TransposeDualLeaf::getGeneration(const Brindle::Location& caller) const {
-    return {"Generating transpose dual filter",
-            _form.getFilter().getEntityName(),
-            FailureRules::filter,
-            caller,
-            [this] { return isFullyConfigured(); },
-            [this] { return getArguments(); },
-            [this] { return getFilter(); }};
+    return _form.getFilter().getGeneration("Generating transpose dual filter", *this, caller);
 }
 
 void TransposeDualLeaf::onGenerate() {

@@ -19,24 +19,12 @@ TransposeLeaf::~TransposeLeaf() {
     save();
 }
 
-bool TransposeLeaf::isFullyConfigured() const {
-    FormCheck check(_form.getForm());
-    _form.check(check);
-    return check.hasPassed();
-}
-
 QString TransposeLeaf::getFilter() const {
     return GeneratorScript(_ipLeaf->getScriptFilename(), BRINDLE_HERE).generateText(_form.getArguments(BRINDLE_HERE));
 }
 
 Generation TransposeLeaf::getGeneration(const Brindle::Location& caller) const {
-    return {"Generating transpose filter",
-            _form.getFilter().getEntityName(),
-            FailureRules::filter,
-            caller,
-            [this] { return isFullyConfigured(); },
-            [this] { return getArguments(); },
-            [this] { return getFilter(); }};
+    return _form.getFilter().getGeneration("Generating transpose filter", *this, caller);
 }
 
 void TransposeLeaf::onGenerate() {

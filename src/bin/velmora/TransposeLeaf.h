@@ -23,7 +23,7 @@ public:
     unsigned long getNormalizedCoefficientWidth() const { return _form.getFilter().getNormalizedCoefficientWidth(); }
     std::string getCoefficientString() const { return _form.getFilter().getCoefficientString(BRINDLE_HERE); }
     /// Tells the first thing that is wrong with the form; true when nothing is.
-    bool isFullyConfigured() const;
+    bool isFullyConfigured() const { return _form.isFullyConfigured(); }
     /// What the script is given. Throws what the rendering of coefficients throws.
     ArgumentDictionary getArguments() const { return _form.getArguments(BRINDLE_HERE); }
     /// Runs the script on the form's values. Throws what the runner and `getArguments` throw.

@@ -33,13 +33,7 @@ QString TransposeSymmetricLeaf::getFilter() const {
 }
 
 Generation TransposeSymmetricLeaf::getGeneration(const Brindle::Location& caller) const {
-    return {"Generating transpose symmetric filter",
-            _form.getFilter().getEntityName(),
-            FailureRules::filter,
-            caller,
-            [this] { return isFullyConfigured(); },
-            [this] { return getArguments(); },
-            [this] { return getFilter(); }};
+    return _form.getFilter().getGeneration("Generating transpose symmetric filter", *this, caller);
 }
 
 void TransposeSymmetricLeaf::onGenerate() {

@@ -2,6 +2,7 @@
 
 #include <Brindle/Build.h>
 #include <Brindle/Label.h>
+#include <Brindle/Text.h>
 
 #include <algorithm>
 #include <iomanip>
@@ -21,8 +22,9 @@ bool isContinuationByte(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
 }
 
-bool isControl(char byte) {
-    return (byte >= 0 && byte < ' ' && byte != '\t') || byte == '\x7f';
+/// A terminal would obey it.
+bool isObeyed(char byte) {
+    return isControl(byte) && byte != '\t';
 }
 
 /// The text, cut to the longest that is shown: bytes that continue a UTF-8 character are not counted.
@@ -154,7 +156,7 @@ void Console::showLine(ConsoleLineKind kind, const std::string& text) {
         for (unsigned level = 0; level < _level; ++level)
             line += blanksPerLevel;
         line += text;
-        std::ranges::replace_if(line, isControl, '?'); // a terminal would obey them
+        std::ranges::replace_if(line, isObeyed, '?');
     }
     if (kind == ConsoleLineKind::Error)
         std::cerr << line << std::endl;

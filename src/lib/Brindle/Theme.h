@@ -47,7 +47,7 @@ public:
     QString getColorName(const std::string& name) const;
 
     /// A line icon in the theme's colours that is drawn when it is first shown: "ip", "about", "settings", "copy",
-    /// "select-all", "clear", "erase".
+    /// "select-all", "clear", "erase", "computer", "drive", "file", "folder".
     QIcon getIcon(const std::string& name) const;
     /// Path of an image for rich text, for the theme's ground: "velmora" (the product), "logo-mid" (its maker).
     QString getImagePath(const std::string& name) const;

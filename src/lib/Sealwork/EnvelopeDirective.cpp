@@ -1,5 +1,7 @@
 #include <Sealwork/EnvelopeDirective.h>
 
+#include <Brindle/Text.h>
+
 #include <algorithm>
 
 namespace Sealwork {
@@ -57,7 +59,7 @@ std::optional<std::string_view> takeValue(std::string_view& text) {
 
 std::optional<DirectiveExpression> takeExpression(std::string_view& text) {
     skipWhiteSpace(text);
-    DirectiveExpression expression{toLower(takeWord(text)), {}};
+    DirectiveExpression expression{Brindle::toLower(takeWord(text)), {}};
     if (expression.name.empty())
         return std::nullopt;
     skipWhiteSpace(text);
@@ -80,13 +82,6 @@ bool endsWithWord(std::string_view text, std::string_view word) {
 }
 
 } // namespace
-
-std::string toLower(std::string_view text) {
-    std::string lower(text);
-    std::ranges::transform(lower, lower.begin(),
-                           [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-    return lower;
-}
 
 std::optional<std::string_view> getDirectiveBody(std::string_view line) {
     skipWhiteSpace(line);

@@ -14,9 +14,6 @@ struct DirectiveExpression {
     std::string value; ///< Without its double quotes or parentheses; empty when there is none.
 };
 
-/// The text with its ASCII letters in lower case.
-std::string toLower(std::string_view text);
-
 /// What a line says behind "`protect" or "`pragma protect", in front of which only white space may stand; none when it
 /// is no such line.
 std::optional<std::string_view> getDirectiveBody(std::string_view line);

@@ -1,5 +1,6 @@
 #include <Sealwork/EnvelopeParser.h>
 
+#include <Brindle/Text.h>
 #include <Sealwork/Base64.h>
 #include <Sealwork/EnvelopeRefused.h>
 #include <Sealwork/HdlLanguage.h>
@@ -80,9 +81,9 @@ void EnvelopeParser::obey(const DirectiveExpression& expression) {
     else if (name == "key_keyname")
         _keyBlock.name = value;
     else if (name == "key_method")
-        _keyBlock.method = toLower(value);
+        _keyBlock.method = Brindle::toLower(value);
     else if (name == "data_method")
-        _envelope.dataMethod = toLower(value);
+        _envelope.dataMethod = Brindle::toLower(value);
     else if (name == "encoding")
         setEncoding(value);
     else if (name == "key_block")
@@ -113,7 +114,7 @@ void EnvelopeParser::setEncoding(std::string_view value) {
     if (!expressions)
         refuse("encoding that cannot be read", BRINDLE_HERE);
     for (const auto& [name, setting] : *expressions) {
-        if (name == "enctype" && toLower(setting) != "base64")
+        if (name == "enctype" && Brindle::toLower(setting) != "base64")
             refuse("encoding is not base64", BRINDLE_HERE);
         if (name != "bytes")
             continue;

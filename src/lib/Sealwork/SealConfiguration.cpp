@@ -2,6 +2,7 @@
 
 #include <Brindle/Exception.h>
 #include <Brindle/Label.h>
+#include <Brindle/Text.h>
 #include <Sealwork/KeyFile.h>
 #include <Sealwork/TextLines.h>
 
@@ -14,10 +15,7 @@ namespace {
 constexpr std::string_view blanks = " \t\r";
 
 std::string_view trimmed(std::string_view text) {
-    const auto begin = text.find_first_not_of(blanks);
-    if (begin == text.npos)
-        return {};
-    return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
+    return Brindle::trimmed(text, blanks);
 }
 
 /// Where a line of the configuration stands, for the refusal of what it says.

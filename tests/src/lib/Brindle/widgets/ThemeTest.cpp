@@ -12,6 +12,7 @@
 #include <QFile>
 #include <QImage>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QRegularExpression>
 #include <QScrollArea>
@@ -77,6 +78,7 @@ private Q_SLOTS:
     void styleSheetIsSound();
     void wheelChangesNoInput_data();
     void wheelChangesNoInput();
+    void disablingMovesNoText();
     void popupShowsSeparatorsAsHairlines();
     void capCarriesItsChild();
 };
@@ -166,7 +168,8 @@ void ThemeTest::paletteTextIsLegible() {
 void ThemeTest::iconsStandOut_data() {
     TestTable<int, QString, int>("code", "name", "size");
     for (const Theme& theme : Theme::getThemes()) {
-        for (const char* name : {"ip", "about", "settings", "copy", "select-all", "clear", "erase"}) {
+        for (const char* name : {"ip", "about", "settings", "copy", "select-all", "clear", "erase", "computer", "drive",
+                                 "file", "folder"}) {
             for (const int size : {16, 32})
                 QTest::addRow("%s: %s at %d", qPrintable(theme.getName()), name, size)
                     << int(theme.getCode()) << name << size;
@@ -280,6 +283,27 @@ void ThemeTest::wheelChangesNoInput() {
     turnWheel(input);
     QCOMPARE(valueOf(), 0);
     QVERIFY(area.verticalScrollBar()->value() > scrolled);
+}
+
+void ThemeTest::disablingMovesNoText() {
+    Brindle::theme.apply(*qApp);
+    for (QWidget* input : std::initializer_list<QWidget*>{new QComboBox, new QSpinBox, new QDoubleSpinBox}) {
+        const std::unique_ptr<QWidget> owner(input);
+        input->resize(120, 28);
+        const auto textRect = [input] {
+            if (auto* spinBox = qobject_cast<QAbstractSpinBox*>(input))
+                return spinBox->findChild<QLineEdit*>()->geometry();
+            QStyleOptionComboBox option;
+            option.initFrom(input);
+            return input->style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, input);
+        };
+        input->show();
+        QCoreApplication::processEvents();
+        const QRect enabled = textRect();
+        input->setEnabled(false);
+        QCoreApplication::processEvents();
+        QCOMPARE(textRect(), enabled);
+    }
 }
 
 void ThemeTest::popupShowsSeparatorsAsHairlines() {
