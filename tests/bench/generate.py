@@ -5,7 +5,6 @@ time plus 100 ms."""
 
 import argparse
 import os
-import shutil
 import statistics
 import subprocess
 import sys
@@ -74,11 +73,8 @@ def main():
     parser.add_argument("--configuration", required=True, help="the systolic filter of the examples")
     parser.add_argument("--runs", type=int, default=15)
     options = parser.parse_args()
-    folder = tempfile.mkdtemp(prefix="velmora-generate-")
-    try:
+    with tempfile.TemporaryDirectory(prefix="velmora-generate-") as folder:
         compare(options, folder)
-    finally:
-        shutil.rmtree(folder)
 
 
 if __name__ == "__main__":

@@ -5,7 +5,6 @@ starts one of its own (Xvfb)."""
 
 import argparse
 import os
-import shutil
 import statistics
 import subprocess
 import sys
@@ -77,11 +76,8 @@ def main():
     options = parser.parse_args()
     if not os.environ.get("DISPLAY") and not os.environ.get("QT_QPA_PLATFORM"):
         os.execvp("xvfb-run", ["xvfb-run", "-a", "-s", "-screen 0 1280x1024x24"] + [os.path.abspath(sys.argv[0])] + sys.argv[1:])
-    folder = tempfile.mkdtemp(prefix="velmora-startup-")
-    try:
+    with tempfile.TemporaryDirectory(prefix="velmora-startup-") as folder:
         measure(options, folder)
-    finally:
-        shutil.rmtree(folder)
 
 
 if __name__ == "__main__":

@@ -40,4 +40,9 @@ private:
     Sealwork::ScriptKey _scriptKey;
 };
 
+/// The generator script that returns the value of a Python expression.
+inline QByteArray returning(const QByteArray& expression) {
+    return "def generate(argDict):\n  return " + expression + "\n";
+}
+
 QByteArray bytesOf(const Sealwork::SecureBuffer& buffer);

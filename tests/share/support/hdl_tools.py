@@ -1,5 +1,6 @@
 """Runs the HDL tools for the hardware checks of the catalogue's IPs."""
 
+import json
 import re
 import subprocess
 import time
@@ -87,6 +88,13 @@ def synthesise(ghdl, top, commands, edited=str):
     warnings = [line for line in output.splitlines() if line.startswith("Warning")]
     require(not warnings, "Yosys warns:\n" + "\n".join(warnings))
     return remarks, output
+
+
+def synthesised_module(ghdl, top):
+    """The one module of the netlist that Yosys wrote with "write_json netlist.json"."""
+    modules = json.loads((ghdl.directory / "netlist.json").read_text())["modules"]
+    require(list(modules) == [top], f"the synthesised modules are {', '.join(modules)}")
+    return modules[top]
 
 
 def cell_counts(report):

@@ -4,7 +4,7 @@ import collections
 import json
 import re
 
-from hdl_tools import require, synthesise
+from hdl_tools import require, synthesise, synthesised_module
 from model import ceiling_log2, signed_value
 
 REGISTER_CELLS = re.compile(r"\$s?dff")
@@ -24,9 +24,7 @@ def netlist(ghdl, described):
     remarks, _ = synthesise(ghdl, described.entity, [
         "proc", "flatten", "opt", "wreduce", "opt -full", "wreduce", "opt_clean", "memory_collect", "check -assert",
         "write_json netlist.json"], marked_products)
-    modules = json.loads((ghdl.directory / "netlist.json").read_text())["modules"]
-    require(list(modules) == [described.entity], f"the synthesised modules are {', '.join(modules)}")
-    return modules[described.entity]["cells"].values(), remarks
+    return synthesised_module(ghdl, described.entity)["cells"].values(), remarks
 
 
 def parameter(cell, name):

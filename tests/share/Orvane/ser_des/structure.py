@@ -3,7 +3,7 @@
 import json
 import re
 
-from hdl_tools import cell_counts, require, synthesise
+from hdl_tools import cell_counts, require, synthesise, synthesised_module
 
 FLIP_FLOP = re.compile(r"\$(a?dffe?|adffe?)")
 FORBIDDEN_CELLS = re.compile(r"\$(d?latch|adlatch|aldff|dffsr|sr|tribuf|mem)")
@@ -14,10 +14,9 @@ def check_structure(ghdl, shape):
     _, report = synthesise(ghdl, shape.entity, [
         "proc", "flatten", "opt", "opt_clean", "check -assert", "write_json netlist.json", "synth", "abc -lut 4",
         "opt_clean", "stat"])
-    modules = json.loads((ghdl.directory / "netlist.json").read_text())["modules"]
-    require(list(modules) == [shape.entity], f"the synthesised modules are {', '.join(modules)}")
-    flip_flops = check_cells(modules[shape.entity], shape)
-    if not modules[shape.entity]["cells"]:
+    module = synthesised_module(ghdl, shape.entity)
+    flip_flops = check_cells(module, shape)
+    if not module["cells"]:
         return "no cell"
     return f"{flip_flops} flip-flops, {cell_counts(report)[0]} LUT4"
 

@@ -287,7 +287,11 @@ void GenerateTest::descriptionsMatchConfigurations() {
     useShippedCatalogue();
     const auto configuration = Velmora::Configuration::parse(example(name).toStdString(), "example");
     const QString uid = QString::fromStdString(configuration.getUID());
-    const auto made = Velmora::Configuration::parse(run({"template", uid}).output.toStdString(), "template");
+    const QByteArray content = run({"template", uid}).output;
+    const auto made = Velmora::Configuration::parse(content.toStdString(), "template");
+    const auto page = openShipped(QString(VELMORA_EXAMPLES) + "/" + name + ".velmora");
+    page->setConfiguration(made);
+    QCOMPARE(page->getConfiguration().getContent(), content.toStdString());
     const QJsonObject description = QJsonDocument::fromJson(run({"describe", uid, "--json"}).output).object();
     QCOMPARE(description["uid"].toString(), uid);
     for (const QJsonValue field : description["fields"].toArray()) {

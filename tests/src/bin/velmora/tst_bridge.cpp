@@ -23,10 +23,6 @@ namespace {
 
 const QString failedLine = QStringLiteral("E:   Failed to generate the IP, please contact the provider.");
 
-QByteArray returning(const QByteArray& expression) {
-    return "def generate(argDict):\n  return " + expression + "\n";
-}
-
 /// Paths below the directory, sorted; directories end with "/".
 QStringList treeOf(const QString& directory) {
     QStringList paths;
@@ -74,7 +70,6 @@ private Q_SLOTS:
     void scriptProblemComesBeforeTheEntity();
     void failuresKeepWhatWasWritten();
     void entityNameIsText();
-    void removedDirectoryIsMadeAgain();
     void regionsAreEnciphered();
     void regionsOpenAgain_data();
     void regionsOpenAgain();
@@ -214,11 +209,6 @@ void BridgeTest::failuresKeepWhatWasWritten() {
     open("def generate(argDict):\n  printError('Entity name is empty.')\n  return {'d.vhd': ''}\n");
     QCOMPARE(generate().mid(1), QStringList({"E:   Entity name is empty.", failedLine, "  Generating done"}));
     QVERIFY(QFile::exists(out("d.vhd")));
-
-    open("def generate(argDict):\n  raise KeyError('x')\n");
-    const QStringList lines = generate();
-    QCOMPARE(lines.filter("E: "), QStringList({"E:   Traceback (most recent call last):", "E:   Should not be here"}));
-    QCOMPARE(lines.last(), QStringLiteral("  Generating Failed"));
 }
 
 void BridgeTest::entityNameIsText() {
@@ -226,14 +216,6 @@ void BridgeTest::entityNameIsText() {
     entity()->setText(QString::fromUtf8("caf\xC3\xA9"));
     press("Generate");
     QCOMPARE(readFile(out("echo")), QByteArray("caf\xC3\xA9\n"));
-}
-
-void BridgeTest::removedDirectoryIsMadeAgain() {
-    open(returning("{'x.vhd': 'x'}"));
-    press("Generate");
-    QVERIFY(QDir(out()).removeRecursively());
-    press("Generate");
-    QCOMPARE(readFile(out("x.vhd")), QByteArray("x\n"));
 }
 
 void BridgeTest::regionsAreEnciphered() {
@@ -264,17 +246,12 @@ void BridgeTest::regionsOpenAgain_data() {
     table.row("between", "x.vhd", "'a\\n-- `protect begin\\nb\\nc\\n-- `protect end\\nd'", 1, "a\nb\nc\nd\n");
     table.row("at the start and at the end", "x.v",
               "'`protect begin\\na\\n`protect end\\nb\\n`protect begin\\nc\\n`protect end'", 2, "a\nb\nc\n");
-    table.row("one after another", "x.vh", "'`protect begin\\na\\n`protect end\\n`protect begin\\nb\\n`protect end\\n'",
-              2, "a\nb\n\n");
-    table.row("Windows line ends", "x.v", "'a\\r\\n`protect begin\\r\\nb\\r\\n\\r\\n`protect end\\r\\nc\\r\\n'", 1,
-              "a\r\nb\r\n\r\nc\r\n\n");
     QByteArray everyByte;
     for (int byte = 255; byte > 0; --byte)
         everyByte += static_cast<char>(byte);
     table.row("every byte", "x.vhd",
               "'`protect begin\\n' + ''.join(chr(n) for n in range(255, 0, -1)) + '\\n`protect end'", 1,
               everyByte + '\n');
-    table.row("open at the end", "x.vhd", "'`protect begin\\na\\n`protect end\\nb\\n`protect begin\\nc'", 1, "a\nb\n");
 }
 
 void BridgeTest::regionsOpenAgain() {

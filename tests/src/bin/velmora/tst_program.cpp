@@ -71,7 +71,7 @@ void ProgramTest::startsWithSpoiltSettings_data() {
     const QString file = "config/Orvane/Velmora.conf";
     table.row("rubbish", file, QByteArray("[General\n\xff\xfe=\\x\0@Variant(\n[[]]\ntheme", 34), 0);
     table.row("values of other types", file,
-              "[General]\ntheme=@Invalid()\nsize=a, b\nisMaximized=@Point(1 2)\n"
+              "[General]\ntheme=@Invalid()\nsize=a, b\nanimations=a, b\nisMaximized=@Point(1 2)\nconsoleSplitter=a, b\n"
               "geometry=@ByteArray(\\x1\\xd9\\xd0\\xcb)\nwindowState=7\n",
               0);
     table.row("a folder in the file's place", file + "/x", {}, 1);

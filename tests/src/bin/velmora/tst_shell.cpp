@@ -1,5 +1,4 @@
 #include <support/ConsoleRecorder.h>
-#include <support/ReadOnlyFolder.h>
 #include <support/TestMain.h>
 #include <support/TestPrefix.h>
 #include <support/TestTable.h>
@@ -18,9 +17,7 @@
 #include <Brindle/Theme.h>
 
 #include <QDataStream>
-#include <QDir>
 #include <QElapsedTimer>
-#include <QFileInfo>
 #include <QGridLayout>
 #include <QLabel>
 #include <QPropertyAnimation>
@@ -52,9 +49,6 @@ private Q_SLOTS:
     void maximisedWindowIgnoresItsGeometry();
     void geometryOfALargerScreen_data();
     void geometryOfALargerScreen();
-    void rubbishInTheSettingsDoesNoHarm();
-    void settingsThatCannotBeStored_data();
-    void settingsThatCannotBeStored();
     void hugeCountsInAStoredStateDoNoHarm_data();
     void hugeCountsInAStoredStateDoNoHarm();
     void folioPages();
@@ -121,16 +115,6 @@ void ShellTest::maximisedWindowIgnoresItsGeometry() {
     QCOMPARE(window.normalGeometry().size(), QSize(1000, 600)); // and not the stored size
 }
 
-void ShellTest::rubbishInTheSettingsDoesNoHarm() {
-    QSettings settings;
-    for (const char* key : {"geometry", "windowState", "consoleSplitter", "isMaximized", "size", "animations", "theme"})
-        settings.setValue(key, QVariant(QStringList{"rub", "bish"}));
-    settings.sync();
-    MainWindow window;
-    QVERIFY(window.isVisible());
-    QCOMPARE(window.size(), QSize(1000, 600));
-}
-
 void ShellTest::geometryOfALargerScreen_data() {
     const TestTable<QRect, int> table("place", "screen");
     table.row("beyond the right edge", QRect(4000, 300, 700, 500), 0);
@@ -155,32 +139,6 @@ void ShellTest::geometryOfALargerScreen() {
     const QRect titleBar(window.frameGeometry().topLeft(), QSize(window.width(), 1));
     QVERIFY2(available.contains(titleBar.center()), "the window cannot be moved by its title");
     QVERIFY(available.intersected(window.geometry()).width() >= available.width() / 2);
-}
-
-void ShellTest::settingsThatCannotBeStored_data() {
-    const TestTable<QByteArray> table("content");
-    table.row("a file", "[General]\ntheme=dark\nsize=60\n");
-    table.row("no file", {});
-}
-
-void ShellTest::settingsThatCannotBeStored() {
-    QFETCH(QByteArray, content);
-    const QString file = QSettings().fileName();
-    const QString folder = QFileInfo(file).path();
-    QDir().mkpath(folder);
-    if (!content.isEmpty())
-        _prefix->write(QDir(_prefix->path()).relativeFilePath(file), content);
-    QFile::setPermissions(_prefix->path(), QFile::Permissions(0x7755)); // the way to the folder is open to everybody
-    const ReadOnlyFolder locked(folder);
-    if (!locked.isEffective())
-        QSKIP("permissions do not bind this user, who cannot become another one either");
-    {
-        MainWindow window;
-        QVERIFY(window.isVisible());
-        QCOMPARE(window.size(), QSize(1000, 600));
-        window.close();
-    }
-    QCOMPARE(readFile(file), content);
 }
 
 void ShellTest::hugeCountsInAStoredStateDoNoHarm_data() {

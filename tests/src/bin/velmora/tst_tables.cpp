@@ -274,11 +274,8 @@ void TablesTest::valueSets_data() {
     const QString firstLevels = R"(0 => "00", 1 => "01", 2 => "11")";
     const QString edges = R"(0 => "001", 1 => "010", 2 => "000")";
     const QString firstEdges = R"(0 => "000", 1 => "001", 2 => "010")";
-    table.row("levels", "TriggerMode=Basic", {levels, noLevels, noEdges, noEdges});
     table.row("two levels", "TriggerMode=Basic;MultipleLevelTrigger=Enable", {levels, firstLevels, noEdges, noEdges});
     table.row("edges", "TriggerMode=Basic & Edges", {noLevels, noLevels, edges, noEdges});
-    table.row("two levels with edges", "TriggerMode=Basic & Edges;MultipleLevelTrigger=Enable",
-              {noLevels, noLevels, edges, firstEdges});
 }
 
 void TablesTest::valueSets() {

@@ -22,7 +22,6 @@
 #include <QDropEvent>
 #include <QMenu>
 #include <QMimeData>
-#include <QProcess>
 #include <QPushButton>
 #include <QSettings>
 #include <QStackedWidget>
@@ -133,7 +132,6 @@ private Q_SLOTS:
     void droppedFilesInTurn();
     void uidTellsNamesakesApart();
     void otherDragsAreLeftAlone();
-    void templatesOfTheCommandLine();
 };
 
 void WindowTest::init() {
@@ -456,20 +454,6 @@ void WindowTest::otherDragsAreLeftAlone() {
     dialog.show();
     QCOMPARE(dropFile(_window->windowHandle(), _prefix->write("x.velmora", example("fir_mac"))), QString());
     QCOMPARE(recorder.lines(), QStringList());
-}
-
-void WindowTest::templatesOfTheCommandLine() {
-    openWindow();
-    for (const char* name : {"Scope", "SER/DES", "APB slave to serial master"}) {
-        QProcess process;
-        process.start(VELMORA_GENERATE, {"template", name});
-        QVERIFY(process.waitForFinished(60'000));
-        const QByteArray content = process.readAllStandardOutput();
-        QVERIFY2(content.startsWith("company = Orvane\n"), process.readAllStandardError().constData());
-        drop("template.velmora", content);
-        QCOMPARE(shownIP(), findLeaf(name));
-        QCOMPARE(contentOf(*shownIP()), content);
-    }
 }
 
 VELMORA_TEST_MAIN(WindowTest)

@@ -296,6 +296,13 @@ void SealToolEnvelopeTest::encipheredPrivateKeys() {
                  QByteArray(1024, 'x') + "\n")
                  .errors,
              QByteArray());
+    const auto sealWith = [this](const char* passphraseFile) {
+        const QByteArray line = "seal @/script -o - --key @/scripts --signer @/d.private.pem --passphrase-file @/";
+        return errorsOf(run(line + passphraseFile));
+    };
+    QCOMPARE(sealWith("wrong"), QByteArray("@/d.private.pem: Unable to read key file (not an Ed25519 private key, or "
+                                           "not its passphrase)\n"));
+    QCOMPARE(sealWith("none"), QByteArray("@/none: Unable to read key file (No such file or directory)\n"));
 }
 
 void SealToolEnvelopeTest::addedRecipients() {

@@ -35,7 +35,6 @@ class SealToolTest : public QObject {
 private Q_SLOTS:
     void madeKeysWork();
     void keptKeys();
-    void passphrases();
     void exitStatus_data();
     void exitStatus();
     void filesAreWholeOrMissing();
@@ -107,27 +106,6 @@ void SealToolTest::keptKeys() {
         QVERIFY(readFile(file) != content);
         QVERIFY(isPrivate(file));
     }
-}
-
-void SealToolTest::passphrases() {
-    const Installation installation;
-    const auto run = [&installation](const char* line) {
-        return seal(argumentsOf(line, installation.path(".")), "x = 1\n");
-    };
-    run("keygen script -o @/scripts");
-    run("keygen signer -o @/s");
-    openssl(argumentsOf("pkcs8 -topk8 -in @/s.private.pem -passout pass:open -out @/locked.pem", installation.path()));
-    installation.write("right", "open\n");
-    installation.write("wrong", "shut\n");
-    const auto right = run("seal - -o - --key @/scripts --signer @/locked.pem --passphrase-file @/right");
-    QCOMPARE(right.exitCode, 0);
-    QVERIFY(right.output.contains("\nSignature: "));
-    const auto wrong = run("seal - -o - --key @/scripts --signer @/locked.pem --passphrase-file @/wrong");
-    QCOMPARE(wrong.exitCode, 2);
-    QVERIFY(wrong.errors.contains("not an Ed25519 private key, or not its passphrase"));
-    const auto missing = run("seal - -o - --key @/scripts --signer @/locked.pem --passphrase-file @/none");
-    QCOMPARE(missing.exitCode, 2);
-    QVERIFY(missing.errors.contains("none: Unable to read key file (No such file or directory)"));
 }
 
 void SealToolTest::exitStatus_data() {
