@@ -338,6 +338,8 @@ void GenerateTest::wrongUsage_data() {
     table.row("no IP", {"template"}, "The name of the IP is missing");
     table.row("two words", {"describe", "Mac", "fir"}, "Give one IP, a name with blanks in quotes");
     table.row("no file", {"check"}, "The configuration file is missing");
+    table.row("standard output", {"run", "a", "-o", "-"},
+              "The output should be a file or a directory, /dev/stdout shows it");
     table.row("empty output", {"run", "a", "-o", ""}, "The output has an empty name");
     table.row("no directory", {"run", "a", "b", "-o", "c"},
               "'c' should be a directory, which takes the output of several files");

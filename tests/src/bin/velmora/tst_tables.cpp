@@ -82,6 +82,7 @@ private Q_SLOTS:
     void locationsArePlacedByMouse();
     void rowGoesWhileItIsEdited_data();
     void rowGoesWhileItIsEdited();
+    void optionGoesWhileItsCellIsEdited();
     void refusedPartComesIntoView_data();
     void refusedPartComesIntoView();
     void sectionsAreInLine();
@@ -405,6 +406,21 @@ void TablesTest::rowGoesWhileItIsEdited() {
     QCOMPARE(view->model()->rowCount(), 1);
     QCoreApplication::processEvents();
     QCOMPARE(cells(), initial);
+}
+
+void TablesTest::optionGoesWhileItsCellIsEdited() {
+    open("Scope");
+    set("MultipleLevelTrigger=Enable");
+    const QAbstractItemView* view = table("TriggerTableView");
+    const QModelIndex firstLevel = view->model()->index(0, 3);
+    QWidget parent;
+    auto* combo = qobject_cast<QComboBox*>(view->itemDelegate()->createEditor(&parent, {}, firstLevel));
+    QVERIFY(combo);
+    set("MultipleLevelTrigger=Disable");
+    view->itemDelegate()->setEditorData(combo, firstLevel);
+    combo->setCurrentText("1");
+    view->itemDelegate()->setModelData(combo, view->model(), firstLevel);
+    QCOMPARE(firstLevel.data().toString(), QString("1"));
 }
 
 void TablesTest::refusedPartComesIntoView_data() {
