@@ -38,9 +38,9 @@ QJsonObject runOnFile(const QString& filename, const FileHandler& handle) {
     if (report.contains("output"))
         console.print("Written to " + report["output"].toString().toStdString());
     console.unindent();
+    // Whose the errors above are, also where errors alone are shown.
     if (!report["succeeded"].toBool())
-        console.error("Failed: " +
-                      filename.toStdString()); // whose the errors above are, also where errors alone are shown
+        console.error("Failed: " + filename.toStdString());
     return report;
 }
 

@@ -2,7 +2,6 @@
 
 #include <velmora-generate/UsageError.h>
 
-#include <QDir>
 #include <QFileInfo>
 
 namespace GenerateTool {
@@ -14,8 +13,15 @@ QString toAbsolute(const QString& path) {
     const QFileInfo file(path);
     if (file.exists())
         return file.canonicalFilePath();
-    const QString directory = QFileInfo(file.absolutePath()).canonicalFilePath();
+    const QString directory = QFileInfo(file.path()).canonicalFilePath();
     return (directory.isEmpty() ? file.absolutePath() : directory) + "/" + file.fileName();
+}
+
+/// Nothing else is made simpler: what ".." means behind a symbolic link only the file system knows.
+QString withoutEndSlashes(QString path) {
+    while (path.size() > 1 && path.endsWith('/'))
+        path.chop(1);
+    return path;
 }
 
 bool isFileName(const QString& name) {
@@ -47,7 +53,7 @@ QString Output::take(const QString& configurationFilename, const QString& entity
         throw Brindle::located(Brindle::Fatal("Unable to open file " + givenPath.toStdString()), BRINDLE_HERE,
                                {{"reason", "It names a directory, name the file"}});
     }
-    const QString path = QDir::cleanPath(givenPath);
+    const QString path = withoutEndSlashes(givenPath);
     const QString absolutePath = toAbsolute(path);
     if (_configurations.contains(absolutePath))
         throw Brindle::located(Brindle::Fatal("Output would replace the configuration " + path.toStdString()),
@@ -69,7 +75,8 @@ QString Output::getPath(const QString& configurationFilename, const QString& ent
         throw Brindle::located(Brindle::Fatal("Entity name makes no file name, name the output with --output"),
                                BRINDLE_HERE, {{"entity", entityName.toStdString()}});
     }
-    return _path.value_or(QFileInfo(configurationFilename).path()) + "/" + name;
+    const QString directory = withoutEndSlashes(_path.value_or(QFileInfo(configurationFilename).path()));
+    return directory == QLatin1String(".") ? name : directory + "/" + name;
 }
 
 } // namespace GenerateTool

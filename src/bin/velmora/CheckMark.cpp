@@ -11,7 +11,6 @@
 #include <QStyle>
 #include <QTimer>
 
-#include <ranges>
 #include <utility>
 
 namespace Velmora {
@@ -75,22 +74,27 @@ void CheckMark::set(const CheckedParts& parts, const QString& problem) {
             },
             part);
     }
-    for (const CheckedPart& part : _parts | std::views::reverse) // the first has the last word
-        std::visit([this](const auto& marked) { reveal(marked); }, part);
+    for (const CheckedPart& part : _parts)
+        std::visit([this](const auto& marked) { openSections(widgetOf(marked)); }, part);
+    scrollToFirst();
 }
 
-template <class Marked>
-void CheckMark::reveal(const Marked& marked) {
-    for (QWidget* ancestor = widgetOf(marked)->parentWidget(); ancestor; ancestor = ancestor->parentWidget()) {
-        if (auto* section = qobject_cast<FoldWidget*>(ancestor)) {
-            const auto scroll = [this, marked] {
-                QTimer::singleShot(layoutTime, this, [marked] { scrollTo(marked); });
-            };
-            _watches.push_back(connect(section, &FoldWidget::opened, this, scroll));
-            section->open();
-        }
+void CheckMark::openSections(const QWidget* widget) {
+    for (QWidget* ancestor = widget->parentWidget(); ancestor; ancestor = ancestor->parentWidget()) {
+        auto* section = qobject_cast<FoldWidget*>(ancestor);
+        if (!section || section->isOpen())
+            continue;
+        connect(section, &FoldWidget::opened, this, [this, section] {
+            disconnect(section, &FoldWidget::opened, this, nullptr);
+            QTimer::singleShot(layoutTime, this, &CheckMark::scrollToFirst);
+        });
+        section->open();
     }
-    scrollTo(marked);
+}
+
+void CheckMark::scrollToFirst() {
+    if (!_parts.empty())
+        std::visit([](const auto& marked) { scrollTo(marked); }, _parts.front());
 }
 
 void CheckMark::clear() {

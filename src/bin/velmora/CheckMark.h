@@ -25,7 +25,7 @@ using CheckedParts = std::vector<CheckedPart>;
 
 /// Marks what the last check of a form refused, until the user edits it. A marked widget has the dynamic property
 /// "refused" and a marked cell LineTableModel::ProblemRole; both tell assistive programs what is wrong. The section
-/// that a mark lies in is opened, and the form scrolls to the mark.
+/// that a mark lies in is opened, and the form scrolls to the first mark.
 class CheckMark : public QObject {
     Q_OBJECT
 
@@ -39,8 +39,8 @@ public Q_SLOTS:
     void clear();
 
 private:
-    template <class Marked>
-    void reveal(const Marked& marked);
+    void openSections(const QWidget* widget);
+    void scrollToFirst();
     void watch(QWidget* editor);
     void watch(const CheckedCell& cell);
     void watchCells(const QAbstractItemModel* model, const std::function<bool(const QModelIndex&)>& isWatched);

@@ -38,6 +38,12 @@ QString getStyleSheet() {
     return Brindle::ThemeColors(Brindle::theme.getCode()).fillIn(css);
 }
 
+/// A ".." in the name is resolved as the file system does it, with symbolic links followed; the web page would not.
+QUrl getUrl(const QString& filename) {
+    const QFileInfo file(filename);
+    return QUrl::fromLocalFile(QFileInfo(file.path()).canonicalFilePath() + "/" + file.fileName());
+}
+
 /// What holds for every page.
 void applyGlobalSettings() {
     QWebSettings* web = QWebSettings::globalSettings();
@@ -58,7 +64,7 @@ void applyGlobalSettings() {
 DescriptionView::DescriptionView(const QString& htmlFilename, QWidget* parent) : QWebView(parent) {
     setAccessibleName(tr("Description of the IP"));
     if (!htmlFilename.isEmpty() && QFileInfo::exists(htmlFilename))
-        _pendingUrl = QUrl::fromLocalFile(htmlFilename);
+        _pendingUrl = getUrl(htmlFilename);
     else
         showMissing();
 }

@@ -27,9 +27,10 @@ public:
     void finalize();
     /// Shows the fields.
     void open();
+    bool isOpen() const { return _toggle->isChecked(); }
 
 Q_SIGNALS:
-    /// The fields have their place.
+    /// The section has its height; what lies around it is laid out soon after.
     void opened();
 
 public Q_SLOTS:

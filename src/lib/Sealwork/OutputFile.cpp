@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -58,6 +59,8 @@ mode_t getMode(const std::filesystem::path& filename, FileAccess access) {
 /// The file that a symbolic link leads to, which is written in the link's place.
 std::filesystem::path getTarget(const std::filesystem::path& filename) {
     std::error_code error;
+    if (!std::filesystem::is_symlink(filename, error))
+        return filename;
     const auto target = std::filesystem::canonical(filename, error);
     return error ? filename : target;
 }
@@ -65,10 +68,12 @@ std::filesystem::path getTarget(const std::filesystem::path& filename) {
 /// The file beside the one to be written; removed unless it takes the name.
 class TemporaryFile {
 public:
-    TemporaryFile(const std::filesystem::path& filename, FileAccess access)
+    /// The file name is what errors tell, the target what is written.
+    TemporaryFile(const std::filesystem::path& filename, std::filesystem::path target, FileAccess access)
         : _filename(filename),
-          _temporary(getTemporaryName(filename)),
-          _file(open(_temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, getMode(filename, access))) {
+          _target(std::move(target)),
+          _temporary(getTemporaryName(_target)),
+          _file(open(_temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, getMode(_target, access))) {
         if (!_file.isOpen())
             refuse(filename, std::strerror(errno), BRINDLE_HERE);
     }
@@ -85,8 +90,8 @@ public:
     }
 
     void takeName(Overwrite overwrite) {
-        const bool hasFailed = overwrite == Overwrite::Yes ? std::rename(_temporary.c_str(), _filename.c_str()) != 0
-                                                           : !renameToNewName(_temporary, _filename);
+        const bool hasFailed = overwrite == Overwrite::Yes ? std::rename(_temporary.c_str(), _target.c_str()) != 0
+                                                           : !renameToNewName(_temporary, _target);
         if (hasFailed && errno == EEXIST)
             throw Brindle::located(Brindle::Fatal("File exists already"), BRINDLE_HERE,
                                    {{"filename", _filename.string()}});
@@ -97,7 +102,8 @@ public:
 
 private:
     const std::filesystem::path& _filename;
-    std::filesystem::path _temporary;
+    const std::filesystem::path _target;
+    const std::filesystem::path _temporary;
     FileDescriptor _file;
     bool _isNamed = false;
 };
@@ -114,8 +120,7 @@ void requireReplaceable(const std::filesystem::path& filename) {
 void writeOutputFile(const std::filesystem::path& filename, std::span<const std::uint8_t> content, FileAccess access,
                      Overwrite overwrite) {
     requireReplaceable(filename);
-    const auto target = getTarget(filename);
-    TemporaryFile file(target, access);
+    TemporaryFile file(filename, access == FileAccess::Private ? filename : getTarget(filename), access);
     file.write(content);
     file.takeName(overwrite);
 }

@@ -322,7 +322,7 @@ void GenerateTest::unwritableOutput() {
     // What is printed must not end up in the next file that is opened.
     addFilter(FormFixture::echo);
     QCOMPARE(run({"-c", QStringLiteral(VELMORA_GENERATE) + " run fir.velmora -o closed.vhd <&- >&- 2>&-"}, "sh").status,
-             0);
+             1);
     QCOMPARE(generate({"fir.velmora", "-o", "open.vhd"}).status, 0);
     QCOMPARE(readFile("closed.vhd"), readFile("open.vhd"));
 }
@@ -373,6 +373,11 @@ void GenerateTest::outputPlaces() {
     set("LC_ALL", "C");
     QCOMPARE(generate({foreign, "--output", foreign + ".vhd"}).errors, QStringList());
     QCOMPARE(filesOf(foreign + ".vhd"), filesOf("in/fir_mac.vhd"));
+
+    // ".." is the file system's.
+    QVERIFY(QDir().mkpath("elsewhere/deep") && QFile::link(_prefix->path("elsewhere/deep"), "link"));
+    QCOMPARE(generate({"in/fir_mac.velmora", "-o", "link/../linked.vhd"}).status, 0);
+    QCOMPARE(filesOf("elsewhere/linked.vhd"), filesOf("in/fir_mac.vhd"));
 
     // The bridge may be without a name, but then its output must have one.
     _prefix->write("bare.velmora", example("spi_bridge").replace("= spi_bridge", "="));

@@ -414,6 +414,13 @@ void CatalogueTest::descriptionPage() {
             entries += action->text();
     }
     QCOMPARE(entries, QStringList({"Copy Link"}));
+    // As the file system means it, not as the text reads.
+    QVERIFY(QDir().mkpath(_prefix->path("elsewhere/deep")));
+    QVERIFY(QFile::link(_prefix->path("elsewhere/deep"), _prefix->path("share/velmora/X/y/link")));
+    _prefix->write("elsewhere/page.html", "<body>Elsewhere</body>");
+    const auto linked = open("Orvane", "Any", "html link/../page.html\n");
+    linked->show();
+    QTRY_COMPARE(textOf(*linked), QStringLiteral("Elsewhere"));
     const auto without = open("Orvane", "Any", "html absent.html\n");
     QTRY_COMPARE(textOf(*without), QStringLiteral("Description file does not exists"));
 }

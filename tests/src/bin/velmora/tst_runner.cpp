@@ -22,7 +22,6 @@ const Brindle::Location caller{"src/bin/velmora/SomeLeaf", "getIP", 7};
 
 const QString failedLine = QStringLiteral("E: Failed to generate the IP, please contact the provider.");
 
-/// A script whose generate returns the expression.
 } // namespace
 
 /// The embedded interpreter: what scripts are given, what is taken back, and what remains when they misbehave.

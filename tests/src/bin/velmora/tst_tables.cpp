@@ -3,6 +3,7 @@
 #include <support/TestMain.h>
 #include <support/TestTable.h>
 
+#include <velmora/FoldWidget.h>
 #include <velmora/LocationTableView.h>
 #include <velmora/ScopeLeaf.h>
 #include <velmora/StartupScopeLeaf.h>
@@ -277,6 +278,8 @@ void TablesTest::valueSets_data() {
     const QString firstEdges = R"(0 => "000", 1 => "001", 2 => "010")";
     table.row("two levels", "TriggerMode=Basic;MultipleLevelTrigger=Enable", {levels, firstLevels, noEdges, noEdges});
     table.row("edges", "TriggerMode=Basic & Edges", {noLevels, noLevels, edges, noEdges});
+    table.row("two levels with edges", "TriggerMode=Basic & Edges;MultipleLevelTrigger=Enable",
+              {noLevels, noLevels, edges, firstEdges});
 }
 
 void TablesTest::valueSets() {
@@ -427,7 +430,10 @@ void TablesTest::refusedPartComesIntoView_data() {
     const TestTable<QString, QString, QString> table("animations", "values", "refused");
     table.row("field", "Never", "Entity=top;Prefix=P;DES/TrainingValue=01", "DES/TrainingValue");
     table.row("field, animated", "Always", "Entity=top;Prefix=P;DES/TrainingValue=01", "DES/TrainingValue");
-    table.row("first of two", "Always", "Entity=;Prefix=P;DES/TrainingValue=01", "Entity");
+    for (const char* animations : {"Never", "Always"}) {
+        table.row(animations, animations, "Entity=top;Prefix=P;DES/TrainingValue=011;SER/PadType=LVCMOS_1.8V",
+                  "SER/PadType"); // the first of two
+    }
     table.row("cell", "Always", "Entity=top;Prefix=P;DES/TrainingValue=011", "LocationTableView/SER");
 }
 
@@ -440,6 +446,10 @@ void TablesTest::refusedPartComesIntoView() {
     set("SER/TrainingValue=011;" + values);
     page().resize(600, 500);
     page().show();
+    for (QWidget* ancestor = editor<QWidget>("SER/PadType"); ancestor; ancestor = ancestor->parentWidget()) {
+        if (auto* section = qobject_cast<Velmora::FoldWidget*>(ancestor))
+            section->open(); // that of the DES is still closed
+    }
     page().findChild<QScrollArea*>()->ensureWidgetVisible(editor<QPushButton>("Reset"));
     press("Generate");
     auto* part = editor<QWidget>(refused);

@@ -221,6 +221,17 @@ void SealToolTest::replacedFileKeepsItsPlace() {
     QVERIFY(readFile(file) != "earlier");
     QCOMPARE(QFileInfo(link).symLinkTarget(), file);
     QVERIFY(isPrivate(file));
+
+    // But no link leads a private key elsewhere.
+    const auto other = installation.write("other", "earlier");
+    QVERIFY(QFile::link(other, installation.path("s.private.pem")));
+    QCOMPARE(seal(argumentsOf("keygen signer -o @/s --force", installation.path())).exitCode, 0);
+    QCOMPARE(readFile(other), QByteArray("earlier"));
+    QVERIFY(!QFileInfo(installation.path("s.private.pem")).isSymLink());
+    QCOMPARE(runTool("/bin/sh", {"-c", "exec \"$0\" keygen script -o \"$1\" >&-", QStringLiteral(VELMORA_SEAL_PROGRAM),
+                                 installation.path("more")})
+                 .exitCode,
+             2);
 }
 
 void SealToolTest::noRandomNumbers() {
