@@ -446,7 +446,7 @@ void TablesTest::refusedPartComesIntoView() {
     set("SER/TrainingValue=011;" + values);
     page().resize(600, 500);
     page().show();
-    for (QWidget* ancestor = editor<QWidget>("SER/PadType"); ancestor; ancestor = ancestor->parentWidget()) {
+    for (auto* ancestor = editor<QWidget>("SER/PadType"); ancestor; ancestor = ancestor->parentWidget()) {
         if (auto* section = qobject_cast<Velmora::FoldWidget*>(ancestor))
             section->open(); // that of the DES is still closed
     }
