@@ -1,7 +1,7 @@
 // Collection views against std::ranges views over the same list. Each pair walks all elements and adds them up, the
 // view being made anew for each walk, as the program does. The argument is the number of elements.
 
-#include <Brindle/Collections.h>
+#include <Brindle/collections/Collections.h>
 
 #include <benchmark/benchmark.h>
 

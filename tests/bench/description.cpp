@@ -1,4 +1,4 @@
-#include <velmora/IPDescription.h>
+#include <velmora/rules/IPDescription.h>
 
 #include <benchmark/benchmark.h>
 

@@ -1,13 +1,13 @@
 #include <bench/Least.h>
 #include <support/TestPrefix.h>
 
-#include <velmora/ArgumentDictionary.h>
-#include <velmora/Common.h>
-#include <velmora/IPLeaf.h>
-#include <velmora/MacFirLeaf.h>
-#include <velmora/Product.h>
+#include <velmora/catalogue/IPLeaf.h>
+#include <velmora/ips/filters/MacFirLeaf.h>
+#include <velmora/rules/ArgumentDictionary.h>
+#include <velmora/rules/Common.h>
+#include <velmora/window/Product.h>
 
-#include <Brindle/FileDialog.h>
+#include <Brindle/widgets/FileDialog.h>
 
 #include <QLineEdit>
 #include <QProcess>

@@ -1,8 +1,8 @@
 #include <fuzz/Property.h>
 
-#include <velmora/ArgumentDictionary.h>
+#include <velmora/rules/ArgumentDictionary.h>
 
-#include <Brindle/Exception.h>
+#include <Brindle/core/Exception.h>
 
 #include <cstdint>
 #include <utility>

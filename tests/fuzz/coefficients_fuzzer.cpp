@@ -1,10 +1,10 @@
 #include <fuzz/Property.h>
 
-#include <velmora/Coefficients.h>
-#include <velmora/Common.h>
-#include <velmora/WhiteSpace.h>
+#include <velmora/rules/Coefficients.h>
+#include <velmora/rules/Common.h>
+#include <velmora/rules/WhiteSpace.h>
 
-#include <Brindle/Exception.h>
+#include <Brindle/core/Exception.h>
 
 #include <algorithm>
 #include <cstdint>

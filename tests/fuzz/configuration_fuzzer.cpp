@@ -1,9 +1,9 @@
 #include <fuzz/Property.h>
 
-#include <velmora/Configuration.h>
-#include <velmora/ConfigurationValue.h>
+#include <velmora/rules/Configuration.h>
+#include <velmora/rules/ConfigurationValue.h>
 
-#include <Brindle/Exception.h>
+#include <Brindle/core/Exception.h>
 
 #include <algorithm>
 #include <charconv>

@@ -1,9 +1,9 @@
 #include <fuzz/Property.h>
 
-#include <velmora/IPDescription.h>
-#include <velmora/WhiteSpace.h>
+#include <velmora/rules/IPDescription.h>
+#include <velmora/rules/WhiteSpace.h>
 
-#include <Brindle/Exception.h>
+#include <Brindle/core/Exception.h>
 
 #include <algorithm>
 #include <cstdint>

@@ -1,8 +1,8 @@
 #include <fuzz/Property.h>
 
-#include <Sealwork/Envelope.h>
-#include <Sealwork/EnvelopeRefused.h>
-#include <Sealwork/HdlPieces.h>
+#include <Sealwork/envelope/Envelope.h>
+#include <Sealwork/envelope/EnvelopeRefused.h>
+#include <Sealwork/envelope/HdlPieces.h>
 
 #include <cstdint>
 #include <optional>

@@ -1,9 +1,9 @@
 #include <fuzz/Property.h>
 
-#include <velmora/Common.h>
+#include <velmora/rules/Common.h>
 
-#include <Brindle/Exception.h>
-#include <Sealwork/Hex.h>
+#include <Brindle/core/Exception.h>
+#include <Sealwork/base/Hex.h>
 
 #include <algorithm>
 #include <cctype>

@@ -1,8 +1,8 @@
 #include <fuzz/Property.h>
 
-#include <velmora/ProtectedRegions.h>
+#include <velmora/rules/ProtectedRegions.h>
 
-#include <Brindle/Exception.h>
+#include <Brindle/core/Exception.h>
 
 #include <algorithm>
 #include <cstdint>

@@ -1,8 +1,8 @@
 #include <fuzz/Property.h>
 
-#include <Sealwork/ScriptContainer.h>
-#include <Sealwork/ScriptRefused.h>
-#include <Sealwork/TextLines.h>
+#include <Sealwork/base/TextLines.h>
+#include <Sealwork/script/ScriptContainer.h>
+#include <Sealwork/script/ScriptRefused.h>
 
 #include <cstdint>
 

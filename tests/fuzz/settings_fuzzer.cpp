@@ -2,11 +2,11 @@
 #include <support/FormText.h>
 #include <support/TestPrefix.h>
 
-#include <velmora/IPLeaf.h>
-#include <velmora/MainWindow.h>
-#include <velmora/Product.h>
+#include <velmora/catalogue/IPLeaf.h>
+#include <velmora/window/MainWindow.h>
+#include <velmora/window/Product.h>
 
-#include <Brindle/Theme.h>
+#include <Brindle/widgets/Theme.h>
 #include <Quillon/Application.h>
 
 #include <QAbstractItemView>

@@ -1,4 +1,4 @@
-#include <Brindle/Exception.h>
+#include <Brindle/core/Exception.h>
 
 #include <QAbstractButton>
 #include <QApplication>

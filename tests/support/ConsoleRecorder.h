@@ -1,7 +1,7 @@
 #pragma once
 
-#include <Brindle/Build.h>
-#include <Brindle/Console.h>
+#include <Brindle/core/Build.h>
+#include <Brindle/core/Console.h>
 
 #include <QRegularExpression>
 #include <QString>

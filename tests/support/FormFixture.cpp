@@ -1,6 +1,6 @@
 #include <support/FormFixture.h>
 
-#include <velmora/LineTableView.h>
+#include <velmora/tables/LineTableView.h>
 
 #include <QPushButton>
 #include <QRegularExpression>

@@ -5,8 +5,8 @@
 #include <support/PathDialogs.h>
 #include <support/TestPrefix.h>
 
-#include <velmora/Form.h>
-#include <velmora/IPLeaf.h>
+#include <velmora/catalogue/IPLeaf.h>
+#include <velmora/form/Form.h>
 
 #include <memory>
 

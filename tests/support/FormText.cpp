@@ -1,7 +1,7 @@
 #include <support/FormText.h>
 
-#include <velmora/LineTableModel.h>
-#include <velmora/LineTableView.h>
+#include <velmora/tables/LineTableModel.h>
+#include <velmora/tables/LineTableView.h>
 
 #include <QComboBox>
 #include <QGridLayout>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Brindle/FileDialog.h>
+#include <Brindle/widgets/FileDialog.h>
 
 #include <QString>
 #include <QStringList>

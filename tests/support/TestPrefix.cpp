@@ -1,7 +1,7 @@
 #include <support/TestPrefix.h>
 
-#include <Sealwork/AsymmetricKey.h>
-#include <Sealwork/ScriptSealer.h>
+#include <Sealwork/keys/AsymmetricKey.h>
+#include <Sealwork/script/ScriptSealer.h>
 
 #include <QDir>
 #include <QFile>

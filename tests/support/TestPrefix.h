@@ -2,7 +2,7 @@
 
 #include <support/ReadFile.h>
 
-#include <Sealwork/ScriptKey.h>
+#include <Sealwork/keys/ScriptKey.h>
 
 #include <QByteArray>
 #include <QString>

@@ -2,8 +2,8 @@
 #include <support/FormText.h>
 #include <support/PathDialogs.h>
 
-#include <velmora/IPLeaf.h>
-#include <velmora/Product.h>
+#include <velmora/catalogue/IPLeaf.h>
+#include <velmora/window/Product.h>
 
 #include <QFile>
 #include <QJsonArray>

@@ -1,10 +1,10 @@
 #include <velmora-generate/Catalogue.h>
 
 #include <velmora-generate/UsageError.h>
-#include <velmora/DescriptionFile.h>
+#include <velmora/catalogue/DescriptionFile.h>
 
-#include <Brindle/Console.h>
-#include <Brindle/Exception.h>
+#include <Brindle/core/Console.h>
+#include <Brindle/core/Exception.h>
 
 #include <QFileInfo>
 

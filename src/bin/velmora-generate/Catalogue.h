@@ -1,10 +1,10 @@
 #pragma once
 
-#include <velmora/Configuration.h>
-#include <velmora/IPDescription.h>
-#include <velmora/IPLeaf.h>
+#include <velmora/catalogue/IPLeaf.h>
+#include <velmora/rules/Configuration.h>
+#include <velmora/rules/IPDescription.h>
 
-#include <Brindle/Exception.h>
+#include <Brindle/core/Exception.h>
 
 #include <QString>
 

@@ -4,7 +4,7 @@
 #include <velmora-generate/FileRun.h>
 #include <velmora-generate/Operands.h>
 
-#include <Brindle/Console.h>
+#include <Brindle/core/Console.h>
 
 namespace GenerateTool {
 

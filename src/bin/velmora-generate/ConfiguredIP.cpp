@@ -1,6 +1,6 @@
 #include <velmora-generate/ConfiguredIP.h>
 
-#include <velmora/ConfigurationFile.h>
+#include <velmora/configuration/ConfigurationFile.h>
 
 namespace GenerateTool {
 

@@ -5,10 +5,10 @@
 #include <velmora-generate/JsonOutput.h>
 #include <velmora-generate/Operands.h>
 
-#include <velmora/Form.h>
-#include <velmora/LineTableView.h>
+#include <velmora/form/Form.h>
+#include <velmora/tables/LineTableView.h>
 
-#include <Brindle/Console.h>
+#include <Brindle/core/Console.h>
 
 #include <QJsonArray>
 

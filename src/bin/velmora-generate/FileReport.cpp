@@ -2,7 +2,7 @@
 
 #include <velmora-generate/IPJson.h>
 
-#include <Brindle/Console.h>
+#include <Brindle/core/Console.h>
 
 namespace GenerateTool {
 

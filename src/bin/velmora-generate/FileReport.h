@@ -1,8 +1,8 @@
 #pragma once
 
-#include <velmora/IPDescription.h>
+#include <velmora/rules/IPDescription.h>
 
-#include <Brindle/ConsoleObserver.h>
+#include <Brindle/core/ConsoleObserver.h>
 
 #include <QJsonArray>
 #include <QJsonObject>

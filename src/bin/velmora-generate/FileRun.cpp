@@ -2,8 +2,8 @@
 
 #include <velmora-generate/JsonOutput.h>
 
-#include <Brindle/Console.h>
-#include <Brindle/Exception.h>
+#include <Brindle/core/Console.h>
+#include <Brindle/core/Exception.h>
 
 #include <exception>
 #include <optional>

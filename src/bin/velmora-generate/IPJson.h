@@ -1,6 +1,6 @@
 #pragma once
 
-#include <velmora/IPDescription.h>
+#include <velmora/rules/IPDescription.h>
 
 #include <QJsonObject>
 

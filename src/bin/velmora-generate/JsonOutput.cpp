@@ -1,7 +1,7 @@
 #include <velmora-generate/JsonOutput.h>
 
-#include <Brindle/Console.h>
-#include <Brindle/Exception.h>
+#include <Brindle/core/Console.h>
+#include <Brindle/core/Exception.h>
 
 #include <QFile>
 

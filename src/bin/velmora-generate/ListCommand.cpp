@@ -5,7 +5,7 @@
 #include <velmora-generate/JsonOutput.h>
 #include <velmora-generate/Operands.h>
 
-#include <Brindle/Console.h>
+#include <Brindle/core/Console.h>
 
 #include <QJsonArray>
 

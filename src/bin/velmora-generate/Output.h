@@ -1,6 +1,6 @@
 #pragma once
 
-#include <velmora/Configuration.h>
+#include <velmora/rules/Configuration.h>
 
 #include <QSet>
 #include <QString>

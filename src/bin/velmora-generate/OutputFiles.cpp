@@ -1,6 +1,6 @@
 #include <velmora-generate/OutputFiles.h>
 
-#include <Brindle/Exception.h>
+#include <Brindle/core/Exception.h>
 
 #include <QFileInfo>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Brindle/Location.h>
+#include <Brindle/core/Location.h>
 
 #include <QFile>
 #include <QSaveFile>

@@ -6,10 +6,10 @@
 #include <velmora-generate/Output.h>
 #include <velmora-generate/OutputFiles.h>
 
-#include <velmora/HdlFile.h>
-#include <velmora/OutputDirectory.h>
+#include <velmora/generation/HdlFile.h>
+#include <velmora/generation/OutputDirectory.h>
 
-#include <Brindle/Console.h>
+#include <Brindle/core/Console.h>
 
 #include <optional>
 #include <variant>

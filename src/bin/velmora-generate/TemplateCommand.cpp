@@ -3,7 +3,7 @@
 #include <velmora-generate/Catalogue.h>
 #include <velmora-generate/Operands.h>
 
-#include <velmora/Form.h>
+#include <velmora/form/Form.h>
 
 #include <iostream>
 

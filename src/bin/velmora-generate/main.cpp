@@ -5,11 +5,11 @@
 #include <velmora-generate/TemplateCommand.h>
 #include <velmora-generate/UsageError.h>
 
-#include <velmora/FormMemory.h>
-#include <velmora/Product.h>
+#include <velmora/settings/FormMemory.h>
+#include <velmora/window/Product.h>
 
-#include <Brindle/Console.h>
-#include <Brindle/StandardStreams.h>
+#include <Brindle/core/Console.h>
+#include <Brindle/core/StandardStreams.h>
 
 #include <QTextCodec>
 

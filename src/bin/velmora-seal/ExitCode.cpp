@@ -1,7 +1,7 @@
 #include <velmora-seal/ExitCode.h>
 
-#include <Sealwork/EnvelopeRefused.h>
-#include <Sealwork/ScriptRefused.h>
+#include <Sealwork/envelope/EnvelopeRefused.h>
+#include <Sealwork/script/ScriptRefused.h>
 #include <velmora-seal/MalformedInput.h>
 #include <velmora-seal/NothingToOpen.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Brindle/Exception.h>
+#include <Brindle/core/Exception.h>
 
 namespace SealTool {
 

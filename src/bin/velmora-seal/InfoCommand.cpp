@@ -1,16 +1,16 @@
 #include <velmora-seal/InfoCommand.h>
 
-#include <Brindle/Label.h>
-#include <Sealwork/DataMethod.h>
-#include <Sealwork/Envelope.h>
-#include <Sealwork/HdlLanguage.h>
-#include <Sealwork/HdlPieces.h>
-#include <Sealwork/Hex.h>
-#include <Sealwork/ScriptContainer.h>
+#include <Brindle/core/Label.h>
+#include <Sealwork/base/Hex.h>
+#include <Sealwork/envelope/DataMethod.h>
+#include <Sealwork/envelope/Envelope.h>
+#include <Sealwork/envelope/HdlLanguage.h>
+#include <Sealwork/envelope/HdlPieces.h>
+#include <Sealwork/script/ScriptContainer.h>
 #include <velmora-seal/NothingToOpen.h>
 #include <velmora-seal/Report.h>
 #include <velmora-seal/TextFile.h>
-#include <velmora/InformationBlock.h>
+#include <velmora/rules/InformationBlock.h>
 
 #include <array>
 #include <ctime>

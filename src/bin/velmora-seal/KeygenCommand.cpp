@@ -1,10 +1,10 @@
 #include <velmora-seal/KeygenCommand.h>
 
-#include <Brindle/Label.h>
-#include <Sealwork/KeyFile.h>
-#include <Sealwork/OutputFile.h>
-#include <Sealwork/Recipient.h>
-#include <Sealwork/ScriptKey.h>
+#include <Brindle/core/Label.h>
+#include <Sealwork/base/OutputFile.h>
+#include <Sealwork/keys/KeyFile.h>
+#include <Sealwork/keys/Recipient.h>
+#include <Sealwork/keys/ScriptKey.h>
 #include <velmora-seal/Passphrase.h>
 #include <velmora-seal/Progress.h>
 #include <velmora-seal/TextFile.h>

@@ -1,10 +1,10 @@
 #include <velmora-seal/OpenCommand.h>
 
-#include <Brindle/Label.h>
-#include <Sealwork/EnvelopeOpener.h>
-#include <Sealwork/EnvelopeRefused.h>
-#include <Sealwork/HdlPieces.h>
-#include <Sealwork/ScriptContainer.h>
+#include <Brindle/core/Label.h>
+#include <Sealwork/envelope/EnvelopeOpener.h>
+#include <Sealwork/envelope/EnvelopeRefused.h>
+#include <Sealwork/envelope/HdlPieces.h>
+#include <Sealwork/script/ScriptContainer.h>
 #include <velmora-seal/NothingToOpen.h>
 #include <velmora-seal/Passphrase.h>
 #include <velmora-seal/PrivateKeyFile.h>

@@ -1,8 +1,8 @@
 #include <velmora-seal/Passphrase.h>
 
-#include <Brindle/Exception.h>
-#include <Sealwork/FileDescriptor.h>
-#include <Sealwork/KeyFile.h>
+#include <Brindle/core/Exception.h>
+#include <Sealwork/base/FileDescriptor.h>
+#include <Sealwork/keys/KeyFile.h>
 
 #include <algorithm>
 #include <cerrno>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Sealwork/AsymmetricKey.h>
+#include <Sealwork/keys/AsymmetricKey.h>
 
 #include <optional>
 #include <string>

@@ -1,18 +1,18 @@
 #include <velmora-seal/ProtectCommand.h>
 
-#include <Brindle/Label.h>
-#include <Sealwork/EnvelopeWriter.h>
-#include <Sealwork/HdlLanguage.h>
-#include <Sealwork/KeyDirectory.h>
-#include <Sealwork/SealConfiguration.h>
-#include <Sealwork/TextLines.h>
+#include <Brindle/core/Label.h>
+#include <Sealwork/base/TextLines.h>
+#include <Sealwork/envelope/EnvelopeWriter.h>
+#include <Sealwork/envelope/HdlLanguage.h>
+#include <Sealwork/envelope/SealConfiguration.h>
+#include <Sealwork/keys/KeyDirectory.h>
 #include <velmora-seal/MalformedInput.h>
 #include <velmora-seal/Progress.h>
 #include <velmora-seal/Report.h>
 #include <velmora-seal/TextFile.h>
 #include <velmora-seal/UsageError.h>
-#include <velmora/InformationBlock.h>
-#include <velmora/ProtectedRegions.h>
+#include <velmora/rules/InformationBlock.h>
+#include <velmora/rules/ProtectedRegions.h>
 
 #include <charconv>
 

@@ -1,10 +1,10 @@
 #include <velmora-seal/RecipientsCommand.h>
 
-#include <Brindle/Label.h>
-#include <Sealwork/KeyDirectory.h>
-#include <Sealwork/KeyFile.h>
-#include <Sealwork/PublishedKey.h>
-#include <Sealwork/RecipientKeys.h>
+#include <Brindle/core/Label.h>
+#include <Sealwork/envelope/PublishedKey.h>
+#include <Sealwork/keys/KeyDirectory.h>
+#include <Sealwork/keys/KeyFile.h>
+#include <Sealwork/keys/RecipientKeys.h>
 #include <velmora-seal/MalformedInput.h>
 #include <velmora-seal/Report.h>
 #include <velmora-seal/TextFile.h>

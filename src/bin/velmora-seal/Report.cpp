@@ -1,6 +1,6 @@
 #include <velmora-seal/Report.h>
 
-#include <Brindle/Text.h>
+#include <Brindle/core/Text.h>
 
 #include <algorithm>
 #include <iostream>

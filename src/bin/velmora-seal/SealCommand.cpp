@@ -1,8 +1,8 @@
 #include <velmora-seal/SealCommand.h>
 
-#include <Brindle/Exception.h>
-#include <Sealwork/KeyFile.h>
-#include <Sealwork/ScriptSealer.h>
+#include <Brindle/core/Exception.h>
+#include <Sealwork/keys/KeyFile.h>
+#include <Sealwork/script/ScriptSealer.h>
 #include <velmora-seal/Passphrase.h>
 #include <velmora-seal/PrivateKeyFile.h>
 #include <velmora-seal/Report.h>

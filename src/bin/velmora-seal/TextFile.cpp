@@ -1,8 +1,8 @@
 #include <velmora-seal/TextFile.h>
 
-#include <Brindle/Exception.h>
-#include <Sealwork/FileDescriptor.h>
-#include <Sealwork/OutputFile.h>
+#include <Brindle/core/Exception.h>
+#include <Sealwork/base/FileDescriptor.h>
+#include <Sealwork/base/OutputFile.h>
 
 #include <algorithm>
 #include <array>

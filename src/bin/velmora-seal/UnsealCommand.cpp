@@ -1,8 +1,8 @@
 #include <velmora-seal/UnsealCommand.h>
 
-#include <Sealwork/KeyDirectory.h>
-#include <Sealwork/ScriptContainer.h>
-#include <Sealwork/ScriptOpener.h>
+#include <Sealwork/keys/KeyDirectory.h>
+#include <Sealwork/script/ScriptContainer.h>
+#include <Sealwork/script/ScriptOpener.h>
 #include <velmora-seal/Report.h>
 #include <velmora-seal/TextFile.h>
 #include <velmora-seal/UsageError.h>

@@ -1,4 +1,4 @@
-#include <Brindle/StandardStreams.h>
+#include <Brindle/core/StandardStreams.h>
 #include <velmora-seal/InfoCommand.h>
 #include <velmora-seal/KeygenCommand.h>
 #include <velmora-seal/OpenCommand.h>

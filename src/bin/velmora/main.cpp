@@ -1,10 +1,10 @@
-#include <velmora/Clock.h>
-#include <velmora/MainWindow.h>
-#include <velmora/Product.h>
+#include <velmora/generation/Clock.h>
+#include <velmora/window/MainWindow.h>
+#include <velmora/window/Product.h>
 
-#include <Brindle/Console.h>
-#include <Brindle/Exception.h>
-#include <Brindle/StandardStreams.h>
+#include <Brindle/core/Console.h>
+#include <Brindle/core/Exception.h>
+#include <Brindle/core/StandardStreams.h>
 #include <Quillon/Application.h>
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include <Quillon/Application.h>
 
-#include <Brindle/Exception.h>
-#include <Brindle/Theme.h>
+#include <Brindle/core/Exception.h>
+#include <Brindle/widgets/Theme.h>
 
 #include <QSettings>
 #include <QSysInfo>

@@ -1,8 +1,8 @@
 #include <Quillon/ConsoleWidget.h>
 
-#include <Brindle/Console.h>
-#include <Brindle/QtLabel.h>
-#include <Brindle/Theme.h>
+#include <Brindle/core/Console.h>
+#include <Brindle/widgets/QtLabel.h>
+#include <Brindle/widgets/Theme.h>
 
 #include <QAction>
 #include <QFontDatabase>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Brindle/ConsoleObserver.h>
+#include <Brindle/core/ConsoleObserver.h>
 
 #include <QPlainTextEdit>
 

@@ -1,6 +1,6 @@
 #include <Quillon/PadType.h>
 
-#include <Brindle/ListCollection.h>
+#include <Brindle/collections/ListCollection.h>
 
 #include <array>
 #include <list>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Brindle/Collection.h>
+#include <Brindle/collections/Collection.h>
 
 #include <QString>
 

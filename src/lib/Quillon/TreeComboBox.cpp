@@ -1,6 +1,6 @@
 #include <Quillon/TreeComboBox.h>
 
-#include <Brindle/Theme.h>
+#include <Brindle/widgets/Theme.h>
 
 #include <QHeaderView>
 #include <QTreeView>

@@ -1,11 +1,11 @@
 #include <Sealwork/Crypto.h>
 
-#include <Brindle/Exception.h>
-#include <Brindle/Label.h>
-#include <Sealwork/EnvelopeWriter.h>
-#include <Sealwork/KeyDirectory.h>
-#include <Sealwork/ScriptOpener.h>
-#include <Sealwork/SealConfiguration.h>
+#include <Brindle/core/Exception.h>
+#include <Brindle/core/Label.h>
+#include <Sealwork/envelope/EnvelopeWriter.h>
+#include <Sealwork/envelope/SealConfiguration.h>
+#include <Sealwork/keys/KeyDirectory.h>
+#include <Sealwork/script/ScriptOpener.h>
 
 #include <utility>
 

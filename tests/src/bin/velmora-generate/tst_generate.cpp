@@ -2,13 +2,13 @@
 #include <support/TestMain.h>
 #include <support/TestTable.h>
 
-#include <velmora/Clock.h>
-#include <velmora/ConfigurationFile.h>
-#include <velmora/DescriptionFile.h>
-#include <velmora/IPLeaf.h>
+#include <velmora/catalogue/DescriptionFile.h>
+#include <velmora/catalogue/IPLeaf.h>
+#include <velmora/configuration/ConfigurationFile.h>
+#include <velmora/generation/Clock.h>
 
-#include <Brindle/Build.h>
-#include <Brindle/Exception.h>
+#include <Brindle/core/Build.h>
+#include <Brindle/core/Exception.h>
 
 #include <QDateTime>
 #include <QDir>

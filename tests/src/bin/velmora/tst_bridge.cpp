@@ -2,12 +2,12 @@
 #include <support/TestMain.h>
 #include <support/TestTable.h>
 
-#include <velmora/APBToSPWLeaf.h>
+#include <velmora/ips/bridge/APBToSPWLeaf.h>
 
-#include <Brindle/Exception.h>
+#include <Brindle/core/Exception.h>
 
-#include <Sealwork/EnvelopeOpener.h>
-#include <Sealwork/HdlPieces.h>
+#include <Sealwork/envelope/EnvelopeOpener.h>
+#include <Sealwork/envelope/HdlPieces.h>
 
 #include <QDateTime>
 #include <QDir>

@@ -3,15 +3,15 @@
 #include <support/TestPrefix.h>
 #include <support/TestTable.h>
 
-#include <velmora/APBToSPWLeaf.h>
-#include <velmora/Folio.h>
-#include <velmora/IPHandler.h>
-#include <velmora/IPLeaf.h>
-#include <velmora/IPTreeView.h>
-#include <velmora/IPsLeaf.h>
-#include <velmora/MainWindow.h>
+#include <velmora/catalogue/IPHandler.h>
+#include <velmora/catalogue/IPLeaf.h>
+#include <velmora/ips/bridge/APBToSPWLeaf.h>
+#include <velmora/window/Folio.h>
+#include <velmora/window/IPTreeView.h>
+#include <velmora/window/IPsLeaf.h>
+#include <velmora/window/MainWindow.h>
 
-#include <Brindle/Exception.h>
+#include <Brindle/core/Exception.h>
 
 #include <QAbstractItemModelTester>
 #include <QComboBox>

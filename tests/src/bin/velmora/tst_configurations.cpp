@@ -2,13 +2,13 @@
 #include <support/TestPrefix.h>
 #include <support/TestTable.h>
 
-#include <velmora/ConfigurationFile.h>
-#include <velmora/ConfigurationValue.h>
-#include <velmora/Form.h>
-#include <velmora/IPLeaf.h>
-#include <velmora/LineTableView.h>
+#include <velmora/catalogue/IPLeaf.h>
+#include <velmora/configuration/ConfigurationFile.h>
+#include <velmora/form/Form.h>
+#include <velmora/rules/ConfigurationValue.h>
+#include <velmora/tables/LineTableView.h>
 
-#include <Brindle/Exception.h>
+#include <Brindle/core/Exception.h>
 
 #include <QDir>
 #include <QSettings>

@@ -1,11 +1,11 @@
 #include <support/TestMain.h>
 #include <support/TestPrefix.h>
 
-#include <velmora/AboutLeaf.h>
-#include <velmora/FoldWidget.h>
-#include <velmora/MainWindow.h>
+#include <velmora/widgets/FoldWidget.h>
+#include <velmora/window/AboutLeaf.h>
+#include <velmora/window/MainWindow.h>
 
-#include <Brindle/Theme.h>
+#include <Brindle/widgets/Theme.h>
 
 #include <QPainter>
 #include <QToolButton>

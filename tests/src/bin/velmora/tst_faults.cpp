@@ -8,8 +8,8 @@
 #include <support/TestPrefix.h>
 #include <support/TestTable.h>
 
-#include <velmora/IPLeaf.h>
-#include <velmora/MainWindow.h>
+#include <velmora/catalogue/IPLeaf.h>
+#include <velmora/window/MainWindow.h>
 
 #include <QDir>
 #include <QElapsedTimer>

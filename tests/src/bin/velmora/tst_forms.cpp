@@ -2,13 +2,13 @@
 #include <support/TestMain.h>
 #include <support/TestTable.h>
 
-#include <velmora/FoldWidget.h>
-#include <velmora/LineTableView.h>
-#include <velmora/SERDESLeaf.h>
-#include <velmora/ScopeLeaf.h>
-#include <velmora/StartupScopeLeaf.h>
+#include <velmora/ips/scopes/ScopeLeaf.h>
+#include <velmora/ips/scopes/StartupScopeLeaf.h>
+#include <velmora/ips/serdes/SERDESLeaf.h>
+#include <velmora/tables/LineTableView.h>
+#include <velmora/widgets/FoldWidget.h>
 
-#include <Brindle/Exception.h>
+#include <Brindle/core/Exception.h>
 #include <Quillon/PadType.h>
 
 #include <QComboBox>

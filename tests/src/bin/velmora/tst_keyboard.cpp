@@ -5,11 +5,11 @@
 #include <support/TestPrefix.h>
 #include <support/TestTable.h>
 
-#include <velmora/Folio.h>
-#include <velmora/MainWindow.h>
+#include <velmora/window/Folio.h>
+#include <velmora/window/MainWindow.h>
 
-#include <Brindle/FileDialog.h>
-#include <Brindle/Theme.h>
+#include <Brindle/widgets/FileDialog.h>
+#include <Brindle/widgets/Theme.h>
 
 #include <QAbstractSpinBox>
 #include <QAccessible>

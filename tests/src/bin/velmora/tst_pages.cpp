@@ -4,13 +4,13 @@
 #include <support/TestPrefix.h>
 #include <support/TestTable.h>
 
-#include <velmora/AboutLeaf.h>
-#include <velmora/Folio.h>
-#include <velmora/MainWindow.h>
-#include <velmora/SettingsLeaf.h>
+#include <velmora/window/AboutLeaf.h>
+#include <velmora/window/Folio.h>
+#include <velmora/window/MainWindow.h>
+#include <velmora/window/SettingsLeaf.h>
 
-#include <Brindle/Build.h>
-#include <Brindle/Theme.h>
+#include <Brindle/core/Build.h>
+#include <Brindle/widgets/Theme.h>
 
 #include <QComboBox>
 #include <QDesktopServices>

@@ -2,7 +2,7 @@
 #include <support/TestPrefix.h>
 #include <support/TestTable.h>
 
-#include <Brindle/Build.h>
+#include <Brindle/core/Build.h>
 
 #include <QRegularExpression>
 #include <QSettings>

@@ -1,13 +1,13 @@
-#include <velmora/ArgumentDictionary.h>
-#include <velmora/Coefficients.h>
-#include <velmora/Common.h>
-#include <velmora/IPDescription.h>
-#include <velmora/ProtectedRegions.h>
-#include <velmora/WhiteSpace.h>
+#include <velmora/rules/ArgumentDictionary.h>
+#include <velmora/rules/Coefficients.h>
+#include <velmora/rules/Common.h>
+#include <velmora/rules/IPDescription.h>
+#include <velmora/rules/ProtectedRegions.h>
+#include <velmora/rules/WhiteSpace.h>
 
 #include <support/TestTable.h>
 
-#include <Brindle/Exception.h>
+#include <Brindle/core/Exception.h>
 
 #include <QDir>
 #include <QTest>

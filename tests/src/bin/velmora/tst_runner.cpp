@@ -2,10 +2,10 @@
 #include <support/TestPrefix.h>
 #include <support/TestTable.h>
 
-#include <velmora/ArgumentDictionary.h>
-#include <velmora/GeneratorScript.h>
+#include <velmora/generation/GeneratorScript.h>
+#include <velmora/rules/ArgumentDictionary.h>
 
-#include <Brindle/Exception.h>
+#include <Brindle/core/Exception.h>
 
 #include <QTest>
 

@@ -3,18 +3,18 @@
 #include <support/TestPrefix.h>
 #include <support/TestTable.h>
 
-#include <velmora/AboutLeaf.h>
-#include <velmora/FoldWidget.h>
-#include <velmora/Folio.h>
-#include <velmora/GenerateFlow.h>
-#include <velmora/HelpLabel.h>
-#include <velmora/IPsLeaf.h>
-#include <velmora/MainWindow.h>
-#include <velmora/SettingsLeaf.h>
-#include <velmora/Usage.h>
+#include <velmora/generation/GenerateFlow.h>
+#include <velmora/widgets/FoldWidget.h>
+#include <velmora/widgets/HelpLabel.h>
+#include <velmora/window/AboutLeaf.h>
+#include <velmora/window/Folio.h>
+#include <velmora/window/IPsLeaf.h>
+#include <velmora/window/MainWindow.h>
+#include <velmora/window/SettingsLeaf.h>
+#include <velmora/window/Usage.h>
 
-#include <Brindle/Exception.h>
-#include <Brindle/Theme.h>
+#include <Brindle/core/Exception.h>
+#include <Brindle/widgets/Theme.h>
 
 #include <QDataStream>
 #include <QElapsedTimer>

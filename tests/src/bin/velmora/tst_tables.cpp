@@ -3,16 +3,16 @@
 #include <support/TestMain.h>
 #include <support/TestTable.h>
 
-#include <velmora/FoldWidget.h>
-#include <velmora/LocationTableView.h>
-#include <velmora/ScopeLeaf.h>
-#include <velmora/StartupScopeLeaf.h>
-#include <velmora/StartupTriggerTableView.h>
-#include <velmora/StyleSheetPause.h>
-#include <velmora/TriggerTableView.h>
+#include <velmora/ips/scopes/ScopeLeaf.h>
+#include <velmora/ips/scopes/StartupScopeLeaf.h>
+#include <velmora/ips/scopes/StartupTriggerTableView.h>
+#include <velmora/ips/scopes/TriggerTableView.h>
+#include <velmora/ips/serdes/LocationTableView.h>
+#include <velmora/widgets/FoldWidget.h>
+#include <velmora/widgets/StyleSheetPause.h>
 
-#include <Brindle/Exception.h>
-#include <Brindle/Theme.h>
+#include <Brindle/core/Exception.h>
+#include <Brindle/widgets/Theme.h>
 
 #include <QAbstractItemModelTester>
 #include <QComboBox>

@@ -5,16 +5,16 @@
 #include <support/TestPrefix.h>
 #include <support/TestTable.h>
 
-#include <velmora/ConfigurationFile.h>
-#include <velmora/Folio.h>
-#include <velmora/Form.h>
-#include <velmora/IPHandler.h>
-#include <velmora/IPLeaf.h>
-#include <velmora/IPTreeView.h>
-#include <velmora/LineTableView.h>
-#include <velmora/MainWindow.h>
+#include <velmora/catalogue/IPHandler.h>
+#include <velmora/catalogue/IPLeaf.h>
+#include <velmora/configuration/ConfigurationFile.h>
+#include <velmora/form/Form.h>
+#include <velmora/tables/LineTableView.h>
+#include <velmora/window/Folio.h>
+#include <velmora/window/IPTreeView.h>
+#include <velmora/window/MainWindow.h>
 
-#include <Brindle/Theme.h>
+#include <Brindle/widgets/Theme.h>
 
 #include <QAction>
 #include <QDialog>

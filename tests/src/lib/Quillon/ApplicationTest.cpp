@@ -2,8 +2,8 @@
 
 #include <Quillon/Application.h>
 
-#include <Brindle/Exception.h>
-#include <Brindle/Theme.h>
+#include <Brindle/core/Exception.h>
+#include <Brindle/widgets/Theme.h>
 
 #include <QDialog>
 #include <QEventLoop>

@@ -3,8 +3,8 @@
 
 #include <Quillon/ConsoleWidget.h>
 
-#include <Brindle/Console.h>
-#include <Brindle/Theme.h>
+#include <Brindle/core/Console.h>
+#include <Brindle/widgets/Theme.h>
 
 #include <QAction>
 #include <QApplication>

@@ -3,7 +3,7 @@
 
 #include <Quillon/Owned.h>
 
-#include <Brindle/Exception.h>
+#include <Brindle/core/Exception.h>
 
 #include <QTest>
 

@@ -3,9 +3,9 @@
 #include "Failure.h"
 #include "Installation.h"
 
-#include <Sealwork/Base64LineEncoder.h>
-#include <Sealwork/EnvelopeDirective.h>
-#include <Sealwork/SealConfiguration.h>
+#include <Sealwork/base/Base64LineEncoder.h>
+#include <Sealwork/envelope/EnvelopeDirective.h>
+#include <Sealwork/envelope/SealConfiguration.h>
 
 #include <vector>
 

@@ -5,7 +5,7 @@
 #include "Tool.h"
 
 #include <Sealwork/Crypto.h>
-#include <Sealwork/EnvelopeWriter.h>
+#include <Sealwork/envelope/EnvelopeWriter.h>
 
 #include <openssl/err.h>
 

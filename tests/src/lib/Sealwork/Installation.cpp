@@ -1,6 +1,6 @@
 #include "Installation.h"
 
-#include <Sealwork/Recipient.h>
+#include <Sealwork/keys/Recipient.h>
 
 #include <map>
 #include <random>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <Sealwork/AsymmetricKey.h>
-#include <Sealwork/ScriptKey.h>
+#include <Sealwork/keys/AsymmetricKey.h>
+#include <Sealwork/keys/ScriptKey.h>
 
 #include <string_view>
 

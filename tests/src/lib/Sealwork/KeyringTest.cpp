@@ -4,11 +4,11 @@
 #include "Installation.h"
 #include "Tool.h"
 
-#include <Sealwork/KeyDirectory.h>
-#include <Sealwork/Recipient.h>
-#include <Sealwork/RecipientKeys.h>
-#include <Sealwork/ScriptKeys.h>
-#include <Sealwork/SignerKeys.h>
+#include <Sealwork/keys/KeyDirectory.h>
+#include <Sealwork/keys/Recipient.h>
+#include <Sealwork/keys/RecipientKeys.h>
+#include <Sealwork/keys/ScriptKeys.h>
+#include <Sealwork/keys/SignerKeys.h>
 
 #include <sys/stat.h>
 

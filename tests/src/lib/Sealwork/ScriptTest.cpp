@@ -5,9 +5,9 @@
 #include "Tool.h"
 
 #include <Sealwork/Crypto.h>
-#include <Sealwork/ScriptContainer.h>
-#include <Sealwork/ScriptOpener.h>
-#include <Sealwork/ScriptSealer.h>
+#include <Sealwork/script/ScriptContainer.h>
+#include <Sealwork/script/ScriptOpener.h>
+#include <Sealwork/script/ScriptSealer.h>
 
 #include <openssl/err.h>
 

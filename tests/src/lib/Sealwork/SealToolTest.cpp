@@ -5,7 +5,7 @@
 #include "Tool.h"
 
 #include <Sealwork/Crypto.h>
-#include <Sealwork/OutputFile.h>
+#include <Sealwork/base/OutputFile.h>
 
 #include <array>
 

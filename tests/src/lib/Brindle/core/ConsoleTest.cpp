@@ -3,8 +3,8 @@
 #include <support/ReadFile.h>
 #include <support/TestTable.h>
 
-#include <Brindle/Build.h>
-#include <Brindle/Console.h>
+#include <Brindle/core/Build.h>
+#include <Brindle/core/Console.h>
 
 #include <QTemporaryDir>
 #include <QtTest>

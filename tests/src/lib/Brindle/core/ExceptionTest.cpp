@@ -1,6 +1,6 @@
 #include <support/TestTable.h>
 
-#include <Brindle/Exception.h>
+#include <Brindle/core/Exception.h>
 
 #include <QtTest>
 

@@ -1,4 +1,4 @@
-#include <Brindle/Collections.h>
+#include <Brindle/collections/Collections.h>
 
 #include <QtTest>
 

@@ -2,7 +2,7 @@
 
 #include <support/TestTable.h>
 
-#include <Brindle/Label.h>
+#include <Brindle/core/Label.h>
 
 #include <QtTest>
 

@@ -1,6 +1,6 @@
 #include <support/TestTable.h>
 
-#include <Brindle/Collections.h>
+#include <Brindle/collections/Collections.h>
 
 #include <QtTest>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Brindle/Collections.h>
+#include <Brindle/collections/Collections.h>
 
 #include <list>
 #include <string>

@@ -2,7 +2,7 @@
 
 #include "DialogRobot.h"
 
-#include <Brindle/FileDialog.h>
+#include <Brindle/widgets/FileDialog.h>
 
 #include <QAbstractItemDelegate>
 #include <QDir>

@@ -1,7 +1,7 @@
 #include <support/TestTable.h>
 
-#include <Brindle/TableDelegate.h>
-#include <Brindle/Theme.h>
+#include <Brindle/widgets/TableDelegate.h>
+#include <Brindle/widgets/Theme.h>
 
 #include <QApplication>
 #include <QComboBox>

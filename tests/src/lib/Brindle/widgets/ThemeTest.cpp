@@ -2,9 +2,9 @@
 #include <support/Input.h>
 #include <support/TestTable.h>
 
-#include <Brindle/Exception.h>
-#include <Brindle/QtLabel.h>
-#include <Brindle/Theme.h>
+#include <Brindle/core/Exception.h>
+#include <Brindle/widgets/QtLabel.h>
+#include <Brindle/widgets/Theme.h>
 
 #include <QApplication>
 #include <QComboBox>

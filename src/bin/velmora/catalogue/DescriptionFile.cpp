@@ -1,0 +1,50 @@
+#include <velmora/catalogue/DescriptionFile.h>
+
+#include <velmora/generation/RegularFile.h>
+
+#include <Brindle/core/Exception.h>
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace Velmora {
+
+namespace {
+
+constexpr std::size_t largestDescription = 16UL * 1024 * 1024; // bytes
+
+/// The subdirectories in the order in which the file system returns them.
+QStringList subdirectoriesOf(const QString& path) {
+    return QDir(path).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Unsorted);
+}
+
+} // namespace
+
+std::vector<std::string> findDescriptionFiles(const std::string& prefix) {
+    const QString root = QString::fromStdString(prefix + "/share/velmora");
+    std::vector<std::string> filenames;
+    for (const QString& provider : subdirectoriesOf(root)) {
+        const QString providerPath = root + "/" + provider;
+        for (const QString& ip : subdirectoriesOf(providerPath)) {
+            const QString filename = providerPath + "/" + ip + "/config";
+            if (QFileInfo::exists(filename))
+                filenames.push_back(filename.toStdString());
+        }
+    }
+    return filenames;
+}
+
+IPDescription readDescriptionFile(const std::string& filename, const Brindle::Location& caller) {
+    if (filename.empty())
+        throw Brindle::located(Brindle::Critical("Empty filename"), caller);
+    const auto content = readRegularFile(filename, largestDescription + 1);
+    if (!content)
+        throw Brindle::located(Brindle::Critical("Unable to open description file"), caller, {{"filename", filename}});
+    if (content->size() > largestDescription) {
+        throw Brindle::located(Brindle::Critical("Description file is larger than 16 MiB"), caller,
+                               {{"filename", filename}});
+    }
+    return parseIPDescription(*content, filename, caller);
+}
+
+} // namespace Velmora

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <velmora/rules/IPDescription.h>
+
+#include <string>
+#include <vector>
+
+namespace Velmora {
+
+/// The description files of the catalogue of an installation, in the order in which the file system returns their
+/// directories.
+std::vector<std::string> findDescriptionFiles(const std::string& prefix);
+
+/// Reads a description file. Throws Brindle::Critical, located at `caller`, when it cannot be read, is larger than
+/// 16 MiB or is wrong.
+IPDescription readDescriptionFile(const std::string& filename, const Brindle::Location& caller);
+
+} // namespace Velmora

@@ -1,0 +1,142 @@
+#include <velmora/catalogue/IPLeaf.h>
+
+#include <velmora/catalogue/DescriptionFile.h>
+#include <velmora/catalogue/DescriptionView.h>
+#include <velmora/configuration/FormConfiguration.h>
+#include <velmora/form/FormArea.h>
+#include <velmora/ips/bridge/APBToSPWLeaf.h>
+#include <velmora/ips/filters/MacFirLeaf.h>
+#include <velmora/ips/filters/SystolicLeaf.h>
+#include <velmora/ips/filters/TransposeDualLeaf.h>
+#include <velmora/ips/filters/TransposeLeaf.h>
+#include <velmora/ips/filters/TransposeSymmetricLeaf.h>
+#include <velmora/ips/scopes/ScopeLeaf.h>
+#include <velmora/ips/scopes/StartupScopeLeaf.h>
+#include <velmora/ips/serdes/SERDESLeaf.h>
+#include <velmora/settings/SettingsKeys.h>
+
+#include <Brindle/collections/ListCollection.h>
+#include <Brindle/core/Console.h>
+#include <Brindle/core/Exception.h>
+#include <Brindle/widgets/Theme.h>
+
+#include <QDesktopServices>
+#include <QSettings>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace Velmora {
+
+IPLeaf::IPLeaf(const std::string& descriptionFilename, Content content)
+    : _descriptionFilename(descriptionFilename), _description(readDescriptionFile(descriptionFilename, BRINDLE_HERE)) {
+    if (content == Content::DescriptionAndForm)
+        createDescriptionView();
+    createConfigurationWidget();
+}
+
+void IPLeaf::createDescriptionView() {
+    auto* layout = new QVBoxLayout;
+    layout->setContentsMargins(0, 0, 0, 0);
+    _splitter = new QSplitter(Qt::Vertical);
+    layout->addWidget(_splitter);
+
+    auto* view = new DescriptionView(QString::fromStdString(_description.htmlFilename));
+    connect(view, &DescriptionView::linkClicked, this, &IPLeaf::onLinkClicked);
+    _splitter->addWidget(Brindle::theme.getCapWidget(view));
+    setLayout(layout);
+}
+
+template <class Leaf>
+void IPLeaf::createForm() {
+    auto* leaf = new Leaf(this);
+    _form = &leaf->getForm();
+    _getGeneration = [leaf](const Brindle::Location& caller) { return leaf->getGeneration(caller); };
+    setConfigurationWidget(leaf);
+}
+
+void IPLeaf::createConfigurationWidget() {
+    if (isOVSystolic())
+        createForm<SystolicLeaf>();
+    else if (isOVTranspose())
+        createForm<TransposeLeaf>();
+    else if (isOVTransposeDual())
+        createForm<TransposeDualLeaf>();
+    else if (isOVTransposeSymmetric())
+        createForm<TransposeSymmetricLeaf>();
+    else if (isOVMacFir())
+        createForm<MacFirLeaf>();
+    else if (isOVScope())
+        createForm<ScopeLeaf>();
+    else if (isOVStartupScope())
+        createForm<StartupScopeLeaf>();
+    else if (isOVSERDES())
+        createForm<SERDESLeaf>();
+    else if (isAPBToSPW())
+        createForm<APBToSPWLeaf>();
+}
+
+void IPLeaf::setConfigurationWidget(QWidget* widget) {
+    if (!widget)
+        throw Brindle::located(Brindle::Critical("Null configurationWidget"), BRINDLE_HERE);
+    if (_configurationWidget)
+        throw Brindle::located(Brindle::Critical("configurationWidget already set"), BRINDLE_HERE);
+    _configurationWidget = widget;
+    if (_splitter)
+        showConfigurationWidget();
+}
+
+void IPLeaf::showConfigurationWidget() {
+    auto* area = new FormArea(_configurationWidget, this);
+    Brindle::theme.enrich(area);
+    _splitter->addWidget(Brindle::theme.getCapWidget(area));
+
+    const int stored = QSettings().value(SettingsKeys::size, SettingsKeys::defaultSize).toInt();
+    const int share = std::clamp(stored, 0, 100); // percent of the height for the form
+    _splitter->setSizes({10000 - share * 100, share * 100});
+}
+
+Brindle::strings IPLeaf::getVariants() const {
+    return Brindle::ListCollection<std::string>(_description.variants);
+}
+
+std::string IPLeaf::getEscapedName() const {
+    QString name = QString::fromStdString(getName()).toLower();
+    return name.replace(' ', '_').toStdString();
+}
+
+bool IPLeaf::isForVariant(const std::string& variant) const {
+    return std::ranges::find(_description.variants, variant) != _description.variants.end();
+}
+
+bool IPLeaf::isOurs(const char* name) const {
+    return isFromCompany("Orvane") && getName() == name;
+}
+
+Generation IPLeaf::getGeneration(const Brindle::Location& caller) const {
+    return _getGeneration(caller);
+}
+
+Configuration IPLeaf::getConfiguration() const {
+    Configuration configuration(getCompany(), getName(), getUID());
+    addFormValues(configuration, *_form);
+    return configuration;
+}
+
+void IPLeaf::setConfiguration(const Configuration& configuration) {
+    const auto describe = [](const std::string& company, const std::string& name, const std::string& uid) {
+        return "'" + name + "' of " + company + " (uid " + uid + ")";
+    };
+    const std::string wanted = describe(configuration.getCompany(), configuration.getName(), configuration.getUID());
+    const std::string present = describe(getCompany(), getName(), getUID());
+    if (wanted != present)
+        configuration.refuseIP("Configuration is for " + wanted + ", not for " + present);
+    setFormValues(*_form, configuration);
+}
+
+void IPLeaf::onLinkClicked(const QUrl& url) {
+    if (!QDesktopServices::openUrl(url))
+        Brindle::console.error("Could not open link " + url.path().toStdString() + ".");
+}
+
+} // namespace Velmora

@@ -1,0 +1,94 @@
+#pragma once
+
+#include <velmora/generation/Generation.h>
+#include <velmora/rules/Configuration.h>
+#include <velmora/rules/IPDescription.h>
+
+#include <Brindle/collections/Strings.h>
+
+#include <QSplitter>
+#include <QUrl>
+#include <QWidget>
+
+#include <functional>
+#include <string>
+
+namespace Velmora {
+
+class Form;
+
+/// The page of one IP: its HTML description above, its configuration form (when the IP is one that the program knows)
+/// below.
+class IPLeaf : public QWidget {
+    Q_OBJECT
+
+public:
+    /// What the page is made of. A program without a window needs no description.
+    enum class Content { DescriptionAndForm, FormOnly };
+
+    /// Reads the description file and builds the page. Throws Brindle::Critical when the file cannot be read or is
+    /// wrong.
+    explicit IPLeaf(const std::string& descriptionFilename, Content content = Content::DescriptionAndForm);
+
+    /// Installs the configuration form, once; it becomes a child of the page. Throws Brindle::Critical for a null
+    /// widget and for a second one.
+    void setConfigurationWidget(QWidget* widget);
+
+    const std::string& getName() const { return _description.name; }
+    const std::string& getUID() const { return _description.uid; }
+    const std::string& getCompany() const { return _description.company; }
+    const std::string& getCategory() const { return _description.category; }
+    /// A view of the variants, valid as long as the leaf lives.
+    Brindle::strings getVariants() const;
+    /// Absolute path of the generator script; empty when the IP has none.
+    const std::string& getScriptFilename() const { return _description.scriptFilename; }
+    /// The name in lower case with every blank replaced by "_".
+    std::string getEscapedName() const;
+
+    bool isFromCompany(const std::string& company) const { return getCompany() == company; }
+    bool isFromCategory(const std::string& category) const { return getCategory() == category; }
+    bool isForVariant(const std::string& variant) const;
+
+    bool isOVSystolic() const { return isOurs("Systolic"); }
+    bool isOVTranspose() const { return isOurs("Transpose"); }
+    bool isOVTransposeDual() const { return isOurs("Transpose dual"); }
+    bool isOVTransposeSymmetric() const { return isOurs("Transpose symmetric"); }
+    bool isOVMacFir() const { return isOurs("Mac fir"); }
+    bool isOVScope() const { return isOurs("Scope"); }
+    bool isOVStartupScope() const { return isOurs("Startup Scope"); }
+    bool isOVSERDES() const { return isOurs("SER/DES"); }
+    bool isAPBToSPW() const { return isOurs("APB slave to serial master"); }
+
+    /// The configuration form of an IP that the program knows; null for another one, for which what follows must not be
+    /// called.
+    Form* getForm() const { return _form; }
+    /// What the form generates. Errors that are not in-house ones are located at `caller`.
+    Generation getGeneration(const Brindle::Location& caller) const;
+    /// The IP and what its form holds.
+    Configuration getConfiguration() const;
+    /// Gives the form the values of a configuration of this IP: all of them, or none and a Brindle::Critical with the
+    /// fields "filename" and "line". Throws what `setFormValues` throws, and the same for the configuration of another
+    /// IP (by company, name and uid).
+    void setConfiguration(const Configuration& configuration);
+
+public Q_SLOTS:
+    /// Opens a link of the description page outside the program.
+    void onLinkClicked(const QUrl& url);
+
+private:
+    bool isOurs(const char* name) const;
+    void createDescriptionView();
+    void createConfigurationWidget();
+    template <class Leaf>
+    void createForm();
+    void showConfigurationWidget();
+
+    const std::string _descriptionFilename;
+    const IPDescription _description;
+    QWidget* _configurationWidget = nullptr;
+    Form* _form = nullptr; // of the configuration widget
+    std::function<Generation(const Brindle::Location&)> _getGeneration;
+    QSplitter* _splitter = nullptr;
+};
+
+} // namespace Velmora

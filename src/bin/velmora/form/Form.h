@@ -1,0 +1,145 @@
+#pragma once
+
+#include <velmora/form/CheckMark.h>
+#include <velmora/form/FormField.h>
+#include <velmora/form/FormTable.h>
+#include <velmora/widgets/HelpLabel.h>
+
+#include <QComboBox>
+#include <QDoubleSpinBox>
+#include <QGridLayout>
+#include <QHash>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QString>
+#include <QStringList>
+#include <QTextEdit>
+#include <QWidget>
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+QT_BEGIN_NAMESPACE
+class QHBoxLayout;
+QT_END_NAMESPACE
+
+namespace Velmora {
+
+class FoldWidget;
+
+/// Range and reset value of a number that a form asks for.
+struct NumberRange {
+    int minimum;
+    int maximum;
+    int resetValue;
+};
+
+/// What the help label of a number says.
+QString rangeHelp(const NumberRange& range);
+
+/// The same for a number with decimals.
+struct DecimalRange {
+    double minimum;
+    double maximum;
+    double resetValue;
+    double step;  ///< Of the arrows of the spin box.
+    int decimals; ///< Digits after the point.
+};
+
+/// What `Form::load` makes of a value that is not stored.
+enum class AbsentValue { ReadsAsEmpty, KeepsCurrent };
+
+/// What `Form::reset` does with a line.
+enum class LineReset { Clears, KeepsText };
+
+/// The body of a generator form: rows of label, editor and help label in a grid, some of them in sections that fold,
+/// the buttons that end it, and the settings group in which the editors' values outlive the program. A form composes
+/// one; the editors belong to the form's widget.
+class Form {
+public:
+    /// Installs the grid on the widget, which is kept, not owned, and takes the class name as object name. The class
+    /// name is also the settings group.
+    Form(QWidget* widget, const QString& className, AbsentValue absentValue = AbsentValue::ReadsAsEmpty);
+    Form(const Form&) = delete;
+    Form& operator=(const Form&) = delete;
+    ~Form() = default;
+
+    /// A section that folds: the function adds its rows, whose keys lie in the subgroup (none when it is empty). The
+    /// columns of a form with sections are equally wide.
+    void addSection(const QString& title, const QString& subgroup, const std::function<void()>& addRows);
+
+    /// Each adds a row. The key is the editor's object name and its key in the settings, below the subgroup of the
+    /// section; the help text may be empty.
+    QLineEdit* addLine(const QString& label, const QString& key, const QString& help = {},
+                       LineReset lineReset = LineReset::Clears);
+    QSpinBox* addNumber(const QString& label, const QString& key, const NumberRange& range, const QString& help = {});
+    QDoubleSpinBox* addDecimal(const QString& label, const QString& key, const DecimalRange& range);
+    /// A choice without a reset index is left alone by `reset`.
+    QComboBox* addChoice(const QString& label, const QString& key, const QStringList& items,
+                         std::optional<int> resetIndex);
+    /// A list of coefficients, which takes the free height of the form.
+    QTextEdit* addCoefficients(const QString& label, const QString& key, const QString& help);
+    /// A row without label that takes the columns of label and editor. The table shows as many lines as the field of
+    /// that key counts and keeps its values itself.
+    void addTable(LineTableView* table, const QString& countKey);
+    /// One help label for the last rows together.
+    HelpLabel* addHelp(const QString& help, int rowCount);
+    /// A row that takes the free height of the form.
+    void addStretch();
+    /// The last row: the buttons "Reset" and "Generate", which act on being pressed, across all columns. A generation
+    /// stores the form first, so that what the user filled in outlives a script that never ends.
+    template <class Leaf>
+    void addButtons(Leaf* leaf, void (Leaf::*onReset)(), void (Leaf::*onGenerate)()) {
+        QPushButton* resetButton = addButton("Reset", QObject::tr("Puts every field back to its reset value"));
+        QPushButton* generateButton = addButton("Generate", QObject::tr("Checks the form and writes the HDL"));
+        QObject::connect(resetButton, &QPushButton::pressed, leaf, onReset);
+        QObject::connect(generateButton, &QPushButton::pressed, leaf, [leaf] { leaf->save(); });
+        QObject::connect(generateButton, &QPushButton::pressed, leaf, onGenerate);
+        _grid->addLayout(_buttons, _rowCount++, 0, 1, -1);
+        alignSections();
+    }
+
+    /// The help label beside an editor; null when it has none.
+    HelpLabel* getHelp(QWidget* editor) const { return _helpLabels.value(editor); }
+    const QString& getGroup() const { return _group; }
+    /// In the order of the rows.
+    const std::vector<FormField>& getFields() const { return _fields; }
+    const std::vector<FormTable>& getTables() const { return _tables; }
+    /// On what the last check refused. Loading and resetting take it off.
+    CheckMark& getMark() const { return *_mark; }
+
+    /// Gives every editor its stored value. What is absent reads as empty or 0, or changes nothing; a number outside
+    /// the range becomes its nearest end, an index that the choice does not have and a value of another type are
+    /// ignored.
+    void load();
+    /// Stores every editor's value. Never throws; a program that is ending by an exception leaves the settings as they
+    /// were.
+    void save() const noexcept;
+    void reset();
+
+private:
+    void addRow(const QString& label, const QString& key, QWidget* editor, const QString& help);
+    /// Puts a widget into the grid of the section that is being filled, or else into the form's own.
+    void place(QWidget* widget, int row, int column, int rowSpan = 1, int columnSpan = 1);
+    /// Gives the labels of all sections one width.
+    void alignSections();
+    QPushButton* addButton(const QString& text, const QString& tip);
+
+    QString _group;
+    AbsentValue _absentValue;
+    CheckMark* _mark; // the widget's child
+    QGridLayout* _grid;
+    QHBoxLayout* _buttons;
+    FoldWidget* _section = nullptr; // while it is being filled
+    std::vector<FoldWidget*> _sections;
+    int _labelWidth = 0; // pixels, of the widest label
+    QString _subgroup;   // of the section, with its "/"
+    int _rowCount = 0;   // of the grid that is being filled
+    std::vector<FormField> _fields;
+    std::vector<FormTable> _tables;
+    QHash<QWidget*, HelpLabel*> _helpLabels; // by editor
+};
+
+} // namespace Velmora

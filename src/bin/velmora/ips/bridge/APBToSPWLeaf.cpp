@@ -1,0 +1,84 @@
+#include <velmora/ips/bridge/APBToSPWLeaf.h>
+
+#include <velmora/catalogue/IPLeaf.h>
+#include <velmora/generation/GeneratorScript.h>
+#include <velmora/generation/OutputDirectory.h>
+#include <velmora/settings/SettingsKeys.h>
+
+#include <Brindle/widgets/FileDialog.h>
+
+#include <QDir>
+#include <QSettings>
+
+namespace Velmora {
+
+APBToSPWLeaf::APBToSPWLeaf(IPLeaf* ipLeaf)
+    : QWidget(ipLeaf),
+      _ipLeaf(ipLeaf),
+      _form(this, QStringLiteral("APBToSPWLeaf")),
+      _entityEdit(_form.addLine(tr("Entity name"), SettingsKeys::entity)) {
+    _form.addStretch();
+    _form.addButtons(this, &APBToSPWLeaf::onReset, &APBToSPWLeaf::onGenerate);
+    APBToSPWLeaf::load();
+}
+
+APBToSPWLeaf::~APBToSPWLeaf() {
+    APBToSPWLeaf::save();
+}
+
+void APBToSPWLeaf::load() {
+    _form.load();
+}
+
+void APBToSPWLeaf::save() {
+    _form.save();
+}
+
+void APBToSPWLeaf::onReset() {
+    _form.reset();
+}
+
+GeneratedFiles APBToSPWLeaf::getIP() const {
+    return GeneratorScript(_ipLeaf->getScriptFilename(), BRINDLE_HERE).generateFiles(getArguments());
+}
+
+ArgumentDictionary APBToSPWLeaf::getArguments() const {
+    ArgumentDictionary arguments(BRINDLE_HERE);
+    arguments.add("%%ENTITY_NAME%%", _entityEdit->text().toStdString());
+    return arguments;
+}
+
+Generation APBToSPWLeaf::getGeneration(const Brindle::Location& caller) const {
+    return {"Generating " + _ipLeaf->getName(),
+            _entityEdit->text(),
+            FailureRules::bridge,
+            caller,
+            [this] { return isFullyConfigured(); },
+            [this] { return getArguments(); },
+            [this] { return getIP(); }};
+}
+
+void APBToSPWLeaf::onGenerate() {
+    const QString directory = chooseDirectory();
+    if (directory.isEmpty())
+        return;
+    const Generation generation = getGeneration(BRINDLE_HERE);
+    runGeneration(generation.title, generation.failureRule, generation.caller, generation.check,
+                  [&] { writeGeneratedFiles(directory, getIP(), generation.caller); });
+}
+
+/// The directory that the user chooses and the settings remember; empty when the user cancels.
+QString APBToSPWLeaf::chooseDirectory() {
+    QSettings settings;
+    settings.beginGroup(_form.getGroup());
+    const QString proposed =
+        settings.value(SettingsKeys::path, QDir::currentPath() + "/" + _entityEdit->text()).toString();
+    const QString directory = Brindle::FileDialog::getDirectory(this, tr("Choose a directory"), proposed);
+    if (!directory.isEmpty()) {
+        settings.setValue(SettingsKeys::path, directory);
+        settings.sync();
+    }
+    return directory;
+}
+
+} // namespace Velmora

@@ -1,0 +1,34 @@
+#include <velmora/ips/filters/SystolicLeaf.h>
+
+#include <velmora/catalogue/IPLeaf.h>
+#include <velmora/generation/GeneratorScript.h>
+#include <velmora/generation/HdlGeneration.h>
+
+namespace Velmora {
+
+SystolicLeaf::SystolicLeaf(IPLeaf* ipLeaf)
+    : QWidget(ipLeaf), _ipLeaf(ipLeaf), _form(this, QStringLiteral("SystolicLeaf"), 18) {
+    getForm().addButtons(this, &SystolicLeaf::onReset, &SystolicLeaf::onGenerate);
+    connect(_form.getModeCombo(), SIGNAL(currentIndexChanged(const QString&)), this,
+            SLOT(onCoefficientModeChange(const QString&)));
+    onCoefficientModeChange(_form.getModeCombo()->currentText());
+    load();
+}
+
+SystolicLeaf::~SystolicLeaf() {
+    save();
+}
+
+QString SystolicLeaf::getFilter() const {
+    return GeneratorScript(_ipLeaf->getScriptFilename(), BRINDLE_HERE).generateText(_form.getArguments(BRINDLE_HERE));
+}
+
+Generation SystolicLeaf::getGeneration(const Brindle::Location& caller) const {
+    return _form.getFilter().getGeneration("Generating systolic filter", *this, caller);
+}
+
+void SystolicLeaf::onGenerate() {
+    generateHdlFile(this, getForm().getGroup(), getGeneration(BRINDLE_HERE));
+}
+
+} // namespace Velmora

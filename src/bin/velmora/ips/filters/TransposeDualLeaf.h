@@ -1,0 +1,46 @@
+#pragma once
+
+#include <velmora/generation/Generation.h>
+#include <velmora/ips/filters/StreamingFilterForm.h>
+
+#include <QWidget>
+
+namespace Velmora {
+
+class IPLeaf;
+
+/// The form of the transposed FIR filter for two channels in turn.
+class TransposeDualLeaf : public QWidget {
+    Q_OBJECT
+
+public:
+    /// The IP leaf, kept and not owned, gives the script.
+    explicit TransposeDualLeaf(IPLeaf* ipLeaf);
+    ~TransposeDualLeaf() override;
+
+    Form& getForm() { return _form.getForm(); }
+    std::vector<std::string> getCoefficientList() const { return _form.getFilter().getCoefficientList(); }
+    unsigned long getNormalizedCoefficientWidth() const { return _form.getFilter().getNormalizedCoefficientWidth(); }
+    std::string getCoefficientString() const { return _form.getFilter().getCoefficientString(BRINDLE_HERE); }
+    /// Tells the first thing that is wrong with the form; true when nothing is.
+    bool isFullyConfigured() const { return _form.isFullyConfigured(); }
+    /// What the script is given. Throws what the rendering of coefficients throws.
+    ArgumentDictionary getArguments() const { return _form.getArguments(BRINDLE_HERE); }
+    /// Runs the script on the form's values. Throws what the runner and `getArguments` throw.
+    QString getFilter() const;
+    /// What the Generate button starts. Errors that are not in-house ones are located at `caller`.
+    Generation getGeneration(const Brindle::Location& caller) const;
+    void load() { getForm().load(); }
+    void save() { getForm().save(); }
+
+public Q_SLOTS:
+    void onGenerate();
+    void onReset() { getForm().reset(); }
+    void onCoefficientModeChange(const QString& text) { _form.applyMode(text, BRINDLE_HERE); }
+
+private:
+    IPLeaf* const _ipLeaf;
+    StreamingFilterForm _form;
+};
+
+} // namespace Velmora

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <velmora/ips/scopes/ScopeForm.h>
+#include <velmora/rules/ArgumentDictionary.h>
+
+#include <QWidget>
+
+#include <string>
+
+namespace Velmora {
+
+class IPLeaf;
+class TriggerTableView;
+
+/// The form of the scope, a logic analyser that is embedded in a design.
+class ScopeLeaf : public QWidget {
+    Q_OBJECT
+
+public:
+    /// The IP leaf, kept and not owned, gives the script.
+    explicit ScopeLeaf(IPLeaf* ipLeaf);
+    ~ScopeLeaf() override;
+
+    Form& getForm() { return _scope.getForm(); }
+    int getTriggerCount() const { return _scope.getTriggerCount(); }
+    /// True when trigger lines can wait for edges too.
+    bool hasEdges() const;
+    /// True when the trigger waits for its first level before it looks at the other values.
+    bool isMultipleLevel() const { return _multipleLevelCombo->currentIndex() == 0; }
+    const QString& getSettingsGroup() const { return _scope.getGroup(); }
+
+    /// The elements of the VHDL aggregate of the values' codes by line number from 0, such as `0 => "01", 1 => "11"`,
+    /// without parentheses; empty for no value. Throws for a value that the trigger mode does not know: Brindle::Error
+    /// "Unsupported value in basic trigger mode", with the fields "input" and "value", or Brindle::InternalError
+    /// "Should not be here" where edges are looked at.
+    std::string getTriggerValueString(const QStringList& values) const;
+
+    /// Tells the first thing that is wrong with the form; true when nothing is.
+    bool isFullyConfigured() const { return _scope.isFullyConfigured(); }
+    /// What the script is given. Throws what `getTriggerValueString` throws, and Brindle::InvalidRequest for a name
+    /// that cannot be passed.
+    ArgumentDictionary getArguments() const;
+    /// Runs the script on the form's values. Throws what the runner and `getArguments` throw.
+    QString getIP() const;
+    /// What the Generate button starts. Errors that are not in-house ones are located at `caller`.
+    Generation getGeneration(const Brindle::Location& caller) const;
+    void load();
+    void save() { _scope.save(); }
+
+public Q_SLOTS:
+    void onReset() { _scope.reset(); }
+    /// Enables what the mode needs. A disabled field still gives the script its value.
+    void onCaptureModeChange();
+    void onTriggerCountChange();
+    void onGenerate();
+
+private:
+    void addCaptureConfiguration();
+    void addTriggerConfiguration();
+    QComboBox* addOption(const QString& label, const QString& key);
+
+    IPLeaf* const _ipLeaf;
+    ScopeForm _scope;
+    QComboBox* _captureModeCombo = nullptr;
+    QSpinBox* _windowLength = nullptr;  // samples
+    QSpinBox* _userDataDelay = nullptr; // clock cycles
+    QComboBox* _storeTriggerCombo = nullptr;
+    QComboBox* _storeWindowCombo = nullptr;
+    QComboBox* _triggerModeCombo = nullptr;
+    QComboBox* _multipleLevelCombo = nullptr;
+    TriggerTableView* _triggerTable = nullptr;
+};
+
+} // namespace Velmora

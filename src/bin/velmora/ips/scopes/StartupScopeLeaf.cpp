@@ -1,0 +1,81 @@
+#include <velmora/ips/scopes/StartupScopeLeaf.h>
+
+#include <velmora/catalogue/IPLeaf.h>
+#include <velmora/generation/Clock.h>
+#include <velmora/generation/GeneratorScript.h>
+#include <velmora/generation/HdlGeneration.h>
+#include <velmora/ips/scopes/StartupTriggerTableView.h>
+
+#include <Quillon/Application.h>
+
+namespace Velmora {
+
+StartupScopeLeaf::StartupScopeLeaf(IPLeaf* ipLeaf)
+    : QWidget(ipLeaf), _ipLeaf(ipLeaf), _scope(this, QStringLiteral("StartupScopeLeaf")) {
+    _scope.addEntityName();
+    _scope.getForm().addSection(tr("Capture configuration"), QString(), [this] { addCaptureConfiguration(); });
+    _scope.getForm().addSection(tr("Trigger configuration"), QString(), [this] { addTriggerConfiguration(); });
+    _scope.addButtons(this, &StartupScopeLeaf::onReset, &StartupScopeLeaf::onGenerate);
+    connect(_scope.getTriggerCountSpin(), qOverload<int>(&QSpinBox::valueChanged), this,
+            &StartupScopeLeaf::onTriggerCountChange);
+    onReset();
+    load();
+}
+
+StartupScopeLeaf::~StartupScopeLeaf() {
+    save();
+}
+
+void StartupScopeLeaf::addCaptureConfiguration() {
+    _scope.addInputCount();
+    _scope.addCaptureDepth();
+    _scope.addPreTriggerSamples(1000);
+}
+
+void StartupScopeLeaf::addTriggerConfiguration() {
+    _scope.addTriggerCount(4);
+    _triggerTable = new StartupTriggerTableView(this);
+    _scope.addTriggerTable(_triggerTable);
+}
+
+std::string StartupScopeLeaf::getTriggerValueString(const QStringList& values) const {
+    QString bits;
+    for (const QString& value : values)
+        bits.prepend(value);
+    return "\"" + bits.toStdString() + "\"";
+}
+
+ArgumentDictionary StartupScopeLeaf::getArguments() const {
+    ArgumentDictionary arguments(BRINDLE_HERE);
+    arguments.add("%%ENTITY_NAME%%", _scope.getEntityName())
+        .add("%%CAPTURE_DEPTH%%", _scope.getCaptureDepth())
+        .add("%%CAPTURE_WIDTH%%", _scope.getCaptureWidth(BRINDLE_HERE))
+        .add("%%INPUT_LINE_COUNT%%", _scope.getInputCount())
+        .add("%%TRIGGER_LINE_COUNT%%", getTriggerCount())
+        .add("%%STARTUP_TRIG_VALUE%%", getTriggerValueString(_triggerTable->getTriggerValueList()))
+        .add("%%INPUT_LINE_COUNT-1%%", _scope.getInputCount() - 1)
+        .add("%%APPLICATION%%", Quillon::application->getFullName().toStdString())
+        .add("%%TRIGGER_LINE_COUNT-1%%", getTriggerCount() - 1)
+        .add("%%PRE_TRIGGER_SAMPLES%%", _scope.getPreTriggerSamples())
+        .add("%%DATE%%", getGenerationDateLabel(BRINDLE_HERE));
+    return arguments;
+}
+
+QString StartupScopeLeaf::getIP() const {
+    return GeneratorScript(_ipLeaf->getScriptFilename(), BRINDLE_HERE).generateText(getArguments());
+}
+
+void StartupScopeLeaf::onTriggerCountChange() {
+    _triggerTable->invalidateFilter();
+}
+
+Generation StartupScopeLeaf::getGeneration(const Brindle::Location& caller) const {
+    return _scope.getGeneration(
+        caller, [this] { return getArguments(); }, [this] { return getIP(); });
+}
+
+void StartupScopeLeaf::onGenerate() {
+    generateHdlFile(this, getSettingsGroup(), getGeneration(BRINDLE_HERE));
+}
+
+} // namespace Velmora

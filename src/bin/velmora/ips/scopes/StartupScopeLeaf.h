@@ -1,0 +1,56 @@
+#pragma once
+
+#include <velmora/ips/scopes/ScopeForm.h>
+#include <velmora/rules/ArgumentDictionary.h>
+
+#include <QWidget>
+
+#include <string>
+
+namespace Velmora {
+
+class IPLeaf;
+class StartupTriggerTableView;
+
+/// The form of the startup scope, which captures its input lines once, when its trigger lines show a pattern of bits.
+class StartupScopeLeaf : public QWidget {
+    Q_OBJECT
+
+public:
+    /// The IP leaf, kept and not owned, gives the script.
+    explicit StartupScopeLeaf(IPLeaf* ipLeaf);
+    ~StartupScopeLeaf() override;
+
+    Form& getForm() { return _scope.getForm(); }
+    int getTriggerCount() const { return _scope.getTriggerCount(); }
+    const QString& getSettingsGroup() const { return _scope.getGroup(); }
+
+    /// The VHDL string literal of the levels, that of line 0 rightmost: `"001"` for 1, 0 and 0.
+    std::string getTriggerValueString(const QStringList& values) const;
+
+    /// Tells the first thing that is wrong with the form; true when nothing is.
+    bool isFullyConfigured() const { return _scope.isFullyConfigured(); }
+    /// What the script is given. Throws Brindle::InvalidRequest for a name that cannot be passed.
+    ArgumentDictionary getArguments() const;
+    /// Runs the script on the form's values. Throws what the runner and `getArguments` throw.
+    QString getIP() const;
+    /// What the Generate button starts. Errors that are not in-house ones are located at `caller`.
+    Generation getGeneration(const Brindle::Location& caller) const;
+    void load() { _scope.load(); }
+    void save() { _scope.save(); }
+
+public Q_SLOTS:
+    void onReset() { _scope.reset(); }
+    void onTriggerCountChange();
+    void onGenerate();
+
+private:
+    void addCaptureConfiguration();
+    void addTriggerConfiguration();
+
+    IPLeaf* const _ipLeaf;
+    ScopeForm _scope;
+    StartupTriggerTableView* _triggerTable = nullptr;
+};
+
+} // namespace Velmora

@@ -1,0 +1,126 @@
+#include <velmora/ips/scopes/TriggerTableView.h>
+
+#include <velmora/fields/ChoiceCell.h>
+#include <velmora/fields/TextCell.h>
+#include <velmora/ips/scopes/ScopeLeaf.h>
+#include <velmora/ips/scopes/TriggerCodes.h>
+#include <velmora/tables/LineCountProxyModel.h>
+#include <velmora/tables/LineTableDelegate.h>
+
+#include <Brindle/widgets/Theme.h>
+
+#include <QAbstractItemView>
+#include <QHelpEvent>
+#include <QToolTip>
+
+namespace Velmora {
+
+namespace {
+
+enum Column { inputColumn, aliasColumn, valueColumn, firstLevelColumn };
+
+constexpr int valueWidth = 116; // pixels, an open editor shows every value whole
+
+LineTableModel* createModel() {
+    const QStringList& headers = TriggerTableView::getHeaderList();
+    const auto values = std::make_shared<ChoiceCell>(getTriggerValues(true));
+    return new LineTableModel(headers.at(inputColumn), QStringLiteral("Trig"),
+                              {{headers.at(aliasColumn), QString(), std::make_shared<TextCell>()},
+                               {headers.at(valueColumn), getIgnoreLabel(), values},
+                               {headers.at(firstLevelColumn), getIgnoreLabel(), values}});
+}
+
+} // namespace
+
+/// Shows as many lines as the form counts triggers.
+class TriggerTableView::SortFilterProxyModel : public LineCountProxyModel {
+public:
+    explicit SortFilterProxyModel(TriggerTableView* view) : LineCountProxyModel(view), _view(view) {}
+
+private:
+    int getLineCount() const override { return _view->getLeaf()->getTriggerCount(); }
+
+    TriggerTableView* const _view;
+};
+
+/// Offers what the form's trigger mode knows, and the first level only where there is one. A value that the mode does
+/// not know is drawn as an error and stays until another one is chosen.
+class TriggerTableView::TableViewDelegate : public LineTableDelegate {
+public:
+    TableViewDelegate(TriggerTableView* view, LineTableModel* model) : LineTableDelegate(view, model), _view(view) {}
+
+    /// The list of a combo box shows its items whole in a narrow column too.
+    QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
+                          const QModelIndex& index) const override {
+        QWidget* editor = LineTableDelegate::createEditor(parent, option, index);
+        if (auto* combo = qobject_cast<QComboBox*>(editor))
+            combo->view()->setMinimumWidth(combo->view()->sizeHintForColumn(0) + 2 * combo->view()->frameWidth());
+        return editor;
+    }
+
+    bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                   const QModelIndex& index) override {
+        if (event->type() != QEvent::ToolTip || !isUnsupported(index))
+            return LineTableDelegate::helpEvent(event, view, option, index);
+        QToolTip::showText(event->globalPos(),
+                           TriggerTableView::tr("Basic triggers know no edges, choose another value."), view);
+        return true;
+    }
+
+    void setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const override {
+        const auto* combo = qobject_cast<QComboBox*>(editor);
+        if (combo && combo->currentIndex() < 0)
+            return;
+        LineTableDelegate::setModelData(editor, model, index);
+    }
+
+protected:
+    const CellEditor* getCellEditor(const QModelIndex& index) const override {
+        if (index.column() == firstLevelColumn && !_view->getLeaf()->isMultipleLevel())
+            return nullptr;
+        const bool isValue = index.column() == valueColumn || index.column() == firstLevelColumn;
+        return isValue && !_view->getLeaf()->hasEdges() ? &_levels : LineTableDelegate::getCellEditor(index);
+    }
+
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+        LineTableDelegate::initStyleOption(option, index);
+        if (index.column() == firstLevelColumn && !getCellEditor(index))
+            option->state.setFlag(QStyle::State_Enabled, false);
+        if (isUnsupported(index))
+            option->palette.setColor(QPalette::Text, Brindle::theme.getColor("error"));
+    }
+
+private:
+    bool isUnsupported(const QModelIndex& index) const {
+        const CellEditor* cellEditor = getCellEditor(index);
+        return cellEditor && !cellEditor->canGive(index.data().toString());
+    }
+
+    const ChoiceCell _levels{getTriggerValues(false)};
+    TriggerTableView* const _view;
+};
+
+TriggerTableView::TriggerTableView(ScopeLeaf* leaf)
+    : LineTableView(QStringLiteral("TriggerTableView"), leaf->getSettingsGroup(), createModel()), _leaf(leaf) {
+    setAccessibleName(tr("Values of the trigger lines"));
+    getModel()->setHeaderData(firstLevelColumn, Qt::Horizontal,
+                              tr("First level trigger value, for \"Multiple level trigger\" only"), Qt::ToolTipRole);
+    setUp(new SortFilterProxyModel(this), new TableViewDelegate(this, getModel()));
+    shareFreeWidth();
+    setColumnWidth(valueColumn, valueWidth);
+}
+
+const QStringList& TriggerTableView::getHeaderList() {
+    static const QStringList headers{tr("Input"), tr("Alias"), tr("Trigger value"), tr("First level trigger value")};
+    return headers;
+}
+
+QStringList TriggerTableView::getTriggerValueList() const {
+    return getTexts(valueColumn);
+}
+
+QStringList TriggerTableView::getFirstTriggerValueList() const {
+    return getTexts(firstLevelColumn);
+}
+
+} // namespace Velmora

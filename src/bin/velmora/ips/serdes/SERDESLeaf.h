@@ -1,0 +1,89 @@
+#pragma once
+
+#include <velmora/form/Form.h>
+#include <velmora/generation/Generation.h>
+#include <velmora/rules/ArgumentDictionary.h>
+
+#include <QWidget>
+
+#include <string>
+
+namespace Velmora {
+
+class IPLeaf;
+class LocationTableView;
+
+/// The form of the SER/DES: up to 30 serialisers and deserialisers that share a word clock, a data size and a bank.
+class SERDESLeaf : public QWidget {
+    Q_OBJECT
+
+public:
+    /// The IP leaf, kept and not owned, gives the script.
+    explicit SERDESLeaf(IPLeaf* ipLeaf);
+    ~SERDESLeaf() override;
+
+    Form& getForm() { return _form; }
+    int getSERCount() const { return _serCount->value(); }
+    int getDESCount() const { return _desCount->value(); }
+    QString getBankNumber() const { return _bankCombo->currentText(); }
+    const QString& getSettingsGroup() const { return _form.getGroup(); }
+
+    /// VHDL aggregates by line number from 0, such as `(0 => "03P", 1 => "03N")`; `(others => "XXX")` for no line.
+    std::string getSERLocationString() const;
+    std::string getSEROutputDelayLineString() const;
+    std::string getDESLocationString() const;
+
+    /// Tells the first thing that is wrong with the form; true when nothing is.
+    bool isFullyConfigured() const;
+    /// What the script is given. Throws Brindle::InvalidRequest for a text that cannot be passed.
+    ArgumentDictionary getArguments() const;
+    /// Runs the script on the form's values. Throws what the runner and `getArguments` throw.
+    QString getIP() const;
+    /// What the Generate button starts. Errors that are not in-house ones are located at `caller`.
+    Generation getGeneration(const Brindle::Location& caller) const;
+    void load();
+    void save();
+
+public Q_SLOTS:
+    /// Leaves the training values alone.
+    void onReset();
+    void onSERCountChanged();
+    void onDESCountChanged();
+    void onGenerate();
+
+private:
+    void addGlobalParameters();
+    void addSERParameters();
+    void addDESParameters();
+    QComboBox* addPadType();
+    QLineEdit* addTrainingValue();
+
+    IPLeaf* const _ipLeaf;
+    Form _form;
+    QLineEdit* _entityEdit = nullptr;
+
+    QLineEdit* _prefixEdit = nullptr;
+    QSpinBox* _wordClock = nullptr; // MHz
+    QSpinBox* _dataSize = nullptr;  // bits
+    QSpinBox* _serCount = nullptr;
+    QSpinBox* _desCount = nullptr;
+    QComboBox* _bankCombo = nullptr;
+
+    QComboBox* _serPadTypeCombo = nullptr;
+    QComboBox* _serDifferentialCombo = nullptr;
+    QComboBox* _slewRateCombo = nullptr;
+    QSpinBox* _outputCapacity = nullptr;
+    QLineEdit* _serTrainingEdit = nullptr;
+    LocationTableView* _serTable = nullptr;
+
+    QComboBox* _desPadTypeCombo = nullptr;
+    QComboBox* _desDifferentialCombo = nullptr;
+    QSpinBox* _termination = nullptr;
+    QComboBox* _terminationReferenceCombo = nullptr;
+    QComboBox* _turboCombo = nullptr;
+    QDoubleSpinBox* _inputSignalSlope = nullptr;
+    QLineEdit* _desTrainingEdit = nullptr;
+    LocationTableView* _desTable = nullptr;
+};
+
+} // namespace Velmora

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <velmora/tables/LineTableModel.h>
+
+#include <QStringList>
+#include <QTableView>
+
+namespace Velmora {
+
+class LineCountProxyModel;
+class LineTableDelegate;
+
+/// A table in which the lines of a form are filled in. A row stays filled in while the form counts too few lines to
+/// show it, and is kept in the settings with the others.
+class LineTableView : public QTableView {
+    Q_OBJECT
+
+public:
+    /// All rows, the hidden ones too.
+    LineTableModel* getModel() const { return _model; }
+    /// Number of visible rows.
+    int getRowCount() const;
+    /// The view's index of a cell of `getModel`; invalid while its row is not shown.
+    QModelIndex toShown(const QModelIndex& index) const;
+
+    /// Gives every cell that can be filled in its initial text.
+    void initialize();
+    void load();
+    void save() const;
+
+public Q_SLOTS:
+    /// Shows as many rows as the form now counts lines. A cell that is being edited keeps what was typed.
+    void invalidateFilter();
+
+protected:
+    /// The name is the view's object name and its subgroup in the form's settings group. The view takes the model.
+    LineTableView(const QString& name, const QString& formGroup, LineTableModel* model);
+
+    /// Completes the table with a proxy and a delegate that are the view's children: rows 24 pixels high without
+    /// numbers, the last column as wide as it can be, arrows to move, typing, F2 or a click on the current cell to
+    /// edit, Tab to leave.
+    void setUp(LineCountProxyModel* proxy, LineTableDelegate* delegate);
+    /// From now on the column after the names shares the free width with the last one.
+    void shareFreeWidth();
+    /// The texts of a column in the visible rows.
+    QStringList getTexts(int column) const;
+
+private:
+    const QString _group;
+    LineTableModel* const _model;
+    LineCountProxyModel* _proxy = nullptr;
+};
+
+} // namespace Velmora
