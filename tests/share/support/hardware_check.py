@@ -8,10 +8,10 @@ import random
 import tempfile
 import time
 
+import program
 from generator import Script, write_files
 from hdl_tools import CheckFailed, Ghdl, require, step
 from parameter_set import ParameterSet
-from program import Program, arguments_of, errors_of
 
 STANDARDS = ("93c", "93", "08")
 
@@ -44,31 +44,21 @@ class Design:
         return ", ".join(STANDARDS)
 
 
-def generate_with_script(ip, sets, paths, directory):
-    """Writes the designs: for each its arguments and the errors that the script reported."""
-    for each, path, result in zip(sets, paths, Script(ip, directory).results([each.arguments() for each in sets])):
-        write_files(result, path)
-        yield each.arguments(), result.errors
-
-
-def generate_with_program(program, sets, paths):
-    """The same with the program's forms."""
-    jobs = [(f"Orvane/{each.ip}", each.form.fields(), path) for each, path in zip(sets, paths)]
-    for each, path, lines in zip(sets, paths, program.generate(jobs)):
-        yield arguments_of(each, path), errors_of(lines)
-
-
-def generate(ip, sets, directory, program):
+def generate(ip, sets, directory):
     """(parameter set, file, arguments, errors) of each design; what no form gives comes from the script."""
-    for is_for_forms in (True, False):
-        chosen = [each for each in sets if is_for_forms == bool(program and not each.changes)]
-        paths = [directory / f"{ip}_{each.name}/design.vhd" for each in chosen]
-        for path in paths:
-            path.parent.mkdir()
-        written = (generate_with_program(program, chosen, paths) if is_for_forms else
-                   generate_with_script(ip, chosen, paths, directory))
-        for each, path, (arguments, errors) in zip(chosen, paths, written):
-            yield each, path, arguments, errors
+    formed = [each for each in sets if not each.changes]
+    for each, made in zip(formed, program.generate(ip, [each.form for each in formed], directory)):
+        yield each, made.path, made.arguments, made.errors
+    changed = [each for each in sets if each.changes]
+    if not changed:
+        return
+    arguments = [{**given, **each.changes} for each, given in
+                 zip(changed, program.arguments_of(ip, [each.form for each in changed]))]
+    for each, given, result in zip(changed, arguments, Script(ip, directory).results(arguments)):
+        path = directory / f"{ip}_{each.name}/design.vhd"
+        path.parent.mkdir()
+        write_files(result, path)
+        yield each, path, given, result.errors
 
 
 def main(description, ips, parameter_sets, check, events=None):
@@ -80,18 +70,17 @@ def main(description, ips, parameter_sets, check, events=None):
     parser.add_argument("--long", action="store_true", help="all sets, more random ones, longer simulations")
     parser.add_argument("--kind", choices=ips, action="append", help="only this IP")
     parser.add_argument("--set", action="append", help="only the set of this name")
-    parser.add_argument("--driver", help="generate with the program's forms by this form_driver, not with the scripts alone")
-    parser.add_argument("--prefix", help="installation prefix of the program")
-    parser.add_argument("--seed", type=int, default=random.randrange(2**31))
+    parser.add_argument("--seed", type=int, help="of random sets and stimuli; without it the long run draws one")
     options = parser.parse_args()
     is_long = options.long or bool(os.environ.get("VELMORA_LONG_TESTS"))
-    program = Program(options.driver, options.prefix) if options.driver else None
+    if options.seed is None:
+        options.seed = random.randrange(2**31) if is_long else 1
     start, count, failures = time.monotonic(), 0, 0
     for ip in options.kind or ips:
         sets = [each for each in parameter_sets(ip, options.seed, is_long) if not options.set or each.name in options.set]
         missing = set() if options.set else set((events or {}).get(ip, ()))
         with tempfile.TemporaryDirectory() as scratch:
-            for each, path, arguments, errors in generate(ip, sets, pathlib.Path(scratch), program):
+            for each, path, arguments, errors in generate(ip, sets, pathlib.Path(scratch)):
                 print(f"{ip} {each.name}: {each.form} {each.changes or ''}", flush=True)
                 count += 1
                 try:

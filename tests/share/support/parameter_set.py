@@ -2,22 +2,16 @@
 
 import dataclasses
 
-STANDARD_ARGUMENTS = {"%%APPLICATION%%": "Velmora", "%%DATE%%": "09/04/2026 - 16:05"}
-
-
 def setting(key, default=dataclasses.MISSING):
     """A field of a form, with its key in the program's settings."""
     return dataclasses.field(default=default, metadata={"key": key})
 
 
 class Form:
-    """What the forms, dataclasses of settings and tables, have in common; each also gives its argument dictionary."""
+    """What the forms, dataclasses of settings and tables, have in common."""
 
     def fields(self):
         return {each.metadata["key"]: getattr(self, each.name) for each in dataclasses.fields(self) if each.metadata}
-
-    def arguments(self):
-        raise NotImplementedError
 
 
 @dataclasses.dataclass(frozen=True)
@@ -28,14 +22,6 @@ class ParameterSet:
     name: str
     form: Form
     changes: dict = dataclasses.field(default_factory=dict)  # of the arguments, to what no form gives
-
-    def arguments(self):
-        return {**self.form.arguments(), **self.changes}
-
-
-def argument_dictionary(**values):
-    """Arguments by keys without their %%, with an application and a date."""
-    return {**STANDARD_ARGUMENTS, **{f"%%{key}%%": str(value) for key, value in values.items()}}
 
 
 def number(arguments, key):

@@ -8,6 +8,7 @@ import unittest
 from generator import CATALOGUE, Script
 from hdl_rules import check_text, without_attributes
 from hdl_tools import Ghdl
+from program import arguments_of
 
 STANDARDS = ("93", "08")
 
@@ -45,7 +46,7 @@ class NameTests(unittest.TestCase):
         dictionaries = []
         for keys in cases:
             changed = {f"%%{key}%%": value for key, value in keys.items()}
-            self.assertLessEqual(set(changed), set(self.good[ip]))
+            self.assertLessEqual(set(changed), {*self.good[ip], "%%APPLICATION%%"})
             dictionaries.append({**self.good[ip], **changed})
         return self.scripts[ip].results(dictionaries)
 
@@ -78,10 +79,16 @@ class NameTests(unittest.TestCase):
 
 
 class TextTests(NameTests):
-    """The same for a script of a single text, with forms whose designs the templates are."""
+    """The same for a script of a single text, with a form of a good design, and forms whose designs the templates are."""
 
+    good_forms = {}
     template_forms = {}  # (IP, name of the template): form
     last_line_end = ""  # the program ends the last line itself
+
+    @classmethod
+    def setUpClass(cls):
+        cls.good = {ip: arguments_of(ip, [form])[0] for ip, form in cls.good_forms.items()}
+        super().setUpClass()
 
     def analysed(self, library, standard, *texts):
         ghdl = Ghdl(self.work / f"{library[:40]}_{standard}", standard)
@@ -126,7 +133,7 @@ class TextTests(NameTests):
         """Whatever was generated before."""
         for (ip, template), form in self.template_forms.items():
             with self.subTest(template=template):
-                _, result = self.scripts[ip].results([self.good[ip], form.arguments()])
+                _, result = self.scripts[ip].results([self.good[ip], *arguments_of(ip, [form])])
                 lines = (CATALOGUE / ip / f"templates/{template}.vhd").read_text()
                 lines = re.sub(r"(?m)^ *-- (begin|end) [a-z ]+\n", "", lines).replace("\n\n\n", "\n\n")
                 self.assertEqual(result.text.split(f"-- {'=' * 70}\n")[2].strip("\n"), lines.strip("\n"))

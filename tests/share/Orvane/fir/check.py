@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Generates parameter sets of the FIR filters, with the program's own forms or with the joined scripts alone, and checks
+"""Generates parameter sets of the FIR filters, and checks
 every filter: it reads the text, compares a simulation bit for bit and clock for clock with a model of its own, and counts
 what synthesis makes of it."""
 

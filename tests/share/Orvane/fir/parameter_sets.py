@@ -3,9 +3,8 @@
 import dataclasses
 import functools
 import random
-import re
 
-from parameter_set import Form, ParameterSet, argument_dictionary, random_sets, setting
+from parameter_set import Form, ParameterSet, random_sets, setting
 
 KINDS = ["systolic_fir", "transpose_fir", "transpose_dual_fir", "transpose_symmetric_fir", "mac_fir"]
 
@@ -13,22 +12,8 @@ KINDS = ["systolic_fir", "transpose_fir", "transpose_dual_fir", "transpose_symme
 ALWAYS = ("smallest", "reference", "largest", "input_many", "wide_negative", "one_clock")
 
 
-class FirForm(Form):
-    def filter_arguments(self, **others):
-        return argument_dictionary(
-            ENTITY_NAME=self.entity, INPUT_DATA_WIDTH=self.input_width, OUTPUT_DATA_WIDTH=self.output_width,
-            COEF_WIDTH=self.coefficient_width, TO_BE_TRUNCATED=self.truncation, **others)
-
-    def literals(self):
-        """The literals that the form makes from the text of its coefficients editor."""
-        normalized_width = -(-self.coefficient_width // 4) * 4
-        pieces = [" ".join(piece.split()) for piece in re.split(r"[;,\n]", self.coefficients)]
-        return [piece if re.fullmatch(r'[xX]"[0-9A-Fa-f]+"', piece) else hexadecimal(int(piece), normalized_width)
-                for piece in pieces if piece]
-
-
 @dataclasses.dataclass(frozen=True)
-class StreamingForm(FirForm):
+class StreamingForm(Form):
     """Fields of the systolic and transpose forms."""
 
     entity: str = setting("Entity")
@@ -40,16 +25,9 @@ class StreamingForm(FirForm):
     coefficients: str = setting("Coefficients", "")
     truncation: int = setting("ToBeTruncated", 0)
 
-    def arguments(self):
-        is_input = self.mode == "Input"
-        literals = [] if is_input else self.literals()
-        return self.filter_arguments(
-            N_TAPS=self.coefficient_count if is_input else len(literals), COEF_ARE_INPUT_SIGNALS=str(is_input).lower(),
-            COEFS_PKG_HEXA_CONSTANT="(others => (others => '0'))" if is_input else f"({', '.join(literals)})")
-
 
 @dataclasses.dataclass(frozen=True)
-class MacForm(FirForm):
+class MacForm(Form):
     """Fields of the MAC form."""
 
     entity: str = setting("Entity")
@@ -62,21 +40,6 @@ class MacForm(FirForm):
     coefficients: str = setting("Coefficients", "")
     truncation: int = setting("ToBeTruncated", 0)
     pattern: str = setting("ClkAux1Pattern", "")
-
-    def arguments(self):
-        return self.filter_arguments(
-            N_TAPS=self.tap_count, DSP_COUNT=self.dsp_count, COEFS=f"({', '.join(self.literals())})",
-            CLK_AUX1_PATTERN=self.pattern or "1000000000000000",
-            SATURATION_STAGE="true" if self.saturation == "Enable" else "false")
-
-
-def hexadecimal(value, bit_count):
-    """The literal that a form makes from a decimal coefficient; leading f digits are cut until it fits."""
-    digits = format(value % 2**64, "x").zfill(bit_count // 4)
-    surplus = len(digits) - bit_count // 4
-    if digits[:surplus].strip("f"):
-        raise ValueError(f"{value} is too high for {bit_count} bits")
-    return f'x"{digits[surplus:]}"'
 
 
 def joined(values, separator=", "):

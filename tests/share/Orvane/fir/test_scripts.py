@@ -59,7 +59,7 @@ def good_form(kind):
 
 class FirTests(script_tests.TextTests):
     last_line_end = "\n"
-    good = {kind: good_form(kind).arguments() for kind in KINDS}
+    good_forms = {kind: good_form(kind) for kind in KINDS}
     template_forms = {
         **{(kind, kind): StreamingForm(kind, coefficients=FOUR_TAPS, **STREAMING_SIZE) for kind in KINDS[:3]},
         (SYMMETRIC, SYMMETRIC): StreamingForm(SYMMETRIC, coefficients="45, -123, -123, 45", **STREAMING_SIZE),

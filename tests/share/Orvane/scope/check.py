@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Generates parameter sets of both scopes, with the program's own forms or with the joined scripts alone, and checks every
+"""Generates parameter sets of both scopes, and checks every
 scope: it reads the text, compares a simulation clock for clock with a model of its own, and looks at what synthesis makes
 of it. A memory of less than 64 samples, which no form gives, is simulated over many captures; one of more than 6144 is
 filled in the long run only."""

@@ -6,7 +6,7 @@ Numbers are what the spin boxes hold, texts what the combo boxes and the cells o
 import dataclasses
 import random
 
-from parameter_set import Form, ParameterSet, argument_dictionary, random_sets, setting
+from parameter_set import Form, ParameterSet, random_sets, setting
 
 KINDS = ["scope", "startup_scope"]
 
@@ -15,15 +15,10 @@ SMALL_DEPTHS = ("2K", "4K", "6K")
 ALWAYS = ("reference", "two_levels", "pre_trigger_limit", "windows_uneven", "windows_contiguous")
 SHORT_SAMPLE = 3
 
-# Item text of the field "Capture depth": samples, exponent.
-DEPTHS = {"2K": (2048, 11), "4K": (4096, 12), "6K": (6144, 13), "12K": (12288, 14), "24K": (24576, 15),
-          "48K": (49152, 16)}
-CAPTURE_MODES = {"Pre-trigger": "pre_trigger_enable", "Multiple windows": "multiple_windows"}
-TRIGGER_MODES = {"Basic": "basic", "Basic & Edges": "basic_and_edges"}
-CODES = {
-    "Basic": {"0": "00", "1": "01", "Ignore": "11"},
-    "Basic & Edges": {"0": "000", "1": "001", "Ignore": "010", "Rising edge": "110", "Falling edge": "100",
-                      "Both edges": "111"},
+CAPTURE_MODES = ("Pre-trigger", "Multiple windows")
+TRIGGERS = {
+    "Basic": ("0", "1", "Ignore"),
+    "Basic & Edges": ("0", "1", "Ignore", "Rising edge", "Falling edge", "Both edges"),
 }
 
 
@@ -33,12 +28,6 @@ class CaptureForm(Form):
     def fields(self):
         rows = [[f"line {line}", *values] for line, values in enumerate(zip(*self.columns()))]
         return {**super().fields(), self.table: rows}
-
-    def capture_arguments(self, **others):
-        depth, exponent = DEPTHS[self.capture_depth]
-        return argument_dictionary(
-            ENTITY_NAME=self.entity, CAPTURE_DEPTH=depth, CAPTURE_WIDTH=exponent, INPUT_LINE_COUNT=self.input_line_count,
-            TRIGGER_LINE_COUNT=self.trigger_line_count, PRE_TRIGGER_SAMPLES=self.pre_trigger_samples, **others)
 
 
 @dataclasses.dataclass(frozen=True)
@@ -65,26 +54,6 @@ class ScopeForm(CaptureForm):
     def columns(self):
         return self.trigger_values, self.first_level_trigger_values
 
-    def arguments(self):
-        has_two_levels = self.multiple_level_trigger == "Enable"
-        sets = [self.trigger_set(self.trigger_values), self.trigger_set(self.first_level_trigger_values)]
-        zeros = [f'(others => "{code}")' for code in ("00", "000")]
-        is_basic = self.trigger_mode == "Basic"
-        basic, edges = (sets[0], zeros[1]) if is_basic else (zeros[0], sets[0])
-        first_basic, first_edges = zeros
-        if has_two_levels:
-            first_basic, first_edges = (sets[1], zeros[1]) if is_basic else (zeros[0], sets[1])
-        return self.capture_arguments(
-            STORE_WINDOW=4 if self.store_window_number == "Enable" else 0,
-            STORE_TRIGGER=1 if self.store_trigger_pulse == "Enable" else 0, USER_DATA_DELAY=self.user_data_delay,
-            WINDOW_CAPTURE_LENGTH=self.window_capture_length, MULTIPLE_TRIGGER_LEVEL=str(has_two_levels).lower(),
-            TRIGGER_MODE=f'"{TRIGGER_MODES[self.trigger_mode]}"', CAPTURE_MODE=f'"{CAPTURE_MODES[self.capture_mode]}"',
-            BASIC_TRIGGER_VALUES=basic, EDGE_TRIGGER_VALUES=edges, ADVANCED_TRIGGER_VALUES=first_basic,
-            ADVANCED_EDGE_TRIGGER_VALUES=first_edges)
-
-    def trigger_set(self, values):
-        return ", ".join(f'{line} => "{CODES[self.trigger_mode][value]}"' for line, value in enumerate(values))
-
 
 @dataclasses.dataclass(frozen=True)
 class StartupForm(CaptureForm):
@@ -102,9 +71,6 @@ class StartupForm(CaptureForm):
     def columns(self):
         return (self.trigger_values,)
 
-    def arguments(self):
-        return self.capture_arguments(STARTUP_TRIG_VALUE=f'"{"".join(reversed(self.trigger_values))}"')
-
 
 def scope_form(entity, triggers, first_level=None, **fields):
     """A form whose trigger table holds these values; values for a first level enable it."""
@@ -118,7 +84,7 @@ def scope_form(entity, triggers, first_level=None, **fields):
 BOTH_STORED = {"store_trigger_pulse": "Enable", "store_window_number": "Enable"}
 EDGES = {"trigger_mode": "Basic & Edges"}
 WINDOWS = {"capture_mode": "Multiple windows"}
-ALL_KINDS = ("0", "1", "Ignore", "Rising edge", "Falling edge", "Both edges")
+ALL_KINDS = TRIGGERS["Basic & Edges"]
 
 
 def scope_forms():
@@ -173,16 +139,16 @@ def startup_forms():
 
 
 def random_scope_form(entity, choice):
-    mode = choice.choice(list(TRIGGER_MODES))
+    mode = choice.choice(list(TRIGGERS))
     line_count = choice.choice([1, 2, 3, choice.randint(1, 32)])
     # Few lines that are not ignored keep the triggers frequent.
     values = [["Ignore"] * line_count for _ in range(2)]
     for column in values:
         for line in choice.sample(range(line_count), min(line_count, choice.randint(1, 3))):
-            column[line] = choice.choice(list(CODES[mode]))
+            column[line] = choice.choice(TRIGGERS[mode])
     return ScopeForm(
         entity, choice.choice([2, 3, choice.randint(2, 40)]), choice.choice(["2K", "2K", "4K", "6K"]),
-        choice.choice(list(CAPTURE_MODES)), choice.choice([64, choice.randint(64, 2048), choice.randint(64, 200)]),
+        choice.choice(CAPTURE_MODES), choice.choice([64, choice.randint(64, 2048), choice.randint(64, 200)]),
         choice.choice([1, 2048, choice.randint(1, 2048)]), choice.randint(0, 2), choice.choice(["Enable", "Disable"]),
         choice.choice(["Enable", "Disable"]), line_count, mode, choice.choice(["Enable", "Disable"]),
         tuple(values[0]), tuple(values[1]))
@@ -205,7 +171,7 @@ def parameter_sets(kind, seed, random_count):
             + random_sets(kind, random_form, random.Random(f"{kind} {seed}"), random_count))
 
 
-def small_memory(arguments, choice):
+def small_memory(kind, choice):
     """Changes that make the memory so small that many captures can be simulated.
 
     The values reach the same rules as the form's: a depth that is a power of two or not, pre-trigger samples from 1
@@ -214,7 +180,7 @@ def small_memory(arguments, choice):
     width = choice.choice([4, 5])
     depth = choice.choice([2 ** width, choice.randint(2 ** (width - 1) + 1, 2 ** width)])
     changes = {"%%CAPTURE_DEPTH%%": depth, "%%CAPTURE_WIDTH%%": width}
-    if "%%WINDOW_CAPTURE_LENGTH%%" in arguments:
+    if kind == "scope":
         shortest = 2 if depth == 2 ** width else 1  # window_count has to hold the number of windows
         changes["%%WINDOW_CAPTURE_LENGTH%%"] = choice.choice([shortest, 2, depth, choice.randint(2, depth)])
         changes["%%PRE_TRIGGER_SAMPLES%%"] = choice.choice([1, depth - 1, depth, choice.randint(1, depth)])
@@ -228,10 +194,10 @@ def miniatures(kind, seed, count):
     choice = random.Random(f"small {kind} {seed}")
     forms = [each.form for each in random_sets(kind, FORMS[kind][1], choice, count)]
     if kind == "scope":
-        mode = {"capture_mode": choice.choice(list(CAPTURE_MODES))}
+        mode = {"capture_mode": choice.choice(CAPTURE_MODES)}
         forms += [scope_form("edges", ALL_KINDS, ALL_KINDS[::-1], **EDGES, **BOTH_STORED, **mode),
                   scope_form("levels", ["1", "0", "Ignore"], ["Ignore", "1", "0"], **BOTH_STORED, **mode)]
-    return [ParameterSet(kind, f"small_{index}", form, small_memory(form.arguments(), choice))
+    return [ParameterSet(kind, f"small_{index}", form, small_memory(kind, choice))
             for index, form in enumerate(forms)]
 
 

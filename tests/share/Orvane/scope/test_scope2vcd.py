@@ -13,7 +13,8 @@ import unittest
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "support"))
 
 # pylint: disable=wrong-import-position
-from generator import CATALOGUE, Script
+import program
+from generator import CATALOGUE
 from hdl_tools import Ghdl
 from model import MODELS
 from parameter_sets import KINDS, parameter_sets
@@ -221,18 +222,17 @@ class Pages(ConverterTest):
     def read_out(self, kind, name):
         """Of a scope with the parameter set of that name: its model, the capture that the page's process writes, its wave."""
         chosen, = [each for each in parameter_sets(kind, 1, 0) if each.name == name]
-        model, entity = MODELS[kind](chosen.arguments()), chosen.form.entity
+        ghdl = Ghdl(DIRECTORY / f"{kind}_{name}", "08")
+        design, = program.generate(kind, [chosen.form], ghdl.directory)
+        model, entity = MODELS[kind](design.arguments), chosen.form.entity
         page = (CATALOGUE / kind / "description.html").read_text("utf-8")
         process = html.unescape(re.search(r'(?s)<pre id="read-out">(.*?)</pre>', page).group(1))
         if name.startswith("windows"):
             process = process.replace(*WINDOWS_PROCESS)
-        ghdl = Ghdl(DIRECTORY / f"{kind}_{name}", "08")
-        result, = Script(kind, DIRECTORY).results([chosen.arguments()])
-        (ghdl.directory / "design.vhd").write_text(result.text)
         (ghdl.directory / "page.vhd").write_text(PAGE_BENCH.format(
             entity=entity, sample_width=model.sample_width, process=process.replace("entity E", f"entity {entity}"),
             **PAGE_PORTS[kind]))
-        ghdl.analyse(["design.vhd", "page.vhd"])
+        ghdl.analyse([design.path, "page.vhd"])
         ghdl("-r", "page", "--stop-time=60us", "--ieee-asserts=disable-at-0")
         capture = (ghdl.directory / "capture.txt").read_text()
         status, errors, vcd = self.convert(capture, "--period-ns", "1")

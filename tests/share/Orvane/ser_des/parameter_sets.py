@@ -3,7 +3,7 @@
 import dataclasses
 import random
 
-from parameter_set import Form, ParameterSet, argument_dictionary, setting
+from parameter_set import Form, ParameterSet, setting
 
 LARGEST_COUNT = 30
 DATA_SIZES = range(3, 11)
@@ -39,37 +39,15 @@ class SerDesForm(Form):
     des_training_value: str = setting("DES/TrainingValue", "")
     des_locations: tuple = ()
 
-    def ser_rows(self):
-        """What each visible row of the serialisers' table holds: location and delay."""
-        return list(zip(visible_rows(self.ser_locations, self.ser_count, ""),
-                        visible_rows(self.ser_output_delays, self.ser_count, 0)))
-
     def fields(self):
-        return {**super().fields(), "LocationTableView/SER": [list(row) for row in self.ser_rows()],
+        ser_rows = zip(visible_rows(self.ser_locations, self.ser_count, ""),
+                       visible_rows(self.ser_output_delays, self.ser_count, 0))
+        return {**super().fields(), "LocationTableView/SER": [list(row) for row in ser_rows],
                 "LocationTableView/DES": [[each] for each in visible_rows(self.des_locations, self.des_count, "")]}
-
-    def arguments(self):
-        """The form's argument dictionary; both sides get the DES training value."""
-        strings = {each.name.upper(): f'"{getattr(self, each.name)}"' for each in dataclasses.fields(self)
-                   if "/" in each.metadata.get("key", "")}
-        strings["SER_TRAINING_VALUE"] = strings["DES_TRAINING_VALUE"]
-        return argument_dictionary(
-            PREFIX=self.prefix, ENTITY_NAME=self.entity, WORD_CLOCK=self.word_clock, DATA_SIZE=self.data_size,
-            SER_COUNT=self.ser_count, DES_COUNT=self.des_count,
-            SER_LOCATIONS=aggregate([location for location, _ in self.ser_rows()]),
-            SER_OUTPUT_DELAY_LINE=aggregate([f"{delay:02}" for _, delay in self.ser_rows()]),
-            DES_LOCATIONS=aggregate(visible_rows(self.des_locations, self.des_count, "")),
-            DES_INPUT_DELAY_LINE=aggregate(["00"] * self.des_count, "()"),
-            BANK_NUMBER=f'"{self.bank_number}"', **strings)
 
 
 def visible_rows(entries, count, missing):
     return [*entries, *[missing] * count][:count]
-
-
-def aggregate(texts, empty='(others => "XXX")'):
-    """The VHDL aggregate that the form makes from the rows of a table."""
-    return "(" + ", ".join(f'{index} => "{text}"' for index, text in enumerate(texts)) + ")" if texts else empty
 
 
 def equals_own_rotation(training):

@@ -14,8 +14,8 @@ from generator import CATALOGUE
 from parameter_sets import SerDesForm, equals_own_rotation
 
 IP = "ser_des"
-GOOD = SerDesForm("good_name", prefix="P", data_size=4, ser_count=2, des_count=2, des_training_value="0011",
-            ser_locations=("01P", "01N"), des_locations=("02P", "02N"), ser_output_delays=(5, 63))
+GOOD = SerDesForm("good_name", prefix="P", data_size=4, ser_count=2, des_count=2, ser_training_value="0011",
+            des_training_value="0011", ser_locations=("01P", "01N"), des_locations=("02P", "02N"), ser_output_delays=(5, 63))
 NO_DES = {"DES_COUNT": "0", "DES_LOCATIONS": '(others => "XXX")', "DES_INPUT_DELAY_LINE": "()"}
 LABELS = {"SER_LOCATIONS": r"Location \(SER parameters\) ", "DES_LOCATIONS": r"Location \(DES parameters\) ",
           "SER_OUTPUT_DELAY_LINE": r"Output delay line \(SER parameters\) ",
@@ -32,11 +32,12 @@ def both_trainings(value):
 
 
 class SerDesTests(script_tests.TextTests):
-    good = {IP: GOOD.arguments()}
+    good_forms = {IP: GOOD}
     used_names = {IP: ["reset", "Word_Clk", "BIT_CLK", "ser_data", "des_locked", "des_in", "pad_bank", "PAD_INPUT_DELAY",
                        "P_data_size", "p_location_array", "P_DES_TURBO"]}
     template_forms = {(IP, IP): SerDesForm(
-        IP, prefix="LINK", word_clock=125, data_size=8, ser_count=2, des_count=2, des_training_value="11010000",
+        IP, prefix="LINK", word_clock=125, data_size=8, ser_count=2, des_count=2, ser_training_value="11010000",
+        des_training_value="11010000",
         ser_locations=("01P", "02P"), ser_output_delays=(0, 7), des_locations=("03P", "04P"))}
 
     def expect_all(self, cases):
