@@ -2,17 +2,10 @@
 
 #include <velmora/catalogue/DescriptionFile.h>
 #include <velmora/catalogue/DescriptionView.h>
+#include <velmora/catalogue/GeneratorLeaf.h>
+#include <velmora/catalogue/IPForms.h>
 #include <velmora/configuration/FormConfiguration.h>
 #include <velmora/form/FormArea.h>
-#include <velmora/ips/bridge/APBToSPWLeaf.h>
-#include <velmora/ips/filters/MacFirLeaf.h>
-#include <velmora/ips/filters/SystolicLeaf.h>
-#include <velmora/ips/filters/TransposeDualLeaf.h>
-#include <velmora/ips/filters/TransposeLeaf.h>
-#include <velmora/ips/filters/TransposeSymmetricLeaf.h>
-#include <velmora/ips/scopes/ScopeLeaf.h>
-#include <velmora/ips/scopes/StartupScopeLeaf.h>
-#include <velmora/ips/serdes/SERDESLeaf.h>
 #include <velmora/settings/SettingsKeys.h>
 
 #include <Brindle/collections/ListCollection.h>
@@ -47,33 +40,11 @@ void IPLeaf::createDescriptionView() {
     setLayout(layout);
 }
 
-template <class Leaf>
-void IPLeaf::createForm() {
-    auto* leaf = new Leaf(this);
-    _form = &leaf->getForm();
-    _getGeneration = [leaf](const Brindle::Location& caller) { return leaf->getGeneration(caller); };
-    setConfigurationWidget(leaf);
-}
-
 void IPLeaf::createConfigurationWidget() {
-    if (isOVSystolic())
-        createForm<SystolicLeaf>();
-    else if (isOVTranspose())
-        createForm<TransposeLeaf>();
-    else if (isOVTransposeDual())
-        createForm<TransposeDualLeaf>();
-    else if (isOVTransposeSymmetric())
-        createForm<TransposeSymmetricLeaf>();
-    else if (isOVMacFir())
-        createForm<MacFirLeaf>();
-    else if (isOVScope())
-        createForm<ScopeLeaf>();
-    else if (isOVStartupScope())
-        createForm<StartupScopeLeaf>();
-    else if (isOVSERDES())
-        createForm<SERDESLeaf>();
-    else if (isAPBToSPW())
-        createForm<APBToSPWLeaf>();
+    if (const auto form = makeForm(*this)) {
+        _generatorLeaf = form->leaf;
+        setConfigurationWidget(form->widget);
+    }
 }
 
 void IPLeaf::setConfigurationWidget(QWidget* widget) {
@@ -113,13 +84,17 @@ bool IPLeaf::isOurs(const char* name) const {
     return isFromCompany("Orvane") && getName() == name;
 }
 
+Form* IPLeaf::getForm() const {
+    return _generatorLeaf ? &_generatorLeaf->getForm() : nullptr;
+}
+
 Generation IPLeaf::getGeneration(const Brindle::Location& caller) const {
-    return _getGeneration(caller);
+    return _generatorLeaf->getGeneration(caller);
 }
 
 Configuration IPLeaf::getConfiguration() const {
     Configuration configuration(getCompany(), getName(), getUID());
-    addFormValues(configuration, *_form);
+    addFormValues(configuration, *getForm());
     return configuration;
 }
 
@@ -131,7 +106,7 @@ void IPLeaf::setConfiguration(const Configuration& configuration) {
     const std::string present = describe(getCompany(), getName(), getUID());
     if (wanted != present)
         configuration.refuseIP("Configuration is for " + wanted + ", not for " + present);
-    setFormValues(*_form, configuration);
+    setFormValues(*getForm(), configuration);
 }
 
 void IPLeaf::onLinkClicked(const QUrl& url) {

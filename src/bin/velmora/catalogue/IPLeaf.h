@@ -10,12 +10,12 @@
 #include <QUrl>
 #include <QWidget>
 
-#include <functional>
 #include <string>
 
 namespace Velmora {
 
 class Form;
+class GeneratorLeaf;
 
 /// The page of one IP: its HTML description above, its configuration form (when the IP is one that the program knows)
 /// below.
@@ -61,7 +61,7 @@ public:
 
     /// The configuration form of an IP that the program knows; null for another one, for which what follows must not be
     /// called.
-    Form* getForm() const { return _form; }
+    Form* getForm() const;
     /// What the form generates. Errors that are not in-house ones are located at `caller`.
     Generation getGeneration(const Brindle::Location& caller) const;
     /// The IP and what its form holds.
@@ -79,15 +79,12 @@ private:
     bool isOurs(const char* name) const;
     void createDescriptionView();
     void createConfigurationWidget();
-    template <class Leaf>
-    void createForm();
     void showConfigurationWidget();
 
     const std::string _descriptionFilename;
     const IPDescription _description;
     QWidget* _configurationWidget = nullptr;
-    Form* _form = nullptr; // of the configuration widget
-    std::function<Generation(const Brindle::Location&)> _getGeneration;
+    GeneratorLeaf* _generatorLeaf = nullptr; // the same for an IP that the program knows
     QSplitter* _splitter = nullptr;
 };
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <velmora/catalogue/GeneratorLeaf.h>
 #include <velmora/form/Form.h>
-#include <velmora/generation/Generation.h>
 
 #include <QWidget>
 
@@ -11,7 +11,7 @@ class IPLeaf;
 
 /// The form of the APB slave to serial master bridge, whose only parameter is the name of the top entity. It generates
 /// a directory of files.
-class APBToSPWLeaf : public QWidget {
+class APBToSPWLeaf : public QWidget, public GeneratorLeaf {
     Q_OBJECT
 
 public:
@@ -19,7 +19,7 @@ public:
     explicit APBToSPWLeaf(IPLeaf* ipLeaf);
     ~APBToSPWLeaf() override;
 
-    Form& getForm() { return _form; }
+    Form& getForm() final { return _form; }
     /// Any entity name can be generated, the empty one too.
     virtual bool isFullyConfigured() const { return true; }
     virtual void load();
@@ -28,8 +28,7 @@ public:
     virtual GeneratedFiles getIP() const;
     /// What the script is given. Throws Brindle::InvalidRequest for a name that cannot be passed.
     ArgumentDictionary getArguments() const;
-    /// What the Generate button starts. Errors that are not in-house ones are located at `caller`.
-    Generation getGeneration(const Brindle::Location& caller) const;
+    Generation getGeneration(const Brindle::Location& caller) const override;
 
 public Q_SLOTS:
     void onReset();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <velmora/generation/Generation.h>
+#include <velmora/catalogue/GeneratorLeaf.h>
 #include <velmora/ips/filters/FilterForm.h>
 
 #include <QWidget>
@@ -10,7 +10,7 @@ namespace Velmora {
 class IPLeaf;
 
 /// The form of the multiply-accumulate FIR filter, which computes its taps with a given number of DSP blocks in turn.
-class MacFirLeaf : public QWidget {
+class MacFirLeaf : public QWidget, public GeneratorLeaf {
     Q_OBJECT
 
 public:
@@ -18,7 +18,7 @@ public:
     explicit MacFirLeaf(IPLeaf* ipLeaf);
     ~MacFirLeaf() override;
 
-    Form& getForm() { return _filter.getForm(); }
+    Form& getForm() final { return _filter.getForm(); }
     std::vector<std::string> getCoefficientList() const { return _filter.getCoefficientList(); }
     unsigned long getNormalizedCoefficientWidth() const { return _filter.getNormalizedCoefficientWidth(); }
     std::string getCoefficientString() const { return _filter.getCoefficientString(BRINDLE_HERE); }
@@ -28,8 +28,7 @@ public:
     ArgumentDictionary getArguments() const;
     /// Runs the script on the form's values. Throws what the runner and `getArguments` throw.
     QString getFilter() const;
-    /// What the Generate button starts. Errors that are not in-house ones are located at `caller`.
-    Generation getGeneration(const Brindle::Location& caller) const;
+    Generation getGeneration(const Brindle::Location& caller) const override;
     void load() { getForm().load(); }
     void save() { getForm().save(); }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <velmora/generation/Generation.h>
+#include <velmora/catalogue/GeneratorLeaf.h>
 #include <velmora/ips/filters/StreamingFilterForm.h>
 
 #include <QWidget>
@@ -10,7 +10,7 @@ namespace Velmora {
 class IPLeaf;
 
 /// The form of the FIR filter in transposed form.
-class TransposeLeaf : public QWidget {
+class TransposeLeaf : public QWidget, public GeneratorLeaf {
     Q_OBJECT
 
 public:
@@ -18,7 +18,7 @@ public:
     explicit TransposeLeaf(IPLeaf* ipLeaf);
     ~TransposeLeaf() override;
 
-    Form& getForm() { return _form.getForm(); }
+    Form& getForm() final { return _form.getForm(); }
     std::vector<std::string> getCoefficientList() const { return _form.getFilter().getCoefficientList(); }
     unsigned long getNormalizedCoefficientWidth() const { return _form.getFilter().getNormalizedCoefficientWidth(); }
     std::string getCoefficientString() const { return _form.getFilter().getCoefficientString(BRINDLE_HERE); }
@@ -28,8 +28,7 @@ public:
     ArgumentDictionary getArguments() const { return _form.getArguments(BRINDLE_HERE); }
     /// Runs the script on the form's values. Throws what the runner and `getArguments` throw.
     QString getFilter() const;
-    /// What the Generate button starts. Errors that are not in-house ones are located at `caller`.
-    Generation getGeneration(const Brindle::Location& caller) const;
+    Generation getGeneration(const Brindle::Location& caller) const override;
     void load() { getForm().load(); }
     void save() { getForm().save(); }
 

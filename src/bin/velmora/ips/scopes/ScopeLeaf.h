@@ -1,5 +1,6 @@
 #pragma once
 
+#include <velmora/catalogue/GeneratorLeaf.h>
 #include <velmora/ips/scopes/ScopeForm.h>
 #include <velmora/rules/ArgumentDictionary.h>
 
@@ -13,7 +14,7 @@ class IPLeaf;
 class TriggerTableView;
 
 /// The form of the scope, a logic analyser that is embedded in a design.
-class ScopeLeaf : public QWidget {
+class ScopeLeaf : public QWidget, public GeneratorLeaf {
     Q_OBJECT
 
 public:
@@ -21,7 +22,7 @@ public:
     explicit ScopeLeaf(IPLeaf* ipLeaf);
     ~ScopeLeaf() override;
 
-    Form& getForm() { return _scope.getForm(); }
+    Form& getForm() final { return _scope.getForm(); }
     int getTriggerCount() const { return _scope.getTriggerCount(); }
     /// True when trigger lines can wait for edges too.
     bool hasEdges() const;
@@ -42,8 +43,7 @@ public:
     ArgumentDictionary getArguments() const;
     /// Runs the script on the form's values. Throws what the runner and `getArguments` throw.
     QString getIP() const;
-    /// What the Generate button starts. Errors that are not in-house ones are located at `caller`.
-    Generation getGeneration(const Brindle::Location& caller) const;
+    Generation getGeneration(const Brindle::Location& caller) const override;
     void load();
     void save() { _scope.save(); }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <velmora/catalogue/GeneratorLeaf.h>
 #include <velmora/ips/scopes/ScopeForm.h>
 #include <velmora/rules/ArgumentDictionary.h>
 
@@ -13,7 +14,7 @@ class IPLeaf;
 class StartupTriggerTableView;
 
 /// The form of the startup scope, which captures its input lines once, when its trigger lines show a pattern of bits.
-class StartupScopeLeaf : public QWidget {
+class StartupScopeLeaf : public QWidget, public GeneratorLeaf {
     Q_OBJECT
 
 public:
@@ -21,7 +22,7 @@ public:
     explicit StartupScopeLeaf(IPLeaf* ipLeaf);
     ~StartupScopeLeaf() override;
 
-    Form& getForm() { return _scope.getForm(); }
+    Form& getForm() final { return _scope.getForm(); }
     int getTriggerCount() const { return _scope.getTriggerCount(); }
     const QString& getSettingsGroup() const { return _scope.getGroup(); }
 
@@ -34,8 +35,7 @@ public:
     ArgumentDictionary getArguments() const;
     /// Runs the script on the form's values. Throws what the runner and `getArguments` throw.
     QString getIP() const;
-    /// What the Generate button starts. Errors that are not in-house ones are located at `caller`.
-    Generation getGeneration(const Brindle::Location& caller) const;
+    Generation getGeneration(const Brindle::Location& caller) const override;
     void load() { _scope.load(); }
     void save() { _scope.save(); }
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <velmora/catalogue/GeneratorLeaf.h>
 #include <velmora/form/Form.h>
-#include <velmora/generation/Generation.h>
 #include <velmora/rules/ArgumentDictionary.h>
 
 #include <QWidget>
@@ -14,7 +14,7 @@ class IPLeaf;
 class LocationTableView;
 
 /// The form of the SER/DES: up to 30 serialisers and deserialisers that share a word clock, a data size and a bank.
-class SERDESLeaf : public QWidget {
+class SERDESLeaf : public QWidget, public GeneratorLeaf {
     Q_OBJECT
 
 public:
@@ -22,7 +22,7 @@ public:
     explicit SERDESLeaf(IPLeaf* ipLeaf);
     ~SERDESLeaf() override;
 
-    Form& getForm() { return _form; }
+    Form& getForm() final { return _form; }
     int getSERCount() const { return _serCount->value(); }
     int getDESCount() const { return _desCount->value(); }
     QString getBankNumber() const { return _bankCombo->currentText(); }
@@ -39,8 +39,7 @@ public:
     ArgumentDictionary getArguments() const;
     /// Runs the script on the form's values. Throws what the runner and `getArguments` throw.
     QString getIP() const;
-    /// What the Generate button starts. Errors that are not in-house ones are located at `caller`.
-    Generation getGeneration(const Brindle::Location& caller) const;
+    Generation getGeneration(const Brindle::Location& caller) const override;
     void load();
     void save();
 
