@@ -48,6 +48,9 @@ ScopeLeaf::ScopeLeaf(IPLeaf* ipLeaf) : QWidget(ipLeaf), _ipLeaf(ipLeaf), _scope(
     load();
 }
 
+// It stands here, where the form is known; the table knows its interface alone.
+TriggerTableView::TriggerTableView(ScopeLeaf* leaf) : TriggerTableView(*leaf) {}
+
 ScopeLeaf::~ScopeLeaf() {
     save();
 }

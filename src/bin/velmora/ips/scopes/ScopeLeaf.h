@@ -2,6 +2,7 @@
 
 #include <velmora/catalogue/GeneratorLeaf.h>
 #include <velmora/ips/scopes/ScopeForm.h>
+#include <velmora/ips/scopes/TriggerForm.h>
 #include <velmora/rules/ArgumentDictionary.h>
 
 #include <QWidget>
@@ -14,7 +15,7 @@ class IPLeaf;
 class TriggerTableView;
 
 /// The form of the scope, a logic analyser that is embedded in a design.
-class ScopeLeaf : public QWidget, public GeneratorLeaf {
+class ScopeLeaf : public QWidget, public GeneratorLeaf, public TriggerForm {
     Q_OBJECT
 
 public:
@@ -23,12 +24,10 @@ public:
     ~ScopeLeaf() override;
 
     Form& getForm() final { return _scope.getForm(); }
-    int getTriggerCount() const { return _scope.getTriggerCount(); }
-    /// True when trigger lines can wait for edges too.
-    bool hasEdges() const;
-    /// True when the trigger waits for its first level before it looks at the other values.
-    bool isMultipleLevel() const { return _multipleLevelCombo->currentIndex() == 0; }
-    const QString& getSettingsGroup() const { return _scope.getGroup(); }
+    int getTriggerCount() const override { return _scope.getTriggerCount(); }
+    bool hasEdges() const override;
+    bool isMultipleLevel() const override { return _multipleLevelCombo->currentIndex() == 0; }
+    const QString& getSettingsGroup() const override { return _scope.getGroup(); }
 
     /// The elements of the VHDL aggregate of the values' codes by line number from 0, such as `0 => "01", 1 => "11"`,
     /// without parentheses; empty for no value. Throws for a value that the trigger mode does not know: Brindle::Error

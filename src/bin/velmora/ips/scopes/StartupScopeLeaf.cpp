@@ -22,6 +22,9 @@ StartupScopeLeaf::StartupScopeLeaf(IPLeaf* ipLeaf)
     load();
 }
 
+// It stands here, where the form is known; the table knows its interface alone.
+StartupTriggerTableView::StartupTriggerTableView(StartupScopeLeaf* leaf) : StartupTriggerTableView(*leaf) {}
+
 StartupScopeLeaf::~StartupScopeLeaf() {
     save();
 }

@@ -2,6 +2,7 @@
 
 #include <velmora/catalogue/GeneratorLeaf.h>
 #include <velmora/ips/scopes/ScopeForm.h>
+#include <velmora/ips/scopes/TriggerForm.h>
 #include <velmora/rules/ArgumentDictionary.h>
 
 #include <QWidget>
@@ -14,7 +15,7 @@ class IPLeaf;
 class StartupTriggerTableView;
 
 /// The form of the startup scope, which captures its input lines once, when its trigger lines show a pattern of bits.
-class StartupScopeLeaf : public QWidget, public GeneratorLeaf {
+class StartupScopeLeaf : public QWidget, public GeneratorLeaf, public TriggerForm {
     Q_OBJECT
 
 public:
@@ -23,8 +24,8 @@ public:
     ~StartupScopeLeaf() override;
 
     Form& getForm() final { return _scope.getForm(); }
-    int getTriggerCount() const { return _scope.getTriggerCount(); }
-    const QString& getSettingsGroup() const { return _scope.getGroup(); }
+    int getTriggerCount() const override { return _scope.getTriggerCount(); }
+    const QString& getSettingsGroup() const override { return _scope.getGroup(); }
 
     /// The VHDL string literal of the levels, that of line 0 rightmost: `"001"` for 1, 0 and 0.
     std::string getTriggerValueString(const QStringList& values) const;

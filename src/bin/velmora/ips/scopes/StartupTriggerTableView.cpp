@@ -2,7 +2,7 @@
 
 #include <velmora/fields/ChoiceCell.h>
 #include <velmora/fields/TextCell.h>
-#include <velmora/ips/scopes/StartupScopeLeaf.h>
+#include <velmora/ips/scopes/TriggerForm.h>
 #include <velmora/tables/LineCountProxyModel.h>
 #include <velmora/tables/LineTableDelegate.h>
 
@@ -28,7 +28,7 @@ public:
     explicit SortFilterProxyModel(StartupTriggerTableView* view) : LineCountProxyModel(view), _view(view) {}
 
 private:
-    int getLineCount() const override { return _view->getLeaf()->getTriggerCount(); }
+    int getLineCount() const override { return _view->_form.getTriggerCount(); }
 
     StartupTriggerTableView* const _view;
 };
@@ -39,8 +39,8 @@ public:
     using LineTableDelegate::LineTableDelegate;
 };
 
-StartupTriggerTableView::StartupTriggerTableView(StartupScopeLeaf* leaf)
-    : LineTableView(QStringLiteral("StartupTriggerTableView"), leaf->getSettingsGroup(), createModel()), _leaf(leaf) {
+StartupTriggerTableView::StartupTriggerTableView(const TriggerForm& form)
+    : LineTableView(QStringLiteral("StartupTriggerTableView"), form.getSettingsGroup(), createModel()), _form(form) {
     setAccessibleName(tr("Values of the trigger lines"));
     setUp(new SortFilterProxyModel(this), new TableViewDelegate(this, getModel()));
     shareFreeWidth();

@@ -5,6 +5,7 @@
 namespace Velmora {
 
 class StartupScopeLeaf;
+class TriggerForm;
 
 /// The table in which each trigger line of the startup scope is given a name to know it by and the level that it
 /// triggers on.
@@ -15,7 +16,6 @@ public:
     /// The form, whose editor of the line count must exist, is kept, not owned.
     explicit StartupTriggerTableView(StartupScopeLeaf* leaf);
 
-    StartupScopeLeaf* getLeaf() const { return _leaf; }
     static const QStringList& getHeaderList();
 
     /// The levels, "0" or "1", of the visible rows.
@@ -25,7 +25,9 @@ private:
     class SortFilterProxyModel;
     class TableViewDelegate;
 
-    StartupScopeLeaf* const _leaf;
+    explicit StartupTriggerTableView(const TriggerForm& form);
+
+    const TriggerForm& _form;
 };
 
 } // namespace Velmora

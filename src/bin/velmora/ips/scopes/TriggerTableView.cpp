@@ -2,14 +2,15 @@
 
 #include <velmora/fields/ChoiceCell.h>
 #include <velmora/fields/TextCell.h>
-#include <velmora/ips/scopes/ScopeLeaf.h>
 #include <velmora/ips/scopes/TriggerCodes.h>
+#include <velmora/ips/scopes/TriggerForm.h>
 #include <velmora/tables/LineCountProxyModel.h>
 #include <velmora/tables/LineTableDelegate.h>
 
 #include <Brindle/widgets/Theme.h>
 
 #include <QAbstractItemView>
+#include <QComboBox>
 #include <QHelpEvent>
 #include <QToolTip>
 
@@ -38,7 +39,7 @@ public:
     explicit SortFilterProxyModel(TriggerTableView* view) : LineCountProxyModel(view), _view(view) {}
 
 private:
-    int getLineCount() const override { return _view->getLeaf()->getTriggerCount(); }
+    int getLineCount() const override { return _view->_form.getTriggerCount(); }
 
     TriggerTableView* const _view;
 };
@@ -76,10 +77,10 @@ public:
 
 protected:
     const CellEditor* getCellEditor(const QModelIndex& index) const override {
-        if (index.column() == firstLevelColumn && !_view->getLeaf()->isMultipleLevel())
+        if (index.column() == firstLevelColumn && !_view->_form.isMultipleLevel())
             return nullptr;
         const bool isValue = index.column() == valueColumn || index.column() == firstLevelColumn;
-        return isValue && !_view->getLeaf()->hasEdges() ? &_levels : LineTableDelegate::getCellEditor(index);
+        return isValue && !_view->_form.hasEdges() ? &_levels : LineTableDelegate::getCellEditor(index);
     }
 
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
@@ -100,8 +101,8 @@ private:
     TriggerTableView* const _view;
 };
 
-TriggerTableView::TriggerTableView(ScopeLeaf* leaf)
-    : LineTableView(QStringLiteral("TriggerTableView"), leaf->getSettingsGroup(), createModel()), _leaf(leaf) {
+TriggerTableView::TriggerTableView(const TriggerForm& form)
+    : LineTableView(QStringLiteral("TriggerTableView"), form.getSettingsGroup(), createModel()), _form(form) {
     setAccessibleName(tr("Values of the trigger lines"));
     getModel()->setHeaderData(firstLevelColumn, Qt::Horizontal,
                               tr("First level trigger value, for \"Multiple level trigger\" only"), Qt::ToolTipRole);

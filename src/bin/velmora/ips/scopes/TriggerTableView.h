@@ -5,6 +5,7 @@
 namespace Velmora {
 
 class ScopeLeaf;
+class TriggerForm;
 
 /// The table in which each trigger line of the scope is given a name to know it by and the values that it triggers on.
 class TriggerTableView : public LineTableView {
@@ -14,7 +15,6 @@ public:
     /// The form, whose editor of the line count must exist, is kept, not owned.
     explicit TriggerTableView(ScopeLeaf* leaf);
 
-    ScopeLeaf* getLeaf() const { return _leaf; }
     static const QStringList& getHeaderList();
 
     /// The values of the visible rows.
@@ -26,7 +26,9 @@ private:
     class SortFilterProxyModel;
     class TableViewDelegate;
 
-    ScopeLeaf* const _leaf;
+    explicit TriggerTableView(const TriggerForm& form);
+
+    const TriggerForm& _form;
 };
 
 } // namespace Velmora

@@ -2,7 +2,7 @@
 
 #include <velmora/fields/ChoiceCell.h>
 #include <velmora/fields/NumberCell.h>
-#include <velmora/ips/serdes/SERDESLeaf.h>
+#include <velmora/ips/serdes/LocationForm.h>
 #include <velmora/settings/SettingsKeys.h>
 #include <velmora/tables/LineCountProxyModel.h>
 #include <velmora/tables/LineTableDelegate.h>
@@ -48,7 +48,7 @@ public:
 
 private:
     int getLineCount() const override {
-        return _view->isSER() ? _view->getLeaf()->getSERCount() : _view->getLeaf()->getDESCount();
+        return _view->isSER() ? _view->_form.getSERCount() : _view->_form.getDESCount();
     }
 
     LocationTableView* const _view;
@@ -63,7 +63,7 @@ public:
                           const QModelIndex& index) const override {
         QWidget* editor = LineTableDelegate::createEditor(parent, option, index);
         if (index.column() == locationColumn)
-            editor->setToolTip(LocationTableView::tr("Pad of bank %1").arg(_view->getLeaf()->getBankNumber()));
+            editor->setToolTip(LocationTableView::tr("Pad of bank %1").arg(_view->_form.getBankNumber()));
         return editor;
     }
 
@@ -71,10 +71,10 @@ private:
     LocationTableView* const _view;
 };
 
-LocationTableView::LocationTableView(Mode mode, SERDESLeaf* leaf)
-    : LineTableView("LocationTableView/" + getModeName(mode), leaf->getSettingsGroup(), createModel(mode)),
+LocationTableView::LocationTableView(Mode mode, const LocationForm& form)
+    : LineTableView("LocationTableView/" + getModeName(mode), form.getSettingsGroup(), createModel(mode)),
       _mode(mode),
-      _leaf(leaf) {
+      _form(form) {
     setAccessibleName(tr("Locations of the %1 lines").arg(getModeName(mode)));
     setUp(new SortFilterProxyModel(this), new TableViewDelegate(this, getModel()));
 }

@@ -4,6 +4,7 @@
 
 namespace Velmora {
 
+class LocationForm;
 class SERDESLeaf;
 
 /// The table in which each SER or DES line is placed on a pad; SER lines are also given a delay.
@@ -18,7 +19,6 @@ public:
 
     bool isSER() const { return _mode == SER; }
     bool isDES() const { return _mode == DES; }
-    SERDESLeaf* getLeaf() const { return _leaf; }
 
     static QStringList getHeaderList(Mode mode);
 
@@ -33,8 +33,10 @@ private:
     class SortFilterProxyModel;
     class TableViewDelegate;
 
+    LocationTableView(Mode mode, const LocationForm& form);
+
     const Mode _mode;
-    SERDESLeaf* const _leaf;
+    const LocationForm& _form;
 };
 
 } // namespace Velmora

@@ -88,6 +88,9 @@ SERDESLeaf::SERDESLeaf(IPLeaf* ipLeaf)
     load();
 }
 
+// It stands here, where the form is known; the table knows its interface alone.
+LocationTableView::LocationTableView(Mode mode, SERDESLeaf* leaf) : LocationTableView(mode, *leaf) {}
+
 SERDESLeaf::~SERDESLeaf() {
     save();
 }

@@ -2,6 +2,7 @@
 
 #include <velmora/catalogue/GeneratorLeaf.h>
 #include <velmora/form/Form.h>
+#include <velmora/ips/serdes/LocationForm.h>
 #include <velmora/rules/ArgumentDictionary.h>
 
 #include <QWidget>
@@ -14,7 +15,7 @@ class IPLeaf;
 class LocationTableView;
 
 /// The form of the SER/DES: up to 30 serialisers and deserialisers that share a word clock, a data size and a bank.
-class SERDESLeaf : public QWidget, public GeneratorLeaf {
+class SERDESLeaf : public QWidget, public GeneratorLeaf, public LocationForm {
     Q_OBJECT
 
 public:
@@ -23,10 +24,10 @@ public:
     ~SERDESLeaf() override;
 
     Form& getForm() final { return _form; }
-    int getSERCount() const { return _serCount->value(); }
-    int getDESCount() const { return _desCount->value(); }
-    QString getBankNumber() const { return _bankCombo->currentText(); }
-    const QString& getSettingsGroup() const { return _form.getGroup(); }
+    int getSERCount() const override { return _serCount->value(); }
+    int getDESCount() const override { return _desCount->value(); }
+    QString getBankNumber() const override { return _bankCombo->currentText(); }
+    const QString& getSettingsGroup() const override { return _form.getGroup(); }
 
     /// VHDL aggregates by line number from 0, such as `(0 => "03P", 1 => "03N")`; `(others => "XXX")` for no line.
     std::string getSERLocationString() const;

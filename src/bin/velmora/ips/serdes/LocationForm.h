@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QString>
+
+namespace Velmora {
+
+/// What the tables of locations ask of the form that holds them.
+class LocationForm {
+public:
+    LocationForm(const LocationForm&) = delete;
+    LocationForm& operator=(const LocationForm&) = delete;
+
+    virtual const QString& getSettingsGroup() const = 0;
+    virtual int getSERCount() const = 0;
+    virtual int getDESCount() const = 0;
+    virtual QString getBankNumber() const = 0;
+
+protected:
+    LocationForm() = default;
+    ~LocationForm() = default;
+};
+
+} // namespace Velmora
