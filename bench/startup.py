@@ -44,7 +44,7 @@ def first_paint(command, environment):
 def measure(options, folder):
     made_prefix = os.path.join(folder, "made")
     make_catalogue(made_prefix)
-    base = dict(os.environ, QT_PLUGIN_PATH=options.plugins, QT_QPA_GENERIC_PLUGINS="velmoraprobe", VELMORA_PROBE="first-paint",
+    base = dict(os.environ, QT_PLUGIN_PATH=options.plugins, QT_QPA_GENERIC_PLUGINS="firstpaint",
                 XDG_CONFIG_HOME=os.path.join(folder, "config"), XDG_RUNTIME_DIR=folder)
     cases = [
         ("empty window", [options.empty], base),
@@ -71,7 +71,7 @@ def main():
     parser.add_argument("--program", required=True)
     parser.add_argument("--empty", required=True, help="the program with an empty window")
     parser.add_argument("--prefix", required=True, help="installation prefix with the shipped catalogue")
-    parser.add_argument("--plugins", required=True, help="directory with the probe plugin")
+    parser.add_argument("--plugins", required=True, help="directory with the plugin that tells the first paint")
     parser.add_argument("--runs", type=int, default=15)
     options = parser.parse_args()
     if not os.environ.get("DISPLAY") and not os.environ.get("QT_QPA_PLATFORM"):
