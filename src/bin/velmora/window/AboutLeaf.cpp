@@ -1,7 +1,7 @@
 #include <velmora/window/AboutLeaf.h>
 
 #include <velmora/widgets/SmoothImages.h>
-#include <velmora/window/Folio.h>
+#include <velmora/window/TitleLine.h>
 
 #include <Brindle/core/Build.h>
 #include <Brindle/widgets/Theme.h>
@@ -58,7 +58,7 @@ QString image(const char* name) {
 
 } // namespace
 
-AboutLeaf::AboutLeaf(Folio* folio) : QTextBrowser(folio), _folio(folio) {
+AboutLeaf::AboutLeaf(QWidget* parent, TitleLine* titleLine) : QTextBrowser(parent), _titleLine(titleLine) {
     new SmoothImages(document());
     setHtml("<body><div><table><tr><td align=\"center\" width=100%>" + image("velmora") + "</td></tr></table></div>" +
             versionSection() + designersSection() + legalSection() +
@@ -71,7 +71,7 @@ AboutLeaf::AboutLeaf(Folio* folio) : QTextBrowser(folio), _folio(folio) {
 }
 
 void AboutLeaf::showEvent(QShowEvent* event) {
-    _folio->setTitle(QStringLiteral("About"));
+    _titleLine->setTitle(QStringLiteral("About"));
     QTextBrowser::showEvent(event);
 }
 

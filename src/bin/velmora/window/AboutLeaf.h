@@ -5,6 +5,7 @@
 namespace Velmora {
 
 class Folio;
+class TitleLine;
 
 /// The page that tells what the program is and who made it.
 class AboutLeaf : public QTextBrowser {
@@ -17,7 +18,9 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
-    Folio* const _folio; // the page's parent at construction
+    AboutLeaf(QWidget* parent, TitleLine* titleLine);
+
+    TitleLine* const _titleLine;
 };
 
 } // namespace Velmora

@@ -61,6 +61,15 @@ Folio::Folio(QWidget* parent) : QWidget(parent) {
         button->click();
 }
 
+// They stand here, where the folio is known; the pages know what they need of it alone.
+IPsLeaf::IPsLeaf(Folio* folio) : IPsLeaf(folio, folio) {}
+
+AboutLeaf::AboutLeaf(Folio* folio) : AboutLeaf(folio, folio) {}
+
+SettingsLeaf::SettingsLeaf(Folio* folio) : QWidget(folio) {
+    createWidgets();
+}
+
 /// A shortcut of its own, since the texts of the buttons hold no mnemonics.
 void Folio::addShortcut(QToolButton* button, int id) {
     const QKeySequence shortcut(QStringLiteral("Alt+%1").arg(id + 1));

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <velmora/window/TitleLine.h>
+
 #include <QButtonGroup>
 #include <QLabel>
 #include <QStackedWidget>
@@ -15,7 +17,7 @@ class IPsLeaf;
 
 /// The pages of the window (IP browser, About, Settings) with a column of buttons that choose among them and a title
 /// line. A button's id is the index of its page.
-class Folio : public QWidget {
+class Folio : public QWidget, public TitleLine {
     Q_OBJECT
 
 public:
@@ -36,8 +38,7 @@ public:
     /// Shows the browser with the page of that IP.
     void showIP(IPLeaf* leaf);
 
-    /// Shows the title in bold above the page.
-    void setTitle(const QString& title);
+    void setTitle(const QString& title) override;
 
 Q_SIGNALS:
     /// The user sees the page of another IP, or none any more.

@@ -3,8 +3,8 @@
 #include <velmora/catalogue/IPHandler.h>
 #include <velmora/catalogue/IPLeaf.h>
 #include <velmora/widgets/SearchEdit.h>
-#include <velmora/window/Folio.h>
 #include <velmora/window/IPTreeView.h>
+#include <velmora/window/TitleLine.h>
 
 #include <Brindle/widgets/Theme.h>
 
@@ -46,7 +46,7 @@ QStandardItem* createSelectableItem(const std::string& text) {
 
 } // namespace
 
-IPsLeaf::IPsLeaf(Folio* folio) : QWidget(folio), _folio(folio) {
+IPsLeaf::IPsLeaf(QWidget* parent, TitleLine* titleLine) : QWidget(parent), _titleLine(titleLine) {
     qRegisterMetaType<IPLeaf*>("IPLeaf*");
     createWidgets();
     fillTree();
@@ -193,7 +193,7 @@ void IPsLeaf::showLeaf(IPLeaf* leaf) {
 }
 
 void IPsLeaf::showEvent(QShowEvent* event) {
-    _folio->setTitle(QStringLiteral("IPs"));
+    _titleLine->setTitle(QStringLiteral("IPs"));
     QWidget::showEvent(event);
 }
 

@@ -18,6 +18,7 @@ class Folio;
 class IPLeaf;
 class IPTreeView;
 class SearchEdit;
+class TitleLine;
 
 /// The IP browser: the catalogue as a tree with filters and a search on the left, the page of the current IP on the
 /// right. It is built from the catalogue as the handler holds it at construction and owns the pages from then on.
@@ -53,6 +54,7 @@ public Q_SLOTS:
 private:
     using CategoryNodes = std::map<std::string, QStandardItem*>;
 
+    IPsLeaf(QWidget* parent, TitleLine* titleLine);
     void createWidgets();
     void createSearch();
     void narrowTree();
@@ -62,7 +64,7 @@ private:
     QStandardItem* createItem(IPLeaf& leaf) const;
     QStandardItem* getCategoryNode(const std::string& category, CategoryNodes& nodes);
 
-    Folio* const _folio; // the page's parent
+    TitleLine* const _titleLine;
     QComboBox* _variantCombo = nullptr;
     IPTreeView* _treeView = nullptr;
     QComboBox* _categoryCombo = nullptr;

@@ -1,7 +1,6 @@
 #include <velmora/window/SettingsLeaf.h>
 
 #include <velmora/settings/SettingsKeys.h>
-#include <velmora/window/Folio.h>
 
 #include <Brindle/core/Console.h>
 #include <Brindle/widgets/QtLabel.h>
@@ -37,7 +36,7 @@ void store(const QString& key, const QString& defaultValue, const QString& value
 
 } // namespace
 
-SettingsLeaf::SettingsLeaf(Folio* folio) : QWidget(folio), _folio(folio) {
+void SettingsLeaf::createWidgets() {
     auto* grid = new QGridLayout;
     grid->setContentsMargins(0, 0, 0, 0); // in line with the folio's title
     grid->addWidget(getTitleWidget(tr("General")), 0, 0, 1, 5);

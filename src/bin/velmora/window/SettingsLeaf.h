@@ -24,12 +24,12 @@ public Q_SLOTS:
     void onRestoreDefaults();
 
 private:
+    void createWidgets();
     QWidget* getTitleWidget(const QString& title) const;
     QWidget* getRuler(QWidget* parent) const;
     Quillon::TreeComboBox* addPreference(QGridLayout& grid, int row, const QString& label, const char* name,
                                          const char* tip, const QStringList& items);
 
-    Folio* const _folio; // the page's parent
     Quillon::TreeComboBox* _themeCombo = nullptr;
     Quillon::TreeComboBox* _animationsCombo = nullptr;
     Quillon::TreeComboBox* _sizeCombo = nullptr;
