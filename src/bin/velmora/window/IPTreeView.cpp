@@ -1,7 +1,6 @@
 #include <velmora/window/IPTreeView.h>
 
 #include <velmora/catalogue/IPLeaf.h>
-#include <velmora/window/IPsLeaf.h>
 
 #include <Brindle/widgets/Theme.h>
 
@@ -33,7 +32,7 @@ QModelIndex findRow(const QAbstractItemModel& model, const std::function<bool(co
 
 } // namespace
 
-IPTreeView::IPTreeView(IPsLeaf* parent) : QTreeView(parent) {
+void IPTreeView::setUp() {
     Brindle::theme.enrich(this);
     _proxy = new SortFilterProxyModel(this);
     _proxy->setSourceModel(new QStandardItemModel(_proxy));
@@ -46,10 +45,6 @@ IPTreeView::IPTreeView(IPsLeaf* parent) : QTreeView(parent) {
 
 QStandardItemModel* IPTreeView::getModel() const {
     return qobject_cast<QStandardItemModel*>(_proxy->sourceModel());
-}
-
-IPsLeaf* IPTreeView::getIPsLeaf() const {
-    return dynamic_cast<IPsLeaf*>(parent());
 }
 
 void IPTreeView::select(QStandardItem* item) {
@@ -76,13 +71,18 @@ const QStringList& IPTreeView::getHeaderList() {
     return headers;
 }
 
+void IPTreeView::setFilter(const Filter& filter) {
+    _proxy->setFilter(filter);
+    restoreNodes();
+}
+
 void IPTreeView::invalidateFilter() {
     _proxy->invalidateFilter();
     restoreNodes();
 }
 
 void IPTreeView::rememberNode(const QModelIndex& index, bool isClosed) {
-    if (!getIPsLeaf()->getSearchText().isEmpty())
+    if (_proxy->isSearching())
         return;
     const QPersistentModelIndex node = _proxy->mapToSource(index);
     if (isClosed)
@@ -94,7 +94,7 @@ void IPTreeView::rememberNode(const QModelIndex& index, bool isClosed) {
 void IPTreeView::restoreNodes() {
     const QSignalBlocker blocker(this);
     expandAll();
-    if (!getIPsLeaf()->getSearchText().isEmpty())
+    if (_proxy->isSearching())
         return;
     for (const QPersistentModelIndex& node : _closedNodes)
         collapse(_proxy->mapFromSource(node));
@@ -106,26 +106,25 @@ void IPTreeView::initialize() { // NOLINT(readability-make-member-function-const
         getModel()->item(row)->setText(QString());
 }
 
-IPTreeView::SortFilterProxyModel::SortFilterProxyModel(IPTreeView* view) : QSortFilterProxyModel(view), _view(view) {}
+void IPTreeView::SortFilterProxyModel::setFilter(const Filter& filter) {
+    _filter = filter;
+    invalidateFilter();
+}
 
 bool IPTreeView::SortFilterProxyModel::filterAcceptsRow(int sourceRow, const QModelIndex& sourceParent) const {
     const QModelIndex index = sourceModel()->index(sourceRow, 0, sourceParent);
-    const IPsLeaf* browser = _view->getIPsLeaf();
     const QString variants = index.data(VariantsRole).toString();
     const QString category = index.data(CategoryRole).toString();
-    const QString wantedVariant = browser->getVariantFilter();
-    const QString wantedCategory = browser->getCategoryFilter();
-    return (wantedVariant.isEmpty() || variants.isEmpty() || variants.contains(wantedVariant)) &&
-           (wantedCategory.isEmpty() || category.isEmpty() || category.startsWith(wantedCategory)) &&
+    return (_filter.variant.isEmpty() || variants.isEmpty() || variants.contains(_filter.variant)) &&
+           (_filter.category.isEmpty() || category.isEmpty() || category.startsWith(_filter.category)) &&
            passesSearch(index);
 }
 
 bool IPTreeView::SortFilterProxyModel::passesSearch(const QModelIndex& index) const {
-    const QString wanted = _view->getIPsLeaf()->getSearchText();
-    if (wanted.isEmpty())
+    if (!isSearching())
         return true;
     if (leafOf(index))
-        return index.data().toString().contains(wanted, Qt::CaseInsensitive);
+        return index.data().toString().contains(_filter.text, Qt::CaseInsensitive);
     for (int row = 0; row < sourceModel()->rowCount(index); ++row) {
         if (filterAcceptsRow(row, index))
             return true;

@@ -3,6 +3,7 @@
 #include <QPersistentModelIndex>
 #include <QSortFilterProxyModel>
 #include <QStandardItemModel>
+#include <QString>
 #include <QStringList>
 #include <QTreeView>
 
@@ -26,11 +27,22 @@ public:
         VariantsRole = Qt::UserRole + 2, ///< Variants joined by ","; IPs only.
     };
 
+    /// What the user wants to see; an empty text stands for all.
+    struct Filter {
+        QString variant;
+        QString category; ///< The beginning of the path.
+        QString text;     ///< What the names hold, in any letter case.
+    };
+
     explicit IPTreeView(IPsLeaf* parent);
 
     /// The unfiltered items.
     QStandardItemModel* getModel() const;
+    /// The parent; null when it is no browser.
     IPsLeaf* getIPsLeaf() const;
+
+    /// Hides what the filter excludes.
+    void setFilter(const Filter& filter);
 
     /// Adds the item's row to the selection; the current index stays.
     void select(QStandardItem* item);
@@ -48,6 +60,7 @@ public Q_SLOTS:
 private:
     class SortFilterProxyModel;
 
+    void setUp();
     void initialize();
     void rememberNode(const QModelIndex& index, bool isClosed);
     void restoreNodes();
@@ -56,13 +69,15 @@ private:
     std::set<QPersistentModelIndex> _closedNodes; // by the user; in the unfiltered items
 };
 
-/// Hides what the browser's filters exclude. Items without the text that a filter looks at pass it; a search also hides
-/// the nodes below which it finds nothing.
+/// Hides what the filter excludes. Items without the text that a part of it looks at pass that part; a search also
+/// hides the nodes below which it finds nothing.
 class IPTreeView::SortFilterProxyModel : public QSortFilterProxyModel {
 public:
-    explicit SortFilterProxyModel(IPTreeView* view);
+    using QSortFilterProxyModel::QSortFilterProxyModel;
 
     using QSortFilterProxyModel::invalidateFilter;
+    void setFilter(const Filter& filter);
+    bool isSearching() const { return !_filter.text.isEmpty(); }
 
 protected:
     bool filterAcceptsRow(int sourceRow, const QModelIndex& sourceParent) const override;
@@ -70,7 +85,7 @@ protected:
 private:
     bool passesSearch(const QModelIndex& index) const;
 
-    IPTreeView* const _view;
+    Filter _filter;
 };
 
 } // namespace Velmora

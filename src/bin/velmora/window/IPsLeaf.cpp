@@ -51,9 +51,17 @@ IPsLeaf::IPsLeaf(QWidget* parent, TitleLine* titleLine) : QWidget(parent), _titl
     createWidgets();
     fillTree();
     fillCategories();
-    for (const QComboBox* combo : {_variantCombo, _categoryCombo}) {
-        connect(combo, QOverload<int>::of(&QComboBox::currentIndexChanged), _treeView, &IPTreeView::invalidateFilter);
-    }
+    for (const QComboBox* combo : {_variantCombo, _categoryCombo})
+        connect(combo, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &IPsLeaf::filterTree);
+}
+
+// They stand here, where the browser is known; the tree knows its filter alone.
+IPTreeView::IPTreeView(IPsLeaf* parent) : QTreeView(parent) {
+    setUp();
+}
+
+IPsLeaf* IPTreeView::getIPsLeaf() const {
+    return dynamic_cast<IPsLeaf*>(parent());
 }
 
 void IPsLeaf::createWidgets() {
@@ -105,10 +113,14 @@ void IPsLeaf::createSearch() {
     });
 }
 
+void IPsLeaf::filterTree() {
+    _treeView->setFilter({wantedText(_variantCombo), wantedText(_categoryCombo), _searchEdit->text().trimmed()});
+}
+
 /// The page that is shown stays; its row is the current one again as soon as the tree has it.
 void IPsLeaf::narrowTree() {
     _treeView->setCurrentLeaf(nullptr); // or a neighbour of a row that goes would be chosen
-    _treeView->invalidateFilter();
+    filterTree();
     _treeView->setCurrentLeaf(getShownLeaf());
 }
 
@@ -169,18 +181,6 @@ void IPsLeaf::fillCategories() {
     const QStandardItemModel* model = _treeView->getModel();
     for (int row = 0; row < model->rowCount(); ++row)
         _categoryCombo->addItem(model->item(row)->text());
-}
-
-QString IPsLeaf::getVariantFilter() const {
-    return wantedText(_variantCombo);
-}
-
-QString IPsLeaf::getCategoryFilter() const {
-    return wantedText(_categoryCombo);
-}
-
-QString IPsLeaf::getSearchText() const {
-    return _searchEdit->text().trimmed();
 }
 
 IPLeaf* IPsLeaf::getShownLeaf() const {

@@ -28,13 +28,6 @@ class IPsLeaf : public QWidget {
 public:
     explicit IPsLeaf(Folio* folio);
 
-    /// The variant that the user wants to see; empty for all.
-    QString getVariantFilter() const;
-    /// The beginning of the category that the user wants to see; empty for all.
-    QString getCategoryFilter() const;
-    /// What the names of the IPs that the user wants to see hold, in any letter case; empty for all.
-    QString getSearchText() const;
-
     /// The IP whose page is on the right; null in an empty catalogue.
     IPLeaf* getShownLeaf() const;
     /// Shows the page of an IP of the browser, whatever the filters hide.
@@ -57,6 +50,7 @@ private:
     IPsLeaf(QWidget* parent, TitleLine* titleLine);
     void createWidgets();
     void createSearch();
+    void filterTree();
     void narrowTree();
     void openFound();
     void fillTree();
