@@ -1,6 +1,7 @@
 #include <velmora-generate/Catalogue.h>
 
 #include <velmora-generate/UsageError.h>
+#include <velmora/catalogue/ConfigurationOwner.h>
 #include <velmora/catalogue/DescriptionFile.h>
 
 #include <Brindle/core/Console.h>
@@ -59,20 +60,16 @@ void Catalogue::showWrongDescriptions() const {
         Brindle::console.error(exception);
 }
 
-std::vector<InstalledIP> Catalogue::select(const std::function<bool(const IPDescription&)>& isWanted) const {
-    std::vector<InstalledIP> selected;
-    std::ranges::copy_if(_ips, std::back_inserter(selected), isWanted, &InstalledIP::description);
-    if (selected.empty())
-        showWrongDescriptions();
-    return selected;
-}
-
 InstalledIP Catalogue::getNamed(const QString& name) const {
-    const std::vector<InstalledIP> ips = select([&name](const IPDescription& description) {
+    const auto isNamed = [&name](const IPDescription& description) {
         return isEqual(description.name, name) || isEqual(description.uid, name);
-    });
+    };
+    std::vector<InstalledIP> ips;
+    std::ranges::copy_if(_ips, std::back_inserter(ips), isNamed, &InstalledIP::description);
     if (ips.size() == 1)
         return ips.front();
+    if (ips.empty())
+        showWrongDescriptions();
     const std::string quoted = "'" + name.toStdString() + "'";
     throw Brindle::located(UsageError(ips.empty() ? "No installed IP has the name or uid " + quoted +
                                                         ", 'velmora-generate list' shows those that are"
@@ -81,16 +78,13 @@ InstalledIP Catalogue::getNamed(const QString& name) const {
 }
 
 InstalledIP Catalogue::getConfigured(const Configuration& configuration) const {
-    const std::vector<InstalledIP> ips = select([&configuration](const IPDescription& description) {
-        return description.company == configuration.getCompany() && description.name == configuration.getName();
-    });
-    if (ips.empty()) {
+    const auto owner = Velmora::findOwner(_ips, configuration, &InstalledIP::description);
+    if (owner == _ips.end()) {
+        showWrongDescriptions();
         configuration.refuseIP("No installed IP is '" + configuration.getName() + "' of " + configuration.getCompany() +
                                ", 'velmora-generate list' shows those that are");
     }
-    const auto exact =
-        std::ranges::find(ips, configuration.getUID(), [](const InstalledIP& ip) { return ip.description.uid; });
-    return exact != ips.end() ? *exact : ips.front();
+    return *owner;
 }
 
 std::unique_ptr<Velmora::IPLeaf> loadForm(const InstalledIP& ip) {

@@ -8,7 +8,6 @@
 
 #include <QString>
 
-#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -32,14 +31,12 @@ public:
     const std::vector<InstalledIP>& getAll() const;
     /// The IP of that name or unique identifier, in either case. Throws UsageError when there is none or more than one.
     InstalledIP getNamed(const QString& name) const;
-    /// The IP that a configuration is for: at least the company and the name are its. Throws Brindle::Critical when
-    /// there is none.
+    /// The IP that a configuration is for. Throws Brindle::Critical when there is none.
     InstalledIP getConfigured(const Velmora::Configuration& configuration) const;
 
 private:
+    /// As errors; where an IP is missing, one of them may be it.
     void showWrongDescriptions() const;
-    /// When there is none, wrong descriptions are shown as errors: one of them may be what is wanted.
-    std::vector<InstalledIP> select(const std::function<bool(const Velmora::IPDescription&)>& isWanted) const;
 
     std::vector<InstalledIP> _ips; // by name and company
     std::vector<Brindle::Critical> _wrongDescriptions;

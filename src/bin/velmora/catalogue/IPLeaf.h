@@ -34,6 +34,7 @@ public:
     /// widget and for a second one.
     void setConfigurationWidget(QWidget* widget);
 
+    const IPDescription& getDescription() const { return _description; }
     const std::string& getName() const { return _description.name; }
     const std::string& getUID() const { return _description.uid; }
     const std::string& getCompany() const { return _description.company; }

@@ -1,5 +1,6 @@
 #include <velmora/window/FileMenu.h>
 
+#include <velmora/catalogue/ConfigurationOwner.h>
 #include <velmora/catalogue/IPHandler.h>
 #include <velmora/catalogue/IPLeaf.h>
 #include <velmora/configuration/ConfigurationFile.h>
@@ -15,7 +16,10 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <functional>
+#include <iterator>
+#include <vector>
 
 namespace Velmora {
 
@@ -41,23 +45,17 @@ void finishCellEdit() {
     }
 }
 
-/// The IP that a configuration is for, or one of that name with another uid, which will refuse it. Throws
-/// Brindle::Critical with the fields "filename" and "line" when the catalogue has none with a form.
+/// The IP of the catalogue that a configuration is for. Throws Brindle::Critical with the fields "filename" and "line"
+/// when none with a form is.
 IPLeaf& findIP(const Configuration& configuration) {
-    IPLeaf* namesake = nullptr;
-    for (IPLeaf* leaf : ipHandler->getIPLeaves().getFromCompany(configuration.getCompany())) {
-        if (leaf->getName() != configuration.getName() || !leaf->getForm())
-            continue;
-        if (leaf->getUID() == configuration.getUID())
-            return *leaf;
-        if (!namesake)
-            namesake = leaf;
-    }
-    if (!namesake) {
+    std::vector<IPLeaf*> leaves;
+    std::ranges::copy_if(ipHandler->getIPLeaves(), std::back_inserter(leaves), &IPLeaf::getForm);
+    const auto owner = findOwner(leaves, configuration, &IPLeaf::getDescription);
+    if (owner == leaves.end()) {
         configuration.refuseIP("No installed IP with a form is '" + configuration.getName() + "' of " +
                                configuration.getCompany() + ", correct the name or install the IP");
     }
-    return *namesake;
+    return **owner;
 }
 
 } // namespace
