@@ -8,7 +8,7 @@
 
 namespace Brindle {
 
-LineIconEngine::LineIconEngine(const Theme& look, QString name) : _theme(look), _name(std::move(name)) {}
+LineIconEngine::LineIconEngine(const ThemeColors& colors, QString name) : _colors(colors), _name(std::move(name)) {}
 
 void LineIconEngine::paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) {
     const qreal scale = painter->device()->devicePixelRatioF();
@@ -42,8 +42,8 @@ QIconEngine* LineIconEngine::clone() const {
 
 QString LineIconEngine::getColorName(QIcon::Mode mode, QIcon::State state) const {
     if (mode == QIcon::Disabled)
-        return _theme.getColorName("disabled");
-    return _theme.getColorName(state == QIcon::On ? "accent" : "text");
+        return _colors.getColorName("disabled");
+    return _colors.getColorName(state == QIcon::On ? "accent" : "text");
 }
 
 } // namespace Brindle

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Brindle/widgets/Theme.h>
+#include <Brindle/widgets/ThemeColors.h>
 
 #include <QIconEngine>
 
@@ -9,7 +9,7 @@ namespace Brindle {
 /// Draws a line icon of one colour at any size. The drawing is read when it is first shown.
 class LineIconEngine : public QIconEngine {
 public:
-    LineIconEngine(const Theme& look, QString name);
+    LineIconEngine(const ThemeColors& colors, QString name);
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override;
     QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override;
@@ -18,7 +18,7 @@ public:
 private:
     QString getColorName(QIcon::Mode mode, QIcon::State state) const;
 
-    Theme _theme;
+    ThemeColors _colors;
     QString _name;
 };
 

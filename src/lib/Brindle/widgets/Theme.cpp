@@ -6,7 +6,6 @@
 #include <Brindle/widgets/LineIconEngine.h>
 #include <Brindle/widgets/PopupDelegate.h>
 #include <Brindle/widgets/QtLabel.h>
-#include <Brindle/widgets/ThemeColors.h>
 #include <Brindle/widgets/ThemeResources.h>
 #include <Brindle/widgets/WheelGuard.h>
 
@@ -94,7 +93,7 @@ QString Theme::getColorName(const std::string& name) const {
 
 QIcon Theme::getIcon(const std::string& name) const {
     existing(QStringLiteral("icons/%1.svg").arg(toQString(name)), "Unknown icon", name);
-    return QIcon(new LineIconEngine(*this, toQString(name)));
+    return QIcon(new LineIconEngine(ThemeColors(_code), toQString(name)));
 }
 
 QString Theme::getImagePath(const std::string& name) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Brindle/collections/Collection.h>
+#include <Brindle/widgets/ThemeColors.h>
 
 #include <QColor>
 #include <QIcon>
@@ -22,8 +23,8 @@ namespace Brindle {
 /// with the field "name".
 class Theme {
 public:
-    /// What identifies a theme; also its place in the list of themes.
-    enum Code { Light = 0, Dark = 1 };
+    using Code = ThemeColors::Code;
+    using enum ThemeColors::Code;
 
     constexpr Theme(Code code = Light) : _code(code) {}
 

@@ -33,7 +33,7 @@ QString ThemeColors::getColorName(std::string_view name) const {
     const auto color = std::ranges::find(namedColors, name, &NamedColor::name);
     if (color == namedColors.end())
         throw located(InternalError("Unknown color"), BRINDLE_HERE, {{"name", std::string(name)}});
-    return QLatin1String(_code == Theme::Dark ? color->dark : color->light);
+    return QLatin1String(_code == Dark ? color->dark : color->light);
 }
 
 QString ThemeColors::fillIn(QString text) const {
@@ -45,7 +45,7 @@ QString ThemeColors::fillIn(QString text) const {
 }
 
 QString ThemeColors::getFolder() const {
-    return _code == Theme::Dark ? QStringLiteral("dark") : QStringLiteral("light");
+    return _code == Dark ? QStringLiteral("dark") : QStringLiteral("light");
 }
 
 } // namespace Brindle

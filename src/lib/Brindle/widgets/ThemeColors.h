@@ -1,7 +1,5 @@
 #pragma once
 
-#include <Brindle/widgets/Theme.h>
-
 #include <QString>
 
 #include <string_view>
@@ -11,7 +9,10 @@ namespace Brindle {
 /// The colours of the themes, by name.
 class ThemeColors {
 public:
-    explicit ThemeColors(Theme::Code code) : _code(code) {}
+    /// What identifies a theme; also its place in the list of themes.
+    enum Code { Light = 0, Dark = 1 };
+
+    explicit ThemeColors(Code code) : _code(code) {}
 
     /// The colour as "#rrggbb"; an unknown name is an InternalError with the field "name".
     QString getColorName(std::string_view name) const;
@@ -23,7 +24,7 @@ public:
     QString getFolder() const;
 
 private:
-    Theme::Code _code;
+    Code _code;
 };
 
 } // namespace Brindle

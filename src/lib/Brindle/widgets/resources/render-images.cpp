@@ -97,7 +97,7 @@ void renderTheme(const QDir& resources, const QDir& output, const Brindle::Theme
 }
 
 void renderResources(const QDir& resources, const QDir& output) {
-    for (const Brindle::Theme::Code code : {Brindle::Theme::Light, Brindle::Theme::Dark})
+    for (const auto code : {Brindle::ThemeColors::Light, Brindle::ThemeColors::Dark})
         renderTheme(resources, output, Brindle::ThemeColors(code));
     render(readDrawing(resources.filePath(QStringLiteral("images/rocket.svg"))),
            output.filePath(QStringLiteral("rocket")));
