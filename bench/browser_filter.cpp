@@ -1,8 +1,8 @@
 #include <bench/Least.h>
 #include <support/TestPrefix.h>
 
+#include <velmora/generation/ApplicationIdentity.h>
 #include <velmora/window/MainWindow.h>
-#include <velmora/window/Product.h>
 
 #include <QAbstractButton>
 #include <QComboBox>

@@ -2,10 +2,10 @@
 #include <support/TestPrefix.h>
 
 #include <velmora/catalogue/IPLeaf.h>
+#include <velmora/generation/ApplicationIdentity.h>
 #include <velmora/ips/filters/MacFirLeaf.h>
 #include <velmora/rules/ArgumentDictionary.h>
 #include <velmora/rules/Common.h>
-#include <velmora/window/Product.h>
 
 #include <Brindle/widgets/FileDialog.h>
 

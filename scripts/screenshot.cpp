@@ -1,6 +1,6 @@
 #include <velmora/window/FileMenu.h>
 #include <velmora/window/MainWindow.h>
-#include <velmora/window/Product.h>
+#include <velmora/generation/ApplicationIdentity.h>
 
 #include <Brindle/widgets/FileDialog.h>
 

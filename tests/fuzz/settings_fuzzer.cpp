@@ -3,8 +3,8 @@
 #include <support/TestPrefix.h>
 
 #include <velmora/catalogue/IPLeaf.h>
+#include <velmora/generation/ApplicationIdentity.h>
 #include <velmora/window/MainWindow.h>
-#include <velmora/window/Product.h>
 
 #include <Brindle/widgets/Theme.h>
 #include <Quillon/Application.h>

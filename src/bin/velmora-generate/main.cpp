@@ -5,8 +5,8 @@
 #include <velmora-generate/TemplateCommand.h>
 #include <velmora-generate/UsageError.h>
 
+#include <velmora/generation/ApplicationIdentity.h>
 #include <velmora/settings/FormMemory.h>
-#include <velmora/window/Product.h>
 
 #include <Brindle/core/Console.h>
 #include <Brindle/core/StandardStreams.h>

@@ -1,6 +1,6 @@
+#include <velmora/generation/ApplicationIdentity.h>
 #include <velmora/generation/Clock.h>
 #include <velmora/window/MainWindow.h>
-#include <velmora/window/Product.h>
 
 #include <Brindle/core/Console.h>
 #include <Brindle/core/Exception.h>

@@ -1,4 +1,4 @@
-#include <velmora/window/Product.h>
+#include <velmora/generation/ApplicationIdentity.h>
 
 namespace Velmora {
 

@@ -6,7 +6,8 @@
 
 namespace Velmora {
 
-/// The application object of this product's programs, as `Quillon::Application::create` makes it.
+/// The application object of either program, as `Quillon::Application::create` makes it: its names, of which generated
+/// sources carry the full one, and its version.
 [[nodiscard]] std::unique_ptr<Quillon::Application> createApplication(int& argc, char** argv, bool graphical);
 
 } // namespace Velmora
