@@ -1,6 +1,6 @@
+#include <velmora/generation/ApplicationIdentity.h>
 #include <velmora/window/FileMenu.h>
 #include <velmora/window/MainWindow.h>
-#include <velmora/generation/ApplicationIdentity.h>
 
 #include <Brindle/widgets/FileDialog.h>
 
