@@ -3,15 +3,15 @@
 #include <support/TestPrefix.h>
 
 #include <velmora/catalogue/IPLeaf.h>
+#include <velmora/form/Form.h>
 #include <velmora/generation/ApplicationIdentity.h>
+#include <velmora/tables/LineTableView.h>
 #include <velmora/window/MainWindow.h>
 
 #include <Brindle/widgets/Theme.h>
 #include <Quillon/Application.h>
 
-#include <QAbstractItemView>
 #include <QDir>
-#include <QMetaProperty>
 #include <QSettings>
 
 #include <array>
@@ -57,21 +57,12 @@ private:
     int _settingsNumber = 0;
 };
 
-/// What the editors and tables of a form show, by their names.
+/// What the fields and tables of a form show, by their names.
 FormText::Values valuesOf(const Velmora::IPLeaf& page) {
-    FormText::Values values;
-    for (const QWidget* widget : page.findChildren<QWidget*>()) {
-        const QMetaProperty property = widget->metaObject()->userProperty();
-        if (const auto* table = qobject_cast<const QAbstractItemView*>(widget)) {
-            const QAbstractItemModel* model = table->model();
-            for (int cell = 0; cell < model->rowCount() * model->columnCount(); ++cell) {
-                const QModelIndex index = model->index(cell / model->columnCount(), cell % model->columnCount());
-                values[table->objectName() + QString::number(cell)] = index.data().toString();
-            }
-        } else if (property.isValid() && !widget->objectName().startsWith("qt_")) {
-            values[widget->objectName()] = property.read(widget).toString();
-        }
-    }
+    FormText::Values values = FormText::read(*page.getForm());
+    for (const Velmora::FormTable& table : page.getForm()->getTables())
+        values[table.view->objectName()] =
+            FormText::cellsOf(*table.view, Velmora::LineTableModel::lineCount).join('\n');
     return values;
 }
 

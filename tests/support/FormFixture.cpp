@@ -35,17 +35,10 @@ void FormFixture::open(const QString& ipName, const QByteArray& script) {
     _page = std::make_unique<Velmora::IPLeaf>(_prefix->addKnownIP(ipName, script).toStdString());
 }
 
-FormText::Values FormFixture::values() const {
-    QStringList names;
-    for (const Velmora::FormField& field : _page->getForm()->getFields())
-        names += field.key;
-    return FormText::read(form(), names);
-}
-
 QStringList FormFixture::cells(int rowCount) const {
     QStringList rows;
     for (const Velmora::FormTable& table : _page->getForm()->getTables())
-        rows += FormText::cellsOf(form(), table.view->objectName(), rowCount);
+        rows += FormText::cellsOf(*table.view, rowCount);
     return rows;
 }
 

@@ -38,10 +38,10 @@ protected:
     }
 
     /// As `FormText::write` does it.
-    void set(const FormText::Values& values) const { FormText::write(form(), values); }
-    void set(const QString& values) const { FormText::write(form(), values); }
+    void set(const FormText::Values& values) const { FormText::write(*_page->getForm(), values); }
+    void set(const QString& values) const { FormText::write(*_page->getForm(), values); }
     /// The values of all fields, not those of tables.
-    FormText::Values values() const;
+    FormText::Values values() const { return FormText::read(*_page->getForm()); }
     /// The cells of the form's tables, as `FormText::cellsOf` gives them.
     QStringList cells(int rowCount = 32) const;
     void press(const char* button) const;

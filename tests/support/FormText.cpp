@@ -1,13 +1,13 @@
 #include <support/FormText.h>
 
-#include <velmora/tables/LineTableModel.h>
+#include <velmora/form/Form.h>
 #include <velmora/tables/LineTableView.h>
 
 #include <QComboBox>
 #include <QGridLayout>
 #include <QLabel>
-#include <QMetaProperty>
-#include <QTextEdit>
+
+#include <algorithm>
 
 namespace FormText {
 
@@ -27,40 +27,30 @@ Values parse(const QString& text, Values values) {
     return values;
 }
 
-QString valueOf(const QWidget* editor) {
-    if (const auto* text = qobject_cast<const QTextEdit*>(editor))
-        return text->toPlainText();
-    return editor->metaObject()->userProperty().read(editor).toString();
-}
-
-void setValue(QWidget* editor, const QString& text) {
-    if (auto* textEdit = qobject_cast<QTextEdit*>(editor))
-        textEdit->setPlainText(text);
-    else if (!editor->metaObject()->userProperty().write(editor, text))
-        qFatal("%s takes no value", qPrintable(editor->objectName()));
-}
-
-Values read(const QWidget* form, const QStringList& names) {
+Values read(const Velmora::Form& form) {
     Values values;
-    for (const QString& name : names)
-        values[name] = valueOf(form->findChild<QWidget*>(name));
+    for (const Velmora::FormField& field : form.getFields())
+        values[field.key] = field.editor->getText(field.widget);
     return values;
 }
 
-void write(const QWidget* form, const Values& values) {
+void write(const Velmora::Form& form, const Values& values) {
     for (auto value = values.begin(); value != values.end(); ++value) {
-        auto* editor = form->findChild<QWidget*>(value.key().section(' ', 0, 0));
-        if (!editor)
-            qFatal("there is no %s", qPrintable(value.key()));
-        if (const auto* table = qobject_cast<Velmora::LineTableView*>(editor))
-            fillColumn(*table, value.key().section(' ', 1).toInt(), value->split(','));
+        const QString name = value.key().section(' ', 0, 0);
+        const auto field = std::ranges::find(form.getFields(), name, &Velmora::FormField::key);
+        const auto table = std::ranges::find(form.getTables(), name,
+                                             [](const Velmora::FormTable& known) { return known.view->objectName(); });
+        if (field != form.getFields().end())
+            field->editor->setText(field->widget, *value);
+        else if (table != form.getTables().end())
+            fillColumn(*table->view, value.key().section(' ', 1).toInt(), value->split(','));
         else
-            setValue(editor, *value);
+            qFatal("there is no %s", qPrintable(value.key()));
     }
 }
 
-QStringList cellsOf(const QWidget* form, const QString& tableName, int rowCount) {
-    const Velmora::LineTableModel& model = *form->findChild<Velmora::LineTableView*>(tableName)->getModel();
+QStringList cellsOf(const Velmora::LineTableView& table, int rowCount) {
+    const Velmora::LineTableModel& model = *table.getModel();
     QStringList rows;
     for (int row = 0; row < rowCount; ++row)
         rows += (QStringList(model.item(row, 0)->text()) + model.getCells(row)).join('|');

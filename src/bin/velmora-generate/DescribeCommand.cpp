@@ -34,7 +34,7 @@ Example: velmora-generate describe "SER/DES"
 
 /// Nothing when a reset leaves the field alone.
 std::optional<QString> getResetText(const FormField& field) {
-    return field.resetValue ? std::optional(field.type->toText(*field.resetValue)) : std::nullopt;
+    return field.resetValue ? std::optional(field.editor->toText(*field.resetValue)) : std::nullopt;
 }
 
 QString getColumnTitle(const LineTableModel& model, int column) {
@@ -42,7 +42,7 @@ QString getColumnTitle(const LineTableModel& model, int column) {
 }
 
 QJsonObject toJson(const FormField& field) {
-    QJsonObject object = field.type->getDescription();
+    QJsonObject object = field.editor->getDescription();
     const auto reset = getResetText(field);
     object["key"] = field.key;
     object["label"] = field.label;
@@ -54,7 +54,7 @@ QJsonObject toJson(const FormTable& table) {
     const LineTableModel& model = *table.view->getModel();
     QJsonArray columns;
     for (int column = 1; column < model.columnCount(); ++column) {
-        QJsonObject object = model.getEditor(column)->getType().getDescription();
+        QJsonObject object = model.getEditor(column)->getDescription();
         object["label"] = getColumnTitle(model, column);
         object["reset"] = model.getCells(0).at(column - 1);
         columns += object;
@@ -63,9 +63,9 @@ QJsonObject toJson(const FormTable& table) {
 }
 
 /// What a field or column can hold, below its name.
-void showType(const Velmora::FieldType& type, const std::optional<QString>& reset) {
+void showKind(const Velmora::FieldEditor& editor, const std::optional<QString>& reset) {
     console.indent();
-    console.print(type.getExpectation().toStdString());
+    console.print(editor.getExpectation().toStdString());
     if (reset)
         console.print("reset value: " + (reset->isEmpty() ? "empty" : reset->toStdString()));
     console.unindent();
@@ -73,7 +73,7 @@ void showType(const Velmora::FieldType& type, const std::optional<QString>& rese
 
 void show(const FormField& field) {
     console.print(field.key.toStdString() + ": " + field.label.toStdString());
-    showType(*field.type, getResetText(field));
+    showKind(*field.editor, getResetText(field));
 }
 
 void show(const FormTable& table) {
@@ -83,7 +83,7 @@ void show(const FormTable& table) {
     console.indent();
     for (int column = 1; column < model.columnCount(); ++column) {
         console.print(getColumnTitle(model, column).toStdString());
-        showType(model.getEditor(column)->getType(), model.getCells(0).at(column - 1));
+        showKind(*model.getEditor(column), model.getCells(0).at(column - 1));
     }
     console.unindent();
 }

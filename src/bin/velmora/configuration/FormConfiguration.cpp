@@ -69,9 +69,9 @@ private:
 
     QVariant readValue(const FormField& field, const Entry& entry) const {
         const QString text = QString::fromStdString(_configuration.getText(entry));
-        if (const auto value = field.type->toValue(text))
+        if (const auto value = field.editor->toValue(text))
             return *value;
-        refuseValue(text, field.type->getExpectation(), entry);
+        refuseValue(text, field.editor->getExpectation(), entry);
     }
 
     QStringList readCells(const LineTableModel& model, const Entry& entry) const {
@@ -86,7 +86,7 @@ private:
         for (int column = 1; column < model.columnCount(); ++column) {
             const QString& text = cells.at(column - 1);
             if (!model.canHold(column, text))
-                refuseValue(text, model.getEditor(column)->getType().getExpectation(), entry);
+                refuseValue(text, model.getEditor(column)->getExpectation(), entry);
         }
         return cells;
     }
@@ -142,7 +142,7 @@ private:
 
 void addFormValues(Configuration& configuration, const Form& form) {
     for (const FormField& field : form.getFields())
-        configuration.addText(field.key.toStdString(), field.type->toText(field.getValue()).toStdString());
+        configuration.addText(field.key.toStdString(), field.editor->toText(field.getValue()).toStdString());
     for (const FormTable& table : form.getTables()) {
         for (int row = 0; row < table.view->getRowCount(); ++row)
             configuration.addList(rowKey(table, row), toStrings(table.view->getModel()->getCells(row)));

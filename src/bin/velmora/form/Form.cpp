@@ -1,15 +1,12 @@
 #include <velmora/form/Form.h>
 
-#include <velmora/fields/ChoiceType.h>
-#include <velmora/fields/CoefficientsType.h>
-#include <velmora/fields/DecimalType.h>
-#include <velmora/fields/NumberType.h>
-#include <velmora/fields/TextType.h>
+#include <velmora/fields/ChoiceEditor.h>
+#include <velmora/fields/DecimalEditor.h>
+#include <velmora/fields/NumberEditor.h>
+#include <velmora/fields/TextEditor.h>
 #include <velmora/settings/FormMemory.h>
 #include <velmora/tables/LineTableView.h>
 #include <velmora/widgets/FoldWidget.h>
-
-#include <Brindle/widgets/Theme.h>
 
 #include <QHBoxLayout>
 #include <QKeySequence>
@@ -18,39 +15,11 @@
 
 #include <algorithm>
 #include <exception>
-#include <limits>
 #include <utility>
 
 namespace Velmora {
 
 namespace {
-
-constexpr int textHelpHeight = 100; // pixels; makes the row of a text the tall one
-
-/// A settings file may hold anything below a key, lists and raw bytes among it.
-bool isText(const QVariant& value) {
-    return !value.isValid() || value.type() == QVariant::String;
-}
-
-/// The number that a stored value stands for, 0 for an absent one; nothing when it is no number.
-std::optional<int> toNumber(const QVariant& value) {
-    if (!value.isValid())
-        return 0;
-    bool isNumber = false;
-    const qlonglong number = value.toLongLong(&isNumber);
-    using Limits = std::numeric_limits<int>;
-    return isNumber ? std::optional(static_cast<int>(std::clamp<qlonglong>(number, Limits::min(), Limits::max())))
-                    : std::nullopt;
-}
-
-/// The same for a number with decimals.
-std::optional<double> toDecimal(const QVariant& value) {
-    if (!value.isValid())
-        return 0;
-    bool isNumber = false;
-    const double number = value.toDouble(&isNumber);
-    return isNumber ? std::optional<double>(number) : std::nullopt;
-}
 
 /// Alt and the first letter, which the text of the button does not underline.
 QKeySequence getShortcut(const QString& button) {
@@ -93,81 +62,25 @@ void Form::addSection(const QString& title, const QString& subgroup, const std::
 }
 
 QLineEdit* Form::addLine(const QString& label, const QString& key, const QString& help, LineReset lineReset) {
-    auto* editor = new QLineEdit;
-    addRow(label, key, editor, help);
     const bool clears = lineReset == LineReset::Clears;
-    _fields.push_back({editor->objectName(), label, std::make_shared<TextType>(),
-                       clears ? std::optional<QVariant>(QString()) : std::nullopt,
-                       [editor] { return QVariant(editor->text()); },
-                       [editor](const QVariant& value) {
-                           if (!isText(value))
-                               return;
-                           if (const QString text = value.toString(); text.isEmpty())
-                               editor->clear(); // which can be undone
-                           else
-                               editor->setText(text);
-                       }});
-    return editor;
+    return addField(label, key, std::make_shared<const TextEditor>(),
+                    clears ? std::optional<QVariant>(QString()) : std::nullopt, help);
 }
 
 QSpinBox* Form::addNumber(const QString& label, const QString& key, const NumberRange& range, const QString& help) {
-    auto* editor = new QSpinBox;
-    editor->setRange(range.minimum, range.maximum);
-    addRow(label, key, editor, help);
-    _fields.push_back({editor->objectName(), label, std::make_shared<NumberType>(range.minimum, range.maximum),
-                       range.resetValue, [editor] { return QVariant(editor->value()); },
-                       [editor](const QVariant& value) {
-                           if (const auto number = toNumber(value))
-                               editor->setValue(*number);
-                       }});
-    return editor;
+    return addField(label, key, std::make_shared<const NumberEditor>(range.minimum, range.maximum), range.resetValue,
+                    help);
 }
 
 QDoubleSpinBox* Form::addDecimal(const QString& label, const QString& key, const DecimalRange& range) {
-    auto* editor = new QDoubleSpinBox;
-    editor->setDecimals(range.decimals);
-    editor->setRange(range.minimum, range.maximum);
-    editor->setSingleStep(range.step);
-    addRow(label, key, editor, QString());
-    _fields.push_back({editor->objectName(), label,
-                       std::make_shared<DecimalType>(range.minimum, range.maximum, range.decimals), range.resetValue,
-                       [editor] { return QVariant(editor->value()); },
-                       [editor](const QVariant& value) {
-                           if (const auto number = toDecimal(value))
-                               editor->setValue(*number);
-                       }});
-    return editor;
+    return addField(label, key,
+                    std::make_shared<const DecimalEditor>(range.minimum, range.maximum, range.decimals, range.step),
+                    range.resetValue);
 }
 
 QComboBox* Form::addChoice(const QString& label, const QString& key, const QStringList& items,
                            std::optional<int> resetIndex) {
-    auto* editor = new QComboBox;
-    editor->addItems(items);
-    addRow(label, key, editor, QString());
-    _fields.push_back({editor->objectName(), label, std::make_shared<ChoiceType>(items), resetIndex,
-                       [editor] { return QVariant(editor->currentIndex()); },
-                       [editor](const QVariant& value) {
-                           if (const auto index = toNumber(value); index && *index >= 0 && *index < editor->count())
-                               editor->setCurrentIndex(*index);
-                       }});
-    return editor;
-}
-
-QTextEdit* Form::addCoefficients(const QString& label, const QString& key, const QString& help) {
-    auto* editor = new QTextEdit;
-    editor->setAcceptRichText(false);
-    editor->setTabChangesFocus(true);
-    editor->setStyleSheet("background: " + Brindle::theme.getColorName("background_text") + ";");
-    _grid->setRowStretch(_rowCount, 1);
-    addRow(label, key, editor, help);
-    getHelp(editor)->setMinimumHeight(textHelpHeight);
-    _fields.push_back({editor->objectName(), label, std::make_shared<CoefficientsType>(), QString(),
-                       [editor] { return QVariant(editor->toPlainText()); },
-                       [editor](const QVariant& value) {
-                           if (isText(value))
-                               editor->setPlainText(value.toString());
-                       }});
-    return editor;
+    return addField(label, key, std::make_shared<const ChoiceEditor>(items), resetIndex);
 }
 
 void Form::addTable(LineTableView* table, const QString& countKey) {
@@ -182,22 +95,25 @@ HelpLabel* Form::addHelp(const QString& help, int rowCount) {
     return helpLabel;
 }
 
+void Form::stretchLastRow() {
+    _grid->setRowStretch(_rowCount - 1, 1);
+}
+
 void Form::addStretch() {
     _grid->setRowStretch(_rowCount++, 1);
 }
 
-void Form::addRow(const QString& label, const QString& key, QWidget* editor, const QString& help) {
+void Form::addRow(const QString& label, const QString& key, QWidget* widget, const QString& help) {
     auto* title = new QLabel(label);
-    title->setBuddy(editor);
+    title->setBuddy(widget);
     _labelWidth = std::max(_labelWidth, title->sizeHint().width());
-    editor->setObjectName(_subgroup + key);
-    editor->setAccessibleName(label);
-    Brindle::theme.enrich(editor);
+    widget->setObjectName(_subgroup + key);
+    widget->setAccessibleName(label);
     place(title, _rowCount, 0);
-    place(editor, _rowCount, 1);
+    place(widget, _rowCount, 1);
     ++_rowCount;
     if (!help.isEmpty())
-        _helpLabels[editor] = addHelp(help, 1);
+        _helpLabels[widget] = addHelp(help, 1);
 }
 
 void Form::place(QWidget* widget, int row, int column, int rowSpan, int columnSpan) {

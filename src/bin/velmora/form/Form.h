@@ -14,11 +14,12 @@
 #include <QSpinBox>
 #include <QString>
 #include <QStringList>
-#include <QTextEdit>
 #include <QWidget>
 
 #include <functional>
+#include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 QT_BEGIN_NAMESPACE
@@ -55,8 +56,8 @@ enum class AbsentValue { ReadsAsEmpty, KeepsCurrent };
 enum class LineReset { Clears, KeepsText };
 
 /// The body of a generator form: rows of label, editor and help label in a grid, some of them in sections that fold,
-/// the buttons that end it, and the settings group in which the editors' values outlive the program. A form composes
-/// one; the editors belong to the form's widget.
+/// the buttons that end it, and the settings group in which the fields' values outlive the program. A form composes
+/// one; what it makes belongs to the form's widget.
 class Form {
 public:
     /// Installs the grid on the widget, which is kept, not owned, and takes the class name as object name. The class
@@ -70,23 +71,32 @@ public:
     /// columns of a form with sections are equally wide.
     void addSection(const QString& title, const QString& subgroup, const std::function<void()>& addRows);
 
-    /// Each adds a row. The key is the editor's object name and its key in the settings, below the subgroup of the
-    /// section; the help text may be empty.
+    /// Adds a row. The key is the widget's object name and its key in the settings, below the subgroup of the section;
+    /// a field without a reset value is left alone by `reset`; the help text may be empty. Returns what
+    /// `Editor::create` does.
+    template <class Editor>
+    auto* addField(const QString& label, const QString& key, std::shared_ptr<const Editor> editor,
+                   std::optional<QVariant> resetValue, const QString& help = {}) {
+        auto* widget = editor->create(nullptr);
+        addRow(label, key, widget, help);
+        _fields.push_back({widget->objectName(), label, widget, std::move(editor), std::move(resetValue)});
+        return widget;
+    }
+    /// The same for the usual kinds.
     QLineEdit* addLine(const QString& label, const QString& key, const QString& help = {},
                        LineReset lineReset = LineReset::Clears);
     QSpinBox* addNumber(const QString& label, const QString& key, const NumberRange& range, const QString& help = {});
     QDoubleSpinBox* addDecimal(const QString& label, const QString& key, const DecimalRange& range);
-    /// A choice without a reset index is left alone by `reset`.
     QComboBox* addChoice(const QString& label, const QString& key, const QStringList& items,
                          std::optional<int> resetIndex);
-    /// A list of coefficients, which takes the free height of the form.
-    QTextEdit* addCoefficients(const QString& label, const QString& key, const QString& help);
     /// A row without label that takes the columns of label and editor. The table shows as many lines as the field of
     /// that key counts and keeps its values itself.
     void addTable(LineTableView* table, const QString& countKey);
     /// One help label for the last rows together.
     HelpLabel* addHelp(const QString& help, int rowCount);
-    /// A row that takes the free height of the form.
+    /// The last row takes the free height of the form.
+    void stretchLastRow();
+    /// A row of nothing that does.
     void addStretch();
     /// The last row: the buttons "Reset" and "Generate", which act on being pressed, across all columns. A generation
     /// stores the form first, so that what the user filled in outlives a script that never ends.
@@ -101,8 +111,8 @@ public:
         alignSections();
     }
 
-    /// The help label beside an editor; null when it has none.
-    HelpLabel* getHelp(QWidget* editor) const { return _helpLabels.value(editor); }
+    /// The help label beside the widget of a field; null when it has none.
+    HelpLabel* getHelp(QWidget* widget) const { return _helpLabels.value(widget); }
     const QString& getGroup() const { return _group; }
     /// In the order of the rows.
     const std::vector<FormField>& getFields() const { return _fields; }
@@ -110,17 +120,17 @@ public:
     /// On what the last check refused. Loading and resetting take it off.
     CheckMark& getMark() const { return *_mark; }
 
-    /// Gives every editor its stored value. What is absent reads as empty or 0, or changes nothing; a number outside
+    /// Gives every field its stored value. What is absent reads as empty or 0, or changes nothing; a number outside
     /// the range becomes its nearest end, an index that the choice does not have and a value of another type are
     /// ignored.
     void load();
-    /// Stores every editor's value. Never throws; a program that is ending by an exception leaves the settings as they
+    /// Stores every field's value. Never throws; a program that is ending by an exception leaves the settings as they
     /// were.
     void save() const noexcept;
     void reset();
 
 private:
-    void addRow(const QString& label, const QString& key, QWidget* editor, const QString& help);
+    void addRow(const QString& label, const QString& key, QWidget* widget, const QString& help);
     /// Puts a widget into the grid of the section that is being filled, or else into the form's own.
     void place(QWidget* widget, int row, int column, int rowSpan = 1, int columnSpan = 1);
     /// Gives the labels of all sections one width.
@@ -139,7 +149,7 @@ private:
     int _rowCount = 0;   // of the grid that is being filled
     std::vector<FormField> _fields;
     std::vector<FormTable> _tables;
-    QHash<QWidget*, HelpLabel*> _helpLabels; // by editor
+    QHash<QWidget*, HelpLabel*> _helpLabels; // by the widgets of the fields
 };
 
 } // namespace Velmora

@@ -1,24 +1,27 @@
 #pragma once
 
-#include <velmora/fields/FieldType.h>
+#include <velmora/fields/FieldEditor.h>
 
 #include <QString>
 #include <QVariant>
 
-#include <functional>
 #include <memory>
 #include <optional>
 
 namespace Velmora {
 
-/// What a form does with one of its editors, whatever its kind.
+/// A field of a form, whatever its kind.
 struct FormField {
-    QString key;   ///< In the form's settings group.
-    QString label; ///< As the user reads it.
-    std::shared_ptr<const FieldType> type;
-    std::optional<QVariant> resetValue;            ///< Nothing when a reset leaves the editor alone.
-    std::function<QVariant()> getValue;            ///< What is stored.
-    std::function<void(const QVariant&)> setValue; ///< Takes what was stored; a value of no use is ignored.
+    QString key;     ///< In the form's settings group.
+    QString label;   ///< As the user reads it.
+    QWidget* widget; ///< The editor's, in the form.
+    std::shared_ptr<const FieldEditor> editor;
+    std::optional<QVariant> resetValue; ///< Nothing when a reset leaves the field alone.
+
+    /// What is stored.
+    QVariant getValue() const { return editor->getValue(widget); }
+    /// Takes what was stored; a value of no use is ignored.
+    void setValue(const QVariant& value) const { editor->setValue(widget, value); }
 };
 
 } // namespace Velmora

@@ -11,32 +11,32 @@ namespace Velmora {
 LineTableDelegate::LineTableDelegate(QTableView* view, const LineTableModel* model)
     : Brindle::TableDelegate(view), _view(view), _model(model) {}
 
-const CellEditor* LineTableDelegate::getCellEditor(const QModelIndex& index) const {
+const FieldEditor* LineTableDelegate::getEditor(const QModelIndex& index) const {
     return _model->getEditor(index.column());
 }
 
-const CellEditor& LineTableDelegate::requireCellEditor(const QModelIndex& index) const {
-    if (const CellEditor* cellEditor = _model->getEditor(index.column()))
-        return *cellEditor;
+const FieldEditor& LineTableDelegate::requireEditor(const QModelIndex& index) const {
+    if (const FieldEditor* editor = _model->getEditor(index.column()))
+        return *editor;
     throw Brindle::located(Brindle::InternalError("Should not be here"), BRINDLE_HERE);
 }
 
 QWidget* LineTableDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&, const QModelIndex& index) const {
-    const CellEditor* cellEditor = getCellEditor(index);
-    if (!cellEditor)
+    const FieldEditor* editor = getEditor(index);
+    if (!editor)
         return nullptr;
-    QWidget* editor = cellEditor->create(parent);
-    editor->setAccessibleName(index.siblingAtColumn(0).data().toString() + ", " +
+    QWidget* widget = editor->create(parent);
+    widget->setAccessibleName(index.siblingAtColumn(0).data().toString() + ", " +
                               _model->headerData(index.column(), Qt::Horizontal).toString());
-    return editor;
+    return widget;
 }
 
 void LineTableDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const {
-    requireCellEditor(index).setValue(editor, index.data(Qt::EditRole));
+    requireEditor(index).setText(editor, index.data(Qt::EditRole).toString());
 }
 
 void LineTableDelegate::setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const {
-    model->setData(index, requireCellEditor(index).getValue(editor));
+    model->setData(index, requireEditor(index).getText(editor));
 }
 
 void LineTableDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
@@ -68,7 +68,7 @@ void LineTableDelegate::editNext(int step) {
     for (int cell = current.row() * columnCount + current.column() + step;
          cell >= 0 && cell < cells->rowCount() * columnCount; cell += step) {
         const QModelIndex index = cells->index(cell / columnCount, cell % columnCount);
-        if (!getCellEditor(index))
+        if (!getEditor(index))
             continue;
         _view->setCurrentIndex(index);
         _view->edit(index);

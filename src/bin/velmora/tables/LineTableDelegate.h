@@ -28,10 +28,10 @@ public:
 protected:
     bool eventFilter(QObject* object, QEvent* event) override;
     /// How the cell is filled in as the form now stands; null for a cell that is not.
-    virtual const CellEditor* getCellEditor(const QModelIndex& index) const;
+    virtual const FieldEditor* getEditor(const QModelIndex& index) const;
 
 private:
-    const CellEditor& requireCellEditor(const QModelIndex& index) const;
+    const FieldEditor& requireEditor(const QModelIndex& index) const;
     void editNext(int step);
 
     QTableView* const _view;

@@ -25,12 +25,12 @@ LineTableModel::LineTableModel(const QString& nameHeader, const QString& lineNam
     initialize();
 }
 
-const CellEditor* LineTableModel::getEditor(int column) const {
+const FieldEditor* LineTableModel::getEditor(int column) const {
     return column > 0 ? _columns.at(static_cast<std::size_t>(column - 1)).editor.get() : nullptr;
 }
 
 bool LineTableModel::canHold(int column, const QString& text) const {
-    return text == _columns.at(static_cast<std::size_t>(column - 1)).initialText || getEditor(column)->canGive(text);
+    return text == _columns.at(static_cast<std::size_t>(column - 1)).initialText || getEditor(column)->canHold(text);
 }
 
 void LineTableModel::initialize() {

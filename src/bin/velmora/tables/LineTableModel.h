@@ -1,6 +1,6 @@
 #pragma once
 
-#include <velmora/fields/CellEditor.h>
+#include <velmora/fields/FieldEditor.h>
 
 #include <QStandardItemModel>
 #include <QStringList>
@@ -14,7 +14,7 @@ namespace Velmora {
 struct LineColumn {
     QString header;
     QString initialText;
-    std::shared_ptr<const CellEditor> editor; ///< Gives every other value that the column can hold.
+    std::shared_ptr<const FieldEditor> editor; ///< Gives every other value that the column can hold.
 };
 
 /// The fixed rows of a table of lines: a line's name and number ("SER0", "SER1", ...), then what the user fills in.
@@ -27,7 +27,7 @@ public:
     LineTableModel(const QString& nameHeader, const QString& lineName, std::vector<LineColumn> columns);
 
     /// How the cells of a column are filled in; null for the column of names.
-    const CellEditor* getEditor(int column) const;
+    const FieldEditor* getEditor(int column) const;
     /// True for a text that a cell of the column can hold.
     bool canHold(int column, const QString& text) const;
     /// Gives every cell that can be filled in its initial text.

@@ -83,8 +83,8 @@ QByteArray contentOf(const IPLeaf& page) {
     return QByteArray::fromStdString(page.getConfiguration().getContent());
 }
 
-/// Any text that a field of the type can hold.
-QString randomText(const Velmora::FieldType& type, std::mt19937& random) {
+/// Any text that a field of the kind can hold.
+QString randomText(const Velmora::FieldEditor& editor, std::mt19937& random) {
     static const QStringList texts{"",
                                    " both ends ",
                                    "a, b",
@@ -96,7 +96,7 @@ QString randomText(const Velmora::FieldType& type, std::mt19937& random) {
                                    QStringLiteral("\u00e9\u4e16\U0001f680"),
                                    "# = x",
                                    "x\"F1F\""};
-    const QJsonObject description = type.getDescription();
+    const QJsonObject description = editor.getDescription();
     const QString kind = description["kind"].toString();
     const auto pick = [&random](int size) { return static_cast<int>(random() % static_cast<unsigned>(size)); };
     if (kind == "choice") {
@@ -114,13 +114,13 @@ QString randomText(const Velmora::FieldType& type, std::mt19937& random) {
 
 void fillRandomly(const IPLeaf& page, std::mt19937& random) {
     for (const Velmora::FormField& field : page.getForm()->getFields())
-        field.setValue(*field.type->toValue(randomText(*field.type, random)));
+        field.editor->setText(field.widget, randomText(*field.editor, random));
     for (const Velmora::FormTable& table : page.getForm()->getTables()) {
         Velmora::LineTableModel& model = *table.view->getModel();
         for (int row = 0; row < Velmora::LineTableModel::lineCount; ++row) {
             QStringList cells;
             for (int column = 1; column < model.columnCount(); ++column)
-                cells += randomText(model.getEditor(column)->getType(), random);
+                cells += randomText(*model.getEditor(column), random);
             model.setCells(row, cells);
         }
     }

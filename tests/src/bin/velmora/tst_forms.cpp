@@ -253,9 +253,9 @@ void FormsTest::fillTables() const {
     for (const Velmora::FormTable& table : page().getForm()->getTables()) {
         const QString name = table.view->objectName();
         const bool hasLocations = name.startsWith("Location");
-        FormText::write(form(), {{name + " 1", hasLocations ? "03P,03N,04P,15N" : "clk,,\"x; y\",hidden"}});
+        set({{name + " 1", hasLocations ? "03P,03N,04P,15N" : "clk,,\"x; y\",hidden"}});
         if (name != "LocationTableView/DES")
-            FormText::write(form(), {{name + " 2", hasLocations ? "7,12,5,63" : "1,0,1,0"}});
+            set({{name + " 2", hasLocations ? "7,12,5,63" : "1,0,1,0"}});
     }
 }
 
@@ -386,7 +386,7 @@ void FormsTest::coefficientModeEnables() {
         QCOMPARE(enabled(), "0 1");
         set("CoefficientMode=Input");
         QCOMPARE(enabled(), "1 0");
-        QCOMPARE(FormText::valueOf(editor<QTextEdit>("Coefficients")), "1, 2, 3");
+        QCOMPARE(values()["Coefficients"], "1, 2, 3");
         QCOMPARE(help(6), "Not available when coefficients are inputs.");
         QCOMPARE(help(5), "Range 3 to 56.");
         open(ip); // the stored mode has the same effect
@@ -518,7 +518,7 @@ void FormsTest::changeMarked(const QString& mark) const {
     } else if (auto* spin = editor<QSpinBox>(mark)) {
         spin->setValue(spin->value() == spin->maximum() ? spin->minimum() : spin->maximum());
     } else {
-        FormText::setValue(editor<QWidget>(mark), "x");
+        set({{mark, "x"}});
     }
 }
 
@@ -672,7 +672,7 @@ void FormsTest::generates() {
 
     _dialog.answer = answer;
     QCOMPARE(generate(), QStringList({kind().title, "  Generating done"}));
-    const QString name = FormText::valueOf(editor<QLineEdit>("Entity"));
+    const QString name = values()["Entity"];
     QCOMPARE(_dialog.asked,
              QStringList({"Choose a file name", QDir::currentPath() + "/" + name + ".vhd", "VHDL (*.vhd)"}));
     const QByteArray output = readFile(answer);

@@ -1,17 +1,17 @@
 #include <support/Contrast.h>
-#include <support/FormText.h>
 #include <support/Input.h>
 #include <support/TestMain.h>
 #include <support/TestPrefix.h>
 #include <support/TestTable.h>
 
+#include <velmora/catalogue/IPLeaf.h>
+#include <velmora/form/Form.h>
 #include <velmora/window/Folio.h>
 #include <velmora/window/MainWindow.h>
 
 #include <Brindle/widgets/FileDialog.h>
 #include <Brindle/widgets/Theme.h>
 
-#include <QAbstractSpinBox>
 #include <QAccessible>
 #include <QComboBox>
 #include <QLineEdit>
@@ -291,15 +291,13 @@ void KeyboardTest::wheelLeavesValuesAlone() {
     open("SER/DES");
     _window->resize(1000, 500);
     auto* area = currentIP()->findChild<QScrollArea*>();
-    const QList<QWidget*> editors = area->findChildren<QWidget*>();
-    for (QWidget* editor : editors) {
-        if (!isTabStop(editor) || !(qobject_cast<QComboBox*>(editor) || qobject_cast<QAbstractSpinBox*>(editor)))
-            continue;
-        editor->setFocus();
-        const QString value = FormText::valueOf(editor);
+    const Velmora::Form& form = *folio()->getShownIP()->getForm();
+    for (const Velmora::FormField& field : form.getFields()) {
+        field.widget->setFocus();
+        const QVariant value = field.getValue();
         area->verticalScrollBar()->setValue(0);
-        turnWheel(editor);
-        QCOMPARE(FormText::valueOf(editor), value);
+        turnWheel(field.widget);
+        QCOMPARE(field.getValue(), value);
         QCOMPARE(area->verticalScrollBar()->value() > 0, area->verticalScrollBar()->maximum() > 0);
     }
 }

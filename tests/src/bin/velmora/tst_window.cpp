@@ -156,7 +156,7 @@ void WindowTest::marksAreDrawn() {
     QFETCH(QString, name);
     QSettings().setValue("animations", "Never");
     const auto leaf = std::make_unique<IPLeaf>(_prefix->addKnownIP(ip, "").toStdString());
-    FormText::write(leaf.get(), values);
+    FormText::write(*leaf->getForm(), values);
     leaf->resize(900, 1500);
     leaf->show();
     QVERIFY(QTest::qWaitForWindowActive(leaf.get()));
@@ -317,7 +317,7 @@ void WindowTest::proposedNames() {
     };
     showIP("SER/DES");
     QCOMPARE(propose(), QStringLiteral("ser_des.velmora"));
-    FormText::write(shownIP(), "Entity=a/b");
+    FormText::write(*shownIP()->getForm(), "Entity=a/b");
     QCOMPARE(propose(), QStringLiteral("a_b.velmora"));
     QDir().mkpath("deep");
     _dialogs.answer = _prefix->path("deep/mine.velmora");

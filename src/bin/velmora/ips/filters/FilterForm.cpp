@@ -1,5 +1,6 @@
 #include <velmora/ips/filters/FilterForm.h>
 
+#include <velmora/ips/filters/CoefficientsEditor.h>
 #include <velmora/rules/Coefficients.h>
 #include <velmora/settings/SettingsKeys.h>
 
@@ -7,8 +8,9 @@ namespace Velmora {
 
 namespace {
 
-constexpr int widestOperand = 18;     // bits, of one of the two operands of a multiplier
-constexpr int widestAccumulator = 50; // bits
+constexpr int widestOperand = 18;           // bits, of one of the two operands of a multiplier
+constexpr int widestAccumulator = 50;       // bits
+constexpr int coefficientsHelpHeight = 100; // pixels; makes their row the tall one
 
 } // namespace
 
@@ -32,8 +34,11 @@ void FilterForm::addCoefficientWidth(const NumberRange& range) {
 }
 
 void FilterForm::addCoefficients() {
-    _coefficientsEdit = _form.addCoefficients(QObject::tr("Coefficients"), SettingsKeys::coefficients,
-                                              QObject::tr("List of coefficients separed by ';', ',' or carry return."));
+    _coefficientsEdit = _form.addField(QObject::tr("Coefficients"), SettingsKeys::coefficients,
+                                       std::make_shared<const CoefficientsEditor>(), QString(),
+                                       QObject::tr("List of coefficients separed by ';', ',' or carry return."));
+    _form.getHelp(_coefficientsEdit)->setMinimumHeight(coefficientsHelpHeight);
+    _form.stretchLastRow();
 }
 
 void FilterForm::addTruncation(const NumberRange& range) {

@@ -8,6 +8,7 @@
 #include <Brindle/core/Location.h>
 
 #include <QString>
+#include <QTextEdit>
 
 #include <string>
 #include <vector>

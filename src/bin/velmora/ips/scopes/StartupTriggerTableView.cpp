@@ -1,7 +1,7 @@
 #include <velmora/ips/scopes/StartupTriggerTableView.h>
 
-#include <velmora/fields/ChoiceCell.h>
-#include <velmora/fields/TextCell.h>
+#include <velmora/fields/ChoiceEditor.h>
+#include <velmora/fields/TextEditor.h>
 #include <velmora/ips/scopes/TriggerForm.h>
 #include <velmora/tables/LineCountProxyModel.h>
 #include <velmora/tables/LineTableDelegate.h>
@@ -15,9 +15,10 @@ enum Column { inputColumn, aliasColumn, valueColumn };
 LineTableModel* createModel() {
     const QStringList& headers = StartupTriggerTableView::getHeaderList();
     const QStringList levels{"0", "1"};
-    return new LineTableModel(headers.at(inputColumn), QStringLiteral("Trig"),
-                              {{headers.at(aliasColumn), QString(), std::make_shared<TextCell>()},
-                               {headers.at(valueColumn), levels.first(), std::make_shared<ChoiceCell>(levels)}});
+    return new LineTableModel(
+        headers.at(inputColumn), QStringLiteral("Trig"),
+        {{headers.at(aliasColumn), QString(), std::make_shared<const TextEditor>()},
+         {headers.at(valueColumn), levels.first(), std::make_shared<const ChoiceEditor>(levels)}});
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 #include <velmora/ips/scopes/TriggerTableView.h>
 
-#include <velmora/fields/ChoiceCell.h>
-#include <velmora/fields/TextCell.h>
+#include <velmora/fields/ChoiceEditor.h>
+#include <velmora/fields/TextEditor.h>
 #include <velmora/ips/scopes/TriggerCodes.h>
 #include <velmora/ips/scopes/TriggerForm.h>
 #include <velmora/tables/LineCountProxyModel.h>
@@ -24,9 +24,9 @@ constexpr int valueWidth = 116; // pixels, an open editor shows every value whol
 
 LineTableModel* createModel() {
     const QStringList& headers = TriggerTableView::getHeaderList();
-    const auto values = std::make_shared<ChoiceCell>(getTriggerValues(true));
+    const auto values = std::make_shared<const ChoiceEditor>(getTriggerValues(true));
     return new LineTableModel(headers.at(inputColumn), QStringLiteral("Trig"),
-                              {{headers.at(aliasColumn), QString(), std::make_shared<TextCell>()},
+                              {{headers.at(aliasColumn), QString(), std::make_shared<const TextEditor>()},
                                {headers.at(valueColumn), getIgnoreLabel(), values},
                                {headers.at(firstLevelColumn), getIgnoreLabel(), values}});
 }
@@ -76,16 +76,16 @@ public:
     }
 
 protected:
-    const CellEditor* getCellEditor(const QModelIndex& index) const override {
+    const FieldEditor* getEditor(const QModelIndex& index) const override {
         if (index.column() == firstLevelColumn && !_view->_form.isMultipleLevel())
             return nullptr;
         const bool isValue = index.column() == valueColumn || index.column() == firstLevelColumn;
-        return isValue && !_view->_form.hasEdges() ? &_levels : LineTableDelegate::getCellEditor(index);
+        return isValue && !_view->_form.hasEdges() ? &_levels : LineTableDelegate::getEditor(index);
     }
 
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
         LineTableDelegate::initStyleOption(option, index);
-        if (index.column() == firstLevelColumn && !getCellEditor(index))
+        if (index.column() == firstLevelColumn && !getEditor(index))
             option->state.setFlag(QStyle::State_Enabled, false);
         if (isUnsupported(index))
             option->palette.setColor(QPalette::Text, Brindle::theme.getColor("error"));
@@ -93,11 +93,11 @@ protected:
 
 private:
     bool isUnsupported(const QModelIndex& index) const {
-        const CellEditor* cellEditor = getCellEditor(index);
-        return cellEditor && !cellEditor->canGive(index.data().toString());
+        const FieldEditor* editor = getEditor(index);
+        return editor && !editor->canHold(index.data().toString());
     }
 
-    const ChoiceCell _levels{getTriggerValues(false)};
+    const ChoiceEditor _levels{getTriggerValues(false)};
     TriggerTableView* const _view;
 };
 

@@ -1,7 +1,7 @@
 #include <velmora/ips/serdes/LocationTableView.h>
 
-#include <velmora/fields/ChoiceCell.h>
-#include <velmora/fields/NumberCell.h>
+#include <velmora/fields/ChoiceEditor.h>
+#include <velmora/fields/NumberEditor.h>
 #include <velmora/ips/serdes/LocationForm.h>
 #include <velmora/settings/SettingsKeys.h>
 #include <velmora/tables/LineCountProxyModel.h>
@@ -33,9 +33,9 @@ QString getModeName(LocationTableView::Mode mode) {
 LineTableModel* createModel(LocationTableView::Mode mode) {
     const QStringList headers = LocationTableView::getHeaderList(mode);
     std::vector<LineColumn> columns{
-        {headers.at(locationColumn), QString(), std::make_shared<ChoiceCell>(getPadNames())}};
+        {headers.at(locationColumn), QString(), std::make_shared<const ChoiceEditor>(getPadNames())}};
     if (mode == LocationTableView::SER)
-        columns.push_back({headers.at(outputDelayColumn), "0", std::make_shared<NumberCell>(0, longestDelay)});
+        columns.push_back({headers.at(outputDelayColumn), "0", std::make_shared<const NumberEditor>(0, longestDelay)});
     return new LineTableModel(headers.first(), getModeName(mode), columns);
 }
 
