@@ -83,9 +83,9 @@ QComboBox* Form::addChoice(const QString& label, const QString& key, const QStri
     return addField(label, key, std::make_shared<const ChoiceEditor>(items), resetIndex);
 }
 
-void Form::addTable(LineTableView* table, const QString& countKey) {
+void Form::addTable(LineTableView* table, const QSpinBox* count) {
     place(table, _rowCount++, 0, 1, 2);
-    _tables.push_back({table, countKey});
+    _tables.push_back({table, count->objectName()});
 }
 
 HelpLabel* Form::addHelp(const QString& help, int rowCount) {

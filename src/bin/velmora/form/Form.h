@@ -89,9 +89,9 @@ public:
     QDoubleSpinBox* addDecimal(const QString& label, const QString& key, const DecimalRange& range);
     QComboBox* addChoice(const QString& label, const QString& key, const QStringList& items,
                          std::optional<int> resetIndex);
-    /// A row without label that takes the columns of label and editor. The table shows as many lines as the field of
-    /// that key counts and keeps its values itself.
-    void addTable(LineTableView* table, const QString& countKey);
+    /// A row without label that takes the columns of label and editor. The table shows as many lines as the number
+    /// counts and keeps its values itself.
+    void addTable(LineTableView* table, const QSpinBox* count);
     /// One help label for the last rows together.
     HelpLabel* addHelp(const QString& help, int rowCount);
     /// The last row takes the free height of the form.

@@ -1,6 +1,5 @@
 #include <velmora/window/MainWindow.h>
 
-#include <velmora/settings/SettingsKeys.h>
 #include <velmora/widgets/FileDrop.h>
 #include <velmora/widgets/StyleSheetPause.h>
 #include <velmora/window/FileMenu.h>
@@ -19,6 +18,12 @@
 namespace Velmora {
 
 namespace {
+
+// Of the state that outlives the program.
+const QString geometryKey = QStringLiteral("geometry");
+const QString windowStateKey = QStringLiteral("windowState");
+const QString maximizedKey = QStringLiteral("isMaximized");
+const QString splitterKey = QStringLiteral("consoleSplitter");
 
 // Where Qt 5.15 keeps markers, versions and counts in a state, in bytes from its beginning and from its end.
 constexpr int windowHead = 13; // up to the number of dock areas
@@ -73,26 +78,26 @@ void MainWindow::loadSettings() {
         Brindle::console.remark("Settings cannot be stored in " + settings.fileName().toStdString() +
                                 ": make it writable, or what you change and fill in is lost when the program ends.");
     }
-    if (settings.value(SettingsKeys::isMaximized).toBool()) {
+    if (settings.value(maximizedKey).toBool()) {
         showMaximized();
     } else {
-        restoreGeometry(settings.value(SettingsKeys::geometry).toByteArray());
+        restoreGeometry(settings.value(geometryKey).toByteArray());
         show();
     }
-    const QByteArray window = settings.value(SettingsKeys::windowState).toByteArray();
+    const QByteArray window = settings.value(windowStateKey).toByteArray();
     if (hasShape(window, saveState(0), windowHead, windowTail))
         restoreState(window, 0);
-    const QByteArray splitter = settings.value(SettingsKeys::consoleSplitter).toByteArray();
+    const QByteArray splitter = settings.value(splitterKey).toByteArray();
     if (hasShape(splitter, _consoleSplitter->saveState(), splitterHead, 0))
         _consoleSplitter->restoreState(splitter);
 }
 
 void MainWindow::saveSettings() {
     QSettings settings;
-    settings.setValue(SettingsKeys::geometry, saveGeometry());
-    settings.setValue(SettingsKeys::windowState, saveState(0));
-    settings.setValue(SettingsKeys::isMaximized, isMaximized());
-    settings.setValue(SettingsKeys::consoleSplitter, _consoleSplitter->saveState());
+    settings.setValue(geometryKey, saveGeometry());
+    settings.setValue(windowStateKey, saveState(0));
+    settings.setValue(maximizedKey, isMaximized());
+    settings.setValue(splitterKey, _consoleSplitter->saveState());
     settings.sync();
     if (settings.status() == QSettings::AccessError)
         Brindle::console.error("Unable to store the settings in " + settings.fileName().toStdString());

@@ -110,7 +110,7 @@ QWidget* SettingsLeaf::getRuler(QWidget* parent) const {
 }
 
 void SettingsLeaf::onThemeChanged(const QString& text) {
-    store(SettingsKeys::theme, SettingsKeys::defaultTheme, text.toLower(), "Theme");
+    store("theme", "light", text.toLower(), "Theme");
 }
 
 void SettingsLeaf::onAnimationsToggled(const QString& text) {

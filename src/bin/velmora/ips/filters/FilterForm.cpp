@@ -19,30 +19,27 @@ void FilterForm::addEntityName() {
 }
 
 void FilterForm::addInputDataWidth(const NumberRange& range) {
-    _inputDataWidth =
-        _form.addNumber(QObject::tr("Input Data width"), SettingsKeys::inputDataWidth, range, rangeHelp(range));
+    _inputDataWidth = _form.addNumber(QObject::tr("Input Data width"), "InputDataWidth", range, rangeHelp(range));
 }
 
 void FilterForm::addOutputDataWidth(const NumberRange& range) {
-    _outputDataWidth =
-        _form.addNumber(QObject::tr("Output Data width"), SettingsKeys::outputDataWidth, range, rangeHelp(range));
+    _outputDataWidth = _form.addNumber(QObject::tr("Output Data width"), "OutputDataWidth", range, rangeHelp(range));
 }
 
 void FilterForm::addCoefficientWidth(const NumberRange& range) {
-    _coefficientWidth =
-        _form.addNumber(QObject::tr("Coefficient width"), SettingsKeys::coefficientWidth, range, rangeHelp(range));
+    _coefficientWidth = _form.addNumber(QObject::tr("Coefficient width"), "CoefficientWidth", range, rangeHelp(range));
 }
 
 void FilterForm::addCoefficients() {
-    _coefficientsEdit = _form.addField(QObject::tr("Coefficients"), SettingsKeys::coefficients,
-                                       std::make_shared<const CoefficientsEditor>(), QString(),
-                                       QObject::tr("List of coefficients separed by ';', ',' or carry return."));
+    _coefficientsEdit =
+        _form.addField(QObject::tr("Coefficients"), "Coefficients", std::make_shared<const CoefficientsEditor>(),
+                       QString(), QObject::tr("List of coefficients separed by ';', ',' or carry return."));
     _form.getHelp(_coefficientsEdit)->setMinimumHeight(coefficientsHelpHeight);
     _form.stretchLastRow();
 }
 
 void FilterForm::addTruncation(const NumberRange& range) {
-    _truncation = _form.addNumber(QObject::tr("LSB To Be Truncated"), SettingsKeys::toBeTruncated, range,
+    _truncation = _form.addNumber(QObject::tr("LSB To Be Truncated"), "ToBeTruncated", range,
                                   QObject::tr("Number of bits to be truncated. ") + rangeHelp(range));
 }
 

@@ -4,7 +4,6 @@
 #include <velmora/generation/Clock.h>
 #include <velmora/generation/GeneratorScript.h>
 #include <velmora/generation/HdlGeneration.h>
-#include <velmora/settings/SettingsKeys.h>
 
 #include <Brindle/core/Label.h>
 #include <Quillon/Application.h>
@@ -27,14 +26,13 @@ MacFirLeaf::MacFirLeaf(IPLeaf* ipLeaf) : QWidget(ipLeaf), _ipLeaf(ipLeaf), _filt
     _filter.addEntityName();
     _filter.addInputDataWidth({1, 18, 8});
     _filter.addOutputDataWidth({1, 16, 8});
-    _tapCount = form.addNumber(tr("Tap count"), SettingsKeys::tapCount, tapRange, rangeHelp(tapRange));
-    _dspCount = form.addNumber(tr("DSP count"), SettingsKeys::dspCount, dspRange, rangeHelp(dspRange));
-    _saturationCombo =
-        form.addChoice(tr("Saturation stage"), SettingsKeys::saturationStage, {enable, tr("Disable")}, std::nullopt);
+    _tapCount = form.addNumber(tr("Tap count"), "TapCount", tapRange, rangeHelp(tapRange));
+    _dspCount = form.addNumber(tr("DSP count"), "DSPCount", dspRange, rangeHelp(dspRange));
+    _saturationCombo = form.addChoice(tr("Saturation stage"), "SaturationStage", {enable, tr("Disable")}, std::nullopt);
     _filter.addCoefficientWidth({1, 18, 8});
     _filter.addCoefficients();
     _filter.addTruncation({0, 50, 0});
-    _patternEdit = form.addLine(tr("Auxiliary clock WFG pattern"), SettingsKeys::clkAux1Pattern,
+    _patternEdit = form.addLine(tr("Auxiliary clock WFG pattern"), "ClkAux1Pattern",
                                 tr("Optional.<br />Pattern of the auxiliary clock (16 bits)."));
     form.addButtons(this, &MacFirLeaf::onReset, &MacFirLeaf::onGenerate);
     load();

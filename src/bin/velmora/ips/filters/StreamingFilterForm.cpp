@@ -1,7 +1,6 @@
 #include <velmora/ips/filters/StreamingFilterForm.h>
 
 #include <velmora/generation/Clock.h>
-#include <velmora/settings/SettingsKeys.h>
 
 #include <Brindle/core/Exception.h>
 #include <Brindle/core/Label.h>
@@ -24,10 +23,9 @@ StreamingFilterForm::StreamingFilterForm(QWidget* widget, const QString& classNa
     _filter.addInputDataWidth({8, widestInput, 8});
     _filter.addOutputDataWidth({8, 50, 8});
     _filter.addCoefficientWidth({8, 24, 8});
-    _modeCombo = getForm().addChoice(QObject::tr("Coefficient mode"), SettingsKeys::coefficientMode,
-                                     {constantMode, inputMode}, 0);
-    _countSpin = getForm().addNumber(QObject::tr("Coefficient count"), SettingsKeys::coefficientCount, countRange,
-                                     rangeHelp(countRange));
+    _modeCombo = getForm().addChoice(QObject::tr("Coefficient mode"), "CoefficientMode", {constantMode, inputMode}, 0);
+    _countSpin =
+        getForm().addNumber(QObject::tr("Coefficient count"), "CoefficientCount", countRange, rangeHelp(countRange));
     _countSpin->setEnabled(false);
     _filter.addCoefficients();
     _filter.addTruncation({0, 36, 0});

@@ -31,7 +31,7 @@ void ScopeForm::addEntityName() {
 }
 
 void ScopeForm::addInputCount() {
-    _inputCount = addNumber(QObject::tr("Input line count"), SettingsKeys::inputCount, {2, 240, 2});
+    _inputCount = addNumber(QObject::tr("Input line count"), "InputCount", {2, 240, 2});
 }
 
 void ScopeForm::addCaptureDepth() {
@@ -39,20 +39,20 @@ void ScopeForm::addCaptureDepth() {
     choices.reserve(captureDepths.size());
     for (const CaptureDepth& depth : captureDepths)
         choices.push_back({QLatin1String(depth.label), depth.samples});
-    _depthCombo = addChoice(QObject::tr("Capture depth"), SettingsKeys::captureDepth, choices);
+    _depthCombo = addChoice(QObject::tr("Capture depth"), "CaptureDepth", choices);
 }
 
 void ScopeForm::addPreTriggerSamples(int most) {
-    _preTriggerSamples = addNumber(QObject::tr("Pre-trigger samples"), SettingsKeys::preTriggerSamples, {1, most, 1});
+    _preTriggerSamples = addNumber(QObject::tr("Pre-trigger samples"), "PreTriggerSamples", {1, most, 1});
 }
 
 void ScopeForm::addTriggerCount(int most) {
-    _triggerCount = addNumber(QObject::tr("Trigger line count"), SettingsKeys::triggerCount, {1, most, 1});
+    _triggerCount = addNumber(QObject::tr("Trigger line count"), "TriggerCount", {1, most, 1});
 }
 
 void ScopeForm::addTriggerTable(LineTableView* table) {
     _table = table;
-    _form.addTable(table, SettingsKeys::triggerCount);
+    _form.addTable(table, _triggerCount);
     _form.addHelp(QObject::tr("The alias is not mandatory,\nit is only an aid to recognize easily a net."), 1);
 }
 

@@ -7,7 +7,6 @@
 #include <velmora/ips/VhdlAssociations.h>
 #include <velmora/ips/scopes/TriggerCodes.h>
 #include <velmora/ips/scopes/TriggerTableView.h>
-#include <velmora/settings/SettingsKeys.h>
 
 #include <Brindle/core/Label.h>
 #include <Quillon/Application.h>
@@ -59,20 +58,20 @@ void ScopeLeaf::addCaptureConfiguration() {
     _scope.addInputCount();
     _scope.addCaptureDepth();
     _captureModeCombo =
-        _scope.addChoice(tr("Capture mode"), SettingsKeys::captureMode,
+        _scope.addChoice(tr("Capture mode"), "CaptureMode",
                          {{preTrigger, "pre_trigger_enable"}, {tr("Multiple windows"), "multiple_windows"}});
-    _windowLength = _scope.addNumber(tr("Window capture length"), SettingsKeys::windowCaptureLength, {64, 2048, 64});
+    _windowLength = _scope.addNumber(tr("Window capture length"), "WindowCaptureLength", {64, 2048, 64});
     _scope.addPreTriggerSamples(2048);
-    _userDataDelay = _scope.addNumber(tr("User data delay"), SettingsKeys::userDataDelay, {0, 2, 0});
-    _storeTriggerCombo = addOption(tr("Store trigger pulse"), SettingsKeys::storeTrigger);
-    _storeWindowCombo = addOption(tr("Store window number"), SettingsKeys::storeWindow);
+    _userDataDelay = _scope.addNumber(tr("User data delay"), "UserDataDelay", {0, 2, 0});
+    _storeTriggerCombo = addOption(tr("Store trigger pulse"), "StoreTrigger");
+    _storeWindowCombo = addOption(tr("Store window number"), "StoreWindow");
 }
 
 void ScopeLeaf::addTriggerConfiguration() {
     _scope.addTriggerCount(32);
-    _triggerModeCombo = _scope.addChoice(tr("Trigger mode"), SettingsKeys::triggerMode,
+    _triggerModeCombo = _scope.addChoice(tr("Trigger mode"), "TriggerMode",
                                          {{basic, "basic"}, {tr("Basic & Edges"), "basic_and_edges"}});
-    _multipleLevelCombo = addOption(tr("Multiple level trigger"), SettingsKeys::multipleLevelTrigger);
+    _multipleLevelCombo = addOption(tr("Multiple level trigger"), "MultipleLevelTrigger");
     _triggerTable = new TriggerTableView(this);
     _scope.addTriggerTable(_triggerTable);
 }

@@ -3,7 +3,6 @@
 #include <velmora/fields/ChoiceEditor.h>
 #include <velmora/fields/NumberEditor.h>
 #include <velmora/ips/serdes/LocationForm.h>
-#include <velmora/settings/SettingsKeys.h>
 #include <velmora/tables/LineCountProxyModel.h>
 #include <velmora/tables/LineTableDelegate.h>
 
@@ -27,7 +26,7 @@ QStringList getPadNames() {
 }
 
 QString getModeName(LocationTableView::Mode mode) {
-    return mode == LocationTableView::SER ? SettingsKeys::ser : SettingsKeys::des;
+    return mode == LocationTableView::SER ? "SER" : "DES";
 }
 
 LineTableModel* createModel(LocationTableView::Mode mode) {

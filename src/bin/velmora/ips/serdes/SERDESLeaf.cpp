@@ -78,8 +78,8 @@ SERDESLeaf::SERDESLeaf(IPLeaf* ipLeaf)
     : QWidget(ipLeaf), _ipLeaf(ipLeaf), _form(this, QStringLiteral("SERDESLeaf"), AbsentValue::KeepsCurrent) {
     _entityEdit = _form.addLine(tr("Entity name"), SettingsKeys::entity);
     _form.addSection(tr("Global parameters"), QString(), [this] { addGlobalParameters(); });
-    _form.addSection(tr("SER parameters"), SettingsKeys::ser, [this] { addSERParameters(); });
-    _form.addSection(tr("DES parameters"), SettingsKeys::des, [this] { addDESParameters(); });
+    _form.addSection(tr("SER parameters"), "SER", [this] { addSERParameters(); });
+    _form.addSection(tr("DES parameters"), "DES", [this] { addDESParameters(); });
     _form.addStretch();
     _form.addButtons(this, &SERDESLeaf::onReset, &SERDESLeaf::onGenerate);
     connect(_serCount, qOverload<int>(&QSpinBox::valueChanged), this, &SERDESLeaf::onSERCountChanged);
@@ -96,47 +96,46 @@ SERDESLeaf::~SERDESLeaf() {
 }
 
 void SERDESLeaf::addGlobalParameters() {
-    _prefixEdit = _form.addLine(tr("Parameter's prefix"), SettingsKeys::prefix);
-    _wordClock = _form.addNumber(tr("Word clock frequency (MHz)"), SettingsKeys::wordClock, {20, 200, 20},
-                                 tr("Range 20 to 200MHz."));
-    _dataSize = _form.addNumber(tr("Data size"), SettingsKeys::dataSize, dataSizeRange, rangeHelp(dataSizeRange));
-    _serCount = _form.addNumber(tr("SER count"), SettingsKeys::serCount, countRange);
-    _desCount = _form.addNumber(tr("DES count"), SettingsKeys::desCount, countRange);
+    _prefixEdit = _form.addLine(tr("Parameter's prefix"), "Prefix");
+    _wordClock =
+        _form.addNumber(tr("Word clock frequency (MHz)"), "WordClock", {20, 200, 20}, tr("Range 20 to 200MHz."));
+    _dataSize = _form.addNumber(tr("Data size"), "DataSize", dataSizeRange, rangeHelp(dataSizeRange));
+    _serCount = _form.addNumber(tr("SER count"), "SERCount", countRange);
+    _desCount = _form.addNumber(tr("DES count"), "DESCount", countRange);
     _form.addHelp(tr("Range 0 to 30.\nThe sum of SER & DES must be lower or equal to 30."), 2);
-    _bankCombo = _form.addChoice(tr("Bank number"), SettingsKeys::bankNumber, banks, 0);
+    _bankCombo = _form.addChoice(tr("Bank number"), "BankNumber", banks, 0);
 }
 
 void SERDESLeaf::addSERParameters() {
     _serPadTypeCombo = addPadType();
-    _serDifferentialCombo = _form.addChoice(tr("Differential"), SettingsKeys::differential, booleans, 0);
-    _slewRateCombo = _form.addChoice(tr("Slew rate"), SettingsKeys::slewRate, {"Slow", "Medium", "Fast"}, 2);
-    _outputCapacity = _form.addNumber(tr("Output capacity"), SettingsKeys::outputCapacity, {0, 100, 0});
+    _serDifferentialCombo = _form.addChoice(tr("Differential"), "Differential", booleans, 0);
+    _slewRateCombo = _form.addChoice(tr("Slew rate"), "SlewRate", {"Slow", "Medium", "Fast"}, 2);
+    _outputCapacity = _form.addNumber(tr("Output capacity"), "OutputCapacity", {0, 100, 0});
     _serTrainingEdit = addTrainingValue();
     _serTable = new LocationTableView(LocationTableView::SER, this);
-    _form.addTable(_serTable, SettingsKeys::serCount);
+    _form.addTable(_serTable, _serCount);
 }
 
 void SERDESLeaf::addDESParameters() {
     _desPadTypeCombo = addPadType();
-    _desDifferentialCombo = _form.addChoice(tr("Differential"), SettingsKeys::differential, booleans, 0);
-    _termination = _form.addNumber(tr("Termination"), SettingsKeys::termination, {0, 100, 100});
+    _desDifferentialCombo = _form.addChoice(tr("Differential"), "Differential", booleans, 0);
+    _termination = _form.addNumber(tr("Termination"), "Termination", {0, 100, 100});
     _terminationReferenceCombo =
-        _form.addChoice(tr("Termination reference"), SettingsKeys::terminationReference, {"VT", "Floating"}, 0);
-    _turboCombo = _form.addChoice(tr("Turbo"), SettingsKeys::turbo, booleans, 1);
-    _inputSignalSlope =
-        _form.addDecimal(tr("Input signal slope"), SettingsKeys::inputSignalSlope, {0.5, 20.0, 0.5, 0.5, 1});
+        _form.addChoice(tr("Termination reference"), "TerminationReference", {"VT", "Floating"}, 0);
+    _turboCombo = _form.addChoice(tr("Turbo"), "Turbo", booleans, 1);
+    _inputSignalSlope = _form.addDecimal(tr("Input signal slope"), "InputSignalSlope", {0.5, 20.0, 0.5, 0.5, 1});
     _desTrainingEdit = addTrainingValue();
     _desTable = new LocationTableView(LocationTableView::DES, this);
-    _form.addTable(_desTable, SettingsKeys::desCount);
+    _form.addTable(_desTable, _desCount);
 }
 
 QComboBox* SERDESLeaf::addPadType() {
     const QStringList padTypes = getPadTypes();
-    return _form.addChoice(tr("Pad type"), SettingsKeys::padType, padTypes, padTypes.indexOf(defaultPadType));
+    return _form.addChoice(tr("Pad type"), "PadType", padTypes, padTypes.indexOf(defaultPadType));
 }
 
 QLineEdit* SERDESLeaf::addTrainingValue() {
-    return _form.addLine(tr("Training value"), SettingsKeys::trainingValue, tr("Length must match data size."),
+    return _form.addLine(tr("Training value"), "TrainingValue", tr("Length must match data size."),
                          LineReset::KeepsText);
 }
 
