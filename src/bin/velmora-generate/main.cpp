@@ -6,7 +6,6 @@
 #include <velmora-generate/UsageError.h>
 
 #include <velmora/generation/ApplicationIdentity.h>
-#include <velmora/settings/FormMemory.h>
 
 #include <Brindle/core/Console.h>
 #include <Brindle/core/StandardStreams.h>
@@ -54,7 +53,6 @@ ExitCode runWithoutWindow(const Command& command, const QCommandLineParser& comm
     qInstallMessageHandler(
         [](QtMsgType, const QMessageLogContext&, const QString&) {}); // what desktops lack is no news
     const auto application = Velmora::createApplication(argumentCount, arguments.data(), false);
-    Velmora::FormMemory::turnOff();
     return command.run(commandLine, operands);
 }
 

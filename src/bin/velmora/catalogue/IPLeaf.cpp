@@ -22,7 +22,9 @@
 namespace Velmora {
 
 IPLeaf::IPLeaf(const std::string& descriptionFilename, Content content)
-    : _descriptionFilename(descriptionFilename), _description(readDescriptionFile(descriptionFilename, BRINDLE_HERE)) {
+    : _descriptionFilename(descriptionFilename),
+      _description(readDescriptionFile(descriptionFilename, BRINDLE_HERE)),
+      _formMemory(content == Content::FormOnly ? FormMemory::None : FormMemory::Kept) {
     if (content == Content::DescriptionAndForm)
         createDescriptionView();
     createConfigurationWidget();

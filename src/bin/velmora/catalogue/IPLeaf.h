@@ -1,5 +1,6 @@
 #pragma once
 
+#include <velmora/form/FormMemory.h>
 #include <velmora/generation/Generation.h>
 #include <velmora/rules/Configuration.h>
 #include <velmora/rules/IPDescription.h>
@@ -23,7 +24,7 @@ class IPLeaf : public QWidget {
     Q_OBJECT
 
 public:
-    /// What the page is made of. A program without a window needs no description.
+    /// What the page is made of. A program without a window needs no description, and its forms no memory.
     enum class Content { DescriptionAndForm, FormOnly };
 
     /// Reads the description file and builds the page. Throws Brindle::Critical when the file cannot be read or is
@@ -63,6 +64,8 @@ public:
     /// The configuration form of an IP that the program knows; null for another one, for which what follows must not be
     /// called.
     Form* getForm() const;
+    /// Of a form that is made for the page.
+    FormMemory getFormMemory() const { return _formMemory; }
     /// What the form generates. Errors that are not in-house ones are located at `caller`.
     Generation getGeneration(const Brindle::Location& caller) const;
     /// The IP and what its form holds.
@@ -84,6 +87,7 @@ private:
 
     const std::string _descriptionFilename;
     const IPDescription _description;
+    const FormMemory _formMemory;
     QWidget* _configurationWidget = nullptr;
     GeneratorLeaf* _generatorLeaf = nullptr; // the same for an IP that the program knows
     QSplitter* _splitter = nullptr;

@@ -4,7 +4,6 @@
 #include <velmora/fields/DecimalEditor.h>
 #include <velmora/fields/NumberEditor.h>
 #include <velmora/fields/TextEditor.h>
-#include <velmora/settings/FormMemory.h>
 #include <velmora/tables/LineTableView.h>
 #include <velmora/widgets/FoldWidget.h>
 
@@ -32,8 +31,9 @@ QString rangeHelp(const NumberRange& range) {
     return QObject::tr("Range %1 to %2.").arg(range.minimum).arg(range.maximum);
 }
 
-Form::Form(QWidget* widget, const QString& className, AbsentValue absentValue)
+Form::Form(QWidget* widget, const QString& className, FormMemory memory, AbsentValue absentValue)
     : _group(className),
+      _memory(memory),
       _absentValue(absentValue),
       _mark(new CheckMark(widget)),
       _grid(new QGridLayout),
@@ -143,7 +143,7 @@ QPushButton* Form::addButton(const QString& text, const QString& tip) {
 }
 
 void Form::load() {
-    if (!FormMemory::isKept())
+    if (_memory == FormMemory::None)
         return;
     _mark->clear();
     QSettings settings;
@@ -153,16 +153,20 @@ void Form::load() {
         if (value.isValid() || _absentValue == AbsentValue::ReadsAsEmpty)
             field.setValue(value);
     }
+    for (const FormTable& table : _tables)
+        table.view->load();
 }
 
 void Form::save() const noexcept {
-    if (!FormMemory::isKept() || std::uncaught_exceptions() > 0)
+    if (_memory == FormMemory::None || std::uncaught_exceptions() > 0)
         return;
     QSettings settings;
     settings.beginGroup(_group);
     for (const FormField& field : _fields)
         settings.setValue(field.key, field.getValue());
     settings.sync();
+    for (const FormTable& table : _tables)
+        table.view->save();
 }
 
 void Form::reset() {
@@ -171,6 +175,8 @@ void Form::reset() {
         if (field.resetValue)
             field.setValue(*field.resetValue);
     }
+    for (const FormTable& table : _tables)
+        table.view->initialize();
 }
 
 } // namespace Velmora

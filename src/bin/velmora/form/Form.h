@@ -2,6 +2,7 @@
 
 #include <velmora/form/CheckMark.h>
 #include <velmora/form/FormField.h>
+#include <velmora/form/FormMemory.h>
 #include <velmora/form/FormTable.h>
 #include <velmora/widgets/HelpLabel.h>
 
@@ -62,7 +63,8 @@ class Form {
 public:
     /// Installs the grid on the widget, which is kept, not owned, and takes the class name as object name. The class
     /// name is also the settings group.
-    Form(QWidget* widget, const QString& className, AbsentValue absentValue = AbsentValue::ReadsAsEmpty);
+    Form(QWidget* widget, const QString& className, FormMemory memory,
+         AbsentValue absentValue = AbsentValue::ReadsAsEmpty);
     Form(const Form&) = delete;
     Form& operator=(const Form&) = delete;
     ~Form() = default;
@@ -90,7 +92,7 @@ public:
     QComboBox* addChoice(const QString& label, const QString& key, const QStringList& items,
                          std::optional<int> resetIndex);
     /// A row without label that takes the columns of label and editor. The table shows as many lines as the number
-    /// counts and keeps its values itself.
+    /// counts, and is loaded, saved and reset with the form.
     void addTable(LineTableView* table, const QSpinBox* count);
     /// One help label for the last rows together.
     HelpLabel* addHelp(const QString& help, int rowCount);
@@ -120,13 +122,14 @@ public:
     /// On what the last check refused. Loading and resetting take it off.
     CheckMark& getMark() const { return *_mark; }
 
-    /// Gives every field its stored value. What is absent reads as empty or 0, or changes nothing; a number outside
-    /// the range becomes its nearest end, an index that the choice does not have and a value of another type are
-    /// ignored.
+    /// Gives every field and table its stored values. What is absent reads as empty or 0, or changes nothing; a number
+    /// outside the range becomes its nearest end, an index that the choice does not have and a value of another type
+    /// are ignored.
     void load();
-    /// Stores every field's value. Never throws; a program that is ending by an exception leaves the settings as they
-    /// were.
+    /// Stores the values of every field and table. Never throws; a program that is ending by an exception leaves the
+    /// settings as they were.
     void save() const noexcept;
+    /// Gives the fields their reset values and every table its initial texts.
     void reset();
 
 private:
@@ -138,6 +141,7 @@ private:
     QPushButton* addButton(const QString& text, const QString& tip);
 
     QString _group;
+    FormMemory _memory;
     AbsentValue _absentValue;
     CheckMark* _mark; // the widget's child
     QGridLayout* _grid;

@@ -1,7 +1,5 @@
 #include <velmora/tables/LineTableModel.h>
 
-#include <velmora/settings/FormMemory.h>
-
 #include <QSettings>
 
 #include <algorithm>
@@ -60,8 +58,6 @@ void LineTableModel::setCells(int row, const QStringList& texts) {
 }
 
 void LineTableModel::load(const QString& group) {
-    if (!FormMemory::isKept())
-        return;
     QSettings settings;
     settings.beginGroup(group);
     for (int row = 0; row < lineCount; ++row) {
@@ -75,7 +71,7 @@ void LineTableModel::load(const QString& group) {
 }
 
 void LineTableModel::save(const QString& group) const noexcept {
-    if (!FormMemory::isKept() || std::uncaught_exceptions() > 0)
+    if (std::uncaught_exceptions() > 0)
         return;
     QSettings settings;
     settings.beginGroup(group);

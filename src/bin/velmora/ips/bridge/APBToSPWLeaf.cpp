@@ -15,7 +15,7 @@ namespace Velmora {
 APBToSPWLeaf::APBToSPWLeaf(IPLeaf* ipLeaf)
     : QWidget(ipLeaf),
       _ipLeaf(ipLeaf),
-      _form(this, QStringLiteral("APBToSPWLeaf")),
+      _form(this, QStringLiteral("APBToSPWLeaf"), ipLeaf->getFormMemory()),
       _entityEdit(_form.addLine(tr("Entity name"), SettingsKeys::entity)) {
     _form.addStretch();
     _form.addButtons(this, &APBToSPWLeaf::onReset, &APBToSPWLeaf::onGenerate);

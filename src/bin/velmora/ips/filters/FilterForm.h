@@ -19,7 +19,7 @@ namespace Velmora {
 /// composes it; each `add` belongs to one of them and is called once.
 class FilterForm {
 public:
-    FilterForm(QWidget* widget, const QString& className) : _form(widget, className) {}
+    FilterForm(QWidget* widget, const QString& className, FormMemory memory) : _form(widget, className, memory) {}
 
     Form& getForm() { return _form; }
     const Form& getForm() const { return _form; }

@@ -21,7 +21,8 @@ const QString enable = QStringLiteral("Enable");
 
 } // namespace
 
-MacFirLeaf::MacFirLeaf(IPLeaf* ipLeaf) : QWidget(ipLeaf), _ipLeaf(ipLeaf), _filter(this, QStringLiteral("MacFirLeaf")) {
+MacFirLeaf::MacFirLeaf(IPLeaf* ipLeaf)
+    : QWidget(ipLeaf), _ipLeaf(ipLeaf), _filter(this, QStringLiteral("MacFirLeaf"), ipLeaf->getFormMemory()) {
     Form& form = getForm();
     _filter.addEntityName();
     _filter.addInputDataWidth({1, 18, 8});

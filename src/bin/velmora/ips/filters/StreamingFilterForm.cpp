@@ -17,8 +17,8 @@ const QString inputMode = QStringLiteral("Input");
 
 } // namespace
 
-StreamingFilterForm::StreamingFilterForm(QWidget* widget, const QString& className, int widestInput)
-    : _filter(widget, className) {
+StreamingFilterForm::StreamingFilterForm(QWidget* widget, const QString& className, FormMemory memory, int widestInput)
+    : _filter(widget, className, memory) {
     _filter.addEntityName();
     _filter.addInputDataWidth({8, widestInput, 8});
     _filter.addOutputDataWidth({8, 50, 8});

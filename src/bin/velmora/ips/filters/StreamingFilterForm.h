@@ -12,7 +12,7 @@ namespace Velmora {
 class StreamingFilterForm {
 public:
     /// `widestInput` is the largest input data width in bits.
-    StreamingFilterForm(QWidget* widget, const QString& className, int widestInput);
+    StreamingFilterForm(QWidget* widget, const QString& className, FormMemory memory, int widestInput);
 
     Form& getForm() { return _filter.getForm(); }
     const Form& getForm() const { return _filter.getForm(); }

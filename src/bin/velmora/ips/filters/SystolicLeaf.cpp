@@ -7,7 +7,7 @@
 namespace Velmora {
 
 SystolicLeaf::SystolicLeaf(IPLeaf* ipLeaf)
-    : QWidget(ipLeaf), _ipLeaf(ipLeaf), _form(this, QStringLiteral("SystolicLeaf"), 18) {
+    : QWidget(ipLeaf), _ipLeaf(ipLeaf), _form(this, QStringLiteral("SystolicLeaf"), ipLeaf->getFormMemory(), 18) {
     getForm().addButtons(this, &SystolicLeaf::onReset, &SystolicLeaf::onGenerate);
     connect(_form.getModeCombo(), SIGNAL(currentIndexChanged(const QString&)), this,
             SLOT(onCoefficientModeChange(const QString&)));

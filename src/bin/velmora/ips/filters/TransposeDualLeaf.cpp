@@ -7,7 +7,7 @@
 namespace Velmora {
 
 TransposeDualLeaf::TransposeDualLeaf(IPLeaf* ipLeaf)
-    : QWidget(ipLeaf), _ipLeaf(ipLeaf), _form(this, QStringLiteral("TransposeDualLeaf"), 18) {
+    : QWidget(ipLeaf), _ipLeaf(ipLeaf), _form(this, QStringLiteral("TransposeDualLeaf"), ipLeaf->getFormMemory(), 18) {
     getForm().addButtons(this, &TransposeDualLeaf::onReset, &TransposeDualLeaf::onGenerate);
     connect(_form.getModeCombo(), SIGNAL(currentIndexChanged(const QString&)), this,
             SLOT(onCoefficientModeChange(const QString&)));

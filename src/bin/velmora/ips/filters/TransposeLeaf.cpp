@@ -7,7 +7,7 @@
 namespace Velmora {
 
 TransposeLeaf::TransposeLeaf(IPLeaf* ipLeaf)
-    : QWidget(ipLeaf), _ipLeaf(ipLeaf), _form(this, QStringLiteral("TransposeLeaf"), 24) {
+    : QWidget(ipLeaf), _ipLeaf(ipLeaf), _form(this, QStringLiteral("TransposeLeaf"), ipLeaf->getFormMemory(), 24) {
     getForm().addButtons(this, &TransposeLeaf::onReset, &TransposeLeaf::onGenerate);
     connect(_form.getModeCombo(), SIGNAL(currentIndexChanged(const QString&)), this,
             SLOT(onCoefficientModeChange(const QString&)));

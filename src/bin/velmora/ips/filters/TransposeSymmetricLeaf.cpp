@@ -7,7 +7,9 @@
 namespace Velmora {
 
 TransposeSymmetricLeaf::TransposeSymmetricLeaf(IPLeaf* ipLeaf)
-    : QWidget(ipLeaf), _ipLeaf(ipLeaf), _form(this, QStringLiteral("TransposeSymmetricLeaf"), 18) {
+    : QWidget(ipLeaf),
+      _ipLeaf(ipLeaf),
+      _form(this, QStringLiteral("TransposeSymmetricLeaf"), ipLeaf->getFormMemory(), 18) {
     getForm().addButtons(this, &TransposeSymmetricLeaf::onReset, &TransposeSymmetricLeaf::onGenerate);
     connect(_form.getModeCombo(), SIGNAL(currentIndexChanged(const QString&)), this,
             SLOT(onCoefficientModeChange(const QString&)));

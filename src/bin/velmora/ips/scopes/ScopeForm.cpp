@@ -2,7 +2,6 @@
 
 #include <velmora/form/FormCheck.h>
 #include <velmora/settings/SettingsKeys.h>
-#include <velmora/tables/LineTableView.h>
 
 #include <algorithm>
 #include <array>
@@ -24,7 +23,8 @@ constexpr std::array captureDepths{
 
 } // namespace
 
-ScopeForm::ScopeForm(QWidget* widget, const QString& className) : _form(widget, className, AbsentValue::KeepsCurrent) {}
+ScopeForm::ScopeForm(QWidget* widget, const QString& className, FormMemory memory)
+    : _form(widget, className, memory, AbsentValue::KeepsCurrent) {}
 
 void ScopeForm::addEntityName() {
     _entityEdit = _form.addLine(QObject::tr("Entity name"), SettingsKeys::entity);
@@ -51,7 +51,6 @@ void ScopeForm::addTriggerCount(int most) {
 }
 
 void ScopeForm::addTriggerTable(LineTableView* table) {
-    _table = table;
     _form.addTable(table, _triggerCount);
     _form.addHelp(QObject::tr("The alias is not mandatory,\nit is only an aid to recognize easily a net."), 1);
 }
@@ -81,21 +80,6 @@ bool ScopeForm::isFullyConfigured() const {
     FormCheck check(_form);
     check.require(!_entityEdit->text().isEmpty(), "Entity name not specified!", {_entityEdit});
     return check.hasPassed();
-}
-
-void ScopeForm::load() {
-    _form.load();
-    _table->load();
-}
-
-void ScopeForm::save() const {
-    _form.save();
-    _table->save();
-}
-
-void ScopeForm::reset() {
-    _form.reset();
-    _table->initialize();
 }
 
 Generation ScopeForm::getGeneration(const Brindle::Location& caller,

@@ -26,7 +26,7 @@ struct ScopeChoice {
 class ScopeForm {
 public:
     /// The widget is kept, not owned; the class name is the settings group.
-    ScopeForm(QWidget* widget, const QString& className);
+    ScopeForm(QWidget* widget, const QString& className, FormMemory memory);
 
     Form& getForm() { return _form; }
     const QString& getGroup() const { return _form.getGroup(); }
@@ -36,7 +36,6 @@ public:
     void addCaptureDepth();
     void addPreTriggerSamples(int most);
     void addTriggerCount(int most);
-    /// The table is kept, not owned; it goes with the form when this is loaded, saved and reset.
     void addTriggerTable(LineTableView* table);
     /// A number whose help label tells its range.
     QSpinBox* addNumber(const QString& label, const QString& key, const NumberRange& range);
@@ -63,9 +62,9 @@ public:
 
     /// Tells the first thing that is wrong with the form; true when nothing is.
     bool isFullyConfigured() const;
-    void load();
-    void save() const;
-    void reset();
+    void load() { _form.load(); }
+    void save() const { _form.save(); }
+    void reset() { _form.reset(); }
     /// What the Generate button starts. Errors that are not in-house ones are located at `caller`.
     Generation getGeneration(const Brindle::Location& caller, const std::function<ArgumentDictionary()>& getArguments,
                              const Generation::TextRun& run) const;
@@ -77,7 +76,6 @@ private:
     QComboBox* _depthCombo = nullptr;
     QSpinBox* _preTriggerSamples = nullptr;
     QSpinBox* _triggerCount = nullptr;
-    LineTableView* _table = nullptr;
 };
 
 } // namespace Velmora

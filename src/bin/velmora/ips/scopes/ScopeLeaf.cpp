@@ -31,7 +31,8 @@ std::string dataOf(const QComboBox* combo) {
 
 } // namespace
 
-ScopeLeaf::ScopeLeaf(IPLeaf* ipLeaf) : QWidget(ipLeaf), _ipLeaf(ipLeaf), _scope(this, QStringLiteral("ScopeLeaf")) {
+ScopeLeaf::ScopeLeaf(IPLeaf* ipLeaf)
+    : QWidget(ipLeaf), _ipLeaf(ipLeaf), _scope(this, QStringLiteral("ScopeLeaf"), ipLeaf->getFormMemory()) {
     _scope.addEntityName();
     _scope.getForm().addSection(tr("Capture configuration"), QString(), [this] { addCaptureConfiguration(); });
     _scope.getForm().addSection(tr("Trigger configuration"), QString(), [this] { addTriggerConfiguration(); });

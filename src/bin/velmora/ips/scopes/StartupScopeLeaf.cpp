@@ -11,7 +11,7 @@
 namespace Velmora {
 
 StartupScopeLeaf::StartupScopeLeaf(IPLeaf* ipLeaf)
-    : QWidget(ipLeaf), _ipLeaf(ipLeaf), _scope(this, QStringLiteral("StartupScopeLeaf")) {
+    : QWidget(ipLeaf), _ipLeaf(ipLeaf), _scope(this, QStringLiteral("StartupScopeLeaf"), ipLeaf->getFormMemory()) {
     _scope.addEntityName();
     _scope.getForm().addSection(tr("Capture configuration"), QString(), [this] { addCaptureConfiguration(); });
     _scope.getForm().addSection(tr("Trigger configuration"), QString(), [this] { addTriggerConfiguration(); });

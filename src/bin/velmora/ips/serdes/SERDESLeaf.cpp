@@ -75,7 +75,9 @@ std::string usedMessage(const char* mode, const LocationClash& clash) {
 } // namespace
 
 SERDESLeaf::SERDESLeaf(IPLeaf* ipLeaf)
-    : QWidget(ipLeaf), _ipLeaf(ipLeaf), _form(this, QStringLiteral("SERDESLeaf"), AbsentValue::KeepsCurrent) {
+    : QWidget(ipLeaf),
+      _ipLeaf(ipLeaf),
+      _form(this, QStringLiteral("SERDESLeaf"), ipLeaf->getFormMemory(), AbsentValue::KeepsCurrent) {
     _entityEdit = _form.addLine(tr("Entity name"), SettingsKeys::entity);
     _form.addSection(tr("Global parameters"), QString(), [this] { addGlobalParameters(); });
     _form.addSection(tr("SER parameters"), "SER", [this] { addSERParameters(); });
@@ -218,20 +220,6 @@ void SERDESLeaf::load() {
     for (QComboBox* padTypeCombo : {_serPadTypeCombo, _desPadTypeCombo})
         padTypeCombo->setCurrentIndex(padTypeCombo->findText(defaultPadType)); // for when none is stored
     _form.load();
-    _serTable->load();
-    _desTable->load();
-}
-
-void SERDESLeaf::save() {
-    _form.save();
-    _serTable->save();
-    _desTable->save();
-}
-
-void SERDESLeaf::onReset() {
-    _form.reset();
-    _serTable->initialize();
-    _desTable->initialize();
 }
 
 void SERDESLeaf::onSERCountChanged() {

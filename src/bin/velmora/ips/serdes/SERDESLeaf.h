@@ -42,11 +42,11 @@ public:
     QString getIP() const;
     Generation getGeneration(const Brindle::Location& caller) const override;
     void load();
-    void save();
+    void save() { _form.save(); }
 
 public Q_SLOTS:
     /// Leaves the training values alone.
-    void onReset();
+    void onReset() { _form.reset(); }
     void onSERCountChanged();
     void onDESCountChanged();
     void onGenerate();
