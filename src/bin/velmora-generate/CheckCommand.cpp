@@ -31,8 +31,10 @@ ExitCode run(const QCommandLineParser& commandLine, const QStringList& operands)
         const ConfiguredIP configured = loadConfigured(catalogue, filename);
         report.setIP(configured.ip.description);
         const Velmora::Generation generation = configured.leaf->getGeneration(BRINDLE_HERE);
-        const bool isGood = generation.check() && Velmora::runGuarded(generation.failureRule, generation.caller,
-                                                                      [&generation] { generation.getArguments(); });
+        const bool isGood = generation.check() && generation.runGuarded([&generation] {
+            generation.getArguments();
+            return true;
+        });
         Brindle::console.print(isGood ? "Check done" : "Check failed");
         return isGood;
     });

@@ -7,7 +7,6 @@
 #include <velmora-generate/OutputFiles.h>
 
 #include <velmora/generation/HdlFile.h>
-#include <velmora/generation/OutputDirectory.h>
 
 #include <Brindle/core/Console.h>
 
@@ -43,50 +42,46 @@ command line.
 Example: velmora-generate run filter.velmora -o rtl/filter.vhd
 )";
 
-void write(const QString& path, const QString& text, const Brindle::Location& caller) {
-    OutputFiles output(caller);
+void add(OutputFiles& output, const QString& path, const QString& text, const Brindle::Location& caller) {
     output.add(path, Velmora::HdlFile::getContent(text, path, caller));
-    output.commit();
 }
 
-void write(const QString& directory, const Velmora::GeneratedFiles& files, const Brindle::Location& caller) {
-    Velmora::requireInside(directory, files, caller);
-    OutputFiles output(caller);
-    for (const auto& [name, content] : files) {
-        const QString path = Velmora::makeDirectories(directory, name);
-        output.add(path, Velmora::HdlFile::getContent(content, path, caller));
-    }
-    output.commit();
+void add(OutputFiles& output, const QString& directory, const Velmora::GeneratedFiles& files,
+         const Brindle::Location& caller) {
+    Velmora::writeGeneratedFiles(directory, files, caller, [&](const QString& path, const QString& content) {
+        add(output, path, content, caller);
+    });
 }
 
 /// Runs the script and writes what it returns, unless it showed an error. True when the output was written.
-template <class Run>
-bool generateInto(const QString& path, const Run& run, const Brindle::Location& caller) {
+template <class Script>
+bool generateInto(const QString& path, const Script& script, const Brindle::Location& caller) {
     const unsigned long errorCount = console.getErrorCount();
-    const auto generated = run();
+    const auto generated = script();
     if (console.getErrorCount() != errorCount)
         return false;
-    write(path, generated, caller);
+    OutputFiles output(caller);
+    add(output, path, generated, caller);
+    output.commit();
     return true;
 }
 
 /// One generation with the console lines of the window.
-bool generate(const Generation& generation, const QString& filename, Output& output, FileReport& report) {
-    const auto check = [&] {
+bool generate(Generation generation, const QString& filename, Output& output, FileReport& report) {
+    generation.check = [&, checkForm = generation.check] {
         const bool isNamed = !output.isNamedByEntity() || !generation.entityName.isEmpty();
         if (!isNamed)
             console.error("Entity name not specified!");
-        return isNamed && generation.check();
+        return isNamed && checkForm();
     };
-    const auto work = [&] {
-        const bool isDirectory = std::holds_alternative<Generation::FilesRun>(generation.run);
-        const QString path = output.take(filename, generation.entityName, isDirectory);
-        const auto intoPath = [&](const auto& run) { return generateInto(path, run, generation.caller); };
-        if (std::visit(intoPath, generation.run))
+    return generation.run([&] {
+        const QString path = output.take(filename, generation.entityName, generation.isDirectory());
+        const auto intoPath = [&](const auto& script) { return generateInto(path, script, generation.caller); };
+        const bool isWritten = std::visit(intoPath, generation.script);
+        if (isWritten)
             report.setOutput(path);
-    };
-    return Velmora::runGeneration(generation.title, generation.failureRule, generation.caller, check, work,
-                                  Velmora::DoneWhen::NoErrorShown);
+        return isWritten;
+    });
 }
 
 ExitCode run(const QCommandLineParser& commandLine, const QStringList& operands) {

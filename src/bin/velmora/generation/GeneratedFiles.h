@@ -1,7 +1,10 @@
 #pragma once
 
+#include <Brindle/core/Location.h>
+
 #include <QString>
 
+#include <functional>
 #include <map>
 
 namespace Velmora {
@@ -9,5 +12,12 @@ namespace Velmora {
 /// What a generator script returns as files: contents by file name, in ascending order of the names. A content holds
 /// the script's bytes one a character (Latin-1); names are text.
 using GeneratedFiles = std::map<QString, QString>;
+
+/// Hands each file to `write`, with its path below the directory and its content, in ascending order of the names; the
+/// directories that its name asks for are made before. Nothing is made or written, and Brindle::Fatal "Unable to open
+/// file " and its path thrown, located at `caller`, when a file would leave the directory (its name is absolute or
+/// climbs out with ".."). What `write` throws ends the writing; the files before stay.
+void writeGeneratedFiles(const QString& directory, const GeneratedFiles& files, const Brindle::Location& caller,
+                         const std::function<void(const QString& path, const QString& content)>& write);
 
 } // namespace Velmora

@@ -3,7 +3,7 @@
 #include <support/TestPrefix.h>
 #include <support/TestTable.h>
 
-#include <velmora/generation/GenerateFlow.h>
+#include <velmora/generation/Generation.h>
 #include <velmora/widgets/FoldWidget.h>
 #include <velmora/widgets/HelpLabel.h>
 #include <velmora/window/AboutLeaf.h>
@@ -345,22 +345,24 @@ void ShellTest::generationFailures() {
     ConsoleRecorder recorder;
     const QList<Velmora::FailureRule> rules{Velmora::FailureRules::bridge, Velmora::FailureRules::filter,
                                             Velmora::FailureRules::lineTable};
-    Velmora::runGeneration(
-        "Title", rules.at(family), BRINDLE_HERE,
-        [kind] {
-            if (kind == 4)
-                Brindle::console.error("refused");
-            return kind != 4;
-        },
-        [kind] {
-            Brindle::console.print("worked");
-            if (kind == 1)
-                throw Brindle::located(Brindle::InvalidRequest("Own text"), BRINDLE_HERE, {{"field", "value"}});
-            if (kind == 2)
-                throw std::runtime_error("standard text");
-            if (kind == 3)
-                throw 7;
-        });
+    Velmora::Generation generation;
+    generation.title = "Title";
+    generation.failureRule = rules.at(family);
+    generation.check = [kind] {
+        if (kind == 4)
+            Brindle::console.error("refused");
+        return kind != 4;
+    };
+    generation.run([kind] {
+        Brindle::console.print("worked");
+        if (kind == 1)
+            throw Brindle::located(Brindle::InvalidRequest("Own text"), BRINDLE_HERE, {{"field", "value"}});
+        if (kind == 2)
+            throw std::runtime_error("standard text");
+        if (kind == 3)
+            throw 7;
+        return true;
+    });
     Brindle::console.print("after");
     QStringList lines = recorder.take();
     QCOMPARE(lines.takeFirst(), QStringLiteral("Title"));

@@ -2,13 +2,8 @@
 
 #include <velmora/catalogue/IPLeaf.h>
 #include <velmora/generation/GeneratorScript.h>
-#include <velmora/generation/OutputDirectory.h>
+#include <velmora/generation/InteractiveGeneration.h>
 #include <velmora/settings/SettingsKeys.h>
-
-#include <Brindle/widgets/FileDialog.h>
-
-#include <QDir>
-#include <QSettings>
 
 namespace Velmora {
 
@@ -59,26 +54,7 @@ Generation APBToSPWLeaf::getGeneration(const Brindle::Location& caller) const {
 }
 
 void APBToSPWLeaf::onGenerate() {
-    const QString directory = chooseDirectory();
-    if (directory.isEmpty())
-        return;
-    const Generation generation = getGeneration(BRINDLE_HERE);
-    runGeneration(generation.title, generation.failureRule, generation.caller, generation.check,
-                  [&] { writeGeneratedFiles(directory, getIP(), generation.caller); });
-}
-
-/// The directory that the user chooses and the settings remember; empty when the user cancels.
-QString APBToSPWLeaf::chooseDirectory() {
-    QSettings settings;
-    settings.beginGroup(_form.getGroup());
-    const QString proposed =
-        settings.value(SettingsKeys::path, QDir::currentPath() + "/" + _entityEdit->text()).toString();
-    const QString directory = Brindle::FileDialog::getDirectory(this, tr("Choose a directory"), proposed);
-    if (!directory.isEmpty()) {
-        settings.setValue(SettingsKeys::path, directory);
-        settings.sync();
-    }
-    return directory;
+    InteractiveGeneration(this, _form.getGroup(), getGeneration(BRINDLE_HERE)).run();
 }
 
 } // namespace Velmora

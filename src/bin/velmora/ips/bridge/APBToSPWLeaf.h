@@ -36,8 +36,6 @@ public Q_SLOTS:
     void onGenerate();
 
 private:
-    QString chooseDirectory();
-
     IPLeaf* const _ipLeaf;
     Form _form;
     QLineEdit* const _entityEdit;

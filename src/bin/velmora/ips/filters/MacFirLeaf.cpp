@@ -3,7 +3,7 @@
 #include <velmora/catalogue/IPLeaf.h>
 #include <velmora/generation/Clock.h>
 #include <velmora/generation/GeneratorScript.h>
-#include <velmora/generation/HdlGeneration.h>
+#include <velmora/generation/InteractiveGeneration.h>
 
 #include <Brindle/core/Label.h>
 #include <Quillon/Application.h>
@@ -80,7 +80,7 @@ Generation MacFirLeaf::getGeneration(const Brindle::Location& caller) const {
 }
 
 void MacFirLeaf::onGenerate() {
-    generateHdlFile(this, getForm().getGroup(), getGeneration(BRINDLE_HERE));
+    InteractiveGeneration(this, getForm().getGroup(), getGeneration(BRINDLE_HERE)).run();
 }
 
 } // namespace Velmora

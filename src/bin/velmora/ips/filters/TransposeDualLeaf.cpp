@@ -2,7 +2,7 @@
 
 #include <velmora/catalogue/IPLeaf.h>
 #include <velmora/generation/GeneratorScript.h>
-#include <velmora/generation/HdlGeneration.h>
+#include <velmora/generation/InteractiveGeneration.h>
 
 namespace Velmora {
 
@@ -28,7 +28,7 @@ Generation TransposeDualLeaf::getGeneration(const Brindle::Location& caller) con
 }
 
 void TransposeDualLeaf::onGenerate() {
-    generateHdlFile(this, getForm().getGroup(), getGeneration(BRINDLE_HERE));
+    InteractiveGeneration(this, getForm().getGroup(), getGeneration(BRINDLE_HERE)).run();
 }
 
 } // namespace Velmora

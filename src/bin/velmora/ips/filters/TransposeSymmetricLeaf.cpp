@@ -2,7 +2,7 @@
 
 #include <velmora/catalogue/IPLeaf.h>
 #include <velmora/generation/GeneratorScript.h>
-#include <velmora/generation/HdlGeneration.h>
+#include <velmora/generation/InteractiveGeneration.h>
 
 namespace Velmora {
 
@@ -39,7 +39,7 @@ Generation TransposeSymmetricLeaf::getGeneration(const Brindle::Location& caller
 }
 
 void TransposeSymmetricLeaf::onGenerate() {
-    generateHdlFile(this, getForm().getGroup(), getGeneration(BRINDLE_HERE));
+    InteractiveGeneration(this, getForm().getGroup(), getGeneration(BRINDLE_HERE)).run();
 }
 
 } // namespace Velmora

@@ -84,14 +84,14 @@ bool ScopeForm::isFullyConfigured() const {
 
 Generation ScopeForm::getGeneration(const Brindle::Location& caller,
                                     const std::function<ArgumentDictionary()>& getArguments,
-                                    const Generation::TextRun& run) const {
+                                    const Generation::TextScript& script) const {
     return {"Generating Scope",
             _entityEdit->text(),
             FailureRules::lineTable,
             caller,
             [this] { return isFullyConfigured(); },
             getArguments,
-            run};
+            script};
 }
 
 } // namespace Velmora

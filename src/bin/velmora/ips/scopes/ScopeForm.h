@@ -67,7 +67,7 @@ public:
     void reset() { _form.reset(); }
     /// What the Generate button starts. Errors that are not in-house ones are located at `caller`.
     Generation getGeneration(const Brindle::Location& caller, const std::function<ArgumentDictionary()>& getArguments,
-                             const Generation::TextRun& run) const;
+                             const Generation::TextScript& script) const;
 
 private:
     Form _form;

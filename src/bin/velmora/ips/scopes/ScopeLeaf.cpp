@@ -3,7 +3,7 @@
 #include <velmora/catalogue/IPLeaf.h>
 #include <velmora/generation/Clock.h>
 #include <velmora/generation/GeneratorScript.h>
-#include <velmora/generation/HdlGeneration.h>
+#include <velmora/generation/InteractiveGeneration.h>
 #include <velmora/ips/VhdlAssociations.h>
 #include <velmora/ips/scopes/TriggerCodes.h>
 #include <velmora/ips/scopes/TriggerTableView.h>
@@ -163,7 +163,7 @@ Generation ScopeLeaf::getGeneration(const Brindle::Location& caller) const {
 }
 
 void ScopeLeaf::onGenerate() {
-    generateHdlFile(this, getSettingsGroup(), getGeneration(BRINDLE_HERE));
+    InteractiveGeneration(this, getSettingsGroup(), getGeneration(BRINDLE_HERE)).run();
 }
 
 } // namespace Velmora

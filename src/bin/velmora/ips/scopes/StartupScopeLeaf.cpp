@@ -3,7 +3,7 @@
 #include <velmora/catalogue/IPLeaf.h>
 #include <velmora/generation/Clock.h>
 #include <velmora/generation/GeneratorScript.h>
-#include <velmora/generation/HdlGeneration.h>
+#include <velmora/generation/InteractiveGeneration.h>
 #include <velmora/ips/scopes/StartupTriggerTableView.h>
 
 #include <Quillon/Application.h>
@@ -78,7 +78,7 @@ Generation StartupScopeLeaf::getGeneration(const Brindle::Location& caller) cons
 }
 
 void StartupScopeLeaf::onGenerate() {
-    generateHdlFile(this, getSettingsGroup(), getGeneration(BRINDLE_HERE));
+    InteractiveGeneration(this, getSettingsGroup(), getGeneration(BRINDLE_HERE)).run();
 }
 
 } // namespace Velmora

@@ -4,7 +4,7 @@
 #include <velmora/form/FormCheck.h>
 #include <velmora/generation/Clock.h>
 #include <velmora/generation/GeneratorScript.h>
-#include <velmora/generation/HdlGeneration.h>
+#include <velmora/generation/InteractiveGeneration.h>
 #include <velmora/ips/VhdlAssociations.h>
 #include <velmora/ips/serdes/LocationTableView.h>
 #include <velmora/settings/SettingsKeys.h>
@@ -241,7 +241,7 @@ Generation SERDESLeaf::getGeneration(const Brindle::Location& caller) const {
 }
 
 void SERDESLeaf::onGenerate() {
-    generateHdlFile(this, getSettingsGroup(), getGeneration(BRINDLE_HERE));
+    InteractiveGeneration(this, getSettingsGroup(), getGeneration(BRINDLE_HERE)).run();
 }
 
 } // namespace Velmora

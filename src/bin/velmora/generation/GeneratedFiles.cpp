@@ -1,0 +1,38 @@
+#include <velmora/generation/GeneratedFiles.h>
+
+#include <Brindle/core/Exception.h>
+
+#include <QDir>
+
+namespace Velmora {
+
+namespace {
+
+bool staysInside(const QString& relativePath) {
+    const QString clean = QDir::cleanPath(relativePath);
+    return !clean.startsWith('/') && clean != QLatin1String("..") && !clean.startsWith(QLatin1String("../")) &&
+           !clean.contains(QChar::Null);
+}
+
+/// The directories that a file's name asks for: the name without any occurrence of its last component's text.
+QString getDirectories(QString name) {
+    const QString lastComponent = name.section('/', -1);
+    return lastComponent.isEmpty() ? name : name.remove(lastComponent);
+}
+
+} // namespace
+
+void writeGeneratedFiles(const QString& directory, const GeneratedFiles& files, const Brindle::Location& caller,
+                         const std::function<void(const QString& path, const QString& content)>& write) {
+    const auto getPath = [&directory](const QString& name) { return directory + "/" + name; };
+    for (const auto& [name, content] : files) {
+        if (!staysInside(name) || !staysInside(getDirectories(name)))
+            throw Brindle::located(Brindle::Fatal("Unable to open file " + getPath(name).toStdString()), caller);
+    }
+    for (const auto& [name, content] : files) {
+        QDir(directory).mkpath("./" + getDirectories(name));
+        write(getPath(name), content);
+    }
+}
+
+} // namespace Velmora

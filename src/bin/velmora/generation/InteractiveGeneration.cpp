@@ -1,0 +1,65 @@
+#include <velmora/generation/InteractiveGeneration.h>
+
+#include <velmora/generation/HdlFile.h>
+#include <velmora/settings/SettingsKeys.h>
+
+#include <Brindle/widgets/FileDialog.h>
+
+#include <QDir>
+#include <QSettings>
+
+#include <utility>
+
+namespace Velmora {
+
+namespace {
+
+void generateInto(const QString& path, const Generation::TextScript& script, const Brindle::Location& caller) {
+    HdlFile file(path, caller);
+    file.write(script());
+}
+
+void generateInto(const QString& directory, const Generation::FilesScript& script, const Brindle::Location& caller) {
+    writeGeneratedFiles(directory, script(), caller, [&caller](const QString& path, const QString& content) {
+        HdlFile(path, caller).write(content);
+    });
+}
+
+} // namespace
+
+InteractiveGeneration::InteractiveGeneration(QWidget* form, QString settingsGroup, Generation generation)
+    : _form(form), _settingsGroup(std::move(settingsGroup)), _generation(std::move(generation)) {}
+
+void InteractiveGeneration::run() const {
+    const QString path = choosePath();
+    if (path.isEmpty())
+        return;
+    _generation.run([&] {
+        std::visit([&](const auto& script) { generateInto(path, script, _generation.caller); }, _generation.script);
+        return true;
+    });
+}
+
+/// The place that the user chooses and the settings remember; empty when the user cancels.
+QString InteractiveGeneration::choosePath() const {
+    const bool isDirectory = _generation.isDirectory();
+    const QString& key = isDirectory ? SettingsKeys::path : SettingsKeys::filepath;
+    QSettings settings;
+    settings.beginGroup(_settingsGroup);
+    const QString defaultPath = QDir::currentPath() + "/" + _generation.entityName + (isDirectory ? "" : ".vhd");
+    const QString path = askForPath(settings.value(key, defaultPath).toString());
+    if (!path.isEmpty()) {
+        settings.setValue(key, path);
+        settings.sync();
+    }
+    return path;
+}
+
+QString InteractiveGeneration::askForPath(const QString& proposedPath) const {
+    if (_generation.isDirectory())
+        return Brindle::FileDialog::getDirectory(_form, QObject::tr("Choose a directory"), proposedPath);
+    return Brindle::FileDialog::getSaveFileName(_form, QObject::tr("Choose a file name"), proposedPath,
+                                                QStringLiteral("VHDL (*.vhd)"));
+}
+
+} // namespace Velmora

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <velmora/generation/Generation.h>
+
+#include <QString>
+
+QT_BEGIN_NAMESPACE
+class QWidget;
+QT_END_NAMESPACE
+
+namespace Velmora {
+
+/// What the Generate button of a form starts.
+class InteractiveGeneration {
+public:
+    /// The form is kept, not owned: the parent of the dialog. In the settings group the place of the output is
+    /// remembered.
+    InteractiveGeneration(QWidget* form, QString settingsGroup, Generation generation);
+
+    /// Asks for a ".vhd" file, which "Filepath" remembers, or for a directory, which "Path" remembers, and writes there
+    /// what the script returns, with its protected regions enciphered. A file is emptied once the form has passed its
+    /// check and stays so when the generation fails. Nothing happens when the user cancels.
+    void run() const;
+
+private:
+    QString choosePath() const;
+    QString askForPath(const QString& proposedPath) const;
+
+    QWidget* const _form;
+    const QString _settingsGroup;
+    const Generation _generation;
+};
+
+} // namespace Velmora
