@@ -1,8 +1,7 @@
 #include <velmora/catalogue/DescriptionFile.h>
 
-#include <velmora/generation/RegularFile.h>
-
 #include <Brindle/core/Exception.h>
+#include <Brindle/widgets/RegularFile.h>
 
 #include <QDir>
 #include <QFileInfo>
@@ -37,14 +36,14 @@ std::vector<std::string> findDescriptionFiles(const std::string& prefix) {
 IPDescription readDescriptionFile(const std::string& filename, const Brindle::Location& caller) {
     if (filename.empty())
         throw Brindle::located(Brindle::Critical("Empty filename"), caller);
-    const auto content = readRegularFile(filename, largestDescription + 1);
-    if (!content)
+    const auto file = Brindle::RegularFile::read(filename, largestDescription + 1);
+    if (!file.isRead())
         throw Brindle::located(Brindle::Critical("Unable to open description file"), caller, {{"filename", filename}});
-    if (content->size() > largestDescription) {
+    if (file.text.size() > largestDescription) {
         throw Brindle::located(Brindle::Critical("Description file is larger than 16 MiB"), caller,
                                {{"filename", filename}});
     }
-    return parseIPDescription(*content, filename, caller);
+    return parseIPDescription(file.text, filename, caller);
 }
 
 } // namespace Velmora

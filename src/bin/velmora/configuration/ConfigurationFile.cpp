@@ -1,10 +1,8 @@
 #include <velmora/configuration/ConfigurationFile.h>
 
-#include <velmora/generation/RegularFile.h>
-
 #include <Brindle/core/Exception.h>
+#include <Brindle/widgets/RegularFile.h>
 
-#include <QFileInfo>
 #include <QObject>
 #include <QSaveFile>
 #include <QTextCodec>
@@ -34,27 +32,21 @@ void requireUtf8(std::string_view text, const std::string& filename) {
     }
 }
 
-std::string getReason(const QFileInfo& file) {
-    if (!file.exists())
-        return "There is no such file";
-    return file.isFile() ? "It may not be read" : "It is no regular file";
-}
-
 } // namespace
 
 Configuration readConfigurationFile(const QString& filename) {
     const std::string name = filename.toStdString();
-    const auto content = readRegularFile(name, largestFile + 1);
-    if (!content) {
+    const auto file = Brindle::RegularFile::read(name, largestFile + 1);
+    if (!file.isRead()) {
         throw Brindle::located(Brindle::Critical("Unable to open configuration file"), BRINDLE_HERE,
-                               {{"filename", name}, {"reason", getReason(QFileInfo(filename))}});
+                               {{"filename", name}, {"reason", file.reason}});
     }
-    if (content->size() > largestFile) {
+    if (file.text.size() > largestFile) {
         throw Brindle::located(Brindle::Critical("Configuration file is larger than 1 MiB"), BRINDLE_HERE,
                                {{"filename", name}});
     }
-    requireUtf8(*content, name);
-    return Configuration::parse(*content, name);
+    requireUtf8(file.text, name);
+    return Configuration::parse(file.text, name);
 }
 
 void writeConfigurationFile(const QString& filename, const Configuration& configuration) {

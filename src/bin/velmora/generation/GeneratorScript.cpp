@@ -3,12 +3,12 @@
 #include <velmora/generation/GeneratorScript.h>
 
 #include <velmora/generation/PythonHome.h>
-#include <velmora/generation/RegularFile.h>
 #include <velmora/rules/ArgumentDictionary.h>
 #include <velmora/rules/Common.h>
 
 #include <Brindle/core/Console.h>
 #include <Brindle/core/Exception.h>
+#include <Brindle/widgets/RegularFile.h>
 
 #include <array>
 #include <clocale>
@@ -197,10 +197,10 @@ auto generate(const std::string& source, const ArgumentDictionary& arguments, co
 
 GeneratorScript::GeneratorScript(const std::string& filename, const Brindle::Location& caller) : _caller(caller) {
     constexpr std::size_t longest = 128UL * 1024 * 1024; // bytes; a sealed script is refused long before
-    const auto content = readRegularFile(filename, longest);
-    if (!content)
+    const auto file = Brindle::RegularFile::read(filename, longest);
+    if (!file.isRead())
         throw Brindle::located(Brindle::Fatal("Unable to open script file"), caller, {{"scriptFilename", filename}});
-    _source = getDecrypted(*content);
+    _source = getDecrypted(file.text);
     if (_source.find('\0') != _source.npos)
         throw Brindle::located(Brindle::Fatal("Script holds a NUL byte"), caller, {{"scriptFilename", filename}});
 }

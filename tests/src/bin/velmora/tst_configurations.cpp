@@ -348,11 +348,14 @@ void ConfigurationsTest::files() {
         try {
             Velmora::readConfigurationFile(name);
         } catch (const Brindle::Critical& exception) {
-            return QString::fromStdString(exception.getMessage() + "|" + exception.getField("line"));
+            return QString::fromStdString(exception.getMessage() + "|" + exception.getField("line") +
+                                          exception.getField("reason"));
         }
         return QString();
     };
-    QCOMPARE(messageOf(_prefix->path()), "Unable to open configuration file|");
+    QCOMPARE(messageOf(_prefix->path()), "Unable to open configuration file|It is no regular file");
+    QCOMPARE(messageOf("/proc/self/mem"),
+             "Unable to open configuration file|Input/output error"); // opens, cannot be read
     _prefix->write("latin.velmora", scopeText + "Name = Andr\xe9\n");
     QCOMPARE(messageOf("latin.velmora"), "Line is not UTF-8, save the file in this encoding|19");
     _prefix->write("cut.velmora", scopeText + "Name = \xc3");
