@@ -61,6 +61,8 @@ class ScopeDesign(Design):
 
     def designText(self):
         blocks = dict(self.blocks(), constants=constantLines(self.constants()), ports=portLines(self.ports()))
+        if self.captureDepth != 2 ** self.captureWidth:
+            blocks['place in the memory'] = placeLines(self.captureDepth)
         return renameEntity(fillBlocks(self.template(), blocks), self.defaultName(), self.entityName)
 
     def clockAndInputPorts(self, resetComment):
@@ -85,6 +87,26 @@ class ScopeDesign(Design):
             ('TRIGGER_LINE_COUNT', 'integer', self.triggerLineCount, 'lines to trigger on'),
             ('PRE_TRIGGER_SAMPLES', 'integer', self.preTriggerSamples, 'samples in front of the trigger'),
         ]
+
+
+def placeLines(captureDepth):
+    """VHDL lines of the function 'place' for a depth that is no power of two."""
+    blockSize = captureDepth & -captureDepth
+    return [
+        '-- The memory is a ring of blocks: the number of a block alone tells whether the end is passed.',
+        'constant BLOCK_SIZE  : integer := %d;' % blockSize,
+        'constant BLOCK_COUNT : integer := CAPTURE_DEPTH / BLOCK_SIZE;',
+        '',
+        'function place(number : natural) return index_t is',
+        'begin',
+        '  for block_number in BLOCK_COUNT to 3 * BLOCK_COUNT - 1 loop',
+        '    if number / BLOCK_SIZE = block_number then',
+        '      return (block_number mod BLOCK_COUNT) * BLOCK_SIZE + number mod BLOCK_SIZE;',
+        '    end if;',
+        '  end loop;',
+        '  return number;',
+        'end function;',
+    ]
 
 
 def constantLines(constants):

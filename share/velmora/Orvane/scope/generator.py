@@ -231,14 +231,7 @@ WINDOW_CAPTURE = {
         '-- A window begins with the sample of its trigger and follows the one before it in the memory.',
         'storing <= live(1) and (trigger or not waiting);',
     ],
-    'read index': [
-        '-- Numbers beyond the memory read anything.',
-        'if number > LAST_INDEX then',
-        '  read_index <= 0;',
-        'else',
-        '  read_index <= number;',
-        'end if;',
-    ],
+    'read index': ['read_index <= place(number);'],
 }
 
 

@@ -61,7 +61,7 @@ architecture rtl of scope is
 
   subtype index_t is integer range 0 to LAST_INDEX;
   subtype sample_t is std_logic_vector(SAMPLE_WIDTH - 1 downto 0);
-  type memory_t is array (0 to LAST_INDEX) of sample_t;
+  type memory_t is array (index_t) of sample_t;
 
   constant LAST_STAGE : integer := USER_DATA_DELAY + 1;
 
@@ -87,8 +87,10 @@ architecture rtl of scope is
   signal capturing  : std_logic;
   signal live       : std_logic_vector(0 to 1); -- the sample in the first and second stage takes part
   signal position   : integer range 0 to LAST_POSITION;
+  signal waiting    : std_logic; -- position is the trigger's
+  signal at_end     : std_logic; -- position is the last one
   signal window     : integer range 0 to LAST_WINDOW + 1;
-  signal waiting    : std_logic; -- the sample is at the trigger's position
+  signal is_last    : std_logic; -- window is the last one
   signal trigger    : std_logic;
   signal accepted   : std_logic;
   signal storing    : std_logic;
@@ -97,19 +99,26 @@ architecture rtl of scope is
   -- end first level state
 
   -- memory ports
-  signal next_index   : index_t;
   signal write_enable : std_logic;
   signal write_index  : index_t;
   signal write_data   : sample_t;
   signal read_index   : index_t;
 
-  function index_after(index : index_t) return index_t is
+  function to_level(condition : boolean) return std_logic is
   begin
-    if index = LAST_INDEX then
-      return 0;
+    if condition then
+      return '1';
     end if;
-    return index + 1;
+    return '0';
   end function;
+
+  -- begin place in the memory
+  -- The memory is a ring: its end is followed by its begin.
+  function place(number : natural) return index_t is
+  begin
+    return number mod CAPTURE_DEPTH;
+  end function;
+  -- end place in the memory
 
 begin
 
@@ -144,7 +153,6 @@ begin
   end process second_stage;
 
   starting <= arm and not capturing;
-  waiting  <= '1' when position = TRIGGER_POSITION else '0';
 
   -- begin trigger
   trigger  <= forced or (trigger_condition and first_seen);
@@ -156,6 +164,7 @@ begin
   storing <= live(1);
   -- end storing
 
+  -- What position and window are is known before the trigger is: the comparisons stand in front of registers.
   control : process (clk)
   begin
     if rising_edge(clk) then
@@ -170,22 +179,31 @@ begin
         capturing <= '1';
         triggered <= '0';
         done      <= '0';
-        window    <= 0;
         position  <= 0;
+        waiting   <= to_level(TRIGGER_POSITION = 0);
+        at_end    <= to_level(LAST_POSITION = 0);
+        window    <= 0;
+        is_last   <= to_level(LAST_WINDOW = 0);
       elsif live(1) = '1' then
         if accepted = '1' then
           triggered <= '1';
         end if;
         if waiting = '0' or trigger = '1' then
-          if position /= LAST_POSITION then
+          if at_end = '0' then
             position <= position + 1;
+            waiting  <= to_level(position = TRIGGER_POSITION - 1);
+            at_end   <= to_level(position = LAST_POSITION - 1);
           else
             position <= 0;
+            waiting  <= to_level(TRIGGER_POSITION = 0);
+            at_end   <= to_level(LAST_POSITION = 0);
             window   <= window + 1;
-            if window = LAST_WINDOW then
+            if is_last = '1' then
               capturing <= '0';
               live      <= "00";
               done      <= '1';
+            elsif window = LAST_WINDOW - 1 then
+              is_last <= '1';
             end if;
           end if;
         end if;
@@ -214,14 +232,13 @@ begin
   begin
     if rising_edge(clk) then
       write_enable <= storing;
-      write_index  <= next_index;
       -- begin sample
       write_data   <= accepted & data_pipe(LAST_STAGE);
       -- end sample
       if starting = '1' then
-        next_index <= 0;
-      elsif storing = '1' then
-        next_index <= index_after(next_index);
+        write_index <= 0;
+      elsif write_enable = '1' then
+        write_index <= place(write_index + 1);
       end if;
     end if;
   end process write_port;
@@ -232,26 +249,21 @@ begin
     if rising_edge(clk) then
       number := to_integer(unsigned(rd_addr));
       -- begin read index
-      -- The ring stopped in front of its oldest sample. Numbers beyond the memory read anything.
-      if number > LAST_INDEX then
-        read_index <= 0;
-      elsif number > LAST_INDEX - next_index then
-        read_index <= number - (CAPTURE_DEPTH - next_index);
-      else
-        read_index <= next_index + number;
-      end if;
+      -- The ring stopped in front of its oldest sample.
+      read_index <= place(write_index + number);
       -- end read index
     end if;
   end process read_port;
 
-  -- One write port and one registered read port without reset, so that any memory block fits.
+  -- Nothing is read while a sample is written, so that any memory block fits, whatever it would read there.
   storage : process (clk)
     variable memory : memory_t;
   begin
     if rising_edge(clk) then
-      rd_data <= memory(read_index);
       if write_enable = '1' then
         memory(write_index) := write_data;
+      else
+        rd_data <= memory(read_index);
       end if;
     end if;
   end process storage;

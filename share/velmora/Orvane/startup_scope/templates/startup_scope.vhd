@@ -51,7 +51,7 @@ architecture rtl of startup_scope is
 
   subtype index_t is integer range 0 to LAST_INDEX;
   subtype sample_t is std_logic_vector(INPUT_LINE_COUNT - 1 downto 0);
-  type memory_t is array (0 to LAST_INDEX) of sample_t;
+  type memory_t is array (index_t) of sample_t;
 
   -- first stage: the inputs as sampled
   signal trig_now : std_logic_vector(TRIGGER_LINE_COUNT - 1 downto 0);
@@ -64,25 +64,34 @@ architecture rtl of startup_scope is
   -- control
   signal live     : std_logic_vector(0 to 1); -- the sample in the first and second stage takes part
   signal position : index_t;                  -- its number; the trigger's until the trigger has come
+  signal at_end   : std_logic;                -- position is the last one
   signal missing  : index_t;                  -- samples that are not there in front of the trigger
+  signal lacking  : std_logic;                -- missing is not 0
   signal found    : std_logic;
   signal finished : std_logic;
   signal storing  : std_logic;
 
   -- memory ports
-  signal next_index   : index_t;
   signal write_enable : std_logic;
   signal write_index  : index_t;
   signal write_data   : sample_t;
   signal read_index   : index_t;
 
-  function index_after(index : index_t) return index_t is
+  function to_level(condition : boolean) return std_logic is
   begin
-    if index = LAST_INDEX then
-      return 0;
+    if condition then
+      return '1';
     end if;
-    return index + 1;
+    return '0';
   end function;
+
+  -- begin place in the memory
+  -- The memory is a ring: its end is followed by its begin.
+  function place(number : natural) return index_t is
+  begin
+    return number mod CAPTURE_DEPTH;
+  end function;
+  -- end place in the memory
 
 begin
 
@@ -92,14 +101,12 @@ begin
       trig_now <= trig_in;
       data_now <= data_in;
       sample   <= data_now;
-      matching <= '0';
-      if trig_now = STARTUP_TRIG_VALUE then
-        matching <= '1';
-      end if;
+      matching <= to_level(trig_now = STARTUP_TRIG_VALUE);
     end if;
   end process sampling;
 
-  -- The trigger is taken at once, however few samples are in front of it.
+  -- The trigger is taken at once, however few samples are in front of it. What position and missing are is known before
+  -- the trigger is: the comparisons stand in front of registers.
   control : process (clk)
   begin
     if rising_edge(clk) then
@@ -109,21 +116,25 @@ begin
         found    <= '0';
         finished <= '0';
         position <= PRE_TRIGGER_SAMPLES;
+        at_end   <= to_level(PRE_TRIGGER_SAMPLES = LAST_INDEX);
         missing  <= PRE_TRIGGER_SAMPLES;
+        lacking  <= to_level(PRE_TRIGGER_SAMPLES /= 0);
       else
         live <= '1' & live(0);
         busy <= not finished;
         if storing = '1' then
           if found = '1' or matching = '1' then
             found <= '1';
-            if position /= LAST_INDEX then
+            if at_end = '0' then
               position <= position + 1;
+              at_end   <= to_level(position = LAST_INDEX - 1);
             else
               finished <= '1';
               busy     <= '0';
             end if;
-          elsif missing /= 0 then
+          elsif lacking = '1' then
             missing <= missing - 1;
+            lacking <= to_level(missing /= 1);
           end if;
         end if;
       end if;
@@ -150,40 +161,35 @@ begin
   begin
     if rising_edge(clk) then
       write_enable <= storing;
-      write_index  <= next_index;
       write_data   <= sample;
       if reset = '1' then
-        next_index <= 0;
-      elsif storing = '1' then
-        next_index <= index_after(next_index);
+        write_enable <= '0';
+        write_index  <= 0;
+      elsif write_enable = '1' then
+        write_index <= place(write_index + 1);
       end if;
     end if;
   end process write_port;
 
-  -- The ring stopped in front of its oldest sample. Numbers beyond the memory read anything.
+  -- The ring stopped in front of its oldest sample.
   read_port : process (clk)
     variable number : integer range 0 to 2 ** CAPTURE_WIDTH - 1;
   begin
     if rising_edge(clk) then
-      number := to_integer(unsigned(rd_addr));
-      if number > LAST_INDEX then
-        read_index <= 0;
-      elsif number > LAST_INDEX - next_index then
-        read_index <= number - (CAPTURE_DEPTH - next_index);
-      else
-        read_index <= next_index + number;
-      end if;
+      number     := to_integer(unsigned(rd_addr));
+      read_index <= place(write_index + number);
     end if;
   end process read_port;
 
-  -- One write port and one registered read port without reset, so that any memory block fits.
+  -- Nothing is read while a sample is written, so that any memory block fits, whatever it would read there.
   storage : process (clk)
     variable memory : memory_t;
   begin
     if rising_edge(clk) then
-      rd_data <= memory(read_index);
       if write_enable = '1' then
         memory(write_index) := write_data;
+      else
+        rd_data <= memory(read_index);
       end if;
     end if;
   end process storage;
