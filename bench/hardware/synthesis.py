@@ -20,8 +20,9 @@ def run(command, folder):
 def to_verilog(files, entity, folder):
     """Writes netlist.v, what GHDL makes of the entity.
 
-    GHDL writes a signed product as one of sign-extended operands; marked as signed, Yosys sees the true widths. Attributes
-    of ports make GHDL fail and mean nothing here.
+    GHDL writes products and sums of sign-extended operands without saying that they are signed. Marked, Yosys sees the true
+    widths: one multiplier for a product, and sums that fit the multiplier's block. Operands and results have one width, so the
+    values stay. Attributes of ports make GHDL fail and mean nothing here.
     """
     folder.mkdir(parents=True, exist_ok=True)
     copies = []
@@ -31,7 +32,8 @@ def to_verilog(files, entity, folder):
     run(["ghdl", "-i", "--std=08", *copies], folder)
     run(["ghdl", "-m", "--std=08", entity], folder)
     netlist = run(["ghdl", "--synth", "--std=08", "--out=verilog", entity], folder)
-    (folder / "netlist.v").write_text(re.sub(r"= (\S+) \* (\S+); // smul", r"= $signed(\1) * $signed(\2); // smul", netlist))
+    netlist = re.sub(r"= (\S+) \* (\S+); // smul", r"= $signed(\1) * $signed(\2);", netlist)
+    (folder / "netlist.v").write_text(re.sub(r"= (\w+) \+ (\w+);", r"= $signed(\1) + $signed(\2);", netlist))
 
 
 def yosys(passes, folder):
