@@ -1,5 +1,7 @@
 #include <support/FormFixture.h>
 
+#include <support/Examples.h>
+
 #include <velmora/tables/LineTableView.h>
 
 #include <QPushButton>
@@ -30,9 +32,20 @@ void FormFixture::end() {
     _prefix.reset();
 }
 
-void FormFixture::open(const QString& ipName, const QByteArray& script) {
+void FormFixture::open(const QString& ipName, const QByteArray& script, const QByteArray& uid) {
     _page.reset();
-    _page = std::make_unique<Velmora::IPLeaf>(_prefix->addKnownIP(ipName, script).toStdString());
+    _page = std::make_unique<Velmora::IPLeaf>(_prefix->addKnownIP(ipName, script, "uid " + uid + "\n").toStdString());
+}
+
+Velmora::Configuration FormFixture::openFor(const QString& example, const QByteArray& script) {
+    const auto configuration = Examples::configuration(example);
+    open(QString::fromStdString(configuration.getName()), script, configuration.getUID().c_str());
+    return configuration;
+}
+
+void FormFixture::openFilled(const QString& example, const QByteArray& script) {
+    const auto configuration = openFor(example, script);
+    _page->setConfiguration(configuration);
 }
 
 QStringList FormFixture::cells(int rowCount) const {

@@ -25,7 +25,11 @@ protected:
     void end();
 
     /// Opens the page of the IP of that name; the page before, if any, is gone by then.
-    void open(const QString& ipName, const QByteArray& script = echo);
+    void open(const QString& ipName, const QByteArray& script = echo, const QByteArray& uid = "UID");
+    /// Opens the page of the IP that the example is for, without its values; returns the example.
+    Velmora::Configuration openFor(const QString& example, const QByteArray& script = echo);
+    /// The same with the values of the example.
+    void openFilled(const QString& example, const QByteArray& script = echo);
     void close() { _page.reset(); }
 
     Velmora::IPLeaf& page() const { return *_page; }

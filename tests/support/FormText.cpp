@@ -4,8 +4,6 @@
 #include <velmora/tables/LineTableView.h>
 
 #include <QComboBox>
-#include <QGridLayout>
-#include <QLabel>
 
 #include <algorithm>
 
@@ -67,26 +65,6 @@ QString rangeOf(const QWidget* editor) {
         choices += combo->itemText(index) + (data.isEmpty() ? QString() : "=" + data);
     }
     return choices.join(',');
-}
-
-QStringList rowsOf(const QWidget* widget) {
-    QStringList rows;
-    const auto* grid = dynamic_cast<QGridLayout*>(widget->layout());
-    for (int row = 0; row < grid->rowCount(); ++row) {
-        const auto widgetAt = [&](int column) {
-            QLayoutItem* item = grid->itemAtPosition(row, column);
-            return item ? item->widget() : nullptr;
-        };
-        const QWidget* editor = widgetAt(1);
-        if (!editor)
-            continue;
-        const auto* label = qobject_cast<QLabel*>(widgetAt(0));
-        const auto* help = qobject_cast<QLabel*>(widgetAt(2));
-        rows += QStringList{label && label->buddy() == editor ? label->text() : "none", editor->objectName(),
-                            help ? help->text() : QString(), rangeOf(editor)}
-                    .join('|');
-    }
-    return rows;
 }
 
 } // namespace FormText

@@ -35,7 +35,5 @@ QStringList cellsOf(const Velmora::LineTableView& table, int rowCount);
 
 /// The range of a spin box, or the items of a combo box with their data.
 QString rangeOf(const QWidget* editor);
-/// The rows of a widget's grid as the user sees them: label, name, help and range.
-QStringList rowsOf(const QWidget* widget);
 
 } // namespace FormText

@@ -1,3 +1,4 @@
+#include <support/Examples.h>
 #include <support/FormFixture.h>
 #include <support/TestMain.h>
 #include <support/TestTable.h>
@@ -5,11 +6,13 @@
 #include <velmora/catalogue/DescriptionFile.h>
 #include <velmora/catalogue/IPLeaf.h>
 #include <velmora/configuration/ConfigurationFile.h>
-#include <velmora/generation/Clock.h>
+#include <velmora/form/Form.h>
+#include <velmora/widgets/HelpLabel.h>
 
 #include <Brindle/core/Build.h>
 #include <Brindle/core/Exception.h>
 
+#include <QComboBox>
 #include <QDateTime>
 #include <QDir>
 #include <QDirIterator>
@@ -21,6 +24,7 @@
 #include <QProcess>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QToolButton>
 
 #include <memory>
 
@@ -47,15 +51,43 @@ QStringList withoutIndents(QStringList lines) {
     return lines.replaceInStrings(QRegularExpression("^ +"), "");
 }
 
-QStringList exampleNames() {
-    QStringList names;
-    for (const QString& name : QDir(VELMORA_EXAMPLES).entryList({"*.velmora"}))
-        names += QFileInfo(name).baseName();
-    return names;
+/// What the script of the IP would be given, or why nothing.
+QStringList argumentsOf(const IPLeaf& page) {
+    try {
+        QString statement = QString::fromStdString(page.getGeneration(BRINDLE_HERE).getArguments().getStatement());
+        return statement.section("{  '", 1).replace("': '", " = ").chopped(2).split("', '");
+    } catch (const Brindle::Exception& exception) {
+        return {QString::fromStdString(exception.getMessage())};
+    }
 }
 
-QByteArray example(const QString& name) {
-    return readFile(QString(VELMORA_EXAMPLES) + "/" + name + ".velmora");
+/// What each item of each choice makes of the arguments.
+QStringList choicesOf(const IPLeaf& page) {
+    const QStringList given = argumentsOf(page);
+    QStringList lines;
+    for (const Velmora::FormField& field : page.getForm()->getFields()) {
+        auto* combo = page.findChild<QComboBox*>(field.key);
+        const int chosen = combo ? combo->currentIndex() : 0;
+        for (int index = 0; combo && index < combo->count(); ++index) {
+            combo->setCurrentIndex(index);
+            QStringList changed = argumentsOf(page);
+            for (const QString& argument : given)
+                changed.removeOne(argument);
+            lines += (QStringList(field.key + " = " + combo->currentText()) + changed).join(" | ");
+        }
+        if (combo)
+            combo->setCurrentIndex(chosen);
+    }
+    return lines;
+}
+
+QStringList sectionsAndHelpOf(const IPLeaf& page) {
+    QStringList lines;
+    for (const auto* title : page.findChildren<QToolButton*>())
+        lines += "section: " + title->text();
+    for (const auto* help : page.findChildren<Velmora::HelpLabel*>())
+        lines += "help: " + help->text().replace('\n', ' ');
+    return lines;
 }
 
 } // namespace
@@ -84,7 +116,9 @@ private:
         set("ORVANE_PREFIX", VELMORA_PREFIX);
     }
     void copyExamples() const;
-    /// The page in the window of the IP that the configuration is for, with its values.
+    /// The page in the window of the IP that the configuration is for, as it is at the first start.
+    std::unique_ptr<IPLeaf> openBlank(const Velmora::Configuration& configuration) const;
+    /// The same with its values.
     std::unique_ptr<IPLeaf> openShipped(const QString& configurationFile) const;
     /// Adds the systolic filter with that script and writes a configuration of it, the entity name as it stands in it.
     void addFilter(const QByteArray& script, const QByteArray& entity = "fir",
@@ -97,13 +131,13 @@ private Q_SLOTS:
     void init();
     void cleanup() { _prefix.reset(); }
 
-    void sameAsTheWindow_data();
+    void sameAsTheWindow_data() { Examples::addRows(); }
     void sameAsTheWindow();
     void sameRefusalsAsTheWindow_data();
     void sameRefusalsAsTheWindow();
     void catalogueCommands();
-    void descriptionsMatchConfigurations_data();
-    void descriptionsMatchConfigurations();
+    void descriptions_data() { Examples::addRows(); }
+    void descriptions();
     void unwritableOutput();
     void wrongUsage_data();
     void wrongUsage();
@@ -164,39 +198,35 @@ void GenerateTest::copyExamples() const {
         _prefix->write(name, readFile(QString(VELMORA_EXAMPLES) + "/" + name));
 }
 
-std::unique_ptr<IPLeaf> GenerateTest::openShipped(const QString& configurationFile) const {
-    const auto configuration = Velmora::readConfigurationFile(configurationFile);
+std::unique_ptr<IPLeaf> GenerateTest::openBlank(const Velmora::Configuration& configuration) const {
     for (const std::string& filename : Velmora::findDescriptionFiles(VELMORA_PREFIX)) {
-        auto page = std::make_unique<IPLeaf>(filename);
-        if (page->getName() != configuration.getName())
-            continue;
-        page->setConfiguration(configuration);
-        return page;
+        if (auto page = std::make_unique<IPLeaf>(filename); page->getName() == configuration.getName())
+            return page;
     }
     return nullptr;
+}
+
+std::unique_ptr<IPLeaf> GenerateTest::openShipped(const QString& configurationFile) const {
+    const auto configuration = Velmora::readConfigurationFile(configurationFile);
+    auto page = openBlank(configuration);
+    page->setConfiguration(configuration);
+    return page;
 }
 
 void GenerateTest::addFilter(const QByteArray& script, const QByteArray& entity, const QString& filename) const {
     _prefix->writeScript("share/velmora/Orvane/fir/generator.py", script);
     _prefix->addIP("Orvane/fir", "name Systolic\ncategory DSP\nuid FIRSYSTOLIC\ncompany Orvane\nvariants FAMILYA\n"
                                  "script generator.py\n");
-    _prefix->write(filename, example("fir_systolic").replace("= fir_systolic", "= " + entity));
-}
-
-void GenerateTest::sameAsTheWindow_data() {
-    const TestTable<QString> table("name");
-    for (const QString& name : exampleNames())
-        table.row(qPrintable(name), name);
-    QCOMPARE(exampleNames().size(), 9);
+    _prefix->write(filename, Examples::content("fir_systolic").replace("= fir_systolic", "= " + entity));
 }
 
 /// A configuration loaded into the window's page and generated there, and what the page saves, generated by the
 /// program.
 void GenerateTest::sameAsTheWindow() {
-    QFETCH(QString, name);
+    QFETCH(QString, example);
     useShippedCatalogue();
-    const auto page = openShipped(QString(VELMORA_EXAMPLES) + "/" + name + ".velmora");
-    const QString windowOutput = _prefix->path("window/" + name);
+    const auto page = openShipped(Examples::path(example));
+    const QString windowOutput = _prefix->path("window/" + example);
     QDir().mkpath(QFileInfo(windowOutput).path());
     PathDialogs dialogs;
     dialogs.answer = windowOutput;
@@ -204,7 +234,7 @@ void GenerateTest::sameAsTheWindow() {
     QTest::mousePress(page->findChild<QPushButton*>("Generate"), Qt::LeftButton);
 
     _prefix->write("saved.velmora", QByteArray::fromStdString(page->getConfiguration().getContent()));
-    QCOMPARE(readFile(_prefix->path("saved.velmora")), example(name));
+    QCOMPARE(readFile(_prefix->path("saved.velmora")), Examples::content(example));
     const Outcome outcome = generate({"saved.velmora", "--json", "-o", "output"});
     QCOMPARE(outcome.errors, QStringList());
     QCOMPARE(outcome.status, 0);
@@ -235,7 +265,7 @@ void GenerateTest::sameRefusalsAsTheWindow() {
     QFETCH(QByteArray, after);
     QFETCH(bool, isChecked);
     useShippedCatalogue();
-    _prefix->write("wrong.velmora", example(name).replace(before, after));
+    _prefix->write("wrong.velmora", Examples::content(name).replace(before, after));
     const auto page = openShipped("wrong.velmora");
     PathDialogs dialogs;
     dialogs.answer = "window";
@@ -277,39 +307,26 @@ void GenerateTest::catalogueCommands() {
     QVERIFY(unknown.errors.first().contains("No installed IP has the name or uid 'Systolic filter'"));
 }
 
-void GenerateTest::descriptionsMatchConfigurations_data() {
-    sameAsTheWindow_data();
-}
-
-/// The description has the keys of the configuration, and its reset values are those of the template.
-void GenerateTest::descriptionsMatchConfigurations() {
-    QFETCH(QString, name);
+/// What is shown in the form of each example, and what it gives to its script, is what VELMORA_DESCRIPTIONS holds;
+/// scripts/refresh-descriptions has this test write it anew.
+void GenerateTest::descriptions() {
+    QFETCH(QString, example);
     useShippedCatalogue();
-    const auto configuration = Velmora::Configuration::parse(example(name).toStdString(), "example");
-    const QString uid = QString::fromStdString(configuration.getUID());
-    const QByteArray content = run({"template", uid}).output;
-    const auto made = Velmora::Configuration::parse(content.toStdString(), "template");
-    const auto page = openShipped(QString(VELMORA_EXAMPLES) + "/" + name + ".velmora");
-    page->setConfiguration(made);
-    QCOMPARE(page->getConfiguration().getContent(), content.toStdString());
-    const QJsonObject description = QJsonDocument::fromJson(run({"describe", uid, "--json"}).output).object();
-    QCOMPARE(description["uid"].toString(), uid);
-    for (const QJsonValue field : description["fields"].toArray()) {
-        const std::string key = field["key"].toString().toStdString();
-        QVERIFY2(configuration.find(key), key.c_str());
-        QVERIFY(!field["label"].toString().isEmpty() && !field["kind"].toString().isEmpty());
-        if (!field["reset"].isNull())
-            QCOMPARE(QString::fromStdString(made.getText(*made.find(key))), field["reset"].toString());
-    }
-    for (const QJsonValue table : description["tables"].toArray()) {
-        const auto* row = made.find(table["key"].toString().toStdString() + "/0");
-        QVERIFY(row);
-        std::vector<std::string> cells;
-        for (const QJsonValue column : table["columns"].toArray())
-            cells.push_back(column["reset"].toString().toStdString());
-        QCOMPARE(made.getList(*row), cells);
-        QVERIFY(made.find(table["count"].toString().toStdString()));
-    }
+    const auto page = openShipped(Examples::path(example));
+    const std::string first = openBlank(page->getConfiguration())->getConfiguration().getContent();
+    const Velmora::Generation generation = page->getGeneration(BRINDLE_HERE);
+    QStringList lines{"settings: " + page->getForm()->getGroup(), "title: " + QString::fromStdString(generation.title),
+                      QString("after an exception: ") + generation.failureRule.closingLine};
+    lines += sectionsAndHelpOf(*page) + argumentsOf(*page) + choicesOf(*page);
+    QTest::mousePress(page->findChild<QPushButton*>("Reset"), Qt::LeftButton);
+    const std::string reset = page->getConfiguration().getContent();
+    lines += QString::fromStdString("\nat the first start:\n" + first + "\nafter a reset:\n" + reset).split('\n');
+    const QByteArray described = run({"describe", QString::fromStdString(page->getUID())}).output;
+    const QByteArray found = described + lines.join('\n').toUtf8() + "\n";
+    QFile file(QString(VELMORA_DESCRIPTIONS) + "/" + example + ".txt");
+    if (qEnvironmentVariableIsSet("VELMORA_REFRESH"))
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(found) == found.size() && file.flush());
+    QCOMPARE(QString(found).split('\n'), QString(readFile(file.fileName())).split('\n'));
 }
 
 void GenerateTest::unwritableOutput() {
@@ -369,7 +386,7 @@ void GenerateTest::outputPlaces() {
     QCOMPARE(filesOf("in/other/spi_bridge"), filesOf("in/spi_bridge"));
 
     const QString foreign = QStringLiteral("\u00e9\u4e16.velmora");
-    _prefix->write(foreign, example("fir_mac"));
+    _prefix->write(foreign, Examples::content("fir_mac"));
     set("LC_ALL", "C");
     QCOMPARE(generate({foreign, "--output", foreign + ".vhd"}).errors, QStringList());
     QCOMPARE(filesOf(foreign + ".vhd"), filesOf("in/fir_mac.vhd"));
@@ -380,7 +397,7 @@ void GenerateTest::outputPlaces() {
     QCOMPARE(filesOf("elsewhere/linked.vhd"), filesOf("in/fir_mac.vhd"));
 
     // The bridge may be without a name, but then its output must have one.
-    _prefix->write("bare.velmora", example("spi_bridge").replace("= spi_bridge", "="));
+    _prefix->write("bare.velmora", Examples::content("spi_bridge").replace("= spi_bridge", "="));
     const Outcome outcome = generate({"bare.velmora"});
     QCOMPARE(outcome.errors, (QStringList{"    Entity name not specified!", "Failed: bare.velmora"}));
 }
@@ -579,7 +596,7 @@ void GenerateTest::exampleRepository() {
     const Outcome first = make();
     QCOMPARE(first.errors, QStringList());
     QCOMPARE(first.status, 0);
-    for (const QString& name : exampleNames())
+    for (const QString& name : Examples::names())
         QVERIFY2(QFileInfo(name == "spi_bridge" ? "spi_bridge/rtl/spi_bridge.vhd" : name + ".vhd").isFile(),
                  qPrintable(name));
 
@@ -594,10 +611,10 @@ void GenerateTest::exampleRepository() {
     };
     for (const QString& output : outputs)
         QVERIFY(setTime(output, past));
-    for (const QString& name : exampleNames())
+    for (const QString& name : Examples::names())
         QVERIFY(setTime(name + ".velmora", past.addSecs(-100)));
     const QByteArray before = readFile("fir_systolic.vhd");
-    _prefix->write("fir_systolic.velmora", example("fir_systolic").replace("400", "401"));
+    _prefix->write("fir_systolic.velmora", Examples::content("fir_systolic").replace("400", "401"));
     QCOMPARE(make().status, 0);
     QStringList renewed;
     for (const QString& output : outputs) {
@@ -611,11 +628,11 @@ void GenerateTest::exampleRepository() {
 /// The page shows an example as it is.
 void GenerateTest::documentedExample() {
     QByteArray shown;
-    for (const QByteArray& line : example("scope_bus").trimmed().split('\n'))
+    for (const QByteArray& line : Examples::content("scope_bus").trimmed().split('\n'))
         shown += line.isEmpty() ? "\n" : "    " + line + "\n";
     const QByteArray page = readFile(VELMORA_CONFIGURATIONS_PAGE);
     QVERIFY(page.contains(shown));
-    for (const QString& name : exampleNames())
+    for (const QString& name : Examples::names())
         QVERIFY2(page.contains("(examples/" + name.toUtf8() + ".velmora)"), qPrintable(name));
 }
 

@@ -1,3 +1,4 @@
+#include <support/Examples.h>
 #include <support/TestMain.h>
 #include <support/TestPrefix.h>
 #include <support/TestTable.h>
@@ -48,20 +49,6 @@ const QByteArray linkText =
     "LocationTableView/SER/0 = 03P, 0\nLocationTableView/SER/1 = 03N, 63\nPrefix = lk\n"
     "SER/Differential = False\nSER/OutputCapacity = 12\nSER/PadType = SSTL_1.8V_II\n"
     "SER/SlewRate = Medium\nSER/TrainingValue =\nSERCount = 2\nWordClock = 125\n";
-
-struct KnownIP {
-    const char* name;
-    const char* uid;
-};
-constexpr std::array knownIPs{KnownIP{"APB slave to serial master", "BRIDGE"},
-                              KnownIP{"Mac fir", "FIRMAC"},
-                              KnownIP{"Systolic", "FIRSYSTOLIC"},
-                              KnownIP{"Transpose", "FIRTRANSPOSE"},
-                              KnownIP{"Transpose dual", "FIRTRANSPOSEDUAL"},
-                              KnownIP{"Transpose symmetric", "FIRTRANSPOSESYMMETRIC"},
-                              KnownIP{"SER/DES", "SERDESINTERFACE"},
-                              KnownIP{"Scope", "SCOPE"},
-                              KnownIP{"Startup Scope", "STARTUPSCOPE"}};
 
 /// "line: message" of what the function refuses; empty when it refuses nothing.
 QString refusalOf(const std::function<void()>& function) {
@@ -133,16 +120,12 @@ class ConfigurationsTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<IPLeaf> open(const QString& name, const QString& uid) const {
-        return std::make_unique<IPLeaf>(
-            _prefix
-                ->addIP("Orvane/ip", "name " + name.toUtf8() + "\ncategory C\nuid " + uid.toUtf8() +
-                                         "\ncompany Orvane\nvariants FAMILYA\nscript generator.py\n")
-                .toStdString());
-    }
+    /// The page of the IP that the configuration is for.
     std::unique_ptr<IPLeaf> openFor(const QByteArray& text) const {
         const Configuration configuration = parse(text);
-        return open(QString::fromStdString(configuration.getName()), QString::fromStdString(configuration.getUID()));
+        const std::string uid = "uid " + configuration.getUID() + "\n";
+        const QString name = QString::fromStdString(configuration.getName());
+        return std::make_unique<IPLeaf>(_prefix->addKnownIP(name, "", uid.c_str()).toStdString());
     }
 
     std::unique_ptr<TestPrefix> _prefix;
@@ -159,7 +142,7 @@ private Q_SLOTS:
     void wrongText_data();
     void wrongText();
     void sortedContent();
-    void everyFormAndBack_data();
+    void everyFormAndBack_data() { Examples::addRows(); }
     void everyFormAndBack();
     void tablesAndHiddenRows();
     void refusedByForm_data();
@@ -247,16 +230,10 @@ void ConfigurationsTest::sortedContent() {
     QCOMPARE(Configuration::parse(content, "f").getContent(), content);
 }
 
-void ConfigurationsTest::everyFormAndBack_data() {
-    const TestTable<QString> table("uid");
-    for (const KnownIP& ip : knownIPs)
-        table.row(ip.name, ip.uid);
-}
-
 void ConfigurationsTest::everyFormAndBack() {
-    QFETCH(QString, uid);
+    QFETCH(QString, example);
     std::mt19937 random(20260101); // NOLINT: the same values in every run
-    auto page = open(QTest::currentDataTag(), uid);
+    auto page = openFor(Examples::content(example));
     QSettings().setValue(page->getForm()->getGroup() + "/Filepath", "/secret");
     for (int run = 0; run < 20; ++run) {
         fillRandomly(*page, random);
@@ -268,7 +245,7 @@ void ConfigurationsTest::everyFormAndBack() {
     }
     const QByteArray last = contentOf(*page);
     page.reset(); // the settings keep what was loaded
-    QCOMPARE(contentOf(*open(QTest::currentDataTag(), uid)), last);
+    QCOMPARE(contentOf(*openFor(Examples::content(example))), last);
 }
 
 void ConfigurationsTest::tablesAndHiddenRows() {

@@ -1,4 +1,6 @@
 #include <support/Contrast.h>
+#include <support/Examples.h>
+#include <support/FormText.h>
 #include <support/Input.h>
 #include <support/TestMain.h>
 #include <support/TestPrefix.h>
@@ -31,15 +33,9 @@ using Velmora::MainWindow;
 
 namespace {
 
-const QStringList ips{"Mac fir",
-                      "Systolic",
-                      "Transpose",
-                      "Transpose dual",
-                      "Transpose symmetric",
-                      "SER/DES",
-                      "Scope",
-                      "Startup Scope",
-                      "APB slave to serial master"};
+QString nameOf(const QString& example) {
+    return QString::fromStdString(Examples::configuration(example).getName());
+}
 
 /// What a screen reader tells of the widget beside its value; combo boxes have their value as their name.
 QString spokenNameOf(QWidget* widget) {
@@ -121,7 +117,8 @@ private Q_SLOTS:
 
 void KeyboardTest::init() {
     _prefix = std::make_unique<TestPrefix>();
-    for (const QString& ip : ips) {
+    for (const QString& example : Examples::names()) {
+        const QString ip = nameOf(example);
         const QString directory = "Orvane/" + QString(ip).replace('/', '_');
         _prefix->write("share/velmora/" + directory + "/page.html",
                        "<h1>IP</h1><a href='one.html'>one</a> and <a href='other.html'>other</a>");
@@ -182,8 +179,10 @@ QList<QWidget*> KeyboardTest::walk(int key) {
 
 void KeyboardTest::tabFollowsTheEye_data() {
     const TestTable<QString> table("page");
-    for (const QString& page : QStringList{"About", "Settings"} + ips)
-        table.row(qPrintable(page), page);
+    for (const char* page : {"About", "Settings"})
+        table.row(page, page);
+    for (const QString& example : Examples::names())
+        table.row(qPrintable(example), nameOf(example));
 }
 
 void KeyboardTest::tabFollowsTheEye() {
