@@ -1,7 +1,6 @@
 #include <velmora/widgets/FoldWidget.h>
 
 #include <velmora/settings/SettingsKeys.h>
-#include <velmora/widgets/StyleSheetPause.h>
 
 #include <QEvent>
 #include <QLabel>
@@ -73,8 +72,7 @@ void FoldWidget::finalize() {
     const QString animations = QSettings().value(SettingsKeys::animations, SettingsKeys::defaultAnimations).toString();
     _animation.setDuration(animations == QLatin1String("Never") ? 0 : animationTime);
     _animation.setStartValue(0);
-    if (!StyleSheetPause::isActive())
-        measure();
+    measure();
 }
 
 void FoldWidget::open() {
