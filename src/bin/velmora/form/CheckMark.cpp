@@ -9,15 +9,12 @@
 #include <QMetaProperty>
 #include <QScrollArea>
 #include <QStyle>
-#include <QTimer>
 
 #include <utility>
 
 namespace Velmora {
 
 namespace {
-
-constexpr int layoutTime = 50; // ms, in which a form is laid out around a section that has opened
 
 /// An empty problem takes the mark off.
 void mark(QWidget* widget, const QString& problem) {
@@ -86,7 +83,7 @@ void CheckMark::openSections(const QWidget* widget) {
             continue;
         connect(section, &FoldWidget::opened, this, [this, section] {
             disconnect(section, &FoldWidget::opened, this, nullptr);
-            QTimer::singleShot(layoutTime, this, &CheckMark::scrollToFirst);
+            scrollToFirst();
         });
         section->open();
     }

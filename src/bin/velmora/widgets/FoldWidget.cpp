@@ -2,6 +2,7 @@
 
 #include <velmora/settings/SettingsKeys.h>
 
+#include <QCoreApplication>
 #include <QEvent>
 #include <QLabel>
 #include <QSettings>
@@ -11,6 +12,12 @@ namespace Velmora {
 namespace {
 
 constexpr int animationTime = 200; // ms
+
+/// At once, and from the inside out, since each layout asks the next one for room.
+void layOutAround(QWidget* widget) {
+    for (QWidget* ancestor = widget; ancestor; ancestor = ancestor->parentWidget())
+        QCoreApplication::sendPostedEvents(ancestor, QEvent::LayoutRequest);
+}
 
 } // namespace
 
@@ -40,8 +47,10 @@ FoldWidget::FoldWidget(const QString& title, QWidget* parent) : QWidget(parent),
     connect(_toggle, &QToolButton::clicked, this, &FoldWidget::onTogglePressed);
     connect(&_animation, &QPropertyAnimation::finished, this, [this] {
         _body->setVisible(_toggle->isChecked());
-        if (_toggle->isChecked())
-            Q_EMIT opened();
+        if (!_toggle->isChecked())
+            return;
+        layOutAround(this);
+        Q_EMIT opened();
     });
     setLayout(layout);
 }

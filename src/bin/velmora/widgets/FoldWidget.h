@@ -30,7 +30,7 @@ public:
     bool isOpen() const { return _toggle->isChecked(); }
 
 Q_SIGNALS:
-    /// The section has its height; what lies around it is laid out soon after.
+    /// The section has its height, and what lies around it is laid out.
     void opened();
 
 public Q_SLOTS:

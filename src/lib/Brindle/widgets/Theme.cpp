@@ -55,10 +55,10 @@ void enrichAbstractScrollArea(QAbstractScrollArea* area) {
 }
 
 /// Qt scrolls to what gets the focus from within the area only. What can be seen was perhaps clicked and stays in
-/// place.
+/// place, and so does everything when the window becomes active again, after a dialog for instance.
 void enrichScrollArea(QScrollArea* area) {
-    QObject::connect(qApp, &QApplication::focusChanged, area, [area](QWidget*, QWidget* focused) {
-        if (focused && area->isAncestorOf(focused) && focused->visibleRegion().isEmpty())
+    QObject::connect(qApp, &QApplication::focusChanged, area, [area](QWidget* last, QWidget* focused) {
+        if (last && focused && area->isAncestorOf(focused) && focused->visibleRegion().isEmpty())
             area->ensureWidgetVisible(focused);
     });
 }
