@@ -24,7 +24,7 @@ void parse(benchmark::State& state) {
     const std::string content = makeDescription(static_cast<int>(state.range(0)));
     const std::string filename = "/prefix/share/velmora/Orvane/bridge/config";
     for (auto _ : state)
-        benchmark::DoNotOptimize(Velmora::parseIPDescription(content, filename, BRINDLE_HERE));
+        benchmark::DoNotOptimize(Velmora::parseIPDescription(content, filename));
     state.SetBytesProcessed(static_cast<std::int64_t>(content.size()) * state.iterations());
 }
 

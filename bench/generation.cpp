@@ -42,7 +42,7 @@ struct Subject {
 
 std::string fillBridge(QWidget& page) {
     page.findChild<QLineEdit*>("Entity")->setText("bridge");
-    return Velmora::ArgumentDictionary(BRINDLE_HERE).add("%%ENTITY_NAME%%", "bridge").getStatement();
+    return Velmora::ArgumentDictionary().add("%%ENTITY_NAME%%", "bridge").getStatement();
 }
 
 std::string fillFilter(QWidget& page) {

@@ -12,8 +12,6 @@ namespace {
 
 using Item = std::pair<std::string, std::string>; // key and value
 
-const Brindle::Location caller{"src/bin/velmora/Somewhere", "something", 7};
-
 /// Reads a statement as Python does that holds nothing but single-quoted strings.
 class StatementReader {
 public:
@@ -75,7 +73,7 @@ std::string addValue(Velmora::ArgumentDictionary& arguments, const std::string& 
 /// The input is values of a form, separated by 0xFF, which is no byte of UTF-8.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::string_view text(reinterpret_cast<const char*>(data), size);
-    Velmora::ArgumentDictionary arguments(caller);
+    Velmora::ArgumentDictionary arguments;
     arguments.addLiteral("%%PROGRAM%%", "(others => '0')");
     std::vector<Item> expected{{"%%PROGRAM%%", "(others => '0')"}};
     for (bool more = true; more;) {

@@ -11,8 +11,6 @@
 
 namespace {
 
-const Brindle::Location caller{"src/bin/velmora/Somewhere", "something", 7};
-
 /// The aggregate of the literals, which the rendering must come to whatever the numbers are.
 std::vector<std::string> literalsOf(std::string aggregate) {
     require(aggregate.starts_with('(') && aggregate.ends_with(')'), "an aggregate stands in parentheses");
@@ -50,7 +48,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         require(coefficient.find_first_of(";,\n") == coefficient.npos, "separators separate");
     }
     try {
-        checkRendered(Velmora::renderCoefficients(coefficients, width, caller), coefficients, width);
+        checkRendered(Velmora::renderCoefficients(coefficients, width), coefficients, width);
     } catch (const Brindle::Fatal& exception) {
         const bool isNoNumber = exception.getMessage() == "Invalid coefficient";
         require(isNoNumber || exception.getMessage() == "Value too high for specified width", "the refusal is known");

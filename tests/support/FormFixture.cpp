@@ -66,7 +66,7 @@ QStringList FormFixture::generate() const {
 }
 
 QString FormFixture::statement() const {
-    return QString::fromStdString(_page->getGeneration(BRINDLE_HERE).getArguments().getStatement())
+    return QString::fromStdString(_page->getGeneration().getArguments().getStatement())
         .replace(QRegularExpression(QStringLiteral("'\\d\\d/\\d\\d/\\d{4} - \\d\\d:\\d\\d'")),
                  QStringLiteral("'DATE'"));
 }

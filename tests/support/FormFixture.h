@@ -52,7 +52,7 @@ protected:
     /// Presses Generate; returns the lines of the console.
     QStringList generate() const;
     /// Whether the check of the form passes.
-    bool check() const { return _page->getGeneration(BRINDLE_HERE).check(); }
+    bool check() const { return _page->getGeneration().check(); }
     /// The statement that gives the script its arguments; the date is "DATE".
     QString statement() const;
     /// Unfolds all sections in an active window.

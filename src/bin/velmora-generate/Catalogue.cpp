@@ -40,7 +40,8 @@ bool isEqual(const std::string& text, const QString& wanted) {
 Catalogue::Catalogue() {
     for (const std::string& filename : Velmora::findDescriptionFiles(getPrefix())) {
         try {
-            _ips.push_back({filename, Velmora::readDescriptionFile(filename, BRINDLE_HERE)});
+            _ips.push_back(
+                {filename, Brindle::locatedAt(BRINDLE_HERE, [&] { return Velmora::readDescriptionFile(filename); })});
         } catch (const Brindle::Critical& exception) {
             _wrongDescriptions.push_back(exception);
         }

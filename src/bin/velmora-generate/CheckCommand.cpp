@@ -30,8 +30,8 @@ ExitCode run(const QCommandLineParser& commandLine, const QStringList& operands)
     return runOnFiles(operands, commandLine, [&catalogue](const QString& filename, FileReport& report) {
         const ConfiguredIP configured = loadConfigured(catalogue, filename);
         report.setIP(configured.ip.description);
-        const Velmora::Generation generation = configured.leaf->getGeneration(BRINDLE_HERE);
-        const bool isGood = generation.check() && generation.runGuarded([&generation] {
+        const Velmora::Generation generation = configured.leaf->getGeneration();
+        const bool isGood = generation.check() && generation.runGuarded(BRINDLE_HERE, [&generation] {
             generation.getArguments();
             return true;
         });

@@ -38,8 +38,8 @@ void OutputFiles::write(QFileDevice& file, const std::string& content) const {
 }
 
 void OutputFiles::refuse(const char* message, const QFileDevice& file) const {
-    throw Brindle::located(Brindle::Fatal(message + file.fileName().toStdString()), _caller,
-                           {{"reason", file.errorString().toStdString()}});
+    throw Brindle::withFields(Brindle::Fatal(message + file.fileName().toStdString()),
+                              {{"reason", file.errorString().toStdString()}});
 }
 
 } // namespace GenerateTool

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <Brindle/core/Location.h>
-
 #include <QFile>
 #include <QSaveFile>
 #include <QString>
@@ -15,9 +13,6 @@ namespace GenerateTool {
 /// Files that replace those of the same names together, once all of them are written.
 class OutputFiles {
 public:
-    /// Errors are located at `caller`.
-    explicit OutputFiles(const Brindle::Location& caller) : _caller(caller) {}
-
     /// Writes the content beside the file, or keeps it when the path is that of a device or pipe. Throws Brindle::Fatal
     /// "Unable to open file " or "Unable to write file " and the path; nothing is replaced then.
     void add(const QString& path, const std::string& content);
@@ -28,7 +23,6 @@ private:
     void write(QFileDevice& file, const std::string& content) const;
     [[noreturn]] void refuse(const char* message, const QFileDevice& file) const;
 
-    const Brindle::Location _caller;
     std::vector<std::unique_ptr<QSaveFile>> _files;
     std::vector<std::pair<std::unique_ptr<QFile>, std::string>> _devices;
 };

@@ -42,26 +42,24 @@ command line.
 Example: velmora-generate run filter.velmora -o rtl/filter.vhd
 )";
 
-void add(OutputFiles& output, const QString& path, const QString& text, const Brindle::Location& caller) {
-    output.add(path, Velmora::HdlFile::getContent(text, path, caller));
+void add(OutputFiles& output, const QString& path, const QString& text) {
+    output.add(path, Velmora::HdlFile::getContent(text, path));
 }
 
-void add(OutputFiles& output, const QString& directory, const Velmora::GeneratedFiles& files,
-         const Brindle::Location& caller) {
-    Velmora::writeGeneratedFiles(directory, files, caller, [&](const QString& path, const QString& content) {
-        add(output, path, content, caller);
-    });
+void add(OutputFiles& output, const QString& directory, const Velmora::GeneratedFiles& files) {
+    Velmora::writeGeneratedFiles(
+        directory, files, [&output](const QString& path, const QString& content) { add(output, path, content); });
 }
 
 /// Runs the script and writes what it returns, unless it showed an error. True when the output was written.
 template <class Script>
-bool generateInto(const QString& path, const Script& script, const Brindle::Location& caller) {
+bool generateInto(const QString& path, const Script& script) {
     const unsigned long errorCount = console.getErrorCount();
     const auto generated = script();
     if (console.getErrorCount() != errorCount)
         return false;
-    OutputFiles output(caller);
-    add(output, path, generated, caller);
+    OutputFiles output;
+    add(output, path, generated);
     output.commit();
     return true;
 }
@@ -74,9 +72,9 @@ bool generate(Generation generation, const QString& filename, Output& output, Fi
             console.error("Entity name not specified!");
         return isNamed && checkForm();
     };
-    return generation.run([&] {
+    return generation.run(BRINDLE_HERE, [&] {
         const QString path = output.take(filename, generation.entityName, generation.isDirectory());
-        const auto intoPath = [&](const auto& script) { return generateInto(path, script, generation.caller); };
+        const auto intoPath = [&](const auto& script) { return generateInto(path, script); };
         const bool isWritten = std::visit(intoPath, generation.script);
         if (isWritten)
             report.setOutput(path);
@@ -91,7 +89,7 @@ ExitCode run(const QCommandLineParser& commandLine, const QStringList& operands)
     return runOnFiles(operands, commandLine, [&](const QString& filename, FileReport& report) {
         const ConfiguredIP configured = loadConfigured(catalogue, filename);
         report.setIP(configured.ip.description);
-        return generate(configured.leaf->getGeneration(BRINDLE_HERE), filename, output, report);
+        return generate(configured.leaf->getGeneration(), filename, output, report);
     });
 }
 

@@ -99,7 +99,7 @@ std::string protectAll(std::string_view text, const std::string& language, const
                        const std::string& input) {
     std::string output;
     bool hasRegion = false;
-    RegionWalk walk(text, BRINDLE_HERE);
+    RegionWalk walk(text);
     while (const auto piece = takePiece(walk, text)) {
         if (piece->isRegion)
             protectRegion(output, *piece, text, language, protection);

@@ -33,17 +33,17 @@ std::vector<std::string> findDescriptionFiles(const std::string& prefix) {
     return filenames;
 }
 
-IPDescription readDescriptionFile(const std::string& filename, const Brindle::Location& caller) {
+IPDescription readDescriptionFile(const std::string& filename) {
     if (filename.empty())
-        throw Brindle::located(Brindle::Critical("Empty filename"), caller);
+        throw Brindle::Critical("Empty filename");
     const auto file = Brindle::RegularFile::read(filename, largestDescription + 1);
     if (!file.isRead())
-        throw Brindle::located(Brindle::Critical("Unable to open description file"), caller, {{"filename", filename}});
+        throw Brindle::withFields(Brindle::Critical("Unable to open description file"), {{"filename", filename}});
     if (file.text.size() > largestDescription) {
-        throw Brindle::located(Brindle::Critical("Description file is larger than 16 MiB"), caller,
-                               {{"filename", filename}});
+        throw Brindle::withFields(Brindle::Critical("Description file is larger than 16 MiB"),
+                                  {{"filename", filename}});
     }
-    return parseIPDescription(file.text, filename, caller);
+    return parseIPDescription(file.text, filename);
 }
 
 } // namespace Velmora

@@ -11,8 +11,7 @@ namespace Velmora {
 /// directories.
 std::vector<std::string> findDescriptionFiles(const std::string& prefix);
 
-/// Reads a description file. Throws Brindle::Critical, located at `caller`, when it cannot be read, is larger than
-/// 16 MiB or is wrong.
-IPDescription readDescriptionFile(const std::string& filename, const Brindle::Location& caller);
+/// Reads a description file. Throws Brindle::Critical when it cannot be read, is larger than 16 MiB or is wrong.
+IPDescription readDescriptionFile(const std::string& filename);
 
 } // namespace Velmora

@@ -2,8 +2,6 @@
 
 #include <velmora/generation/Generation.h>
 
-#include <Brindle/core/Location.h>
-
 namespace Velmora {
 
 class Form;
@@ -15,8 +13,8 @@ public:
     GeneratorLeaf& operator=(const GeneratorLeaf&) = delete;
 
     virtual Form& getForm() = 0;
-    /// What the Generate button starts. Errors that are not in-house ones are located at `caller`.
-    virtual Generation getGeneration(const Brindle::Location& caller) const = 0;
+    /// What the Generate button starts.
+    virtual Generation getGeneration() const = 0;
 
 protected:
     GeneratorLeaf() = default;

@@ -23,7 +23,7 @@ namespace Velmora {
 
 IPLeaf::IPLeaf(const std::string& descriptionFilename, Content content)
     : _descriptionFilename(descriptionFilename),
-      _description(readDescriptionFile(descriptionFilename, BRINDLE_HERE)),
+      _description(Brindle::locatedAt(BRINDLE_HERE, [&] { return readDescriptionFile(descriptionFilename); })),
       _formMemory(content == Content::FormOnly ? FormMemory::None : FormMemory::Kept) {
     if (content == Content::DescriptionAndForm)
         createDescriptionView();
@@ -90,8 +90,8 @@ Form* IPLeaf::getForm() const {
     return _generatorLeaf ? &_generatorLeaf->getForm() : nullptr;
 }
 
-Generation IPLeaf::getGeneration(const Brindle::Location& caller) const {
-    return _generatorLeaf->getGeneration(caller);
+Generation IPLeaf::getGeneration() const {
+    return _generatorLeaf->getGeneration();
 }
 
 Configuration IPLeaf::getConfiguration() const {

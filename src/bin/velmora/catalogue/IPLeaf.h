@@ -66,8 +66,8 @@ public:
     Form* getForm() const;
     /// Of a form that is made for the page.
     FormMemory getFormMemory() const { return _formMemory; }
-    /// What the form generates. Errors that are not in-house ones are located at `caller`.
-    Generation getGeneration(const Brindle::Location& caller) const;
+    /// What the form generates.
+    Generation getGeneration() const;
     /// The IP and what its form holds.
     Configuration getConfiguration() const;
     /// Gives the form the values of a configuration of this IP: all of them, or none and a Brindle::Critical with the

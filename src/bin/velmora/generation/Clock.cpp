@@ -28,7 +28,7 @@ std::string getDateLabel() {
     return toLabel(QDateTime::currentDateTime());
 }
 
-std::string getGenerationDateLabel(const Brindle::Location& caller) {
+std::string getGenerationDateLabel() {
     const char* const variable = std::getenv(epochVariable);
     if (!variable)
         return getDateLabel();
@@ -36,9 +36,9 @@ std::string getGenerationDateLabel(const Brindle::Location& caller) {
     std::uint64_t seconds = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seconds);
     if (error != std::errc() || end != text.data() + text.size() || seconds > lastSecond) {
-        throw Brindle::located(Brindle::Fatal(std::string(epochVariable) +
-                                              " should be a whole number of seconds since 1970 or not be set"),
-                               caller, {{"value", std::string(text)}});
+        throw Brindle::withFields(Brindle::Fatal(std::string(epochVariable) +
+                                                 " should be a whole number of seconds since 1970 or not be set"),
+                                  {{"value", std::string(text)}});
     }
     return toLabel(QDateTime::fromSecsSinceEpoch(static_cast<qint64>(seconds), Qt::UTC));
 }

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <Brindle/core/Location.h>
-
 #include <string>
 
 namespace Velmora {
@@ -11,8 +9,8 @@ std::string getDateLabel();
 
 /// The date and time that stand in generated files, in the same form: those of the environment variable
 /// SOURCE_DATE_EPOCH in UTC when it is set (https://reproducible-builds.org/specs/source-date-epoch/), otherwise those
-/// of the clock. Throws Brindle::Fatal with the field "value", located at `caller`, when the variable is no whole
-/// number of seconds since 1970, or one beyond the year 9999.
-std::string getGenerationDateLabel(const Brindle::Location& caller);
+/// of the clock. Throws Brindle::Fatal with the field "value" when the variable is no whole number of seconds since
+/// 1970, or one beyond the year 9999.
+std::string getGenerationDateLabel();
 
 } // namespace Velmora

@@ -22,12 +22,12 @@ QString getDirectories(QString name) {
 
 } // namespace
 
-void writeGeneratedFiles(const QString& directory, const GeneratedFiles& files, const Brindle::Location& caller,
+void writeGeneratedFiles(const QString& directory, const GeneratedFiles& files,
                          const std::function<void(const QString& path, const QString& content)>& write) {
     const auto getPath = [&directory](const QString& name) { return directory + "/" + name; };
     for (const auto& [name, content] : files) {
         if (!staysInside(name) || !staysInside(getDirectories(name)))
-            throw Brindle::located(Brindle::Fatal("Unable to open file " + getPath(name).toStdString()), caller);
+            throw Brindle::Fatal("Unable to open file " + getPath(name).toStdString());
     }
     for (const auto& [name, content] : files) {
         QDir(directory).mkpath("./" + getDirectories(name));

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <Brindle/core/Location.h>
-
 #include <QString>
 
 #include <functional>
@@ -15,9 +13,9 @@ using GeneratedFiles = std::map<QString, QString>;
 
 /// Hands each file to `write`, with its path below the directory and its content, in ascending order of the names; the
 /// directories that its name asks for are made before. Nothing is made or written, and Brindle::Fatal "Unable to open
-/// file " and its path thrown, located at `caller`, when a file would leave the directory (its name is absolute or
-/// climbs out with ".."). What `write` throws ends the writing; the files before stay.
-void writeGeneratedFiles(const QString& directory, const GeneratedFiles& files, const Brindle::Location& caller,
+/// file " and its path thrown, when a file would leave the directory (its name is absolute or climbs out with "..").
+/// What `write` throws ends the writing; the files before stay.
+void writeGeneratedFiles(const QString& directory, const GeneratedFiles& files,
                          const std::function<void(const QString& path, const QString& content)>& write);
 
 } // namespace Velmora

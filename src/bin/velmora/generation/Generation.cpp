@@ -15,11 +15,11 @@ std::string aborted(const std::string& reason) {
 
 } // namespace
 
-bool Generation::run(const Work& work) const {
+bool Generation::run(const Brindle::Location& caller, const Work& work) const {
     console.print(title);
     console.indent();
     const bool isChecked = check();
-    const bool isDone = isChecked && runGuarded(work);
+    const bool isDone = isChecked && runGuarded(caller, work);
     if (!isChecked)
         console.print("Generating failed");
     else
@@ -28,10 +28,10 @@ bool Generation::run(const Work& work) const {
     return isDone;
 }
 
-bool Generation::runGuarded(const Work& work) const {
+bool Generation::runGuarded(const Brindle::Location& caller, const Work& work) const {
     const std::string unknown = "something strange...";
     try {
-        return work();
+        return Brindle::locatedAt(caller, work);
     } catch (const Brindle::Exception& exception) {
         if (failureRule.wrapsInHouse)
             console.error(Brindle::reworded<Brindle::Fatal>(aborted(exception.getMessage()), exception));

@@ -35,7 +35,6 @@ struct Generation {
     std::string title;  ///< Printed before anything else.
     QString entityName; ///< Gives the output its name.
     FailureRule failureRule;
-    Brindle::Location caller;    ///< Of errors that are not in-house ones.
     std::function<bool()> check; ///< Tells the first thing that is wrong with the form; true when nothing is.
     std::function<ArgumentDictionary()> getArguments; ///< What the script is given.
     std::variant<TextScript, FilesScript> script;     ///< Runs it, which gives one HDL file or a directory of files.
@@ -46,12 +45,12 @@ struct Generation {
     /// The generation as the console tells it: the title, then, indented, what the check and the work print and
     /// "Generating done". When the check fails, which has told why, "Generating failed" ends it; when the work throws,
     /// the exception as one error and the rule's closing line, which ends a work that returns false as well. A wrapped
-    /// exception keeps its named fields and location; what is not of the in-house family is located at `caller`.
-    /// Returns true when the generation is done.
-    bool run(const Work& work) const;
+    /// exception keeps its named fields and location; what has no location is located at `caller`. Returns true when
+    /// the generation is done.
+    bool run(const Brindle::Location& caller, const Work& work) const;
 
     /// The work alone, without check, title and closing line; what it throws is shown as `run` does it.
-    bool runGuarded(const Work& work) const;
+    bool runGuarded(const Brindle::Location& caller, const Work& work) const;
 };
 
 } // namespace Velmora

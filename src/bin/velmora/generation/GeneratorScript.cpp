@@ -136,11 +136,11 @@ constexpr std::array prelude{"__name__ = ''", "from quarnel import *", "import s
                              "sys.excepthook = PluginException"};
 
 /// The bytes of a Python string.
-std::string_view getBytes(PyObject* object, const Brindle::Location& caller) {
+std::string_view getBytes(PyObject* object) {
     char* bytes = nullptr;
     Py_ssize_t size = 0;
     if (!PyString_Check(object) || PyString_AsStringAndSize(object, &bytes, &size) != 0)
-        throw Brindle::located(Brindle::Critical("Can't convert object in 'String'"), caller);
+        throw Brindle::Critical("Can't convert object in 'String'");
     return {bytes, static_cast<std::size_t>(size)};
 }
 
@@ -148,24 +148,24 @@ QString toLatin1Text(std::string_view bytes) {
     return QString::fromLatin1(bytes.data(), static_cast<int>(bytes.size()));
 }
 
-QString toText(PyObject* text, const Brindle::Location& caller) {
+QString toText(PyObject* text) {
     if (!PyString_CheckExact(text))
-        throw Brindle::located(Brindle::Fatal("'text' is not a string"), caller);
-    const std::string_view bytes = getBytes(text, caller);
+        throw Brindle::Fatal("'text' is not a string");
+    const std::string_view bytes = getBytes(text);
     return toLatin1Text(bytes.substr(0, bytes.find('\0')));
 }
 
-GeneratedFiles toFiles(PyObject* fileDict, const Brindle::Location& caller) {
+GeneratedFiles toFiles(PyObject* fileDict) {
     if (!PyDict_CheckExact(fileDict))
-        throw Brindle::located(Brindle::Fatal("'fileDict' is not a dictionnary"), caller);
+        throw Brindle::Fatal("'fileDict' is not a dictionnary");
     GeneratedFiles files;
     PyObject* key = nullptr;
     PyObject* value = nullptr;
     for (Py_ssize_t position = 0; PyDict_Next(fileDict, &position, &key, &value);) {
         if (!PyString_CheckExact(key) || !PyString_CheckExact(value))
-            throw Brindle::located(Brindle::Fatal("Not a string"), caller);
-        const std::string_view name = getBytes(key, caller);
-        files[QString::fromUtf8(name.data(), static_cast<int>(name.size()))] = toLatin1Text(getBytes(value, caller));
+            throw Brindle::Fatal("Not a string");
+        const std::string_view name = getBytes(key);
+        files[QString::fromUtf8(name.data(), static_cast<int>(name.size()))] = toLatin1Text(getBytes(value));
     }
     return files;
 }
@@ -173,7 +173,7 @@ GeneratedFiles toFiles(PyObject* fileDict, const Brindle::Location& caller) {
 /// Runs the script with the arguments, then the call; the result is what `convert` makes of the variable `resultName`.
 template <class Convert>
 auto generate(const std::string& source, const ArgumentDictionary& arguments, const char* call, const char* resultName,
-              const Brindle::Location& caller, Convert convert) {
+              Convert convert) {
     const std::string argumentStatement = arguments.getStatement();
     Interpreter interpreter;
     const unsigned long errorCount = Brindle::console.getErrorCount();
@@ -185,8 +185,8 @@ auto generate(const std::string& source, const ArgumentDictionary& arguments, co
 
     PyObject* object = interpreter.find(resultName);
     if (!object)
-        throw Brindle::located(Brindle::Fatal("Should not be here"), caller);
-    auto result = convert(object, caller);
+        throw Brindle::Fatal("Should not be here");
+    auto result = convert(object);
     interpreter.finish();
     if (Brindle::console.getErrorCount() != errorCount)
         Brindle::console.error("Failed to generate the IP, please contact the provider.");
@@ -195,22 +195,22 @@ auto generate(const std::string& source, const ArgumentDictionary& arguments, co
 
 } // namespace
 
-GeneratorScript::GeneratorScript(const std::string& filename, const Brindle::Location& caller) : _caller(caller) {
+GeneratorScript::GeneratorScript(const std::string& filename) {
     constexpr std::size_t longest = 128UL * 1024 * 1024; // bytes; a sealed script is refused long before
     const auto file = Brindle::RegularFile::read(filename, longest);
     if (!file.isRead())
-        throw Brindle::located(Brindle::Fatal("Unable to open script file"), caller, {{"scriptFilename", filename}});
+        throw Brindle::withFields(Brindle::Fatal("Unable to open script file"), {{"scriptFilename", filename}});
     _source = getDecrypted(file.text);
     if (_source.find('\0') != _source.npos)
-        throw Brindle::located(Brindle::Fatal("Script holds a NUL byte"), caller, {{"scriptFilename", filename}});
+        throw Brindle::withFields(Brindle::Fatal("Script holds a NUL byte"), {{"scriptFilename", filename}});
 }
 
 QString GeneratorScript::generateText(const ArgumentDictionary& arguments) const {
-    return generate(_source, arguments, "text = generate(argDict)", "text", _caller, toText);
+    return generate(_source, arguments, "text = generate(argDict)", "text", toText);
 }
 
 GeneratedFiles GeneratorScript::generateFiles(const ArgumentDictionary& arguments) const {
-    return generate(_source, arguments, "fileDict = generate(argDict)", "fileDict", _caller, toFiles);
+    return generate(_source, arguments, "fileDict = generate(argDict)", "fileDict", toFiles);
 }
 
 } // namespace Velmora

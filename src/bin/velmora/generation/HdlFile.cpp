@@ -7,18 +7,18 @@
 
 namespace Velmora {
 
-HdlFile::HdlFile(const QString& path, const Brindle::Location& caller) : _file(path), _caller(caller) {
+HdlFile::HdlFile(const QString& path) : _file(path) {
     const auto mode = QIODevice::WriteOnly | QIODevice::Text | QIODevice::Truncate | QIODevice::Unbuffered;
     if (!_file.open(mode))
-        throw Brindle::located(Brindle::Fatal("Unable to open file " + path.toStdString()), _caller);
+        throw Brindle::Fatal("Unable to open file " + path.toStdString());
 }
 
-std::string HdlFile::getContent(const QString& text, const QString& path, const Brindle::Location& caller) {
-    return protectRegions(text.toLatin1().toStdString(), getLanguage(path.toStdString()), getEncrypted, caller);
+std::string HdlFile::getContent(const QString& text, const QString& path) {
+    return protectRegions(text.toLatin1().toStdString(), getLanguage(path.toStdString()), getEncrypted);
 }
 
 void HdlFile::write(const QString& text) {
-    writeBytes(getContent(text, _file.fileName(), _caller));
+    writeBytes(getContent(text, _file.fileName()));
     _file.close();
 }
 
@@ -29,8 +29,8 @@ void HdlFile::writeBytes(std::string_view bytes) {
         if (count <= 0) {
             const std::string reason = _file.errorString().toStdString();
             _file.resize(0); // half a description could be taken for a whole one
-            throw Brindle::located(Brindle::Fatal("Unable to write file " + _file.fileName().toStdString()), _caller,
-                                   {{"reason", reason}});
+            throw Brindle::withFields(Brindle::Fatal("Unable to write file " + _file.fileName().toStdString()),
+                                      {{"reason", reason}});
         }
         bytes.remove_prefix(static_cast<std::size_t>(count));
     }

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <Brindle/core/Location.h>
-
 #include <QFile>
 #include <QString>
 
@@ -10,15 +8,14 @@
 
 namespace Velmora {
 
-/// A file that takes generated HDL. Constructing it opens the file, which empties it. Everything that is thrown is
-/// located at `caller`.
+/// A file that takes generated HDL. Constructing it opens the file, which empties it.
 class HdlFile {
 public:
     /// Throws Brindle::Fatal "Unable to open file " and the path.
-    HdlFile(const QString& path, const Brindle::Location& caller);
+    explicit HdlFile(const QString& path);
 
     /// What a file of that path holds for the text. Throws what `write` throws before it writes.
-    static std::string getContent(const QString& text, const QString& path, const Brindle::Location& caller);
+    static std::string getContent(const QString& text, const QString& path);
 
     /// Writes the text, which holds its bytes one a character, with its protected regions enciphered. Throws
     /// Brindle::Fatal when the markers are out of order or not everything could be written, and what Sealwork throws;
@@ -29,7 +26,6 @@ private:
     void writeBytes(std::string_view bytes);
 
     QFile _file;
-    Brindle::Location _caller;
 };
 
 } // namespace Velmora

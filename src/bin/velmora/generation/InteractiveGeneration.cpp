@@ -14,15 +14,14 @@ namespace Velmora {
 
 namespace {
 
-void generateInto(const QString& path, const Generation::TextScript& script, const Brindle::Location& caller) {
-    HdlFile file(path, caller);
+void generateInto(const QString& path, const Generation::TextScript& script) {
+    HdlFile file(path);
     file.write(script());
 }
 
-void generateInto(const QString& directory, const Generation::FilesScript& script, const Brindle::Location& caller) {
-    writeGeneratedFiles(directory, script(), caller, [&caller](const QString& path, const QString& content) {
-        HdlFile(path, caller).write(content);
-    });
+void generateInto(const QString& directory, const Generation::FilesScript& script) {
+    writeGeneratedFiles(directory, script(),
+                        [](const QString& path, const QString& content) { HdlFile(path).write(content); });
 }
 
 } // namespace
@@ -30,12 +29,12 @@ void generateInto(const QString& directory, const Generation::FilesScript& scrip
 InteractiveGeneration::InteractiveGeneration(QWidget* form, QString settingsGroup, Generation generation)
     : _form(form), _settingsGroup(std::move(settingsGroup)), _generation(std::move(generation)) {}
 
-void InteractiveGeneration::run() const {
+void InteractiveGeneration::run(const Brindle::Location& caller) const {
     const QString path = choosePath();
     if (path.isEmpty())
         return;
-    _generation.run([&] {
-        std::visit([&](const auto& script) { generateInto(path, script, _generation.caller); }, _generation.script);
+    _generation.run(caller, [&] {
+        std::visit([&](const auto& script) { generateInto(path, script); }, _generation.script);
         return true;
     });
 }

@@ -19,8 +19,9 @@ public:
 
     /// Asks for a ".vhd" file, which "Filepath" remembers, or for a directory, which "Path" remembers, and writes there
     /// what the script returns, with its protected regions enciphered. A file is emptied once the form has passed its
-    /// check and stays so when the generation fails. Nothing happens when the user cancels.
-    void run() const;
+    /// check and stays so when the generation fails. Nothing happens when the user cancels. Errors
+    /// that have no location are located at `caller`.
+    void run(const Brindle::Location& caller) const;
 
 private:
     QString choosePath() const;

@@ -7,8 +7,8 @@ namespace Velmora {
 ArgumentDictionary& ArgumentDictionary::add(std::string_view key, std::string_view value) {
     using namespace std::string_view_literals;
     if (value.find_first_of("'\\\n\r\0"sv) != value.npos) {
-        throw Brindle::located(Brindle::InvalidRequest("Unsupported character in value"), _caller,
-                               {{"key", std::string(key)}, {"value", std::string(value)}});
+        throw Brindle::withFields(Brindle::InvalidRequest("Unsupported character in value"),
+                                  {{"key", std::string(key)}, {"value", std::string(value)}});
     }
     append(key, value);
     return *this;

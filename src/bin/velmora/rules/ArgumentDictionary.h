@@ -1,7 +1,5 @@
 #pragma once
 
-#include <Brindle/core/Location.h>
-
 #include <string>
 #include <string_view>
 
@@ -11,9 +9,6 @@ namespace Velmora {
 /// them: `argDict = {  '%%KEY%%': 'value', ...}`. Values are UTF-8 and stand in the statement verbatim.
 class ArgumentDictionary {
 public:
-    /// Errors are located at `caller`.
-    explicit ArgumentDictionary(const Brindle::Location& caller) : _caller(caller) {}
-
     /// Appends an argument. A value that could end its string or break its line (single quote, backslash, line break,
     /// NUL) is refused with Brindle::InvalidRequest "Unsupported character in value", which has the fields "key" and
     /// "value".
@@ -31,7 +26,6 @@ public:
 private:
     void append(std::string_view key, std::string_view text);
 
-    Brindle::Location _caller;
     std::string _items;
 };
 

@@ -12,14 +12,14 @@ namespace Velmora {
 namespace {
 
 /// A decimal integer with an optional sign.
-int toInteger(const std::string& coefficient, const Brindle::Location& caller) {
+int toInteger(const std::string& coefficient) {
     std::string_view digits = coefficient;
     if (digits.starts_with('+') && !digits.starts_with("+-"))
         digits.remove_prefix(1);
     int value = 0;
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
     if (error != std::errc() || end != digits.data() + digits.size()) {
-        throw Brindle::located(Brindle::Fatal("Invalid coefficient"), caller, {{"coefficient", coefficient}});
+        throw Brindle::withFields(Brindle::Fatal("Invalid coefficient"), {{"coefficient", coefficient}});
     }
     return value;
 }
@@ -37,13 +37,12 @@ std::vector<std::string> parseCoefficients(std::string_view text) {
     return coefficients;
 }
 
-std::string renderCoefficients(const std::vector<std::string>& coefficients, unsigned long width,
-                               const Brindle::Location& caller) {
+std::string renderCoefficients(const std::vector<std::string>& coefficients, unsigned long width) {
     std::string aggregate = "(";
     for (const std::string& coefficient : coefficients) {
         if (aggregate.size() > 1)
             aggregate += ", ";
-        aggregate += isHexadecimal(coefficient) ? coefficient : getHexadecimal(toInteger(coefficient, caller), width);
+        aggregate += isHexadecimal(coefficient) ? coefficient : getHexadecimal(toInteger(coefficient), width);
     }
     return aggregate + ")";
 }

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <Brindle/core/Location.h>
-
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,8 +17,7 @@ constexpr unsigned long normalizedCoefficientWidth(unsigned long width) {
 
 /// The VHDL aggregate of the coefficients, such as `(x"02d", x"02a")`: a hexadecimal literal stays as it is, a decimal
 /// integer becomes one of `width` bits (a multiple of 4). Throws Brindle::Fatal "Invalid coefficient" with the field
-/// "coefficient", located at `caller`, for anything else, and what `getHexadecimal` throws.
-std::string renderCoefficients(const std::vector<std::string>& coefficients, unsigned long width,
-                               const Brindle::Location& caller);
+/// "coefficient" for anything else, and what `getHexadecimal` throws.
+std::string renderCoefficients(const std::vector<std::string>& coefficients, unsigned long width);
 
 } // namespace Velmora

@@ -57,7 +57,7 @@ std::string valueWithout(const std::string& line, std::string_view keyword) {
 
 class Parser {
 public:
-    Parser(const std::string& filename, const Brindle::Location& caller) : _filename(filename), _caller(caller) {}
+    explicit Parser(const std::string& filename) : _filename(filename) {}
 
     void takeLine(std::string_view rawLine) {
         const std::string line = simplified(rawLine);
@@ -99,7 +99,7 @@ public:
 
 private:
     [[noreturn]] void fail(std::string message) const {
-        throw Brindle::located(Brindle::Critical(std::move(message)), _caller, {{"filename", _filename}});
+        throw Brindle::withFields(Brindle::Critical(std::move(message)), {{"filename", _filename}});
     }
 
     const std::string& onlyValue(const std::vector<std::string>& words, const std::string& line) const {
@@ -120,15 +120,13 @@ private:
     }
 
     const std::string& _filename;
-    const Brindle::Location& _caller;
     IPDescription _description;
 };
 
 } // namespace
 
-IPDescription parseIPDescription(std::string_view content, const std::string& filename,
-                                 const Brindle::Location& caller) {
-    Parser parser(filename, caller);
+IPDescription parseIPDescription(std::string_view content, const std::string& filename) {
+    Parser parser(filename);
     while (!content.empty()) {
         const auto end = content.find('\n');
         parser.takeLine(content.substr(0, end));

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <Brindle/core/Location.h>
-
 #include <list>
 #include <string>
 #include <string_view>
@@ -21,9 +19,8 @@ struct IPDescription {
 
 /// Reads the content of a description file: one keyword with its values a line, neither comments nor blank lines.
 /// `filename` is the file's path, against whose directory relative paths are resolved. Throws Brindle::Critical with
-/// the field "filename", located at `caller`, for the first line that is wrong or the first mandatory entry that is
+/// the field "filename" for the first line that is wrong or the first mandatory entry that is
 /// missing.
-IPDescription parseIPDescription(std::string_view content, const std::string& filename,
-                                 const Brindle::Location& caller);
+IPDescription parseIPDescription(std::string_view content, const std::string& filename);
 
 } // namespace Velmora

@@ -51,22 +51,21 @@ std::optional<RegionWalk::Piece> RegionWalk::next() {
     }
     _marker = marker->begin;
     if (marker->isBegin && _isOpen)
-        throw Brindle::located(Brindle::Fatal("Already encrypting"), _caller);
+        throw Brindle::Fatal("Already encrypting");
     if (!marker->isBegin && !_isOpen)
-        throw Brindle::located(Brindle::Fatal("No \"`protect begin\" found"), _caller);
+        throw Brindle::Fatal("No \"`protect begin\" found");
     piece.text = _text.substr(_position, marker->begin - _position);
     _position = marker->end;
     _isOpen = marker->isBegin;
     return piece;
 }
 
-std::string protectRegions(std::string_view text, const std::string& language, const RegionCipher& encipher,
-                           const Brindle::Location& caller) {
+std::string protectRegions(std::string_view text, const std::string& language, const RegionCipher& encipher) {
     std::string lines(text);
     lines += '\n';
     std::string output;
     output.reserve(lines.size());
-    RegionWalk walk(lines, caller);
+    RegionWalk walk(lines);
     while (const auto piece = walk.next()) {
         if (piece->isRegion)
             output += encipher(language, std::string(piece->text));

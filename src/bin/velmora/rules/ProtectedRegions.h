@@ -1,7 +1,5 @@
 #pragma once
 
-#include <Brindle/core/Location.h>
-
 #include <cstddef>
 #include <functional>
 #include <optional>
@@ -25,10 +23,10 @@ public:
     };
 
     /// Every line of the text must end with a line feed, and the text outlive the walk.
-    RegionWalk(std::string_view text, const Brindle::Location& caller) : _text(text), _caller(caller) {}
+    explicit RegionWalk(std::string_view text) : _text(text) {}
 
     /// The next piece; none at the end, in front of which a region that is still open is passed over. Throws
-    /// Brindle::Fatal, located at `caller`, when the markers are out of order.
+    /// Brindle::Fatal when the markers are out of order.
     std::optional<Piece> next();
 
     /// Offset of the marker that was found last; at the end, when `isOpen`, that of the region left open.
@@ -38,7 +36,6 @@ public:
 
 private:
     std::string_view _text;
-    Brindle::Location _caller;
     std::size_t _position = 0;
     std::size_t _marker = 0;
     bool _isOpen = false;
@@ -49,7 +46,6 @@ using RegionCipher = std::function<std::string(const std::string& language, cons
 
 /// The text with every region replaced by what the cipher makes of it; the marker lines are dropped and every other
 /// line ends with a line feed. A region that is still open at the end is dropped. Throws what RegionWalk throws.
-std::string protectRegions(std::string_view text, const std::string& language, const RegionCipher& encipher,
-                           const Brindle::Location& caller);
+std::string protectRegions(std::string_view text, const std::string& language, const RegionCipher& encipher);
 
 } // namespace Velmora

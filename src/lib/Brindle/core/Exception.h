@@ -81,14 +81,33 @@ public:
     using Exception::Exception;
 };
 
+/// The same exception, of the same type, with the fields given. It has no place: `locatedAt` gives it one.
+template <std::derived_from<Exception> E>
+E withFields(E exception, std::initializer_list<Exception::Field> fields) {
+    for (const auto& [name, value] : fields)
+        exception.addField(name, value);
+    return exception;
+}
+
 /// The same exception, of the same type, with the place and the fields given: `throw located(Fatal("..."),
 /// BRINDLE_HERE)`.
 template <std::derived_from<Exception> E>
 E located(E exception, const Location& location, std::initializer_list<Exception::Field> fields = {}) {
     exception.locate(location);
-    for (const auto& [name, value] : fields)
-        exception.addField(name, value);
-    return exception;
+    return withFields(std::move(exception), fields);
+}
+
+/// What the work returns. An exception of this family that leaves it without a place is at this one from here on:
+/// shared code need not know whom it works for.
+template <class Work>
+decltype(auto) locatedAt(const Location& location, Work&& work) {
+    try {
+        return std::forward<Work>(work)();
+    } catch (Exception& exception) {
+        if (exception.getLocation().line == 0)
+            exception.locate(location);
+        throw; // the same object, so that it keeps its type
+    }
 }
 
 /// A new exception of type E with another message that keeps the place and the fields of the one that it stands for.

@@ -84,6 +84,8 @@ private Q_SLOTS:
     void goWithTheirPages();
     void refusedArguments_data();
     void refusedArguments();
+    void scriptErrorsNameTheForm_data() { Examples::addRows(); }
+    void scriptErrorsNameTheForm();
     void bytesOfTheScriptStay();
 };
 
@@ -412,6 +414,18 @@ void FormsTest::refusedArguments() {
         statement();
         QFAIL("nothing thrown");
     } catch (const Brindle::Error& error) {
+        QCOMPARE(error.getLocation().file, "src/bin/velmora/" + group().toStdString());
+    }
+}
+
+void FormsTest::scriptErrorsNameTheForm() {
+    QFETCH(QString, example);
+    openFilled(example, "raise ValueError('x')");
+    try {
+        std::visit([](const auto& script) { script(); }, page().getGeneration().script);
+        QFAIL("nothing thrown");
+    } catch (const Brindle::Fatal& error) {
+        QCOMPARE(error.what(), "Should not be here");
         QCOMPARE(error.getLocation().file, "src/bin/velmora/" + group().toStdString());
     }
 }

@@ -18,8 +18,6 @@ using Velmora::GeneratedFiles;
 
 namespace {
 
-const Brindle::Location caller{"src/bin/velmora/SomeLeaf", "getIP", 7};
-
 const QString failedLine = QStringLiteral("E: Failed to generate the IP, please contact the provider.");
 
 } // namespace
@@ -65,15 +63,13 @@ RunnerTest::Outcome RunnerTest::run(const QByteArray& script, const std::string&
     ConsoleRecorder recorder;
     Outcome outcome;
     try {
-        const Velmora::GeneratorScript generator(filename.toStdString(), caller);
-        Velmora::ArgumentDictionary arguments(caller);
+        const Velmora::GeneratorScript generator(filename.toStdString());
+        Velmora::ArgumentDictionary arguments;
         arguments.add("%%ENTITY_NAME%%", entity);
         outcome.files = generator.generateFiles(arguments);
     } catch (const Brindle::Exception& exception) {
         outcome.exception = dynamic_cast<const Brindle::Critical*>(&exception) ? "Critical: " : "Fatal: ";
         outcome.exception += exception.what();
-        if (exception.getLocation() != caller)
-            outcome.exception += " located elsewhere";
     }
     outcome.console = recorder.lines();
     return outcome;
@@ -206,7 +202,7 @@ void RunnerTest::scriptFileErrors() {
     QFETCH(QString, message);
     const auto messageOf = [](const QString& filename) {
         try {
-            Velmora::GeneratorScript(filename.toStdString(), caller);
+            Velmora::GeneratorScript(filename.toStdString());
         } catch (const Brindle::Fatal& exception) {
             return QString(exception.what());
         }
@@ -229,12 +225,11 @@ void RunnerTest::scriptFileErrors() {
     QCOMPARE(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
     for (const QString& unreadable : {_prefix->path("absent.py"), _prefix->path("share"), pipe}) {
         try {
-            Velmora::GeneratorScript(unreadable.toStdString(), caller);
+            Velmora::GeneratorScript(unreadable.toStdString());
             QFAIL("nothing thrown");
         } catch (const Brindle::Fatal& exception) {
             QCOMPARE(exception.what(), "Unable to open script file");
             QCOMPARE(exception.getField("scriptFilename"), unreadable.toStdString());
-            QCOMPARE(exception.getLocation(), caller);
         }
     }
 }

@@ -353,7 +353,7 @@ void ShellTest::generationFailures() {
             Brindle::console.error("refused");
         return kind != 4;
     };
-    generation.run([kind] {
+    generation.run(BRINDLE_HERE, [kind] {
         Brindle::console.print("worked");
         if (kind == 1)
             throw Brindle::located(Brindle::InvalidRequest("Own text"), BRINDLE_HERE, {{"field", "value"}});

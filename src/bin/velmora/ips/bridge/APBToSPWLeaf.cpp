@@ -5,6 +5,8 @@
 #include <velmora/generation/InteractiveGeneration.h>
 #include <velmora/settings/SettingsKeys.h>
 
+#include <Brindle/core/Exception.h>
+
 namespace Velmora {
 
 APBToSPWLeaf::APBToSPWLeaf(IPLeaf* ipLeaf)
@@ -34,27 +36,29 @@ void APBToSPWLeaf::onReset() {
 }
 
 GeneratedFiles APBToSPWLeaf::getIP() const {
-    return GeneratorScript(_ipLeaf->getScriptFilename(), BRINDLE_HERE).generateFiles(getArguments());
+    return Brindle::locatedAt(
+        BRINDLE_HERE, [this] { return GeneratorScript(_ipLeaf->getScriptFilename()).generateFiles(getArguments()); });
 }
 
 ArgumentDictionary APBToSPWLeaf::getArguments() const {
-    ArgumentDictionary arguments(BRINDLE_HERE);
-    arguments.add("%%ENTITY_NAME%%", _entityEdit->text().toStdString());
-    return arguments;
+    return Brindle::locatedAt(BRINDLE_HERE, [this] {
+        ArgumentDictionary arguments;
+        arguments.add("%%ENTITY_NAME%%", _entityEdit->text().toStdString());
+        return arguments;
+    });
 }
 
-Generation APBToSPWLeaf::getGeneration(const Brindle::Location& caller) const {
+Generation APBToSPWLeaf::getGeneration() const {
     return {"Generating " + _ipLeaf->getName(),
             _entityEdit->text(),
             FailureRules::bridge,
-            caller,
             [this] { return isFullyConfigured(); },
             [this] { return getArguments(); },
             [this] { return getIP(); }};
 }
 
 void APBToSPWLeaf::onGenerate() {
-    InteractiveGeneration(this, _form.getGroup(), getGeneration(BRINDLE_HERE)).run();
+    InteractiveGeneration(this, _form.getGroup(), getGeneration()).run(BRINDLE_HERE);
 }
 
 } // namespace Velmora

@@ -28,7 +28,7 @@ public:
     virtual GeneratedFiles getIP() const;
     /// What the script is given. Throws Brindle::InvalidRequest for a name that cannot be passed.
     ArgumentDictionary getArguments() const;
-    Generation getGeneration(const Brindle::Location& caller) const override;
+    Generation getGeneration() const override;
 
 public Q_SLOTS:
     void onReset();

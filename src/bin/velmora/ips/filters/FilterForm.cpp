@@ -51,8 +51,8 @@ unsigned long FilterForm::getNormalizedCoefficientWidth() const {
     return normalizedCoefficientWidth(static_cast<unsigned long>(_coefficientWidth->value()));
 }
 
-std::string FilterForm::getCoefficientString(const Brindle::Location& caller) const {
-    return renderCoefficients(getCoefficientList(), getNormalizedCoefficientWidth(), caller);
+std::string FilterForm::getCoefficientString() const {
+    return renderCoefficients(getCoefficientList(), getNormalizedCoefficientWidth());
 }
 
 void FilterForm::check(FormCheck& check, bool needsCoefficients) const {

@@ -5,8 +5,6 @@
 #include <velmora/generation/Generation.h>
 #include <velmora/rules/ArgumentDictionary.h>
 
-#include <Brindle/core/Location.h>
-
 #include <QString>
 #include <QTextEdit>
 
@@ -38,19 +36,17 @@ public:
     /// The coefficient width rounded up to whole hexadecimal digits, in bits.
     unsigned long getNormalizedCoefficientWidth() const;
     /// The VHDL aggregate of the list. Throws what `renderCoefficients` throws.
-    std::string getCoefficientString(const Brindle::Location& caller) const;
+    std::string getCoefficientString() const;
 
     /// Appends the checks that every filter begins with. A form whose coefficients are signals needs no list of them.
     void check(FormCheck& check, bool needsCoefficients) const;
 
-    /// What the Generate button of the leaf starts, which composes this form. Errors that are not in-house ones are
-    /// located at `caller`.
+    /// What the Generate button of the leaf starts, which composes this form.
     template <class Leaf>
-    Generation getGeneration(const std::string& title, const Leaf& leaf, const Brindle::Location& caller) const {
+    Generation getGeneration(const std::string& title, const Leaf& leaf) const {
         return {title,
                 getEntityName(),
                 FailureRules::filter,
-                caller,
                 [&leaf] { return leaf.isFullyConfigured(); },
                 [&leaf] { return leaf.getArguments(); },
                 [&leaf] { return leaf.getFilter(); }};

@@ -56,9 +56,9 @@ bool MacFirLeaf::isFullyConfigured() const {
     return check.hasPassed();
 }
 
-ArgumentDictionary MacFirLeaf::getArguments() const {
+ArgumentDictionary MacFirLeaf::makeArguments() const {
     const QString pattern = _patternEdit->text();
-    ArgumentDictionary arguments(BRINDLE_HERE);
+    ArgumentDictionary arguments;
     arguments.add("%%COEFS%%", getCoefficientString())
         .add("%%N_TAPS%%", _tapCount->value())
         .add("%%CLK_AUX1_PATTERN%%", pattern.isEmpty() ? "1000000000000000" : pattern.toStdString())
@@ -67,20 +67,21 @@ ArgumentDictionary MacFirLeaf::getArguments() const {
         .add("%%APPLICATION%%", Quillon::application->getFullName().toStdString())
         .add("%%DSP_COUNT%%", _dspCount->value());
     _filter.addWidthArguments(arguments);
-    arguments.add("%%DATE%%", getGenerationDateLabel(BRINDLE_HERE));
+    arguments.add("%%DATE%%", getGenerationDateLabel());
     return arguments;
 }
 
 QString MacFirLeaf::getFilter() const {
-    return GeneratorScript(_ipLeaf->getScriptFilename(), BRINDLE_HERE).generateText(getArguments());
+    return Brindle::locatedAt(
+        BRINDLE_HERE, [this] { return GeneratorScript(_ipLeaf->getScriptFilename()).generateText(getArguments()); });
 }
 
-Generation MacFirLeaf::getGeneration(const Brindle::Location& caller) const {
-    return _filter.getGeneration("Generating filter mac", *this, caller);
+Generation MacFirLeaf::getGeneration() const {
+    return _filter.getGeneration("Generating filter mac", *this);
 }
 
 void MacFirLeaf::onGenerate() {
-    InteractiveGeneration(this, getForm().getGroup(), getGeneration(BRINDLE_HERE)).run();
+    InteractiveGeneration(this, getForm().getGroup(), getGeneration()).run(BRINDLE_HERE);
 }
 
 } // namespace Velmora

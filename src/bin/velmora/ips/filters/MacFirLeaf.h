@@ -3,6 +3,8 @@
 #include <velmora/catalogue/GeneratorLeaf.h>
 #include <velmora/ips/filters/FilterForm.h>
 
+#include <Brindle/core/Exception.h>
+
 #include <QWidget>
 
 namespace Velmora {
@@ -21,14 +23,18 @@ public:
     Form& getForm() final { return _filter.getForm(); }
     std::vector<std::string> getCoefficientList() const { return _filter.getCoefficientList(); }
     unsigned long getNormalizedCoefficientWidth() const { return _filter.getNormalizedCoefficientWidth(); }
-    std::string getCoefficientString() const { return _filter.getCoefficientString(BRINDLE_HERE); }
+    std::string getCoefficientString() const {
+        return Brindle::locatedAt(BRINDLE_HERE, [this] { return _filter.getCoefficientString(); });
+    }
     /// Tells the first thing that is wrong with the form; true when nothing is.
     bool isFullyConfigured() const;
     /// What the script is given. Throws what the rendering of coefficients throws.
-    ArgumentDictionary getArguments() const;
+    ArgumentDictionary getArguments() const {
+        return Brindle::locatedAt(BRINDLE_HERE, [this] { return makeArguments(); });
+    }
     /// Runs the script on the form's values. Throws what the runner and `getArguments` throw.
     QString getFilter() const;
-    Generation getGeneration(const Brindle::Location& caller) const override;
+    Generation getGeneration() const override;
     void load() { getForm().load(); }
     void save() { getForm().save(); }
 
@@ -37,6 +43,7 @@ public Q_SLOTS:
     void onReset() { getForm().reset(); }
 
 private:
+    ArgumentDictionary makeArguments() const;
     IPLeaf* const _ipLeaf;
     FilterForm _filter;
     QSpinBox* _tapCount = nullptr;

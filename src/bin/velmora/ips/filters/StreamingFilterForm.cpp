@@ -31,10 +31,10 @@ StreamingFilterForm::StreamingFilterForm(QWidget* widget, const QString& classNa
     _filter.addTruncation({0, 36, 0});
 }
 
-void StreamingFilterForm::applyMode(const QString& mode, const Brindle::Location& caller) {
+void StreamingFilterForm::applyMode(const QString& mode) {
     const bool isInput = mode == inputMode;
     if (!isInput && mode != constantMode)
-        throw Brindle::located(Brindle::Fatal("Should not be here"), caller, {{"mode", mode.toStdString()}});
+        throw Brindle::withFields(Brindle::Fatal("Should not be here"), {{"mode", mode.toStdString()}});
     QTextEdit* coefficientsEdit = _filter.getCoefficientsEdit();
     _countSpin->setEnabled(isInput);
     coefficientsEdit->setEnabled(!isInput);
@@ -79,21 +79,21 @@ bool StreamingFilterForm::isFullyConfigured() const {
     return formCheck.hasPassed();
 }
 
-ArgumentDictionary StreamingFilterForm::getArguments(const Brindle::Location& caller) const {
+ArgumentDictionary StreamingFilterForm::getArguments() const {
     const bool isInput = areCoefficientsInputs();
     if (!isInput && !isCountInRange())
-        throw Brindle::located(Brindle::Fatal("Number of coefficients must be in range 3 to 56"), caller);
-    ArgumentDictionary arguments(caller);
+        throw Brindle::Fatal("Number of coefficients must be in range 3 to 56");
+    ArgumentDictionary arguments;
     arguments.add("%%N_TAPS%%", getCoefficientCount()).add("%%ENTITY_NAME%%", _filter.getEntityName().toStdString());
     const std::string_view coefficientsKey = "%%COEFS_PKG_HEXA_CONSTANT%%";
     if (isInput)
         arguments.addLiteral(coefficientsKey, "(others => (others => '0'))");
     else
-        arguments.add(coefficientsKey, _filter.getCoefficientString(caller));
+        arguments.add(coefficientsKey, _filter.getCoefficientString());
     arguments.add("%%APPLICATION%%", Quillon::application->getFullName().toStdString())
         .add("%%COEF_ARE_INPUT_SIGNALS%%", Brindle::getLabel(isInput));
     _filter.addWidthArguments(arguments);
-    arguments.add("%%DATE%%", getGenerationDateLabel(caller));
+    arguments.add("%%DATE%%", getGenerationDateLabel());
     return arguments;
 }
 

@@ -19,9 +19,9 @@ public:
     const FilterForm& getFilter() const { return _filter; }
     QComboBox* getModeCombo() const { return _modeCombo; }
 
-    /// Enables what the mode needs and says so in the help labels. Throws Brindle::Fatal "Should not be here", located
-    /// at `caller`, for a mode that does not exist.
-    void applyMode(const QString& mode, const Brindle::Location& caller);
+    /// Enables what the mode needs and says so in the help labels. Throws Brindle::Fatal "Should not be here" for
+    /// a mode that does not exist.
+    void applyMode(const QString& mode);
 
     /// True when the coefficients are input signals.
     bool areCoefficientsInputs() const;
@@ -35,8 +35,8 @@ public:
     bool isFullyConfigured() const;
 
     /// The arguments of a generation. Throws what `getCoefficientString` throws and, for a list that the check refuses,
-    /// Brindle::Fatal, both located at `caller`.
-    ArgumentDictionary getArguments(const Brindle::Location& caller) const;
+    /// Brindle::Fatal.
+    ArgumentDictionary getArguments() const;
 
 private:
     bool isCountInRange() const;

@@ -20,15 +20,17 @@ SystolicLeaf::~SystolicLeaf() {
 }
 
 QString SystolicLeaf::getFilter() const {
-    return GeneratorScript(_ipLeaf->getScriptFilename(), BRINDLE_HERE).generateText(_form.getArguments(BRINDLE_HERE));
+    return Brindle::locatedAt(BRINDLE_HERE, [this] {
+        return GeneratorScript(_ipLeaf->getScriptFilename()).generateText(_form.getArguments());
+    });
 }
 
-Generation SystolicLeaf::getGeneration(const Brindle::Location& caller) const {
-    return _form.getFilter().getGeneration("Generating systolic filter", *this, caller);
+Generation SystolicLeaf::getGeneration() const {
+    return _form.getFilter().getGeneration("Generating systolic filter", *this);
 }
 
 void SystolicLeaf::onGenerate() {
-    InteractiveGeneration(this, getForm().getGroup(), getGeneration(BRINDLE_HERE)).run();
+    InteractiveGeneration(this, getForm().getGroup(), getGeneration()).run(BRINDLE_HERE);
 }
 
 } // namespace Velmora

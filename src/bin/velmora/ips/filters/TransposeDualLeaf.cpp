@@ -20,15 +20,17 @@ TransposeDualLeaf::~TransposeDualLeaf() {
 }
 
 QString TransposeDualLeaf::getFilter() const {
-    return GeneratorScript(_ipLeaf->getScriptFilename(), BRINDLE_HERE).generateText(_form.getArguments(BRINDLE_HERE));
+    return Brindle::locatedAt(BRINDLE_HERE, [this] {
+        return GeneratorScript(_ipLeaf->getScriptFilename()).generateText(_form.getArguments());
+    });
 }
 
-Generation TransposeDualLeaf::getGeneration(const Brindle::Location& caller) const {
-    return _form.getFilter().getGeneration("Generating transpose dual filter", *this, caller);
+Generation TransposeDualLeaf::getGeneration() const {
+    return _form.getFilter().getGeneration("Generating transpose dual filter", *this);
 }
 
 void TransposeDualLeaf::onGenerate() {
-    InteractiveGeneration(this, getForm().getGroup(), getGeneration(BRINDLE_HERE)).run();
+    InteractiveGeneration(this, getForm().getGroup(), getGeneration()).run(BRINDLE_HERE);
 }
 
 } // namespace Velmora

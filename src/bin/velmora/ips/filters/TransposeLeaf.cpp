@@ -20,15 +20,17 @@ TransposeLeaf::~TransposeLeaf() {
 }
 
 QString TransposeLeaf::getFilter() const {
-    return GeneratorScript(_ipLeaf->getScriptFilename(), BRINDLE_HERE).generateText(_form.getArguments(BRINDLE_HERE));
+    return Brindle::locatedAt(BRINDLE_HERE, [this] {
+        return GeneratorScript(_ipLeaf->getScriptFilename()).generateText(_form.getArguments());
+    });
 }
 
-Generation TransposeLeaf::getGeneration(const Brindle::Location& caller) const {
-    return _form.getFilter().getGeneration("Generating transpose filter", *this, caller);
+Generation TransposeLeaf::getGeneration() const {
+    return _form.getFilter().getGeneration("Generating transpose filter", *this);
 }
 
 void TransposeLeaf::onGenerate() {
-    InteractiveGeneration(this, getForm().getGroup(), getGeneration(BRINDLE_HERE)).run();
+    InteractiveGeneration(this, getForm().getGroup(), getGeneration()).run(BRINDLE_HERE);
 }
 
 } // namespace Velmora

@@ -31,15 +31,17 @@ bool TransposeSymmetricLeaf::isFullyConfigured() const {
 }
 
 QString TransposeSymmetricLeaf::getFilter() const {
-    return GeneratorScript(_ipLeaf->getScriptFilename(), BRINDLE_HERE).generateText(_form.getArguments(BRINDLE_HERE));
+    return Brindle::locatedAt(BRINDLE_HERE, [this] {
+        return GeneratorScript(_ipLeaf->getScriptFilename()).generateText(_form.getArguments());
+    });
 }
 
-Generation TransposeSymmetricLeaf::getGeneration(const Brindle::Location& caller) const {
-    return _form.getFilter().getGeneration("Generating transpose symmetric filter", *this, caller);
+Generation TransposeSymmetricLeaf::getGeneration() const {
+    return _form.getFilter().getGeneration("Generating transpose symmetric filter", *this);
 }
 
 void TransposeSymmetricLeaf::onGenerate() {
-    InteractiveGeneration(this, getForm().getGroup(), getGeneration(BRINDLE_HERE)).run();
+    InteractiveGeneration(this, getForm().getGroup(), getGeneration()).run(BRINDLE_HERE);
 }
 
 } // namespace Velmora

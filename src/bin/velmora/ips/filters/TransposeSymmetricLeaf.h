@@ -3,6 +3,8 @@
 #include <velmora/catalogue/GeneratorLeaf.h>
 #include <velmora/ips/filters/StreamingFilterForm.h>
 
+#include <Brindle/core/Exception.h>
+
 #include <QWidget>
 
 namespace Velmora {
@@ -21,21 +23,27 @@ public:
     Form& getForm() final { return _form.getForm(); }
     std::vector<std::string> getCoefficientList() const { return _form.getFilter().getCoefficientList(); }
     unsigned long getNormalizedCoefficientWidth() const { return _form.getFilter().getNormalizedCoefficientWidth(); }
-    std::string getCoefficientString() const { return _form.getFilter().getCoefficientString(BRINDLE_HERE); }
+    std::string getCoefficientString() const {
+        return Brindle::locatedAt(BRINDLE_HERE, [this] { return _form.getFilter().getCoefficientString(); });
+    }
     /// Tells the first thing that is wrong with the form; true when nothing is.
     bool isFullyConfigured() const;
     /// What the script is given. Throws what the rendering of coefficients throws.
-    ArgumentDictionary getArguments() const { return _form.getArguments(BRINDLE_HERE); }
+    ArgumentDictionary getArguments() const {
+        return Brindle::locatedAt(BRINDLE_HERE, [this] { return _form.getArguments(); });
+    }
     /// Runs the script on the form's values. Throws what the runner and `getArguments` throw.
     QString getFilter() const;
-    Generation getGeneration(const Brindle::Location& caller) const override;
+    Generation getGeneration() const override;
     void load() { getForm().load(); }
     void save() { getForm().save(); }
 
 public Q_SLOTS:
     void onGenerate();
     void onReset() { getForm().reset(); }
-    void onCoefficientModeChange(const QString& text) { _form.applyMode(text, BRINDLE_HERE); }
+    void onCoefficientModeChange(const QString& text) {
+        Brindle::locatedAt(BRINDLE_HERE, [&] { _form.applyMode(text); });
+    }
 
 private:
     IPLeaf* const _ipLeaf;

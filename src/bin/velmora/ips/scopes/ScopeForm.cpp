@@ -69,10 +69,10 @@ QComboBox* ScopeForm::addChoice(const QString& label, const QString& key, const 
     return combo;
 }
 
-int ScopeForm::getCaptureWidth(const Brindle::Location& caller) const {
+int ScopeForm::getCaptureWidth() const {
     const auto depth = std::ranges::find(captureDepths, getCaptureDepth(), &CaptureDepth::samples);
     if (depth == captureDepths.end())
-        throw Brindle::located(Brindle::InternalError("Should not be here"), caller);
+        throw Brindle::InternalError("Should not be here");
     return depth->exponent;
 }
 
@@ -82,13 +82,11 @@ bool ScopeForm::isFullyConfigured() const {
     return check.hasPassed();
 }
 
-Generation ScopeForm::getGeneration(const Brindle::Location& caller,
-                                    const std::function<ArgumentDictionary()>& getArguments,
+Generation ScopeForm::getGeneration(const std::function<ArgumentDictionary()>& getArguments,
                                     const Generation::TextScript& script) const {
     return {"Generating Scope",
             _entityEdit->text(),
             FailureRules::lineTable,
-            caller,
             [this] { return isFullyConfigured(); },
             getArguments,
             script};

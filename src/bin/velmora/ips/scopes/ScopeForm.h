@@ -3,8 +3,6 @@
 #include <velmora/form/Form.h>
 #include <velmora/generation/Generation.h>
 
-#include <Brindle/core/Location.h>
-
 #include <QString>
 #include <QVariant>
 
@@ -52,9 +50,9 @@ public:
     int getInputCount() const { return _inputCount->value(); }
     /// In samples.
     int getCaptureDepth() const { return _depthCombo->currentData().toInt(); }
-    /// Width in bits of the address of a sample. Throws Brindle::InternalError "Should not be here", located at
-    /// `caller`, for a depth that does not exist.
-    int getCaptureWidth(const Brindle::Location& caller) const;
+    /// Width in bits of the address of a sample. Throws Brindle::InternalError "Should not be here" for a depth
+    /// that does not exist.
+    int getCaptureWidth() const;
     QSpinBox* getPreTriggerSpin() const { return _preTriggerSamples; }
     int getPreTriggerSamples() const { return _preTriggerSamples->value(); }
     QSpinBox* getTriggerCountSpin() const { return _triggerCount; }
@@ -65,8 +63,8 @@ public:
     void load() { _form.load(); }
     void save() const { _form.save(); }
     void reset() { _form.reset(); }
-    /// What the Generate button starts. Errors that are not in-house ones are located at `caller`.
-    Generation getGeneration(const Brindle::Location& caller, const std::function<ArgumentDictionary()>& getArguments,
+    /// What the Generate button starts.
+    Generation getGeneration(const std::function<ArgumentDictionary()>& getArguments,
                              const Generation::TextScript& script) const;
 
 private:

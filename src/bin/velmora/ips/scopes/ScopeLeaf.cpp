@@ -100,7 +100,7 @@ std::string ScopeLeaf::getTriggerValueString(const QStringList& values) const {
     return getAssociations(codes);
 }
 
-ArgumentDictionary ScopeLeaf::getArguments() const {
+ArgumentDictionary ScopeLeaf::makeArguments() const {
     const std::string noLevels = "(others => \"00\")";
     const std::string noEdges = "(others => \"000\")";
     const std::string values = getTriggerValueString(_triggerTable->getTriggerValueList());
@@ -112,12 +112,12 @@ ArgumentDictionary ScopeLeaf::getArguments() const {
     if (isMultipleLevel())
         (hasEdges() ? firstEdges : firstLevels) = getTriggerValueString(_triggerTable->getFirstTriggerValueList());
 
-    ArgumentDictionary arguments(BRINDLE_HERE);
+    ArgumentDictionary arguments;
     arguments.add("%%STORE_WINDOW%%", isChosen(_storeWindowCombo) ? 4 : 0)
         .add("%%STORE_TRIGGER%%", isChosen(_storeTriggerCombo) ? 1 : 0)
         .add("%%ENTITY_NAME%%", _scope.getEntityName())
         .add("%%CAPTURE_DEPTH%%", _scope.getCaptureDepth())
-        .add("%%CAPTURE_WIDTH%%", _scope.getCaptureWidth(BRINDLE_HERE))
+        .add("%%CAPTURE_WIDTH%%", _scope.getCaptureWidth())
         .addQuoted("%%TRIGGER_MODE%%", dataOf(_triggerModeCombo))
         .addQuoted("%%CAPTURE_MODE%%", dataOf(_captureModeCombo))
         .add("%%USER_DATA_DELAY%%", _userDataDelay->value())
@@ -133,12 +133,13 @@ ArgumentDictionary ScopeLeaf::getArguments() const {
         .add("%%PRE_TRIGGER_SAMPLES%%", _scope.getPreTriggerSamples())
         .add("%%WINDOW_CAPTURE_LENGTH%%", _windowLength->value())
         .add("%%ADVANCED_EDGE_TRIGGER_VALUES%%", firstEdges)
-        .add("%%DATE%%", getGenerationDateLabel(BRINDLE_HERE));
+        .add("%%DATE%%", getGenerationDateLabel());
     return arguments;
 }
 
 QString ScopeLeaf::getIP() const {
-    return GeneratorScript(_ipLeaf->getScriptFilename(), BRINDLE_HERE).generateText(getArguments());
+    return Brindle::locatedAt(
+        BRINDLE_HERE, [this] { return GeneratorScript(_ipLeaf->getScriptFilename()).generateText(getArguments()); });
 }
 
 void ScopeLeaf::load() {
@@ -157,13 +158,12 @@ void ScopeLeaf::onTriggerCountChange() {
     _triggerTable->invalidateFilter();
 }
 
-Generation ScopeLeaf::getGeneration(const Brindle::Location& caller) const {
-    return _scope.getGeneration(
-        caller, [this] { return getArguments(); }, [this] { return getIP(); });
+Generation ScopeLeaf::getGeneration() const {
+    return _scope.getGeneration([this] { return getArguments(); }, [this] { return getIP(); });
 }
 
 void ScopeLeaf::onGenerate() {
-    InteractiveGeneration(this, getSettingsGroup(), getGeneration(BRINDLE_HERE)).run();
+    InteractiveGeneration(this, getSettingsGroup(), getGeneration()).run(BRINDLE_HERE);
 }
 
 } // namespace Velmora

@@ -48,11 +48,11 @@ std::string StartupScopeLeaf::getTriggerValueString(const QStringList& values) c
     return "\"" + bits.toStdString() + "\"";
 }
 
-ArgumentDictionary StartupScopeLeaf::getArguments() const {
-    ArgumentDictionary arguments(BRINDLE_HERE);
+ArgumentDictionary StartupScopeLeaf::makeArguments() const {
+    ArgumentDictionary arguments;
     arguments.add("%%ENTITY_NAME%%", _scope.getEntityName())
         .add("%%CAPTURE_DEPTH%%", _scope.getCaptureDepth())
-        .add("%%CAPTURE_WIDTH%%", _scope.getCaptureWidth(BRINDLE_HERE))
+        .add("%%CAPTURE_WIDTH%%", _scope.getCaptureWidth())
         .add("%%INPUT_LINE_COUNT%%", _scope.getInputCount())
         .add("%%TRIGGER_LINE_COUNT%%", getTriggerCount())
         .add("%%STARTUP_TRIG_VALUE%%", getTriggerValueString(_triggerTable->getTriggerValueList()))
@@ -60,25 +60,25 @@ ArgumentDictionary StartupScopeLeaf::getArguments() const {
         .add("%%APPLICATION%%", Quillon::application->getFullName().toStdString())
         .add("%%TRIGGER_LINE_COUNT-1%%", getTriggerCount() - 1)
         .add("%%PRE_TRIGGER_SAMPLES%%", _scope.getPreTriggerSamples())
-        .add("%%DATE%%", getGenerationDateLabel(BRINDLE_HERE));
+        .add("%%DATE%%", getGenerationDateLabel());
     return arguments;
 }
 
 QString StartupScopeLeaf::getIP() const {
-    return GeneratorScript(_ipLeaf->getScriptFilename(), BRINDLE_HERE).generateText(getArguments());
+    return Brindle::locatedAt(
+        BRINDLE_HERE, [this] { return GeneratorScript(_ipLeaf->getScriptFilename()).generateText(getArguments()); });
 }
 
 void StartupScopeLeaf::onTriggerCountChange() {
     _triggerTable->invalidateFilter();
 }
 
-Generation StartupScopeLeaf::getGeneration(const Brindle::Location& caller) const {
-    return _scope.getGeneration(
-        caller, [this] { return getArguments(); }, [this] { return getIP(); });
+Generation StartupScopeLeaf::getGeneration() const {
+    return _scope.getGeneration([this] { return getArguments(); }, [this] { return getIP(); });
 }
 
 void StartupScopeLeaf::onGenerate() {
-    InteractiveGeneration(this, getSettingsGroup(), getGeneration(BRINDLE_HERE)).run();
+    InteractiveGeneration(this, getSettingsGroup(), getGeneration()).run(BRINDLE_HERE);
 }
 
 } // namespace Velmora

@@ -5,6 +5,8 @@
 #include <velmora/ips/scopes/TriggerForm.h>
 #include <velmora/rules/ArgumentDictionary.h>
 
+#include <Brindle/core/Exception.h>
+
 #include <QWidget>
 
 #include <string>
@@ -33,10 +35,12 @@ public:
     /// Tells the first thing that is wrong with the form; true when nothing is.
     bool isFullyConfigured() const { return _scope.isFullyConfigured(); }
     /// What the script is given. Throws Brindle::InvalidRequest for a name that cannot be passed.
-    ArgumentDictionary getArguments() const;
+    ArgumentDictionary getArguments() const {
+        return Brindle::locatedAt(BRINDLE_HERE, [this] { return makeArguments(); });
+    }
     /// Runs the script on the form's values. Throws what the runner and `getArguments` throw.
     QString getIP() const;
-    Generation getGeneration(const Brindle::Location& caller) const override;
+    Generation getGeneration() const override;
     void load() { _scope.load(); }
     void save() { _scope.save(); }
 
@@ -46,6 +50,7 @@ public Q_SLOTS:
     void onGenerate();
 
 private:
+    ArgumentDictionary makeArguments() const;
     void addCaptureConfiguration();
     void addTriggerConfiguration();
 

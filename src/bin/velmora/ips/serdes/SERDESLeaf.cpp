@@ -179,10 +179,10 @@ std::string SERDESLeaf::getDESLocationString() const {
     return getAggregate(_desTable->getLocationList());
 }
 
-ArgumentDictionary SERDESLeaf::getArguments() const {
+ArgumentDictionary SERDESLeaf::makeArguments() const {
     const QStringList inputDelays = QVector<QString>(getDESCount(), QStringLiteral("00")).toList();
     const std::string trainingValue = _desTrainingEdit->text().toStdString(); // SER and DES are trained with the same
-    ArgumentDictionary arguments(BRINDLE_HERE);
+    ArgumentDictionary arguments;
     arguments.add("%%PREFIX%%", _prefixEdit->text().toStdString())
         .add("%%ENTITY_NAME%%", _entityEdit->text().toStdString())
         .add("%%WORD_CLOCK%%", _wordClock->value())
@@ -208,12 +208,13 @@ ArgumentDictionary SERDESLeaf::getArguments() const {
         .add("%%DES_INPUT_DELAY_LINE%%", "(" + getAssociations(inputDelays) + ")")
         .addQuoted("%%DES_TRAINING_VALUE%%", trainingValue)
         .add("%%DES_LOCATIONS%%", getDESLocationString())
-        .add("%%DATE%%", getGenerationDateLabel(BRINDLE_HERE));
+        .add("%%DATE%%", getGenerationDateLabel());
     return arguments;
 }
 
 QString SERDESLeaf::getIP() const {
-    return GeneratorScript(_ipLeaf->getScriptFilename(), BRINDLE_HERE).generateText(getArguments());
+    return Brindle::locatedAt(
+        BRINDLE_HERE, [this] { return GeneratorScript(_ipLeaf->getScriptFilename()).generateText(getArguments()); });
 }
 
 void SERDESLeaf::load() {
@@ -230,18 +231,17 @@ void SERDESLeaf::onDESCountChanged() {
     _desTable->invalidateFilter();
 }
 
-Generation SERDESLeaf::getGeneration(const Brindle::Location& caller) const {
+Generation SERDESLeaf::getGeneration() const {
     return {"Generating Scope",
             _entityEdit->text(),
             FailureRules::lineTable,
-            caller,
             [this] { return isFullyConfigured(); },
             [this] { return getArguments(); },
             [this] { return getIP(); }};
 }
 
 void SERDESLeaf::onGenerate() {
-    InteractiveGeneration(this, getSettingsGroup(), getGeneration(BRINDLE_HERE)).run();
+    InteractiveGeneration(this, getSettingsGroup(), getGeneration()).run(BRINDLE_HERE);
 }
 
 } // namespace Velmora

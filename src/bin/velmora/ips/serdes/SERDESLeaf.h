@@ -5,6 +5,8 @@
 #include <velmora/ips/serdes/LocationForm.h>
 #include <velmora/rules/ArgumentDictionary.h>
 
+#include <Brindle/core/Exception.h>
+
 #include <QWidget>
 
 #include <string>
@@ -37,10 +39,12 @@ public:
     /// Tells the first thing that is wrong with the form; true when nothing is.
     bool isFullyConfigured() const;
     /// What the script is given. Throws Brindle::InvalidRequest for a text that cannot be passed.
-    ArgumentDictionary getArguments() const;
+    ArgumentDictionary getArguments() const {
+        return Brindle::locatedAt(BRINDLE_HERE, [this] { return makeArguments(); });
+    }
     /// Runs the script on the form's values. Throws what the runner and `getArguments` throw.
     QString getIP() const;
-    Generation getGeneration(const Brindle::Location& caller) const override;
+    Generation getGeneration() const override;
     void load();
     void save() { _form.save(); }
 
@@ -52,6 +56,7 @@ public Q_SLOTS:
     void onGenerate();
 
 private:
+    ArgumentDictionary makeArguments() const;
     void addGlobalParameters();
     void addSERParameters();
     void addDESParameters();

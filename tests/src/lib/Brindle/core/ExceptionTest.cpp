@@ -23,6 +23,11 @@ void addRows(const char* name) {
     QTest::newRow(qPrintable(QString("reworded to ") + name)) << Throw([] {
         throw reworded<E>("message", located(Interruption("other"), place, {{"key", "k"}, {"value", "v"}}));
     }) << QByteArray(typeid(E).name());
+    QTest::newRow(qPrintable(QString("located on its way ") + name)) << Throw([] {
+        locatedAt(BRINDLE_HERE, [] {
+            locatedAt(place, [] { throw withFields(E("message"), {{"key", "k"}, {"value", "v"}}); });
+        });
+    }) << QByteArray(typeid(E).name());
 }
 
 } // namespace
