@@ -6,6 +6,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
 #include <QSvgRenderer>
@@ -106,6 +107,8 @@ void renderResources(const QDir& resources, const QDir& output) {
 } // namespace
 
 int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen"); // fonts, which a drawing may need, come with a platform
+    const QGuiApplication application(argc, argv);
     const auto path = [argv](int index) { return QFile::decodeName(argv[index]); };
     try {
         if (argc == 3)
