@@ -1,6 +1,6 @@
 #include <Sealwork/base/Base64.h>
 
-#include <Sealwork/base/Base64Alphabet.h>
+#include <Sealwork/base/OpenSsl.h>
 
 #include <algorithm>
 #include <array>
@@ -10,82 +10,32 @@ namespace Sealwork {
 
 namespace {
 
-constexpr std::uint32_t invalid = 0xff000000;
+constexpr std::size_t chunkBytes = 3072; // A multiple of three.
 
-constexpr auto values = []() {
-    std::array<std::uint32_t, 256> table{};
-    table.fill(invalid);
-    for (std::uint32_t value = 0; value < base64Alphabet.size(); ++value)
-        table[static_cast<unsigned char>(base64Alphabet[value])] = value;
-    return table;
-}();
-
-/// The 24 bits of four characters; at least `invalid` when one is not of the alphabet.
-std::uint32_t decodeGroup(const char* characters) {
-    const auto value = [characters](int index) { return values[static_cast<unsigned char>(characters[index])]; };
-    const std::uint32_t all = value(0) | value(1) | value(2) | value(3);
-    return all >= invalid ? invalid : value(0) << 18 | value(1) << 12 | value(2) << 6 | value(3);
-}
-
-/// The last group of a line that does not hold a multiple of three bytes: one or two bytes, padded.
-bool decodePaddedGroup(const char* characters, std::span<std::uint8_t> bytes) {
-    std::array<char, 4> group{characters[0], characters[1], 'A', 'A'};
-    if (bytes.size() == 2)
-        group[2] = characters[2];
-    else if (characters[2] != '=')
+/// Fills the bytes from characters that are their one encoding. OpenSSL alone would also take white space around them
+/// and stray bits, which encoding again tells.
+bool decode(std::string_view characters, std::span<std::uint8_t> bytes) {
+    if (characters.size() != base64Size(bytes.size()))
         return false;
-    if (characters[3] != '=')
-        return false;
-    const std::uint32_t bits = decodeGroup(group.data());
-    const std::uint32_t unusedBits = bytes.size() == 2 ? 0xff : 0xffff;
-    if (bits >= invalid || (bits & unusedBits) != 0)
-        return false;
-    bytes[0] = static_cast<std::uint8_t>(bits >> 16);
-    if (bytes.size() == 2)
-        bytes[1] = static_cast<std::uint8_t>(bits >> 8);
+    std::array<std::uint8_t, chunkBytes> decoded{};
+    std::array<std::uint8_t, base64Size(chunkBytes) + 1> again{}; // It ends with a NUL.
+    while (!bytes.empty()) {
+        const auto part = bytes.first(std::min(bytes.size(), chunkBytes));
+        const auto text = characters.substr(0, base64Size(part.size()));
+        if (EVP_DecodeBlock(decoded.data(), toBytes(text), toInt(text.size())) < 0)
+            return false;
+        std::copy_n(decoded.begin(), part.size(), part.begin());
+        EVP_EncodeBlock(again.data(), part.data(), toInt(part.size()));
+        if (!std::equal(text.begin(), text.end(), again.begin()))
+            return false;
+        characters.remove_prefix(text.size());
+        bytes = bytes.subspan(part.size());
+    }
     return true;
 }
 
-bool decodeLine(const char* characters, std::span<std::uint8_t> bytes) {
-    std::size_t index = 0;
-    for (; index + 3 <= bytes.size(); index += 3, characters += 4) {
-        const std::uint32_t bits = decodeGroup(characters);
-        if (bits >= invalid)
-            return false;
-        bytes[index] = static_cast<std::uint8_t>(bits >> 16);
-        bytes[index + 1] = static_cast<std::uint8_t>(bits >> 8);
-        bytes[index + 2] = static_cast<std::uint8_t>(bits);
-    }
-    return index == bytes.size() || decodePaddedGroup(characters, bytes.subspan(index));
-}
-
-/// The text without its white space, broken in lines of the standard length.
-std::string withStandardLines(std::string_view text) {
-    std::string lines;
-    lines.reserve(text.size() + text.size() / base64LineCharacters + 1);
-    std::size_t column = 0;
-    for (const char character : text) {
-        if (character == ' ' || character == '\t' || character == '\r' || character == '\n')
-            continue;
-        lines += character;
-        if (++column < base64LineCharacters)
-            continue;
-        lines += '\n';
-        column = 0;
-    }
-    if (column > 0)
-        lines += '\n';
-    return lines;
-}
-
-/// Bytes that lines of the standard length hold, if they hold any.
-std::size_t getByteCount(std::string_view lines) {
-    const std::size_t lineCount = (lines.size() + base64LineCharacters) / (base64LineCharacters + 1);
-    std::size_t padding = 0;
-    if (lines.ends_with("=\n"))
-        padding = lines.ends_with("==\n") ? 2 : 1;
-    const std::size_t groupCount = (lines.size() - lineCount) / 4;
-    return std::max(groupCount * 3, padding) - padding;
+bool isWhiteSpace(char character) {
+    return character == ' ' || character == '\t' || character == '\r' || character == '\n';
 }
 
 } // namespace
@@ -93,22 +43,27 @@ std::size_t getByteCount(std::string_view lines) {
 bool decodeBase64Lines(std::string_view lines, std::span<std::uint8_t> bytes) {
     if (lines.size() != base64LinesSize(bytes.size()))
         return false;
-    while (!bytes.empty()) {
-        const auto lineBytes = bytes.first(std::min(bytes.size(), base64LineBytes));
-        const std::size_t lineSize = base64LinesSize(lineBytes.size());
-        // NOLINTNEXTLINE(bugprone-suspicious-stringview-data-usage): the sizes were compared above
-        if (!decodeLine(lines.data(), lineBytes) || lines[lineSize - 1] != '\n')
+    std::string characters;
+    characters.reserve(lines.size());
+    while (!lines.empty()) {
+        const auto line = lines.substr(0, base64LineCharacters + 1);
+        if (line.back() != '\n')
             return false;
-        lines.remove_prefix(lineSize);
-        bytes = bytes.subspan(lineBytes.size());
+        characters += line.substr(0, line.size() - 1);
+        lines.remove_prefix(line.size());
     }
-    return true;
+    return decode(characters, bytes);
 }
 
 std::optional<std::vector<std::uint8_t>> decodeBase64Text(std::string_view text) {
-    const auto lines = withStandardLines(text);
-    std::vector<std::uint8_t> bytes(getByteCount(lines));
-    return decodeBase64Lines(lines, bytes) ? std::optional(std::move(bytes)) : std::nullopt;
+    std::string characters;
+    characters.reserve(text.size());
+    std::ranges::remove_copy_if(text, std::back_inserter(characters), isWhiteSpace);
+    std::size_t padding = 0;
+    if (characters.ends_with('='))
+        padding = characters.ends_with("==") ? 2 : 1;
+    std::vector<std::uint8_t> bytes(std::max(characters.size() / 4 * 3, padding) - padding);
+    return decode(characters, bytes) ? std::optional(std::move(bytes)) : std::nullopt;
 }
 
 } // namespace Sealwork

@@ -14,10 +14,15 @@ namespace Sealwork {
 inline constexpr std::size_t base64LineBytes = 57;
 inline constexpr std::size_t base64LineCharacters = 76;
 
+/// Number of characters that `byteCount` bytes take.
+constexpr std::size_t base64Size(std::size_t byteCount) {
+    return (byteCount + 2) / 3 * 4;
+}
+
 /// Number of characters, line feeds included, that `byteCount` bytes take in lines.
 constexpr std::size_t base64LinesSize(std::size_t byteCount) {
     const std::size_t lineCount = (byteCount + base64LineBytes - 1) / base64LineBytes;
-    return (byteCount + 2) / 3 * 4 + lineCount;
+    return base64Size(byteCount) + lineCount;
 }
 
 /// Fills `bytes` from lines that hold exactly as many. False when the lines are not the one encoding of some bytes of
