@@ -1,6 +1,6 @@
 #include <fuzz/Property.h>
 
-#include <Sealwork/base/TextLines.h>
+#include <Brindle/core/TextLines.h>
 #include <Sealwork/script/ScriptContainer.h>
 #include <Sealwork/script/ScriptRefused.h>
 
@@ -12,7 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string_view text(reinterpret_cast<const char*>(data), size);
     try {
         const auto container = ScriptContainer::parse(text);
-        require(container.format() == Sealwork::withLineFeeds(text), "there is one text for each content");
+        require(container.format() == Brindle::withLineFeeds(text), "there is one text for each content");
         require(container.signerId.has_value() == container.signature.has_value(), "a signer has signed");
         require(ScriptContainer::isSealed(text), "what can be read begins as it should");
         require(container.payload.size() >= ScriptContainer::tagSize && container.payload.size() < size,

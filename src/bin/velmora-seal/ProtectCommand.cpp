@@ -1,7 +1,7 @@
 #include <velmora-seal/ProtectCommand.h>
 
 #include <Brindle/core/Label.h>
-#include <Sealwork/base/TextLines.h>
+#include <Brindle/core/TextLines.h>
 #include <Sealwork/envelope/EnvelopeWriter.h>
 #include <Sealwork/envelope/HdlLanguage.h>
 #include <Sealwork/envelope/SealConfiguration.h>
@@ -82,7 +82,7 @@ void protectRegion(std::string& output, const RegionWalk::Piece& piece, std::str
         std::size_t line = 0;
         if (std::from_chars(field.data(), field.data() + field.size(), line).ec != std::errc())
             throw;
-        refuse(exception.getMessage(), Sealwork::getLineNumber(text, piece.begin) + line - 1, BRINDLE_HERE);
+        refuse(exception.getMessage(), Brindle::getLineNumber(text, piece.begin) + line - 1, BRINDLE_HERE);
     }
 }
 
@@ -91,7 +91,7 @@ std::optional<RegionWalk::Piece> takePiece(RegionWalk& walk, std::string_view te
     try {
         return walk.next();
     } catch (const Brindle::Fatal& exception) {
-        refuse(exception.getMessage(), Sealwork::getLineNumber(text, walk.getMarker()), BRINDLE_HERE);
+        refuse(exception.getMessage(), Brindle::getLineNumber(text, walk.getMarker()), BRINDLE_HERE);
     }
 }
 
@@ -108,7 +108,7 @@ std::string protectAll(std::string_view text, const std::string& language, const
         hasRegion = hasRegion || piece->isRegion;
     }
     if (walk.isOpen())
-        refuse("No \"`protect end\" follows", Sealwork::getLineNumber(text, walk.getMarker()), BRINDLE_HERE);
+        refuse("No \"`protect end\" follows", Brindle::getLineNumber(text, walk.getMarker()), BRINDLE_HERE);
     if (!hasRegion)
         showProblem(input + ": warning: no \"`protect begin\" found, nothing is protected");
     return output;

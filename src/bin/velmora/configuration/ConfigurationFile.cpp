@@ -1,13 +1,13 @@
 #include <velmora/configuration/ConfigurationFile.h>
 
 #include <Brindle/core/Exception.h>
+#include <Brindle/core/Label.h>
+#include <Brindle/core/TextLines.h>
 #include <Brindle/widgets/RegularFile.h>
 
 #include <QObject>
 #include <QSaveFile>
 #include <QTextCodec>
-
-#include <algorithm>
 
 namespace Velmora {
 
@@ -22,13 +22,12 @@ bool isUtf8(std::string_view text) {
 }
 
 void requireUtf8(std::string_view text, const std::string& filename) {
-    for (int line = 1; !text.empty(); ++line) {
-        const auto end = std::min(text.find('\n'), text.size() - 1) + 1;
-        if (!isUtf8(text.substr(0, end))) {
+    Brindle::TextLines lines(text);
+    while (const auto line = lines.nextOrLast()) {
+        if (!isUtf8(*line)) {
             throw Brindle::located(Brindle::Critical("Line is not UTF-8, save the file in this encoding"), BRINDLE_HERE,
-                                   {{"filename", filename}, {"line", std::to_string(line)}});
+                                   {{"filename", filename}, {"line", Brindle::getLabel(lines.getLineNumber())}});
         }
-        text.remove_prefix(end);
     }
 }
 

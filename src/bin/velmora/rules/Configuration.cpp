@@ -4,6 +4,7 @@
 
 #include <Brindle/core/Exception.h>
 #include <Brindle/core/Text.h>
+#include <Brindle/core/TextLines.h>
 
 #include <algorithm>
 #include <compare>
@@ -64,11 +65,9 @@ Configuration Configuration::parse(std::string_view text, const std::string& fil
     configuration._filename = filename;
     if (text.starts_with(byteOrderMark))
         text.remove_prefix(byteOrderMark.size());
-    while (!text.empty()) {
-        const auto end = text.find('\n');
-        configuration.takeLine(text.substr(0, end));
-        text.remove_prefix(end == text.npos ? text.size() : end + 1);
-    }
+    Brindle::TextLines lines(text);
+    while (const auto line = lines.nextOrLast())
+        configuration.takeLine(*line);
     configuration.takeHead();
     return configuration;
 }

@@ -3,6 +3,7 @@
 #include <velmora/rules/WhiteSpace.h>
 
 #include <Brindle/core/Exception.h>
+#include <Brindle/core/TextLines.h>
 
 #include <bit>
 #include <cstdint>
@@ -127,11 +128,9 @@ private:
 
 IPDescription parseIPDescription(std::string_view content, const std::string& filename) {
     Parser parser(filename);
-    while (!content.empty()) {
-        const auto end = content.find('\n');
-        parser.takeLine(content.substr(0, end));
-        content.remove_prefix(end == content.npos ? content.size() : end + 1);
-    }
+    Brindle::TextLines lines(content);
+    while (const auto line = lines.nextOrLast())
+        parser.takeLine(*line);
     return parser.finish();
 }
 

@@ -3,6 +3,7 @@
 #include <Brindle/core/Build.h>
 #include <Brindle/core/Label.h>
 #include <Brindle/core/Text.h>
+#include <Brindle/core/TextLines.h>
 
 #include <algorithm>
 #include <iomanip>
@@ -45,11 +46,10 @@ std::string shortened(std::string_view text) {
 
 std::vector<std::string_view> linesOf(std::string_view text) {
     std::vector<std::string_view> lines;
-    for (auto end = text.find('\n'); end != text.npos; end = text.find('\n')) {
-        lines.push_back(text.substr(0, end));
-        text.remove_prefix(end + 1);
-    }
-    lines.push_back(text);
+    TextLines rest(text);
+    while (const auto line = rest.next())
+        lines.push_back(*line);
+    lines.push_back(rest.getRest());
     return lines;
 }
 

@@ -11,6 +11,9 @@ inline bool isControl(char character) {
     return (character >= 0 && character < ' ') || character == '\x7f';
 }
 
+/// What the C language calls white space.
+inline constexpr std::string_view asciiSpaces = " \t\n\v\f\r";
+
 /// The text without any of the blanks at its ends.
 inline std::string_view trimmed(std::string_view text, std::string_view blanks = " \t") {
     const auto begin = text.find_first_not_of(blanks);

@@ -1,7 +1,7 @@
 #include <Sealwork/envelope/Envelope.h>
 
+#include <Brindle/core/TextLines.h>
 #include <Sealwork/base/Base64LineEncoder.h>
-#include <Sealwork/base/TextLines.h>
 #include <Sealwork/envelope/EnvelopeParser.h>
 #include <Sealwork/envelope/EnvelopeRefused.h>
 #include <Sealwork/envelope/EnvelopeText.h>
@@ -37,7 +37,7 @@ void requireOwn(const Envelope& envelope, std::string_view text, std::size_t fir
     if (text == expected)
         return;
     const auto difference = std::ranges::mismatch(text, expected).in1 - text.begin();
-    refuseMalformed(firstLine + getLineNumber(text, static_cast<std::size_t>(difference)) - 1,
+    refuseMalformed(firstLine + Brindle::getLineNumber(text, static_cast<std::size_t>(difference)) - 1,
                     "not as " + std::string(EnvelopeText::agent) + " writes it", BRINDLE_HERE);
 }
 

@@ -8,8 +8,6 @@ namespace Sealwork {
 
 namespace {
 
-constexpr std::string_view whiteSpace = " \t\n\v\f\r";
-
 bool isWordCharacter(char character) {
     return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
            (character >= '0' && character <= '9') || character == '_';
@@ -17,7 +15,7 @@ bool isWordCharacter(char character) {
 
 /// Takes the white space in front off; false when there is none.
 bool skipWhiteSpace(std::string_view& text) {
-    const auto begin = std::min(text.find_first_not_of(whiteSpace), text.size());
+    const auto begin = std::min(text.find_first_not_of(Brindle::asciiSpaces), text.size());
     text.remove_prefix(begin);
     return begin > 0;
 }
@@ -78,7 +76,7 @@ bool endsWithWord(std::string_view text, std::string_view word) {
     if (!text.ends_with(word))
         return false;
     text.remove_suffix(word.size());
-    return !text.empty() && !isWordCharacter(text.back());
+    return text.empty() || !isWordCharacter(text.back());
 }
 
 } // namespace
@@ -109,7 +107,7 @@ bool isBlockDirective(std::string_view line) {
     auto body = getDirectiveBody(line);
     if (!body)
         return false;
-    const auto words = body->substr(0, body->find_last_not_of(whiteSpace) + 1);
+    const auto words = Brindle::trimmed(*body, Brindle::asciiSpaces);
     return endsWithWord(words, "key_block") || endsWithWord(words, "data_block");
 }
 

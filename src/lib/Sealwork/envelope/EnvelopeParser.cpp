@@ -2,7 +2,6 @@
 
 #include <Brindle/core/Text.h>
 #include <Sealwork/base/Base64.h>
-#include <Sealwork/base/TextLines.h>
 #include <Sealwork/envelope/EnvelopeRefused.h>
 #include <Sealwork/envelope/HdlLanguage.h>
 
@@ -13,16 +12,9 @@ namespace Sealwork {
 
 namespace {
 
-constexpr std::string_view whiteSpace = " \t\r\n";
-
-bool isBlank(std::string_view text) {
-    return text.find_first_not_of(whiteSpace) == text.npos;
-}
-
 /// True for a right of version 2, which has a syntax of its own.
 bool isRight(std::string_view body) {
-    const auto begin = body.find_first_not_of(whiteSpace);
-    return begin != body.npos && body.substr(begin).starts_with("control ");
+    return Brindle::trimmed(body, Brindle::asciiSpaces).starts_with("control ");
 }
 
 std::optional<std::size_t> toNumber(std::string_view text) {
@@ -34,19 +26,17 @@ std::optional<std::size_t> toNumber(std::string_view text) {
 } // namespace
 
 Envelope EnvelopeParser::parse() {
-    while (!_rest.empty())
-        readLine();
-    _lineBegin = _text.size();
+    while (const auto line = _lines.nextOrLast()) {
+        readLine(*line);
+        _lineBegin = _text.size() - _lines.getRest().size();
+    }
     if (_state != State::Behind)
         refuse("end_protected is missing", BRINDLE_HERE);
     return std::move(_envelope);
 }
 
-void EnvelopeParser::readLine() {
-    _lineBegin = _text.size() - _rest.size();
-    const auto line = _rest.substr(0, _rest.find('\n'));
-    _rest.remove_prefix(std::min(line.size() + 1, _rest.size()));
-    if (isBlank(line))
+void EnvelopeParser::readLine(std::string_view line) {
+    if (Brindle::trimmed(line, Brindle::asciiSpaces).empty())
         return;
     const auto body = getDirectiveBody(line);
     if (!body)
@@ -137,21 +127,20 @@ void EnvelopeParser::setData() {
 
 std::vector<std::uint8_t> EnvelopeParser::takeBlock() {
     // Base64 knows no backtick: the block ends with the line in front of the next directive's.
-    const auto directive = std::min(_rest.find('`'), _rest.size());
-    const auto lineBreak = _rest.rfind('\n', directive);
-    const auto block = _rest.substr(0, lineBreak == _rest.npos ? 0 : lineBreak + 1);
+    const auto rest = _lines.getRest();
+    const auto lineBreak = rest.rfind('\n', rest.find('`')); // `npos` + 1 is 0: no line is left.
+    const auto block = _lines.take(lineBreak + 1);
     auto bytes = decodeBase64Text(block);
     if (!bytes || bytes->empty())
         refuse("block is not base64", BRINDLE_HERE);
     if (_blockBytes && *_blockBytes != bytes->size())
         refuse("block has not the bytes that its encoding names", BRINDLE_HERE);
     _blockBytes.reset();
-    _rest.remove_prefix(block.size());
     return std::move(*bytes);
 }
 
 void EnvelopeParser::refuse(std::string reason, const Brindle::Location& location) const {
-    refuseMalformed(_firstLine + getLineNumber(_text, _lineBegin) - 1, std::move(reason), location);
+    refuseMalformed(_firstLine + Brindle::getLineNumber(_text, _lineBegin) - 1, std::move(reason), location);
 }
 
 } // namespace Sealwork

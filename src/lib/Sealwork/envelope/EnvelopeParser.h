@@ -4,6 +4,7 @@
 #include <Sealwork/envelope/EnvelopeDirective.h>
 
 #include <Brindle/core/Location.h>
+#include <Brindle/core/TextLines.h>
 
 namespace Sealwork {
 
@@ -11,7 +12,7 @@ namespace Sealwork {
 class EnvelopeParser {
 public:
     /// The text must outlive the parser; its first line is the file's line `firstLine`.
-    EnvelopeParser(std::string_view text, std::size_t firstLine) : _text(text), _rest(text), _firstLine(firstLine) {}
+    EnvelopeParser(std::string_view text, std::size_t firstLine) : _text(text), _lines(text), _firstLine(firstLine) {}
 
     /// Throws EnvelopeRefused "truncated or malformed".
     Envelope parse();
@@ -19,7 +20,7 @@ public:
 private:
     enum class State { Before, Inside, Behind }; ///< Of the envelope.
 
-    void readLine();
+    void readLine(std::string_view line);
     void obey(const DirectiveExpression& expression);
     void begin();
     void end();
@@ -30,7 +31,7 @@ private:
     [[noreturn]] void refuse(std::string reason, const Brindle::Location& location) const;
 
     std::string_view _text;
-    std::string_view _rest; ///< Behind the lines read so far.
+    Brindle::TextLines _lines;
     std::size_t _firstLine;
     std::size_t _lineBegin = 0; ///< Offset of the line at hand.
     State _state = State::Before;

@@ -1,6 +1,6 @@
 #include <Sealwork/envelope/HdlPieces.h>
 
-#include <Sealwork/base/TextLines.h>
+#include <Brindle/core/TextLines.h>
 #include <Sealwork/envelope/EnvelopeDirective.h>
 #include <Sealwork/envelope/EnvelopeRefused.h>
 
@@ -24,7 +24,7 @@ public:
             return;
         const auto piece = _text.substr(_begin, end - _begin);
         _pieces.push_back({piece, isEnvelope, _line});
-        _line += getLineNumber(piece, piece.size()) - 1;
+        _line += Brindle::getLineNumber(piece, piece.size()) - 1;
         _begin = end;
     }
 
@@ -51,11 +51,11 @@ std::vector<HdlPiece> splitAtEnvelopes(std::string_view text) {
             cutter.cut(line->begin, false);
             open = line->begin;
         } else if (!open && (isBlockDirective(line->text) || isDirective(line->text, endName))) {
-            refuseMalformed(getLineNumber(text, line->begin), "no begin_protected in front", BRINDLE_HERE);
+            refuseMalformed(Brindle::getLineNumber(text, line->begin), "no begin_protected in front", BRINDLE_HERE);
         }
     }
     if (open)
-        refuseMalformed(getLineNumber(text, *open), "no end_protected follows", BRINDLE_HERE);
+        refuseMalformed(Brindle::getLineNumber(text, *open), "no end_protected follows", BRINDLE_HERE);
     cutter.cut(text.size(), false);
     return cutter.get();
 }

@@ -2,9 +2,9 @@
 
 #include <Brindle/core/Exception.h>
 #include <Brindle/core/Label.h>
+#include <Brindle/core/TextLines.h>
 #include <Sealwork/base/Hex.h>
 #include <Sealwork/base/OpenSsl.h>
-#include <Sealwork/base/TextLines.h>
 #include <Sealwork/envelope/EnvelopeDirective.h>
 #include <Sealwork/envelope/HdlLanguage.h>
 
@@ -17,7 +17,7 @@ void requireNoEnvelope(std::string_view text) {
     while (const auto line = lines.next())
         if (isBlockDirective(line->text))
             throw Brindle::located(Brindle::Fatal("Region already holds a protected envelope"), BRINDLE_HERE,
-                                   {{"line", Brindle::getLabel(getLineNumber(text, line->begin))}});
+                                   {{"line", Brindle::getLabel(Brindle::getLineNumber(text, line->begin))}});
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 #include <Sealwork/envelope/PublishedKey.h>
 
+#include <Brindle/core/TextLines.h>
 #include <Sealwork/base/Base64LineEncoder.h>
-#include <Sealwork/base/TextLines.h>
 #include <Sealwork/envelope/EnvelopeDirective.h>
 #include <Sealwork/keys/Recipient.h>
 
@@ -19,14 +19,14 @@ std::optional<PublishedKey> makeKey(std::string_view pem, std::string owner, std
 }
 
 std::optional<PublishedKey> parsePem(std::string_view text, std::size_t pemBegin) {
-    const auto content = withLineFeeds(text.substr(0, pemBegin));
-    TextLines lines(content);
+    const auto content = Brindle::withLineFeeds(text.substr(0, pemBegin));
+    Brindle::TextLines lines(content);
     std::string owner;
     std::string name;
     while (const auto line = lines.next()) {
-        if (const auto value = getFieldValue(line, Recipient::ownerField))
+        if (const auto value = Brindle::getFieldValue(line, Recipient::ownerField))
             owner = *value;
-        if (const auto value = getFieldValue(line, Recipient::nameField))
+        if (const auto value = Brindle::getFieldValue(line, Recipient::nameField))
             name = *value;
     }
     return makeKey(text.substr(pemBegin), std::move(owner), std::move(name));
@@ -35,7 +35,7 @@ std::optional<PublishedKey> parsePem(std::string_view text, std::size_t pemBegin
 /// The PEM form of the base64 text that follows a `key_public_key` directive, up to an empty line or the next
 /// directive.
 std::optional<std::string> takePem(std::string_view rest) {
-    const auto content = withLineFeeds(rest.substr(0, rest.find('`')));
+    const auto content = Brindle::withLineFeeds(rest.substr(0, rest.find('`')));
     const auto bytes = decodeBase64Text(std::string_view(content).substr(0, content.find("\n\n")));
     if (!bytes)
         return std::nullopt;

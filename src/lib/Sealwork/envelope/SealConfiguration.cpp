@@ -3,7 +3,7 @@
 #include <Brindle/core/Exception.h>
 #include <Brindle/core/Label.h>
 #include <Brindle/core/Text.h>
-#include <Sealwork/base/TextLines.h>
+#include <Brindle/core/TextLines.h>
 #include <Sealwork/keys/KeyFile.h>
 
 #include <system_error>
@@ -12,10 +12,8 @@ namespace Sealwork {
 
 namespace {
 
-constexpr std::string_view blanks = " \t\r";
-
 std::string_view trimmed(std::string_view text) {
-    return Brindle::trimmed(text, blanks);
+    return Brindle::trimmed(text, Brindle::asciiSpaces);
 }
 
 /// Where a line of the configuration stands, for the refusal of what it says.
@@ -54,10 +52,9 @@ SealConfiguration SealConfiguration::load(const std::filesystem::path& filename)
 }
 
 SealConfiguration SealConfiguration::parse(std::string_view text, const std::filesystem::path& filename) {
-    const std::string content = std::string(text) + "\n";
-    TextLines lines(content);
+    Brindle::TextLines lines(text);
     std::optional<DataMethod> method;
-    while (const auto line = lines.next()) {
+    while (const auto line = lines.nextOrLast()) {
         const auto statement = trimmed(*line);
         if (statement.empty() || statement.starts_with('#'))
             continue;

@@ -1,5 +1,6 @@
 #include <Sealwork/keys/AsymmetricKey.h>
 
+#include <Brindle/core/Text.h>
 #include <Sealwork/base/OpenSsl.h>
 
 #include <openssl/pem.h>
@@ -12,13 +13,12 @@ namespace Sealwork {
 
 namespace {
 
-constexpr std::string_view whiteSpace = " \t\r\n";
-
 bool isOnePublicKey(std::string_view pem) {
     if (!pem.starts_with(AsymmetricKey::publicBegin))
         return false;
     const auto end = pem.find(AsymmetricKey::publicEnd);
-    return end != pem.npos && pem.find_first_not_of(whiteSpace, end + AsymmetricKey::publicEnd.size()) == pem.npos;
+    return end != pem.npos &&
+           pem.find_first_not_of(Brindle::asciiSpaces, end + AsymmetricKey::publicEnd.size()) == pem.npos;
 }
 
 /// What the PEM reader's call for a passphrase needs; an exception may not cross its C frames.

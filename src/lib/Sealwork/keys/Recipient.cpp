@@ -1,8 +1,8 @@
 #include <Sealwork/keys/Recipient.h>
 
 #include <Brindle/core/Label.h>
+#include <Brindle/core/TextLines.h>
 #include <Sealwork/base/OpenSsl.h>
-#include <Sealwork/base/TextLines.h>
 #include <Sealwork/keys/RecipientRefused.h>
 
 #include <openssl/bn.h>
@@ -77,10 +77,10 @@ constexpr std::string_view wrongLayout = "not the lines Key-Owner and Key-Name a
 } // namespace
 
 Recipient Recipient::parse(std::string_view text, const std::filesystem::path& filename) {
-    const std::string content = withLineFeeds(text);
-    TextLines lines(content);
-    const auto owner = getFieldValue(lines.next(), Recipient::ownerField);
-    const auto name = getFieldValue(lines.next(), Recipient::nameField);
+    const std::string content = Brindle::withLineFeeds(text);
+    Brindle::TextLines lines(content);
+    const auto owner = Brindle::getFieldValue(lines.next(), Recipient::ownerField);
+    const auto name = Brindle::getFieldValue(lines.next(), Recipient::nameField);
     if (!owner || !name)
         refuse(wrongLayout, filename, BRINDLE_HERE);
     if (!isName(*owner) || !isName(*name))

@@ -1,10 +1,10 @@
 #include <Sealwork/script/ScriptContainer.h>
 
 #include <Brindle/core/Label.h>
+#include <Brindle/core/TextLines.h>
 #include <Sealwork/base/Base64LineEncoder.h>
 #include <Sealwork/base/Hex.h>
 #include <Sealwork/base/Sha256.h>
-#include <Sealwork/base/TextLines.h>
 #include <Sealwork/script/ScriptRefused.h>
 
 #include <charconv>
@@ -30,13 +30,13 @@ void requireShape(bool fits, ScriptFault fault, const Brindle::Location& locatio
         throw Brindle::located(ScriptRefused(fault), location);
 }
 
-std::string_view takeField(TextLines& lines, std::string_view field) {
-    const auto value = getFieldValue(lines.next(), field);
+std::string_view takeField(Brindle::TextLines& lines, std::string_view field) {
+    const auto value = Brindle::getFieldValue(lines.next(), field);
     requireShape(value.has_value(), ScriptFault::Malformed, BRINDLE_HERE);
     return *value;
 }
 
-void takeSupported(TextLines& lines, std::string_view field, std::string_view supported) {
+void takeSupported(Brindle::TextLines& lines, std::string_view field, std::string_view supported) {
     requireShape(takeField(lines, field) == supported, ScriptFault::UnsupportedFormat, BRINDLE_HERE);
 }
 
@@ -46,14 +46,14 @@ std::string takeId(std::string_view value) {
 }
 
 template <std::size_t Size>
-std::array<std::uint8_t, Size> takeBytes(TextLines& lines, std::string_view field) {
+std::array<std::uint8_t, Size> takeBytes(Brindle::TextLines& lines, std::string_view field) {
     const auto value = takeField(lines, field);
     std::array<std::uint8_t, Size> bytes{};
     requireShape(isLowerHex(value, 2 * Size) && fromHex(value, bytes), ScriptFault::Malformed, BRINDLE_HERE);
     return bytes;
 }
 
-std::size_t takeLength(TextLines& lines) {
+std::size_t takeLength(Brindle::TextLines& lines) {
     const auto value = takeField(lines, lengthField);
     std::size_t length = 0;
     const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), length);
@@ -62,18 +62,18 @@ std::size_t takeLength(TextLines& lines) {
     return length;
 }
 
-std::optional<std::string> takeSigner(TextLines& lines) {
+std::optional<std::string> takeSigner(Brindle::TextLines& lines) {
     const auto line = lines.next();
     if (line && line->empty())
         return std::nullopt;
-    const auto signer = getFieldValue(line, signerField);
+    const auto signer = Brindle::getFieldValue(line, signerField);
     requireShape(signer.has_value(), ScriptFault::Malformed, BRINDLE_HERE);
     auto id = takeId(*signer);
     requireShape(lines.next() == "", ScriptFault::Malformed, BRINDLE_HERE);
     return id;
 }
 
-std::vector<std::uint8_t> takePayload(TextLines& lines, std::size_t size) {
+std::vector<std::uint8_t> takePayload(Brindle::TextLines& lines, std::size_t size) {
     // Nothing is set aside for bytes that the text does not hold.
     const auto text = lines.take(base64LinesSize(size));
     requireShape(text.size() == base64LinesSize(size), ScriptFault::Malformed, BRINDLE_HERE);
@@ -94,8 +94,8 @@ bool ScriptContainer::isSealed(std::string_view text) {
 
 ScriptContainer ScriptContainer::parse(std::string_view text) {
     requireShape(isSealed(text), ScriptFault::NotSealed, BRINDLE_HERE);
-    const std::string content = withLineFeeds(text);
-    TextLines lines(content);
+    const std::string content = Brindle::withLineFeeds(text);
+    Brindle::TextLines lines(content);
     requireShape(lines.next() == beginLine, ScriptFault::Malformed, BRINDLE_HERE);
     takeSupported(lines, formatField, formatVersion);
     takeSupported(lines, cipherField, cipherName);

@@ -1,8 +1,8 @@
-#include <Sealwork/base/TextLines.h>
+#include <Brindle/core/TextLines.h>
 
 #include <algorithm>
 
-namespace Sealwork {
+namespace Brindle {
 
 std::optional<std::string_view> TextLines::next() {
     const auto end = _rest.find('\n');
@@ -12,6 +12,14 @@ std::optional<std::string_view> TextLines::next() {
     _rest.remove_prefix(end + 1);
     ++_lineNumber;
     return line;
+}
+
+std::optional<std::string_view> TextLines::nextOrLast() {
+    auto line = next();
+    if (line || _rest.empty())
+        return line;
+    ++_lineNumber;
+    return take(_rest.size());
 }
 
 std::string_view TextLines::take(std::size_t size) {
@@ -44,4 +52,4 @@ std::string withLineFeeds(std::string_view text) {
     return result;
 }
 
-} // namespace Sealwork
+} // namespace Brindle

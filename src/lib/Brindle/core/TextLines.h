@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace Sealwork {
+namespace Brindle {
 
 /// Walks a text line by line. The text must outlive the walk.
 class TextLines {
@@ -14,6 +14,8 @@ public:
 
     /// The next line without its line feed; none when no line feed is left.
     std::optional<std::string_view> next();
+    /// The same, but the last line may lack its line feed; none at the end of the text.
+    std::optional<std::string_view> nextOrLast();
     /// What follows the lines taken so far.
     std::string_view getRest() const { return _rest; }
     /// The next `size` characters, fewer at the end of the text.
@@ -35,4 +37,4 @@ std::size_t getLineNumber(std::string_view text, std::size_t offset);
 /// The text with every pair of carriage return and line feed turned into a line feed.
 std::string withLineFeeds(std::string_view text);
 
-} // namespace Sealwork
+} // namespace Brindle
