@@ -1,6 +1,6 @@
 #include <fuzz/Property.h>
 
-#include <Sealwork/envelope/Envelope.h>
+#include <Sealwork/envelope/EnvelopeReading.h>
 #include <Sealwork/envelope/EnvelopeRefused.h>
 #include <Sealwork/envelope/HdlPieces.h>
 
@@ -15,7 +15,7 @@ using Sealwork::EnvelopeReading;
 
 std::optional<Envelope> parse(std::string_view text, EnvelopeReading reading) {
     try {
-        return Envelope::parse(text, reading);
+        return Sealwork::readEnvelope(text, reading);
     } catch (const Sealwork::EnvelopeRefused& refusal) {
         require(refusal.getFault() == Sealwork::EnvelopeFault::Malformed, "what cannot be read is malformed");
         require(!refusal.getField("line").empty() && !refusal.getField("reason").empty(), "a refusal tells why");

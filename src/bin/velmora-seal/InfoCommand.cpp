@@ -3,7 +3,7 @@
 #include <Brindle/core/Label.h>
 #include <Sealwork/base/Hex.h>
 #include <Sealwork/envelope/DataMethod.h>
-#include <Sealwork/envelope/Envelope.h>
+#include <Sealwork/envelope/EnvelopeReading.h>
 #include <Sealwork/envelope/HdlLanguage.h>
 #include <Sealwork/envelope/HdlPieces.h>
 #include <Sealwork/script/ScriptContainer.h>
@@ -92,7 +92,7 @@ void tellAll(std::string_view text, const std::string& input) {
         if (!piece.isEnvelope)
             continue;
         hasEnvelope = true;
-        tellEnvelope(Envelope::parse(piece.text, Sealwork::EnvelopeReading::Lax, piece.line),
+        tellEnvelope(Sealwork::readEnvelope(piece.text, Sealwork::EnvelopeReading::Lax, piece.line),
                      input + ":" + Brindle::getLabel(piece.line));
     }
     if (!hasEnvelope)

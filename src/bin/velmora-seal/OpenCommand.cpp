@@ -2,6 +2,7 @@
 
 #include <Brindle/core/Label.h>
 #include <Sealwork/envelope/EnvelopeOpener.h>
+#include <Sealwork/envelope/EnvelopeReading.h>
 #include <Sealwork/envelope/EnvelopeRefused.h>
 #include <Sealwork/envelope/HdlPieces.h>
 #include <Sealwork/script/ScriptContainer.h>
@@ -47,9 +48,9 @@ void requireEnvelope(const std::vector<HdlPiece>& pieces, std::string_view text)
                            BRINDLE_HERE);
 }
 
-Sealwork::Envelope readEnvelope(const HdlPiece& piece, EnvelopeReading reading) {
+Sealwork::Envelope readPiece(const HdlPiece& piece, EnvelopeReading reading) {
     try {
-        return Sealwork::Envelope::parse(piece.text, reading, piece.line);
+        return Sealwork::readEnvelope(piece.text, reading, piece.line);
     } catch (Sealwork::EnvelopeRefused& refusal) {
         if (reading == EnvelopeReading::Strict)
             refusal.addField("reason", "--lax reads envelopes of other tools");
@@ -59,7 +60,7 @@ Sealwork::Envelope readEnvelope(const HdlPiece& piece, EnvelopeReading reading) 
 
 Sealwork::SecureBuffer openPiece(const HdlPiece& piece, const Sealwork::EnvelopeKey& key, EnvelopeReading reading,
                                  const std::string& input) {
-    const auto envelope = readEnvelope(piece, reading);
+    const auto envelope = readPiece(piece, reading);
     const auto line = Brindle::getLabel(piece.line);
     try {
         auto text = Sealwork::EnvelopeOpener(key).open(envelope);

@@ -7,6 +7,7 @@
 #include <Brindle/core/Exception.h>
 
 #include <Sealwork/envelope/EnvelopeOpener.h>
+#include <Sealwork/envelope/EnvelopeReading.h>
 #include <Sealwork/envelope/HdlPieces.h>
 
 #include <QDateTime>
@@ -269,7 +270,7 @@ void BridgeTest::regionsOpenAgain() {
             plain.append(piece.text.data(), static_cast<int>(piece.text.size()));
             continue;
         }
-        const auto envelope = Sealwork::Envelope::parse(piece.text, Sealwork::EnvelopeReading::Strict);
+        const auto envelope = Sealwork::readEnvelope(piece.text, Sealwork::EnvelopeReading::Strict);
         QCOMPARE(envelope.language, name == "x.vhd" ? std::string("vhdl") : std::string("vlog"));
         plain += bytesOf(Sealwork::EnvelopeOpener(key).open(envelope));
         --regionCount;

@@ -1,4 +1,4 @@
-#include <Sealwork/envelope/Envelope.h>
+#include <Sealwork/envelope/EnvelopeReading.h>
 
 #include <Brindle/core/TextLines.h>
 #include <Sealwork/base/Base64LineEncoder.h>
@@ -43,7 +43,7 @@ void requireOwn(const Envelope& envelope, std::string_view text, std::size_t fir
 
 } // namespace
 
-Envelope Envelope::parse(std::string_view text, EnvelopeReading reading, std::size_t firstLine) {
+Envelope readEnvelope(std::string_view text, EnvelopeReading reading, std::size_t firstLine) {
     auto envelope = EnvelopeParser(text, firstLine).parse();
     if (reading == EnvelopeReading::Strict)
         requireOwn(envelope, text, firstLine);
