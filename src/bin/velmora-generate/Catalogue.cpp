@@ -1,11 +1,11 @@
 #include <velmora-generate/Catalogue.h>
 
-#include <velmora-generate/UsageError.h>
 #include <velmora/catalogue/ConfigurationOwner.h>
 #include <velmora/catalogue/DescriptionFile.h>
 
 #include <Brindle/core/Console.h>
 #include <Brindle/core/Exception.h>
+#include <Brindle/tool/UsageError.h>
 
 #include <QFileInfo>
 
@@ -25,9 +25,10 @@ std::string getPrefix() {
     const char* const prefix = std::getenv("ORVANE_PREFIX");
     const std::string wanted = "it should name the directory that holds share/velmora";
     if (!prefix || !*prefix)
-        throw Brindle::located(UsageError("ORVANE_PREFIX is not set, " + wanted), BRINDLE_HERE);
+        throw Brindle::located(Brindle::UsageError("ORVANE_PREFIX is not set, " + wanted), BRINDLE_HERE);
     if (!QFileInfo(QString::fromUtf8(prefix) + "/share/velmora").isDir())
-        throw Brindle::located(UsageError("ORVANE_PREFIX is '" + std::string(prefix) + "', " + wanted), BRINDLE_HERE);
+        throw Brindle::located(Brindle::UsageError("ORVANE_PREFIX is '" + std::string(prefix) + "', " + wanted),
+                               BRINDLE_HERE);
     return prefix;
 }
 
@@ -72,9 +73,10 @@ InstalledIP Catalogue::getNamed(const QString& name) const {
     if (ips.empty())
         showWrongDescriptions();
     const std::string quoted = "'" + name.toStdString() + "'";
-    throw Brindle::located(UsageError(ips.empty() ? "No installed IP has the name or uid " + quoted +
-                                                        ", 'velmora-generate list' shows those that are"
-                                                  : "Several installed IPs are named " + quoted + ", give the uid"),
+    throw Brindle::located(Brindle::UsageError(ips.empty()
+                                                   ? "No installed IP has the name or uid " + quoted +
+                                                         ", 'velmora-generate list' shows those that are"
+                                                   : "Several installed IPs are named " + quoted + ", give the uid"),
                            BRINDLE_HERE);
 }
 

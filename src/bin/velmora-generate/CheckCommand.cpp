@@ -1,8 +1,7 @@
-#include <velmora-generate/CheckCommand.h>
+#include <velmora-generate/Commands.h>
 
 #include <velmora-generate/ConfiguredIP.h>
 #include <velmora-generate/FileRun.h>
-#include <velmora-generate/Operands.h>
 
 #include <Brindle/core/Console.h>
 
@@ -10,7 +9,7 @@ namespace GenerateTool {
 
 namespace {
 
-constexpr const char* help = R"(Usage: velmora-generate check FILE... [--json] [-q]
+constexpr std::string_view help = R"(Usage: velmora-generate check FILE... [--json] [-q]
 
 Checks configurations as the forms of their IPs do before a generation.
 Scripts, which may refuse more, are not run, and an IP that takes its output's
@@ -24,10 +23,10 @@ Exit status: 0 when all files are good, 1 when one is not, 2 for a wrong command
 line.
 )";
 
-ExitCode run(const QCommandLineParser& commandLine, const QStringList& operands) {
-    requireFiles(operands);
+int run(const Brindle::CommandLine& commandLine) {
+    const QStringList filenames = getFilenames(commandLine);
     const Catalogue catalogue;
-    return runOnFiles(operands, commandLine, [&catalogue](const QString& filename, FileReport& report) {
+    return runOnFiles(filenames, commandLine, [&catalogue](const QString& filename, FileReport& report) {
         const ConfiguredIP configured = loadConfigured(catalogue, filename);
         report.setIP(configured.ip.description);
         const Velmora::Generation generation = configured.leaf->getGeneration();
@@ -42,6 +41,6 @@ ExitCode run(const QCommandLineParser& commandLine, const QStringList& operands)
 
 } // namespace
 
-const Command checkCommand{"check", "check configurations", help, getFileOptions(), run};
+const Brindle::Command checkCommand{"check", "check configurations", help, getFileOptions(), run};
 
 } // namespace GenerateTool

@@ -1,9 +1,9 @@
-#include <velmora-generate/DescribeCommand.h>
+#include <velmora-generate/Commands.h>
 
 #include <velmora-generate/Catalogue.h>
+#include <velmora-generate/ExitCode.h>
 #include <velmora-generate/IPJson.h>
 #include <velmora-generate/JsonOutput.h>
-#include <velmora-generate/Operands.h>
 
 #include <velmora/form/Form.h>
 #include <velmora/tables/LineTableView.h>
@@ -21,7 +21,7 @@ using Velmora::FormField;
 using Velmora::FormTable;
 using Velmora::LineTableModel;
 
-constexpr const char* help = R"(Usage: velmora-generate describe IP [--json]
+constexpr std::string_view help = R"(Usage: velmora-generate describe IP [--json]
 
 Shows what the form of an IP, given by its name or uid, asks for: the key of
 each field in a configuration, its label, the values that it can hold and its
@@ -88,11 +88,11 @@ void show(const FormTable& table) {
     console.unindent();
 }
 
-ExitCode run(const QCommandLineParser& commandLine, const QStringList& operands) {
-    const InstalledIP ip = Catalogue().getNamed(requireOneIP(operands));
+int run(const Brindle::CommandLine& commandLine) {
+    const InstalledIP ip = Catalogue().getNamed(QString::fromStdString(commandLine.getOperand("The name of the IP")));
     const auto leaf = loadForm(ip);
     const Velmora::Form& form = *leaf->getForm();
-    if (!commandLine.isSet("json")) {
+    if (!commandLine.has("json")) {
         for (const FormField& field : form.getFields())
             show(field);
         for (const FormTable& table : form.getTables())
@@ -114,7 +114,7 @@ ExitCode run(const QCommandLineParser& commandLine, const QStringList& operands)
 
 } // namespace
 
-const Command describeCommand{
-    "describe", "show what the form of an IP asks for", help, {QCommandLineOption("json")}, run};
+const Brindle::Command describeCommand{
+    "describe", "show what the form of an IP asks for", help, {{"json", false}}, run};
 
 } // namespace GenerateTool

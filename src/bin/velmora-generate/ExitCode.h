@@ -3,7 +3,7 @@
 namespace GenerateTool {
 
 /// How a command ended, as the process's exit status.
-enum class ExitCode {
+enum ExitCode : int {
     Done = 0,
     Failed = 1, ///< Something was refused or could not be generated.
     Usage = 2,  ///< The command line is wrong.

@@ -46,16 +46,24 @@ QJsonObject runOnFile(const QString& filename, const FileHandler& handle) {
 
 } // namespace
 
-QList<QCommandLineOption> getFileOptions() {
-    return {QCommandLineOption("json"), QCommandLineOption(QStringList{"q", "quiet"})};
+std::vector<Brindle::Option> getFileOptions() {
+    return {{"json", false}, {"quiet", false, 'q'}};
 }
 
-ExitCode runOnFiles(const QStringList& filenames, const QCommandLineParser& commandLine, const FileHandler& handle) {
+QStringList getFilenames(const Brindle::CommandLine& commandLine) {
+    commandLine.requireOperands("The configuration file");
+    QStringList filenames;
+    for (const std::string& operand : commandLine.getOperands())
+        filenames += QString::fromStdString(operand);
+    return filenames;
+}
+
+ExitCode runOnFiles(const QStringList& filenames, const Brindle::CommandLine& commandLine, const FileHandler& handle) {
     std::optional<JsonOutput> json;
-    if (commandLine.isSet("json"))
+    if (commandLine.has("json"))
         json.emplace();
     else
-        console.setQuiet(commandLine.isSet("quiet"));
+        console.setQuiet(commandLine.has("quiet"));
     QJsonArray reports;
     auto exitCode = ExitCode::Done;
     for (const QString& filename : filenames) {

@@ -1,9 +1,9 @@
-#include <velmora-generate/ListCommand.h>
+#include <velmora-generate/Commands.h>
 
 #include <velmora-generate/Catalogue.h>
+#include <velmora-generate/ExitCode.h>
 #include <velmora-generate/IPJson.h>
 #include <velmora-generate/JsonOutput.h>
-#include <velmora-generate/Operands.h>
 
 #include <Brindle/core/Console.h>
 
@@ -16,7 +16,7 @@ namespace GenerateTool {
 
 namespace {
 
-constexpr const char* help = R"(Usage: velmora-generate list [--json]
+constexpr std::string_view help = R"(Usage: velmora-generate list [--json]
 
 Shows the installed IPs: name, category, company and variants.
 
@@ -45,12 +45,12 @@ void printTable(const std::vector<InstalledIP>& ips) {
     }
 }
 
-ExitCode run(const QCommandLineParser& commandLine, const QStringList& operands) {
-    requireNoOperand(operands);
+int run(const Brindle::CommandLine& commandLine) {
+    commandLine.requireNoOperand();
     const unsigned long errorCount = Brindle::console.getErrorCount();
     const Catalogue catalogue;
     const std::vector<InstalledIP>& ips = catalogue.getAll();
-    if (commandLine.isSet("json")) {
+    if (commandLine.has("json")) {
         QJsonArray objects;
         for (const InstalledIP& ip : ips)
             objects += toJson(ip.description);
@@ -63,6 +63,6 @@ ExitCode run(const QCommandLineParser& commandLine, const QStringList& operands)
 
 } // namespace
 
-const Command listCommand{"list", "show the installed IPs", help, {QCommandLineOption("json")}, run};
+const Brindle::Command listCommand{"list", "show the installed IPs", help, {{"json", false}}, run};
 
 } // namespace GenerateTool

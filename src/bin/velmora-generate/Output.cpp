@@ -1,6 +1,6 @@
 #include <velmora-generate/Output.h>
 
-#include <velmora-generate/UsageError.h>
+#include <Brindle/tool/UsageError.h>
 
 #include <QFileInfo>
 
@@ -34,14 +34,14 @@ bool isFileName(const QString& name) {
 Output::Output(const std::optional<QString>& path, const QStringList& configurationFilenames)
     : _path(path), _isShared(configurationFilenames.size() > 1) {
     if (_path && _path->isEmpty())
-        throw Brindle::located(UsageError("The output has an empty name"), BRINDLE_HERE);
+        throw Brindle::located(Brindle::UsageError("The output has an empty name"), BRINDLE_HERE);
     if (_path == QLatin1String("-"))
-        throw Brindle::located(UsageError("The output should be a file or a directory, /dev/stdout shows it"),
+        throw Brindle::located(Brindle::UsageError("The output should be a file or a directory, /dev/stdout shows it"),
                                BRINDLE_HERE);
     if (_path && _isShared && !QFileInfo(*_path).isDir()) {
-        throw Brindle::located(
-            UsageError("'" + _path->toStdString() + "' should be a directory, which takes the output of several files"),
-            BRINDLE_HERE);
+        throw Brindle::located(Brindle::UsageError("'" + _path->toStdString() +
+                                                   "' should be a directory, which takes the output of several files"),
+                               BRINDLE_HERE);
     }
     for (const QString& filename : configurationFilenames)
         _configurations += toAbsolute(filename);

@@ -1,8 +1,7 @@
-#include <velmora-generate/RunCommand.h>
+#include <velmora-generate/Commands.h>
 
 #include <velmora-generate/ConfiguredIP.h>
 #include <velmora-generate/FileRun.h>
-#include <velmora-generate/Operands.h>
 #include <velmora-generate/Output.h>
 #include <velmora-generate/OutputFiles.h>
 
@@ -20,7 +19,7 @@ namespace {
 using Brindle::console;
 using Velmora::Generation;
 
-constexpr const char* help = R"(Usage: velmora-generate run FILE... [-o OUTPUT] [--json] [-q]
+constexpr std::string_view help = R"(Usage: velmora-generate run FILE... [-o OUTPUT] [--json] [-q]
 
 Generates from configurations what the program's window would. The output stands
 beside the configuration: a file named after the entity with the extension .vhd,
@@ -82,25 +81,26 @@ bool generate(Generation generation, const QString& filename, Output& output, Fi
     });
 }
 
-ExitCode run(const QCommandLineParser& commandLine, const QStringList& operands) {
-    requireFiles(operands);
-    Output output(commandLine.isSet("output") ? std::optional(commandLine.value("output")) : std::nullopt, operands);
+int run(const Brindle::CommandLine& commandLine) {
+    const QStringList filenames = getFilenames(commandLine);
+    const auto path = commandLine.find("output");
+    Output output(path ? std::optional(QString::fromStdString(*path)) : std::nullopt, filenames);
     const Catalogue catalogue;
-    return runOnFiles(operands, commandLine, [&](const QString& filename, FileReport& report) {
+    return runOnFiles(filenames, commandLine, [&](const QString& filename, FileReport& report) {
         const ConfiguredIP configured = loadConfigured(catalogue, filename);
         report.setIP(configured.ip.description);
         return generate(configured.leaf->getGeneration(), filename, output, report);
     });
 }
 
-QList<QCommandLineOption> getOptions() {
+std::vector<Brindle::Option> getOptions() {
     auto options = getFileOptions();
-    options += QCommandLineOption(QStringList{"o", "output"}, QString(), QStringLiteral("OUTPUT"));
+    options.push_back({"output", true, 'o'});
     return options;
 }
 
 } // namespace
 
-const Command runCommand{"run", "generate from configurations", help, getOptions(), run};
+const Brindle::Command runCommand{"run", "generate from configurations", help, getOptions(), run};
 
 } // namespace GenerateTool

@@ -1,7 +1,7 @@
-#include <velmora-generate/TemplateCommand.h>
+#include <velmora-generate/Commands.h>
 
 #include <velmora-generate/Catalogue.h>
-#include <velmora-generate/Operands.h>
+#include <velmora-generate/ExitCode.h>
 
 #include <velmora/form/Form.h>
 
@@ -11,7 +11,7 @@ namespace GenerateTool {
 
 namespace {
 
-constexpr const char* help = R"(Usage: velmora-generate template IP
+constexpr std::string_view help = R"(Usage: velmora-generate template IP
 
 Writes a configuration with the reset values of an IP, given by its name or uid,
 to standard output.
@@ -19,8 +19,9 @@ to standard output.
 Example: velmora-generate template Systolic > filter.velmora
 )";
 
-ExitCode run(const QCommandLineParser&, const QStringList& operands) {
-    const auto leaf = loadForm(Catalogue().getNamed(requireOneIP(operands)));
+int run(const Brindle::CommandLine& commandLine) {
+    const auto leaf =
+        loadForm(Catalogue().getNamed(QString::fromStdString(commandLine.getOperand("The name of the IP"))));
     leaf->getForm()->reset();
     std::cout << leaf->getConfiguration().getContent();
     return ExitCode::Done;
@@ -28,6 +29,7 @@ ExitCode run(const QCommandLineParser&, const QStringList& operands) {
 
 } // namespace
 
-const Command templateCommand{"template", "make a configuration with the reset values of an IP", help, {}, run};
+const Brindle::Command templateCommand{
+    "template", "make a configuration with the reset values of an IP", help, {}, run};
 
 } // namespace GenerateTool

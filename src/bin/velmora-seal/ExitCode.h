@@ -5,7 +5,7 @@
 namespace SealTool {
 
 /// How a command ended, as the process's exit status.
-enum class ExitCode {
+enum ExitCode : int {
     Done = 0,
     UsageOrFile = 2,    ///< The command line, or a file that cannot be used.
     Malformed = 3,      ///< Input that is not what it should be.

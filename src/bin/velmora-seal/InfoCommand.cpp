@@ -1,12 +1,14 @@
-#include <velmora-seal/InfoCommand.h>
+#include <velmora-seal/Commands.h>
 
 #include <Brindle/core/Label.h>
+#include <Brindle/core/Text.h>
 #include <Sealwork/base/Hex.h>
 #include <Sealwork/envelope/DataMethod.h>
 #include <Sealwork/envelope/EnvelopeReading.h>
 #include <Sealwork/envelope/HdlLanguage.h>
 #include <Sealwork/envelope/HdlPieces.h>
 #include <Sealwork/script/ScriptContainer.h>
+#include <velmora-seal/ExitCode.h>
 #include <velmora-seal/NothingToOpen.h>
 #include <velmora-seal/Report.h>
 #include <velmora-seal/TextFile.h>
@@ -33,7 +35,7 @@ Example: velmora-seal info delivery/top.vhd
 
 /// One line: what it is about, and what there is to say.
 void tell(std::string_view subject, std::string_view text) {
-    std::cout << "  " << subject << std::string(12 - subject.size(), ' ') << getPrintable(text) << '\n';
+    std::cout << "  " << subject << std::string(12 - subject.size(), ' ') << Brindle::getPrintable(text) << '\n';
 }
 
 std::string getByteCount(std::size_t count) {
@@ -58,7 +60,7 @@ void tellMaking(const Sealwork::EnvelopeSeal& seal) {
 void tellEnvelope(const Envelope& envelope, const std::string& place) {
     const bool isVhdl = envelope.language == Sealwork::vhdlLanguage;
     std::cout << place << ": envelope, " << (isVhdl ? "VHDL" : "Verilog") << ", version "
-              << getPrintable(envelope.version) << '\n';
+              << Brindle::getPrintable(envelope.version) << '\n';
     tell("agent", envelope.agent);
     const auto seal = envelope.getSeal();
     if (seal)
@@ -99,7 +101,7 @@ void tellAll(std::string_view text, const std::string& input) {
         throw Brindle::located(NothingToOpen("Neither a protected envelope nor a sealed script"), BRINDLE_HERE);
 }
 
-ExitCode run(const CommandLine& commandLine) {
+int run(const Brindle::CommandLine& commandLine) {
     const auto input = commandLine.getOperand("The file");
     const auto text = readText(input);
     aboutFile(input, [&] { tellAll(text, input); });
@@ -108,6 +110,6 @@ ExitCode run(const CommandLine& commandLine) {
 
 } // namespace
 
-const Command infoCommand{"info", "tell what an envelope or a sealed script says of itself", help, {}, run};
+const Brindle::Command infoCommand{"info", "tell what an envelope or a sealed script says of itself", help, {}, run};
 
 } // namespace SealTool

@@ -1,14 +1,15 @@
-#include <velmora-seal/KeygenCommand.h>
+#include <velmora-seal/Commands.h>
 
 #include <Brindle/core/Label.h>
+#include <Brindle/tool/UsageError.h>
 #include <Sealwork/base/OutputFile.h>
 #include <Sealwork/keys/KeyFile.h>
 #include <Sealwork/keys/Recipient.h>
 #include <Sealwork/keys/ScriptKey.h>
+#include <velmora-seal/ExitCode.h>
 #include <velmora-seal/Passphrase.h>
 #include <velmora-seal/Progress.h>
 #include <velmora-seal/TextFile.h>
-#include <velmora-seal/UsageError.h>
 
 #include <algorithm>
 #include <array>
@@ -75,12 +76,12 @@ bool exists(const std::string& filename) {
 }
 
 /// The files of the key pair that is to be made. Hidden ones would be in no list of an installation's keys.
-PairFiles getPairFiles(const CommandLine& commandLine) {
+PairFiles getPairFiles(const Brindle::CommandLine& commandLine) {
     const auto base = commandLine.get("output");
     const auto name = fs::path(base).filename().string();
     if (name.empty() || name.starts_with('.'))
-        throw Brindle::located(UsageError("--output should end with a file name that does not begin with a dot"),
-                               BRINDLE_HERE);
+        throw Brindle::located(
+            Brindle::UsageError("--output should end with a file name that does not begin with a dot"), BRINDLE_HERE);
     return PairFiles(base);
 }
 
@@ -88,7 +89,7 @@ void print(const std::string& filename) {
     std::cout << filename << '\n';
 }
 
-ExitCode makeScriptKey(const CommandLine& commandLine) {
+ExitCode makeScriptKey(const Brindle::CommandLine& commandLine) {
     const fs::path directory = commandLine.get("output");
     makeDirectory(directory);
     if (commandLine.has("keep")) {
@@ -117,7 +118,7 @@ AsymmetricKey loadPrivateHalf(const std::string& filename) {
 }
 
 /// The passphrase that the private half is to have.
-std::optional<Sealwork::SecureBuffer> getPassphrase(const CommandLine& commandLine) {
+std::optional<Sealwork::SecureBuffer> getPassphrase(const Brindle::CommandLine& commandLine) {
     const auto file = commandLine.find("passphrase-file");
     if (!file && !commandLine.has("passphrase"))
         return std::nullopt;
@@ -126,7 +127,7 @@ std::optional<Sealwork::SecureBuffer> getPassphrase(const CommandLine& commandLi
 
 /// Makes a key pair and writes both halves; `makePublicText` gives the public one.
 template <typename MakeKey, typename MakePublicText>
-ExitCode makePair(const CommandLine& commandLine, MakeKey makeKey, MakePublicText makePublicText) {
+ExitCode makePair(const Brindle::CommandLine& commandLine, MakeKey makeKey, MakePublicText makePublicText) {
     const auto files = getPairFiles(commandLine);
     const bool keep = commandLine.has("keep");
     if (keep && exists(files.privateFile)) {
@@ -148,17 +149,18 @@ ExitCode makePair(const CommandLine& commandLine, MakeKey makeKey, MakePublicTex
     return ExitCode::Done;
 }
 
-std::string getName(const CommandLine& commandLine, std::string_view option) {
+std::string getName(const Brindle::CommandLine& commandLine, std::string_view option) {
     const auto name = commandLine.get(option);
     if (!Recipient::isName(name))
-        throw Brindle::located(UsageError("--" + std::string(option) +
-                                          " should be 1 to 128 printable ASCII characters without \", \\ and `, no "
-                                          "blank at either end"),
-                               BRINDLE_HERE);
+        throw Brindle::located(
+            Brindle::UsageError("--" + std::string(option) +
+                                " should be 1 to 128 printable ASCII characters without \", \\ and `, no "
+                                "blank at either end"),
+            BRINDLE_HERE);
     return name;
 }
 
-unsigned getBits(const CommandLine& commandLine) {
+unsigned getBits(const Brindle::CommandLine& commandLine) {
     const auto text = commandLine.find("bits");
     if (!text)
         return defaultBits;
@@ -166,16 +168,16 @@ unsigned getBits(const CommandLine& commandLine) {
     const auto [end, error] = std::from_chars(text->data(), text->data() + text->size(), bits);
     const bool isNumber = error == std::errc() && end == text->data() + text->size();
     if (!isNumber || bits < Recipient::fewestBits || bits > Recipient::mostBits)
-        throw Brindle::located(UsageError("--bits should be 2048 to 8192"), BRINDLE_HERE);
+        throw Brindle::located(Brindle::UsageError("--bits should be 2048 to 8192"), BRINDLE_HERE);
     return bits;
 }
 
-ExitCode makeSigner(const CommandLine& commandLine) {
+ExitCode makeSigner(const Brindle::CommandLine& commandLine) {
     return makePair(commandLine, AsymmetricKey::makeEd25519,
                     [](const AsymmetricKey& key) { return key.getPublicPem(); });
 }
 
-ExitCode makeRecipient(const CommandLine& commandLine) {
+ExitCode makeRecipient(const Brindle::CommandLine& commandLine) {
     const auto owner = getName(commandLine, "owner");
     const auto name = getName(commandLine, "name");
     const auto bits = getBits(commandLine);
@@ -192,7 +194,7 @@ ExitCode makeRecipient(const CommandLine& commandLine) {
 struct Kind {
     std::string_view name;
     std::vector<std::string_view> otherOptions; ///< That other kinds have.
-    ExitCode (*make)(const CommandLine&);
+    ExitCode (*make)(const Brindle::CommandLine&);
 };
 
 const std::array kinds{
@@ -201,35 +203,36 @@ const std::array kinds{
     Kind{"recipient", {}, makeRecipient},
 };
 
-ExitCode run(const CommandLine& commandLine) {
+int run(const Brindle::CommandLine& commandLine) {
     const auto name = commandLine.getOperand("The kind of key (script, signer or recipient)");
     const auto kind = std::ranges::find(kinds, name, &Kind::name);
     if (kind == kinds.end())
-        throw Brindle::located(UsageError("Unknown kind of key \"" + name + "\", expected script, signer or recipient"),
-                               BRINDLE_HERE);
+        throw Brindle::located(
+            Brindle::UsageError("Unknown kind of key \"" + name + "\", expected script, signer or recipient"),
+            BRINDLE_HERE);
     for (const auto option : kind->otherOptions) {
         if (commandLine.has(option))
-            throw Brindle::located(UsageError("--" + std::string(option) + " does not go with a " + name + " key"),
-                                   BRINDLE_HERE);
+            throw Brindle::located(
+                Brindle::UsageError("--" + std::string(option) + " does not go with a " + name + " key"), BRINDLE_HERE);
     }
     if (commandLine.has("keep") && commandLine.has("force"))
-        throw Brindle::located(UsageError("--keep and --force exclude each other"), BRINDLE_HERE);
+        throw Brindle::located(Brindle::UsageError("--keep and --force exclude each other"), BRINDLE_HERE);
     return kind->make(commandLine);
 }
 
 } // namespace
 
-const Command keygenCommand{"keygen",
-                            "make a script key, a signer or a recipient",
-                            help,
-                            {{"output", true, 'o'},
-                             {"owner"},
-                             {"name"},
-                             {"bits"},
-                             {"keep", false},
-                             {"force", false},
-                             {"passphrase", false},
-                             {"passphrase-file"}},
-                            run};
+const Brindle::Command keygenCommand{"keygen",
+                                     "make a script key, a signer or a recipient",
+                                     help,
+                                     {{"output", true, 'o'},
+                                      {"owner"},
+                                      {"name"},
+                                      {"bits"},
+                                      {"keep", false},
+                                      {"force", false},
+                                      {"passphrase", false},
+                                      {"passphrase-file"}},
+                                     run};
 
 } // namespace SealTool

@@ -1,4 +1,4 @@
-#include <velmora-seal/OpenCommand.h>
+#include <velmora-seal/Commands.h>
 
 #include <Brindle/core/Label.h>
 #include <Sealwork/envelope/EnvelopeOpener.h>
@@ -6,6 +6,7 @@
 #include <Sealwork/envelope/EnvelopeRefused.h>
 #include <Sealwork/envelope/HdlPieces.h>
 #include <Sealwork/script/ScriptContainer.h>
+#include <velmora-seal/ExitCode.h>
 #include <velmora-seal/NothingToOpen.h>
 #include <velmora-seal/Passphrase.h>
 #include <velmora-seal/PrivateKeyFile.h>
@@ -89,7 +90,7 @@ std::string openAll(std::string_view text, const Sealwork::EnvelopeKey& key, Env
     return opened;
 }
 
-ExitCode run(const CommandLine& commandLine) {
+int run(const Brindle::CommandLine& commandLine) {
     const auto input = commandLine.getOperand("The HDL file IN");
     const auto output = commandLine.find("output").value_or(std::string(standardStream));
     const bool replace = commandLine.has("force");
@@ -110,10 +111,11 @@ ExitCode run(const CommandLine& commandLine) {
 
 } // namespace
 
-const Command openCommand{"open",
-                          "open the envelopes of an HDL file",
-                          help,
-                          {{"output", true, 'o'}, {"key"}, {"lax", false}, {"passphrase-file"}, {"force", false}},
-                          run};
+const Brindle::Command openCommand{
+    "open",
+    "open the envelopes of an HDL file",
+    help,
+    {{"output", true, 'o'}, {"key"}, {"lax", false}, {"passphrase-file"}, {"force", false}},
+    run};
 
 } // namespace SealTool

@@ -1,5 +1,6 @@
 #include <velmora-seal/Progress.h>
 
+#include <Brindle/core/Text.h>
 #include <velmora-seal/Report.h>
 
 #include <chrono>
@@ -33,7 +34,7 @@ void showSeconds(const std::stop_token& stop, const std::string& work) {
 
 Progress::Progress(const std::string& work) {
     if (isatty(STDERR_FILENO) == 1)
-        _clock = std::jthread(showSeconds, getPrintable(work));
+        _clock = std::jthread(showSeconds, Brindle::getPrintable(work));
 }
 
 } // namespace SealTool

@@ -1,16 +1,17 @@
-#include <velmora-seal/ProtectCommand.h>
+#include <velmora-seal/Commands.h>
 
 #include <Brindle/core/Label.h>
 #include <Brindle/core/TextLines.h>
+#include <Brindle/tool/UsageError.h>
 #include <Sealwork/envelope/EnvelopeWriter.h>
 #include <Sealwork/envelope/HdlLanguage.h>
 #include <Sealwork/envelope/SealConfiguration.h>
 #include <Sealwork/keys/KeyDirectory.h>
+#include <velmora-seal/ExitCode.h>
 #include <velmora-seal/MalformedInput.h>
 #include <velmora-seal/Progress.h>
 #include <velmora-seal/Report.h>
 #include <velmora-seal/TextFile.h>
-#include <velmora-seal/UsageError.h>
 #include <velmora/rules/InformationBlock.h>
 #include <velmora/rules/ProtectedRegions.h>
 
@@ -46,7 +47,7 @@ struct Protection {
     Sealwork::DataMethod method{};
 };
 
-Protection getProtection(const CommandLine& commandLine) {
+Protection getProtection(const Brindle::CommandLine& commandLine) {
     if (const auto directory = commandLine.find("recipients"))
         return {Sealwork::RecipientKeys::load(*directory), Sealwork::SealConfiguration().dataMethod};
     const auto installation = Sealwork::KeyDirectory::locate();
@@ -54,14 +55,14 @@ Protection getProtection(const CommandLine& commandLine) {
             Sealwork::SealConfiguration::load(installation.getConfiguration()).dataMethod};
 }
 
-std::string getLanguage(const CommandLine& commandLine, const std::string& input) {
+std::string getLanguage(const Brindle::CommandLine& commandLine, const std::string& input) {
     auto language = commandLine.find("language").value_or("auto");
     if (language == Sealwork::vhdlLanguage || language == Sealwork::verilogLanguage)
         return language;
     if (language != "auto")
-        throw Brindle::located(UsageError("--language should be auto, vhdl or vlog"), BRINDLE_HERE);
+        throw Brindle::located(Brindle::UsageError("--language should be auto, vhdl or vlog"), BRINDLE_HERE);
     if (input == standardStream)
-        throw Brindle::located(UsageError("Standard input has no name to tell its language, give --language"),
+        throw Brindle::located(Brindle::UsageError("Standard input has no name to tell its language, give --language"),
                                BRINDLE_HERE);
     return Velmora::getLanguage(input);
 }
@@ -114,7 +115,7 @@ std::string protectAll(std::string_view text, const std::string& language, const
     return output;
 }
 
-ExitCode run(const CommandLine& commandLine) {
+int run(const Brindle::CommandLine& commandLine) {
     const auto input = commandLine.getOperand("The HDL file IN");
     const auto output = commandLine.find("output").value_or(std::string(standardStream));
     const auto language = getLanguage(commandLine, input);
@@ -134,10 +135,10 @@ ExitCode run(const CommandLine& commandLine) {
 
 } // namespace
 
-const Command protectCommand{"protect",
-                             "protect the regions of an HDL file",
-                             help,
-                             {{"output", true, 'o'}, {"language"}, {"recipients"}, {"force", false}},
-                             run};
+const Brindle::Command protectCommand{"protect",
+                                      "protect the regions of an HDL file",
+                                      help,
+                                      {{"output", true, 'o'}, {"language"}, {"recipients"}, {"force", false}},
+                                      run};
 
 } // namespace SealTool

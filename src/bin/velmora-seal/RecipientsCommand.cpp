@@ -1,14 +1,15 @@
-#include <velmora-seal/RecipientsCommand.h>
+#include <velmora-seal/Commands.h>
 
 #include <Brindle/core/Label.h>
+#include <Brindle/tool/UsageError.h>
 #include <Sealwork/envelope/PublishedKey.h>
 #include <Sealwork/keys/KeyDirectory.h>
 #include <Sealwork/keys/KeyFile.h>
 #include <Sealwork/keys/RecipientKeys.h>
+#include <velmora-seal/ExitCode.h>
 #include <velmora-seal/MalformedInput.h>
 #include <velmora-seal/Report.h>
 #include <velmora-seal/TextFile.h>
-#include <velmora-seal/UsageError.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -45,7 +46,7 @@ key that is not fit for use stops every protection.
 Example: velmora-seal recipients add tool_2026.pem --owner "Tool Maker" --name tool_2026
 )";
 
-fs::path getDirectory(const CommandLine& commandLine) {
+fs::path getDirectory(const Brindle::CommandLine& commandLine) {
     if (const auto directory = commandLine.find("recipients"))
         return *directory;
     return Sealwork::KeyDirectory::locate().getRecipients();
@@ -84,7 +85,7 @@ Inspection inspect(const fs::path& directory) {
     return inspection;
 }
 
-ExitCode list(const CommandLine& commandLine) {
+ExitCode list(const Brindle::CommandLine& commandLine) {
     const auto inspection = inspect(getDirectory(commandLine));
     for (std::size_t index = 0; index < inspection.files.size(); ++index) {
         const auto& recipient = inspection.keys.getRecipients()[index];
@@ -94,7 +95,7 @@ ExitCode list(const CommandLine& commandLine) {
     return inspection.hasFault ? ExitCode::UsageOrFile : ExitCode::Done;
 }
 
-ExitCode check(const CommandLine& commandLine) {
+ExitCode check(const Brindle::CommandLine& commandLine) {
     const auto directory = getDirectory(commandLine);
     const auto inspection = inspect(directory);
     warnOfWriters(directory);
@@ -110,11 +111,12 @@ ExitCode check(const CommandLine& commandLine) {
 }
 
 /// The option's value, otherwise what the file tells.
-std::string getName(const CommandLine& commandLine, const char* option, const std::string& told) {
+std::string getName(const Brindle::CommandLine& commandLine, const char* option, const std::string& told) {
     const auto name = commandLine.find(option).value_or(told);
     if (name.empty())
-        throw Brindle::located(UsageError("The file does not tell the " + std::string(option) + ", give --" + option),
-                               BRINDLE_HERE);
+        throw Brindle::located(
+            Brindle::UsageError("The file does not tell the " + std::string(option) + ", give --" + option),
+            BRINDLE_HERE);
     return name;
 }
 
@@ -138,7 +140,7 @@ void requireNew(Recipient recipient, const fs::path& target) {
     keys.add(std::move(recipient), target);
 }
 
-ExitCode add(const CommandLine& commandLine, const std::string& input) {
+ExitCode add(const Brindle::CommandLine& commandLine, const std::string& input) {
     const auto text = readText(input);
     const auto published = Sealwork::PublishedKey::parse(text);
     if (!published)
@@ -159,7 +161,7 @@ ExitCode add(const CommandLine& commandLine, const std::string& input) {
     return ExitCode::Done;
 }
 
-ExitCode run(const CommandLine& commandLine) {
+int run(const Brindle::CommandLine& commandLine) {
     const auto& operands = commandLine.getOperands();
     const std::string action = operands.empty() ? "" : operands.front();
     if (action == "list" && operands.size() == 1)
@@ -168,16 +170,16 @@ ExitCode run(const CommandLine& commandLine) {
         return check(commandLine);
     if (action == "add" && operands.size() == 2)
         return add(commandLine, operands[1]);
-    throw Brindle::located(UsageError("Expected recipients list, recipients check or recipients add FILE"),
+    throw Brindle::located(Brindle::UsageError("Expected recipients list, recipients check or recipients add FILE"),
                            BRINDLE_HERE);
 }
 
 } // namespace
 
-const Command recipientsCommand{"recipients",
-                                "list, add or check those who can open what is protected",
-                                help,
-                                {{"recipients"}, {"owner"}, {"name"}, {"force", false}},
-                                run};
+const Brindle::Command recipientsCommand{"recipients",
+                                         "list, add or check those who can open what is protected",
+                                         help,
+                                         {{"recipients"}, {"owner"}, {"name"}, {"force", false}},
+                                         run};
 
 } // namespace SealTool

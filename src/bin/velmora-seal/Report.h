@@ -23,9 +23,6 @@ auto aboutFile(const std::string& filename, Call call) {
     }
 }
 
-/// The text with a question mark for every control character, as it can be shown on a terminal whoever wrote it.
-std::string getPrintable(std::string_view text);
-
 /// Shows a line on standard error, the tool's name in front.
 void showProblem(std::string_view text);
 

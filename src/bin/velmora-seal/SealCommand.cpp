@@ -1,8 +1,9 @@
-#include <velmora-seal/SealCommand.h>
+#include <velmora-seal/Commands.h>
 
 #include <Brindle/core/Exception.h>
 #include <Sealwork/keys/KeyFile.h>
 #include <Sealwork/script/ScriptSealer.h>
+#include <velmora-seal/ExitCode.h>
 #include <velmora-seal/Passphrase.h>
 #include <velmora-seal/PrivateKeyFile.h>
 #include <velmora-seal/Report.h>
@@ -44,7 +45,7 @@ Sealwork::ScriptKey loadKey(const fs::path& path) {
     return Sealwork::ScriptKey::load(files.front());
 }
 
-std::optional<Sealwork::ScriptSigner> loadSigner(const CommandLine& commandLine) {
+std::optional<Sealwork::ScriptSigner> loadSigner(const Brindle::CommandLine& commandLine) {
     const auto filename = commandLine.find("signer");
     if (!filename)
         return std::nullopt;
@@ -54,7 +55,7 @@ std::optional<Sealwork::ScriptSigner> loadSigner(const CommandLine& commandLine)
     return signer;
 }
 
-ExitCode run(const CommandLine& commandLine) {
+int run(const Brindle::CommandLine& commandLine) {
     const auto input = commandLine.getOperand("The script IN");
     const auto output = commandLine.get("output");
     const bool replace = commandLine.has("force");
@@ -69,10 +70,10 @@ ExitCode run(const CommandLine& commandLine) {
 
 } // namespace
 
-const Command sealCommand{"seal",
-                          "seal a script",
-                          help,
-                          {{"output", true, 'o'}, {"key"}, {"signer"}, {"passphrase-file"}, {"force", false}},
-                          run};
+const Brindle::Command sealCommand{"seal",
+                                   "seal a script",
+                                   help,
+                                   {{"output", true, 'o'}, {"key"}, {"signer"}, {"passphrase-file"}, {"force", false}},
+                                   run};
 
 } // namespace SealTool

@@ -1,11 +1,12 @@
-#include <velmora-seal/UnsealCommand.h>
+#include <velmora-seal/Commands.h>
 
+#include <Brindle/tool/UsageError.h>
 #include <Sealwork/keys/KeyDirectory.h>
 #include <Sealwork/script/ScriptContainer.h>
 #include <Sealwork/script/ScriptOpener.h>
+#include <velmora-seal/ExitCode.h>
 #include <velmora-seal/Report.h>
 #include <velmora-seal/TextFile.h>
-#include <velmora-seal/UsageError.h>
 
 #include <iostream>
 
@@ -37,11 +38,11 @@ void tellVerified(const std::string& input, const Sealwork::ScriptContainer& con
         std::cout << "unaltered, signed by " << *container.signerId << '\n';
 }
 
-ExitCode run(const CommandLine& commandLine) {
+int run(const Brindle::CommandLine& commandLine) {
     const auto input = commandLine.getOperand("The sealed script IN");
     const bool onlyVerify = commandLine.has("verify");
     if (onlyVerify && commandLine.has("output"))
-        throw Brindle::located(UsageError("--verify and --output exclude each other"), BRINDLE_HERE);
+        throw Brindle::located(Brindle::UsageError("--verify and --output exclude each other"), BRINDLE_HERE);
     const auto output = commandLine.find("output").value_or(std::string(standardStream));
     const bool replace = commandLine.has("force");
     if (!onlyVerify)
@@ -60,7 +61,7 @@ ExitCode run(const CommandLine& commandLine) {
 
 } // namespace
 
-const Command unsealCommand{
+const Brindle::Command unsealCommand{
     "unseal", "open a sealed script", help, {{"output", true, 'o'}, {"verify", false}, {"force", false}}, run};
 
 } // namespace SealTool

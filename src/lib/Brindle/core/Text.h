@@ -28,4 +28,7 @@ inline std::string toLower(std::string_view text) {
     return lower;
 }
 
+/// The text with a question mark for every control character, as it can be shown on a terminal whoever wrote it.
+std::string getPrintable(std::string_view text);
+
 } // namespace Brindle

@@ -333,7 +333,7 @@ void GenerateTest::unwritableOutput() {
     _prefix->addKnownIP("Systolic", FormFixture::echo);
     const QString command = QStringLiteral(VELMORA_GENERATE) + " template Systolic ";
     const Outcome full = run({"-c", command + ">/dev/full"}, "sh");
-    QCOMPARE(full.errors, QStringList("velmora-generate: Unable to write to standard output"));
+    QCOMPARE(full.errors, QStringList("Unable to write to standard output"));
     QCOMPARE(full.status, 1);
 
     // What is printed must not end up in the next file that is opened.
@@ -348,12 +348,13 @@ void GenerateTest::wrongUsage_data() {
     const TestTable<QStringList, QString> table("arguments", "problem");
     table.row("nothing", {}, "No command given");
     table.row("command", {"generate"}, "Unknown command 'generate'");
-    table.row("option", {"run", "--fast", "a"}, "Unknown option 'fast'");
-    table.row("option of another command", {"list", "-o", "a"}, "Unknown option 'o'");
-    table.row("no value", {"run", "a", "-o"}, "Missing value after '-o'");
+    table.row("option", {"run", "--fast", "a"}, "Unknown option --fast");
+    table.row("option of another command", {"list", "-o", "a"}, "Unknown option -o");
+    table.row("no value", {"run", "a", "-o"}, "Option -o needs a value");
     table.row("operand too many", {"list", "a"}, "Unexpected 'a'");
     table.row("no IP", {"template"}, "The name of the IP is missing");
-    table.row("two words", {"describe", "Mac", "fir"}, "Give one IP, a name with blanks in quotes");
+    table.row("two words", {"describe", "Mac", "fir"},
+              "The name of the IP should be given once, in quotes when it holds blanks");
     table.row("no file", {"check"}, "The configuration file is missing");
     table.row("standard output", {"run", "a", "-o", "-"},
               "The output should be a file or a directory, /dev/stdout shows it");

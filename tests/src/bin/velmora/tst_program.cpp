@@ -28,6 +28,8 @@ private Q_SLOTS:
 
     void normalClose();
     void optionsOfTheUsageTextDoNothing();
+    void answersWithoutAWindow_data();
+    void answersWithoutAWindow();
     void aboutPageCanBeSuppressed();
     void startsWithSpoiltSettings_data();
     void startsWithSpoiltSettings();
@@ -56,6 +58,23 @@ void ProgramTest::optionsOfTheUsageTextDoNothing() {
     const Program::Outcome outcome = run("close", {"-help", "-check"});
     QCOMPARE(outcome.status, 0);
     QCOMPARE(outcome.output.size(), 2);
+}
+
+void ProgramTest::answersWithoutAWindow_data() {
+    const TestTable<QStringList, int, QString> table("arguments", "status", "firstLine");
+    table.row("version", {"--bogus", "--version"}, 0, "velmora 1.0.0");
+    table.row("help", {"--bogus", "-h"}, 0, "Usage: velmora [-no-about] [Qt option]...");
+    table.row("unknown option", {"-no-about", "--bogus=1"}, 2, "velmora: Unknown option --bogus; see velmora --help");
+    table.row("operand", {"filter.velmora"}, 2, "velmora: Unexpected 'filter.velmora'; see velmora --help");
+}
+
+void ProgramTest::answersWithoutAWindow() {
+    QFETCH(QStringList, arguments);
+    QFETCH(int, status);
+    const Program::Outcome outcome = run("close", arguments);
+    QCOMPARE(outcome.status, status);
+    QTEST((status == 0 ? outcome.output : outcome.errors).value(0), "firstLine");
+    QVERIFY(!outcome.output.contains("Running velmora") && !QFile::exists(settingsPath()));
 }
 
 void ProgramTest::aboutPageCanBeSuppressed() {

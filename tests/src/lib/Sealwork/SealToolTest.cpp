@@ -119,13 +119,16 @@ void SealToolTest::exitStatus_data() {
     const TestTable<QString, int, QString> table("line", "exitCode", "errors");
     table.row("no command", "", 2, "No command given; see velmora-seal --help");
     table.row("help", "--help", 0, "");
-    table.row("help of a command", "seal --help", 0, "");
-    table.row("unknown command", "sael", 2, "Unknown command sael; see velmora-seal --help");
+    table.row("help of a command", "seal --kay --help", 0, "");
+    table.row("unknown command", "sael", 2, "Unknown command 'sael'; see velmora-seal --help");
     table.row("unknown option", "seal a -o b --kay c", 2, "Unknown option --kay; see velmora-seal --help");
     table.row("unknown letter", "seal a -xo b", 2, "Unknown option -x; see velmora-seal --help");
+    table.row("ambiguous option", "keygen --pass", 2, "Ambiguous option --pass; see velmora-seal --help");
+    table.row("value of a switch", "seal a --force=b", 2, "Option --force takes no value; see velmora-seal --help");
     table.row("no value", "seal a -o", 2, "Option -o needs a value; see velmora-seal --help");
     table.row("no input", "seal -o b --key c", 2, "The script IN is missing; see velmora-seal --help");
-    table.row("two inputs", "seal a b -o c --key d", 2, "The script IN should be given once; see velmora-seal --help");
+    table.row("two inputs", "seal a b -o c --key d", 2,
+              "The script IN should be given once, in quotes when it holds blanks; see velmora-seal --help");
     table.row("no output", "seal a --key c", 2, "Option --output is missing; see velmora-seal --help");
     table.row("no key", "seal @/plain -o @/b", 2, "Option --key is missing; see velmora-seal --help");
     table.row("missing input", "seal @/none -o @/b --key @/keys", 2,

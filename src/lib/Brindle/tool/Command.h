@@ -1,21 +1,20 @@
 #pragma once
 
-#include <velmora-seal/CommandLine.h>
-#include <velmora-seal/ExitCode.h>
+#include <Brindle/tool/CommandLine.h>
 
 #include <string_view>
 #include <vector>
 
-namespace SealTool {
+namespace Brindle {
 
-/// One thing that the tool does.
+/// One thing that a command-line program does.
 struct Command {
     std::string_view name;
     std::string_view summary; ///< Half a line for the list of commands.
     std::string_view help;    ///< What `--help` shows.
     std::vector<Option> options;
-    /// Does it. What it throws is reported by its caller.
-    ExitCode (*run)(const CommandLine& commandLine);
+    /// Does it and returns the exit status. What it throws is reported by its caller.
+    int (*run)(const CommandLine& commandLine);
 };
 
-} // namespace SealTool
+} // namespace Brindle

@@ -1,13 +1,13 @@
-#include <velmora-seal/CommandLine.h>
+#include <Brindle/tool/CommandLine.h>
 
-#include <velmora-seal/UsageError.h>
+#include <Brindle/tool/UsageError.h>
 
 #include <algorithm>
 #include <span>
 
 #include <getopt.h>
 
-namespace SealTool {
+namespace Brindle {
 
 namespace {
 
@@ -37,19 +37,26 @@ const Option& getOption(const std::vector<Option>& options, int number) {
     return *std::ranges::find(options, static_cast<char>(number), &Option::shortName);
 }
 
-/// The option that `getopt_long` just complained about, where `argument` holds it. A short one may be any of several
-/// behind one dash.
-std::string getGiven(const char* argument) {
+/// What is wrong with the option that `getopt_long` just complained about, where `argument` holds it. A short one may
+/// be any of several behind one dash.
+std::string getProblem(int complaint, const std::string& argument, const std::vector<Option>& options) {
     const bool isShort = optopt > 0 && optopt < OptionTable::firstNumber;
-    return isShort ? std::string{'-', static_cast<char>(optopt)} : std::string(argument);
+    const std::string given =
+        isShort ? std::string{'-', static_cast<char>(optopt)} : argument.substr(0, argument.find('='));
+    if (complaint == ':')
+        return "Option " + given + " needs a value";
+    if (optopt >= OptionTable::firstNumber)
+        return "Option " + given + " takes no value";
+    const auto isMeant = [&given](const Option& option) {
+        return ("--" + std::string(option.name)).starts_with(given);
+    };
+    return (!isShort && std::ranges::any_of(options, isMeant) ? "Ambiguous option " : "Unknown option ") + given;
 }
 
 } // namespace
 
 CommandLine::CommandLine(const std::vector<std::string>& arguments, const std::vector<Option>& options) {
-    auto known = options;
-    known.push_back({"help", false, 'h'});
-    const OptionTable table(known);
+    const OptionTable table(options);
     std::vector<std::string> texts = arguments;
     std::vector<char*> pointers;
     pointers.reserve(texts.size() + 1);
@@ -64,12 +71,11 @@ CommandLine::CommandLine(const std::vector<std::string>& arguments, const std::v
             getopt_long(count, pointers.data(), table.shortOptions.c_str(), table.longOptions.data(), nullptr);
         if (number == -1)
             break;
-        const std::string given = getGiven(pointers[static_cast<std::size_t>(optind - 1)]);
-        if (number == '?')
-            throw Brindle::located(UsageError("Unknown option " + given), BRINDLE_HERE);
-        if (number == ':')
-            throw Brindle::located(UsageError("Option " + given + " needs a value"), BRINDLE_HERE);
-        _values[getOption(known, number).name] = optarg ? optarg : "";
+        if (number == '?' || number == ':') {
+            const char* const argument = pointers[static_cast<std::size_t>(optind - 1)];
+            throw located(UsageError(getProblem(number, argument, options)), BRINDLE_HERE);
+        }
+        _values[getOption(options, number).name] = optarg ? optarg : "";
     }
     const auto operandCount = static_cast<std::size_t>(count - optind);
     for (const char* operand : std::span(pointers).subspan(static_cast<std::size_t>(optind), operandCount))
@@ -84,14 +90,25 @@ std::optional<std::string> CommandLine::find(std::string_view option) const {
 std::string CommandLine::get(std::string_view option) const {
     if (const auto value = find(option))
         return *value;
-    throw Brindle::located(UsageError("Option --" + std::string(option) + " is missing"), BRINDLE_HERE);
+    throw located(UsageError("Option --" + std::string(option) + " is missing"), BRINDLE_HERE);
 }
 
 std::string CommandLine::getOperand(std::string_view name) const {
+    requireOperands(name);
     if (_operands.size() == 1)
         return _operands.front();
-    const std::string problem = _operands.empty() ? " is missing" : " should be given once";
-    throw Brindle::located(UsageError(std::string(name) + problem), BRINDLE_HERE);
+    throw located(UsageError(std::string(name) + " should be given once, in quotes when it holds blanks"),
+                  BRINDLE_HERE);
 }
 
-} // namespace SealTool
+void CommandLine::requireOperands(std::string_view name) const {
+    if (_operands.empty())
+        throw located(UsageError(std::string(name) + " is missing"), BRINDLE_HERE);
+}
+
+void CommandLine::requireNoOperand() const {
+    if (!_operands.empty())
+        throw located(UsageError("Unexpected '" + _operands.front() + "'"), BRINDLE_HERE);
+}
+
+} // namespace Brindle

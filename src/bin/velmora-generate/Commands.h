@@ -1,0 +1,13 @@
+#pragma once
+
+#include <Brindle/tool/Command.h>
+
+namespace GenerateTool {
+
+extern const Brindle::Command listCommand;     ///< Shows the installed IPs.
+extern const Brindle::Command describeCommand; ///< Shows what the form of an IP asks for.
+extern const Brindle::Command templateCommand; ///< Makes a configuration with the reset values of an IP.
+extern const Brindle::Command checkCommand;    ///< Checks configurations.
+extern const Brindle::Command runCommand;      ///< Generates from configurations.
+
+} // namespace GenerateTool
