@@ -2,7 +2,6 @@
 """Tests scope2vcd.py under Python 2.7 and 3, on captures made by hand and on those that the readout process of the
 description pages writes out of simulated scopes."""
 
-import html
 import pathlib
 import re
 import subprocess
@@ -17,6 +16,7 @@ import program
 from generator import CATALOGUE
 from hdl_tools import Ghdl
 from model import MODELS
+from pages import example
 from parameter_sets import KINDS, parameter_sets
 
 CONVERTER = CATALOGUE / "scope/scope2vcd.py"
@@ -180,34 +180,25 @@ entity page is
 end entity page;
 
 architecture test of page is
-  signal clk     : std_logic := '0';
-  signal reset   : std_logic := '1';
-  signal done    : std_logic;
-  signal data_in : std_logic_vector(INPUT_LINE_COUNT - 1 downto 0) := (others => '0');
-  signal trig_in : std_logic_vector(TRIGGER_LINE_COUNT - 1 downto 0) := (others => '0');
-  signal rd_addr : std_logic_vector(CAPTURE_WIDTH - 1 downto 0) := (others => '0');
-  signal rd_data : std_logic_vector({sample_width} - 1 downto 0);
-  {signals}
+  signal clk, arm, done : std_logic := '0';
+  signal reset          : std_logic := '1';
+  signal bus_lines      : std_logic_vector(INPUT_LINE_COUNT - 1 downto 0) := (others => '0');
+  signal control_lines  : std_logic_vector(TRIGGER_LINE_COUNT - 1 downto 0) := (others => '0');
+  signal first_valid    : std_logic_vector(CAPTURE_WIDTH - 1 downto 0);
+  signal rd_addr        : std_logic_vector(CAPTURE_WIDTH - 1 downto 0);
+  signal rd_data        : std_logic_vector({sample_width} - 1 downto 0);
 begin
-{statements}
-  clk     <= not clk after 5 ns;
-  reset   <= '0' after 42 ns;
-  data_in <= std_logic_vector(unsigned(data_in) + 1) when rising_edge(clk);
-  trig_in(0) <= '1' after 3400 ns;
+  clk              <= not clk after 5 ns;
+  reset            <= '0' after 42 ns;
+  arm              <= '1', '0' after 60 ns;
+  bus_lines        <= std_logic_vector(unsigned(bus_lines) + 1) when rising_edge(clk);
+  control_lines(0) <= '1' after 3400 ns;
 
-  dut : entity work.{entity}
-    port map (clk => clk, reset => reset, done => done, data_in => data_in, trig_in => trig_in, rd_addr => rd_addr,
-              rd_data => rd_data, busy => open, triggered => open, {ports});
+{instance}
 
 {process}
 end architecture test;
 """
-PAGE_PORTS = {
-    "scope": {"signals": "signal arm : std_logic;", "statements": "  arm <= '1', '0' after 60 ns;",
-              "ports": "arm => arm, force_trigger => '0', window_count => open"},
-    "startup_scope": {"signals": "signal first_valid : std_logic_vector(CAPTURE_WIDTH - 1 downto 0);",
-                      "statements": "", "ports": "first_valid => first_valid"},
-}
 # What the page tells to change for Multiple windows.
 WINDOWS_PROCESS = ("position \" & integer'image(PRE_TRIGGER_SAMPLES)", "length \" & integer'image(WINDOW_CAPTURE_LENGTH)")
 
@@ -225,15 +216,14 @@ class Pages(ConverterTest):
         ghdl = Ghdl(DIRECTORY / f"{kind}_{name}", "08")
         design, = program.generate(kind, [chosen.form], ghdl.directory)
         model, entity = MODELS[kind](design.arguments), chosen.form.entity
-        page = (CATALOGUE / kind / "description.html").read_text("utf-8")
-        process = html.unescape(re.search(r'(?s)<pre id="read-out">(.*?)</pre>', page).group(1))
+        process = example(kind, "read-out")
         if name.startswith("windows"):
             process = process.replace(*WINDOWS_PROCESS)
         (ghdl.directory / "page.vhd").write_text(PAGE_BENCH.format(
             entity=entity, sample_width=model.sample_width, process=process.replace("entity E", f"entity {entity}"),
-            **PAGE_PORTS[kind]))
+            instance=example(kind, "instance").replace("work.E", f"work.{entity}")))
         ghdl.analyse([design.path, "page.vhd"])
-        ghdl("-r", "page", "--stop-time=60us", "--ieee-asserts=disable-at-0")
+        self.assertNotIn("warning", ghdl("-r", "page", "--stop-time=60us", "--ieee-asserts=disable-at-0"))
         capture = (ghdl.directory / "capture.txt").read_text()
         status, errors, vcd = self.convert(capture, "--period-ns", "1")
         self.assertEqual((status, errors), (0, ""))

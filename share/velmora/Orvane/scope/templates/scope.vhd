@@ -57,6 +57,9 @@ architecture rtl of scope is
   constant LAST_WINDOW      : integer := 0;
   -- end window size
 
+  -- A window of one sample has two positions: there is always a next one.
+  subtype position_t is integer range 0 to LAST_POSITION + boolean'pos(LAST_POSITION = 0);
+
   constant LAST_INDEX : integer := CAPTURE_DEPTH - 1;
 
   subtype index_t is integer range 0 to LAST_INDEX;
@@ -86,7 +89,7 @@ architecture rtl of scope is
   signal starting   : std_logic;
   signal capturing  : std_logic;
   signal live       : std_logic_vector(0 to 1); -- the sample in the first and second stage takes part
-  signal position   : integer range 0 to LAST_POSITION;
+  signal position   : position_t;
   signal waiting    : std_logic; -- position is the trigger's
   signal at_end     : std_logic; -- position is the last one
   signal window     : integer range 0 to LAST_WINDOW + 1;
