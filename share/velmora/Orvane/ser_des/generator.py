@@ -14,6 +14,9 @@ NO_LOCATION = 'XXX'
 NO_DELAY = '00'
 EMPTY_AGGREGATES = ['(others => "%s")' % NO_LOCATION, '()']
 
+# Families of pad types that have one pin for a line; all others are differential.
+SINGLE_ENDED_FAMILIES = ['LVTTL', 'LVCMOS', 'PCI', 'SSTL', 'HSTL']
+
 # Strings of the package in the form's order: (key, form label, section of the form).
 STRINGS = [
     ('BANK_NUMBER', 'Bank number', ''),
@@ -152,11 +155,33 @@ class SerDes(Design):
                 if not entry:
                     found.append('%s%d has no location and gets "%s": place it by the constraints of the project.'
                                  % (side, index, NO_LOCATION))
+        found += self.padRemarks()
         training = self.trainings['DES']
         if self.counts['DES'] and training in [training[k:] + training[:k] for k in range(1, self.dataSize)]:
             found.append('Training value (DES parameters) "%s" equals itself when rotated, so that it cannot tell '
                          'where a word begins: finish the alignment by des_bitslip.' % training)
         return found
+
+    def padRemarks(self):
+        """What cannot hold for the pins of differential lines, each of which takes both pads of a pair."""
+        found, linesOfPairs = [], {}
+        for side in ('SER', 'DES'):
+            padType = self.strings[side + '_PADTYPE']
+            if self.counts[side] and self.isDifferential(side) and padType.split('_')[0] in SINGLE_ENDED_FAMILIES:
+                found.append('%s: %s has one pin for a line, but the lines are differential: choose a differential pad '
+                             'type, or False for Differential.' % (sectionLabel('Pad type', side), padType))
+            for index, pad in aggregateEntries(self.arguments[side + '_LOCATIONS']):
+                if pad:
+                    linesOfPairs.setdefault(pad[:-1], []).append((side, index))
+        for pair, lines in sorted(linesOfPairs.items()):
+            if len(lines) > 1 and any(self.isDifferential(side) for side, _ in lines):
+                names = ' and '.join('%s%d' % line for line in lines)
+                found.append('%s: %s lie on the pads of the pair %s, both of which a differential line takes: move one '
+                             'to another pair.' % (sectionLabel('Location', lines[-1][0]), names, pair))
+        return found
+
+    def isDifferential(self, side):
+        return self.strings[side + '_DIFFERENTIAL'] == 'True'
 
     def headerEntries(self):
         entries = [

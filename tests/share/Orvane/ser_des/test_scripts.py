@@ -10,12 +10,16 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "support"))
 
 # pylint: disable=wrong-import-position
 import script_tests
+from crossings import check_constraints
 from generator import CATALOGUE
+from hdl_rules import without_attributes
+from hdl_tools import synthesise, synthesised_module
+from pages import example
 from parameter_sets import SerDesForm, equals_own_rotation
 
 IP = "ser_des"
 GOOD = SerDesForm("good_name", prefix="P", data_size=4, ser_count=2, des_count=2, ser_training_value="0011",
-            des_training_value="0011", ser_locations=("01P", "01N"), des_locations=("02P", "02N"), ser_output_delays=(5, 63))
+            des_training_value="0011", ser_locations=("01P", "02N"), des_locations=("03P", "04N"), ser_output_delays=(5, 63))
 NO_DES = {"DES_COUNT": "0", "DES_LOCATIONS": '(others => "XXX")', "DES_INPUT_DELAY_LINE": "()"}
 LABELS = {"SER_LOCATIONS": r"Location \(SER parameters\) ", "DES_LOCATIONS": r"Location \(DES parameters\) ",
           "SER_OUTPUT_DELAY_LINE": r"Output delay line \(SER parameters\) ",
@@ -25,6 +29,44 @@ BAD_AGGREGATES = [
     '(0 => "{0}", 1 => "{0}x")', '(0 => "{0}", 1 => "0")', '(0 => "{0}"; 1 => "{0}")', '(others => "{0}")',
     '(others => "XXX")', "()", "", '(0 => "{0}", 1 => "{0}"); constant x : integer := 0', '(0 => "{0}", 1 => "{0}"\u00e9)',
     '(0 => "{0}", others => "{0}")']
+
+
+PAGE_BENCH = """
+library ieee;
+use ieee.std_logic_1164.all;
+
+use work.E_pkg.all;
+{uses}
+
+entity page is
+end entity page;
+
+architecture test of page is
+  {signals}
+
+  signal reset, ser_training, des_training : std_logic := '1';
+  signal word_clk, bit_clk, des_locked     : std_logic := '0';
+  signal words_to_send   : std_logic_vector(P_SER_COUNT * P_DATA_SIZE - 1 downto 0) := "10100101";
+  signal received_words  : std_logic_vector(P_DES_COUNT * P_DATA_SIZE - 1 downto 0);
+  signal ser_out, des_in : std_logic_vector(P_SER_COUNT - 1 downto 0);
+begin
+  {instance}
+
+  bit_clk      <= not bit_clk after 1 ns when now < 1 us;
+  word_clk     <= not word_clk after P_DATA_SIZE * 1 ns when now < 1 us;
+  reset        <= '0' after 30 ns;
+  des_in       <= transport ser_out after 3.5 ns;
+  des_training <= '0' when des_locked = '1' and rising_edge(word_clk);
+  ser_training <= des_training;
+
+  check : process
+  begin
+    wait for 990 ns;
+    assert des_training = '0' and received_words = words_to_send report "the words do not arrive" severity failure;
+    wait;
+  end process check;
+end architecture test;
+"""
 
 
 def both_trainings(value):
@@ -87,9 +129,25 @@ class SerDesTests(script_tests.TextTests):
 
     def test_missing_location_is_remarked(self):
         for side in ("SER", "DES"):
-            result, = self.results(IP, [{f"{side}_LOCATIONS": '(0 => "01P", 1 => "")'}])
+            result, = self.results(IP, [{f"{side}_LOCATIONS": '(0 => "05P", 1 => "")'}])
             self.expect_remarks(result, f"^{side}1 has no location")
-            self.assertRegex(result.text, r'attribute pad_location of \w+ : signal is "01P,XXX";')
+            self.assertRegex(result.text, r'attribute pad_location of \w+ : signal is "05P,XXX";')
+
+    def test_pads_that_differential_lines_cannot_have_are_remarked(self):
+        both, single = {"SER_LOCATIONS": '(0 => "01P", 1 => "01N")'}, {"SER_DIFFERENTIAL": '"False"'}
+        pair = r"^Location \(SER parameters\): SER0 and SER1 lie on the pads of the pair 01"
+        across = r"^Location \(DES parameters\): SER0 and DES1 lie on the pads of the pair 01"
+        cases = [
+            (both, [pair]), ({**both, **single}, []), ({"DES_LOCATIONS": '(0 => "03P", 1 => "01N")'}, [across]),
+            ({"DES_LOCATIONS": '(0 => "03P", 1 => "01N")', **single}, [across]),
+            ({"DES_LOCATIONS": '(0 => "03P", 1 => "")', "SER_LOCATIONS": '(0 => "", 1 => "01N")'},
+             ["^SER0 has no location", "^DES1 has no location"]),
+            ({"SER_PADTYPE": '"SSTL_2.5V_II"'}, [r"^Pad type \(SER parameters\): SSTL_2.5V_II has one pin"]),
+            ({"SER_PADTYPE": '"BLVDS_2.5V"'}, []), ({"DES_PADTYPE": '"LVTTL_3.3V"', **NO_DES}, []),
+            ({"SER_PADTYPE": '"LVCMOS_2.5V"', **single}, [])]
+        for (keys, patterns), result in zip(cases, self.results(IP, [keys for keys, _ in cases])):
+            with self.subTest(keys=keys):
+                self.expect_remarks(result, *patterns)
 
     def test_training_value_that_cannot_align_is_remarked_once(self):
         for size in (3, 4, 6):
@@ -107,11 +165,19 @@ class SerDesTests(script_tests.TextTests):
         self.assertIn('attribute pad_type of ser_out : signal is "LINK ser_des";', text)
         self.analysed("awkward", "93", text)
 
-    def test_two_interfaces_share_a_scope(self):
-        texts = [self.good_text(IP, ENTITY_NAME=name, PREFIX=prefix) for name, prefix in (("first", "A"), ("second", "B"))]
-        self.analysed("scope", "93", *texts, "use work.first_pkg.all;\nuse work.second_pkg.all;\npackage user is\n"
-                      "  constant bits : integer := A_DATA_SIZE + B_DATA_SIZE;\n"
-                      "  constant pads : A_LOCATION_ARRAY(0 to 1) := A_LOCATION_ARRAY(B_SER_LOCATIONS);\nend package user;")
+    def test_examples_of_the_page_run(self):
+        """Both interfaces of the package example, in a bench around the one that the page instantiates, train a link."""
+        texts = [self.good_text(IP, ENTITY_NAME=name, PREFIX=prefix)
+                 for name, prefix in (("E", "P"), ("camera", "CAM"), ("display", "DISP"))]
+        uses, signals = example(IP, "packages").split("\n\n")
+        bench = PAGE_BENCH.format(uses=uses, signals=signals, instance=example(IP, "instance"))
+        ghdl = self.analysed("page", "08", *texts, bench)
+        self.assertEqual(ghdl("-r", "page", "--ieee-asserts=disable-at-0"), "")
+
+    def test_constraints_of_the_page_cover_what_crosses(self):
+        ghdl = self.analysed("constraints", "08", without_attributes(self.good_text(IP)))
+        synthesise(ghdl, "good_name", ["proc", "flatten", "opt", "opt_clean", "write_json netlist.json"])
+        check_constraints(example(IP, "constraints"), synthesised_module(ghdl, "good_name"))
 
     def test_description_page_names_what_the_text_offers(self):
         text = self.good_text(IP)

@@ -117,19 +117,20 @@ end entity ser_des;
 architecture rtl of ser_des is
 
   -- begin crossing declarations
-  -- The word edge is seen 3 bit edges before the bit counter starts.
-  constant TRANSFER_PHASE : natural := (LINK_DATA_SIZE / 2 + LINK_DATA_SIZE - 3) mod LINK_DATA_SIZE;
+  -- The word edge is seen 4 bit edges before the bit counter starts, and the lines' transfer follows the counter by one.
+  constant TRANSFER_PHASE : natural := (LINK_DATA_SIZE / 2 + 2 * LINK_DATA_SIZE - 5) mod LINK_DATA_SIZE;
 
   signal word_release : std_logic;
   signal word_reset   : std_logic; -- ends in step with word_clk
   signal bit_release  : std_logic;
   signal bit_reset    : std_logic; -- ends in step with bit_clk
 
-  signal word_toggle : std_logic;                                 -- changes at every word edge
-  signal toggle_seen : std_logic_vector(0 to 2);                  -- word_toggle at the last bit edges
-  signal counting    : std_logic;
-  signal bit_phase   : std_logic_vector(0 to LINK_DATA_SIZE - 1); -- one-hot counter of the bits of a word
-  signal transfer    : std_logic;
+  signal word_toggle   : std_logic;                                 -- changes at every word edge
+  signal toggle_seen   : std_logic_vector(0 to 2);                  -- word_toggle at the last bit edges
+  signal toggled       : std_logic;                                 -- it has changed there
+  signal counting      : std_logic;
+  signal bit_phase     : std_logic_vector(0 to LINK_DATA_SIZE - 1); -- one-hot counter of the bits of a word
+  signal transfer_next : std_logic;                                 -- the next bit edge is followed by transfer
   -- end crossing declarations
   -- begin deserialiser declarations
 
@@ -178,8 +179,10 @@ begin
   begin
     if reset = '1' then
       toggle_seen <= (others => '0');
+      toggled     <= '0';
     elsif rising_edge(bit_clk) then
       toggle_seen <= word_toggle & toggle_seen(0 to 1);
+      toggled     <= toggle_seen(1) xor toggle_seen(2);
     end if;
   end process see_toggle;
 
@@ -190,31 +193,32 @@ begin
       bit_phase <= (others => '0');
     elsif rising_edge(bit_clk) then
       bit_phase <= bit_phase(LINK_DATA_SIZE - 1) & bit_phase(0 to LINK_DATA_SIZE - 2);
-      if counting = '0' and toggle_seen(1) /= toggle_seen(2) then
+      if counting = '0' and toggled = '1' then
         counting     <= '1';
         bit_phase(0) <= '1';
       end if;
     end if;
   end process count_bits;
 
-  transfer <= bit_phase(TRANSFER_PHASE);
+  transfer_next <= bit_phase(TRANSFER_PHASE);
   -- end crossing
 
   -- begin serialisers
   serialisers : for i in 0 to LINK_SER_COUNT - 1 generate
-    signal word    : std_logic_vector(LINK_DATA_SIZE - 1 downto 0);
-    signal shifter : std_logic_vector(LINK_DATA_SIZE - 1 downto 0);
+    signal sent_word   : std_logic_vector(LINK_DATA_SIZE - 1 downto 0);
+    signal transfer    : std_logic;
+    signal out_shifter : std_logic_vector(LINK_DATA_SIZE - 1 downto 0);
   begin
 
     take_word : process (word_reset, word_clk)
     begin
       if word_reset = '1' then
-        word <= (others => '0');
+        sent_word <= (others => '0');
       elsif rising_edge(word_clk) then
         if ser_training = '1' then
-          word <= LINK_SER_TRAINING_VALUE;
+          sent_word <= LINK_SER_TRAINING_VALUE;
         else
-          word <= ser_data((i + 1) * LINK_DATA_SIZE - 1 downto i * LINK_DATA_SIZE);
+          sent_word <= ser_data((i + 1) * LINK_DATA_SIZE - 1 downto i * LINK_DATA_SIZE);
         end if;
       end if;
     end process take_word;
@@ -222,57 +226,62 @@ begin
     shift_out : process (bit_reset, bit_clk)
     begin
       if bit_reset = '1' then
-        shifter <= (others => '0');
+        transfer    <= '0';
+        out_shifter <= (others => '0');
       elsif rising_edge(bit_clk) then
+        transfer <= transfer_next;
         if transfer = '1' then
-          shifter <= word;
+          out_shifter <= sent_word;
         else
-          shifter <= shifter(LINK_DATA_SIZE - 2 downto 0) & '0';
+          out_shifter <= out_shifter(LINK_DATA_SIZE - 2 downto 0) & '0';
         end if;
       end if;
     end process shift_out;
 
-    ser_out(i) <= shifter(LINK_DATA_SIZE - 1);
+    ser_out(i) <= out_shifter(LINK_DATA_SIZE - 1);
 
   end generate serialisers;
   -- end serialisers
 
   -- begin deserialisers
   deserialisers : for i in 0 to LINK_DES_COUNT - 1 generate
-    signal shifter   : std_logic_vector(LINK_DATA_SIZE - 1 downto 0);
-    signal frame     : std_logic_vector(LINK_DATA_SIZE - 1 downto 0); -- bits between two transfer edges
-    signal frames    : unsigned(2 * LINK_DATA_SIZE - 1 downto 0);     -- the last two, the older one to the left
-    signal slip      : natural range 0 to LINK_DATA_SIZE - 1;
-    signal slip_step : std_logic;
-    signal slipped   : std_logic;                                     -- word does not show the last step yet
-    signal word      : std_logic_vector(LINK_DATA_SIZE - 1 downto 0);
-    signal mismatch  : std_logic;
-    signal matches   : natural range 0 to MATCHES_TO_ALIGN - 1;
+    signal transfer   : std_logic;
+    signal in_shifter : std_logic_vector(LINK_DATA_SIZE - 1 downto 0);
+    signal frame      : std_logic_vector(LINK_DATA_SIZE - 1 downto 0); -- bits between two transfer edges
+    signal stream     : unsigned(2 * LINK_DATA_SIZE - 1 downto 0);     -- the last two frames, the older one to the left
+    signal slip       : natural range 0 to LINK_DATA_SIZE - 1;
+    signal slip_step  : std_logic;
+    signal slipped    : std_logic;                                     -- word does not show the last step yet
+    signal word       : std_logic_vector(LINK_DATA_SIZE - 1 downto 0);
+    signal mismatch   : std_logic;
+    signal matches    : natural range 0 to MATCHES_TO_ALIGN - 1;
   begin
 
     shift_in : process (bit_reset, bit_clk)
     begin
       if bit_reset = '1' then
-        shifter <= (others => '0');
-        frame   <= (others => '0');
+        transfer   <= '0';
+        in_shifter <= (others => '0');
+        frame      <= (others => '0');
       elsif rising_edge(bit_clk) then
-        shifter <= shifter(LINK_DATA_SIZE - 2 downto 0) & des_in(i);
+        transfer   <= transfer_next;
+        in_shifter <= in_shifter(LINK_DATA_SIZE - 2 downto 0) & des_in(i);
         if transfer = '1' then
-          frame <= shifter;
+          frame <= in_shifter;
         end if;
       end if;
     end process shift_in;
 
     -- A word begins "slip" bits after the beginning of the older frame.
     give_word : process (word_reset, word_clk)
-      variable shifted : unsigned(frames'range);
+      variable shifted : unsigned(stream'range);
     begin
       if word_reset = '1' then
-        frames <= (others => '0');
+        stream <= (others => '0');
         word   <= (others => '0');
       elsif rising_edge(word_clk) then
-        frames  <= frames(LINK_DATA_SIZE - 1 downto 0) & unsigned(frame);
-        shifted := shift_left(frames, slip);
+        stream  <= stream(LINK_DATA_SIZE - 1 downto 0) & unsigned(frame);
+        shifted := shift_left(stream, slip);
         word    <= std_logic_vector(shifted(2 * LINK_DATA_SIZE - 1 downto LINK_DATA_SIZE));
       end if;
     end process give_word;
