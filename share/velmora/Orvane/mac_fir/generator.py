@@ -33,14 +33,22 @@ class MacFir(FirFilter):
                            % (self.unitCount, self.dspCount))
         return remarks
 
+    def isParallel(self):
+        """Whether each tap has a multiplier of its own, so that nothing is stored and no units are to be summed up."""
+        return self.stepCount == 1
+
     def latency(self):
-        return self.stepCount + self.treeLevels + 4
+        return 4 if self.isParallel() else self.stepCount + self.treeLevels + 5
 
     def throughput(self):
-        return '1 sample per %d clocks' % self.stepCount if self.stepCount > 1 else FirFilter.throughput(self)
+        return FirFilter.throughput(self) if self.isParallel() else '1 sample per %d clocks' % self.stepCount
 
     def sumWidth(self):
-        return max(self.inputWidth + self.coefficientWidth, self.reachedWidth())
+        """Bits of the sums: what they can reach, but no more than an output that wraps shows, and no less than a product."""
+        width = self.reachedWidth()
+        if not self.needsLimits():
+            width = min(width, self.truncatedBits + self.outputWidth)
+        return max(self.inputWidth + self.coefficientWidth, width)
 
     def reachedWidth(self):
         return widthOfSum([coefficient.value for coefficient in self.coefficients], self.inputWidth)
@@ -70,29 +78,21 @@ class MacFir(FirFilter):
         return ports + [('clk_aux1', 'out', None, 'auxiliary clock')]
 
     def designText(self):
-        isParallel = self.stepCount == 1
-        templateName = 'mac_fir_parallel.vhd' if isParallel else 'mac_fir.vhd'
-        blocks = {
-            'ports': portLines(self.ports()),
-            'coefficients': self.coefficientLines(isParallel),
-            'tree signals': self.treeSignalLines(),
-            'adder tree': self.adderTreeLines(),
-        }
+        blocks = {'ports': portLines(self.ports()), 'coefficients': self.coefficientLines()}
+        constants = dict(self.constants(), UNIT_COUNT=self.unitCount, AUX_PATTERN='"%s"' % self.auxiliaryPattern)
+        if not self.isParallel():
+            blocks.update({'tree signals': self.treeSignalLines(), 'adder tree': self.adderTreeLines()})
+            constants.update(STEP_COUNT=self.stepCount, TREE_LEVELS=self.treeLevels)
         if not self.needsLimits():
             blocks['output stage'] = UNLIMITED_OUTPUT_STAGE
-        text = fillBlocks(filterTemplate(templateName, self.entityName), blocks)
-        constants = dict(
-            self.constants(), UNIT_COUNT=self.unitCount, TREE_LEVELS=self.treeLevels,
-            AUX_PATTERN='"%s"' % self.auxiliaryPattern)
-        if not isParallel:
-            constants['STEP_COUNT'] = self.stepCount
-        return setConstants(text, constants)
+        templateName = 'mac_fir_parallel.vhd' if self.isParallel() else 'mac_fir.vhd'
+        return setConstants(fillBlocks(filterTemplate(templateName, self.entityName), blocks), constants)
 
-    def coefficientLines(self, isParallel):
+    def coefficientLines(self):
         taps = range(self.unitCount * self.stepCount)
         comments = [self.tapComment(tap) for tap in taps]
         values = [self.tapValue(tap) for tap in taps]
-        if isParallel:
+        if self.isParallel():
             return ['constant coefficients : coefficient_list := ('] + indented(
                 coefficientElements(values, self.coefficientWidth, comments)) + [');']
         lines = []

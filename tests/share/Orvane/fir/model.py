@@ -104,8 +104,9 @@ class Filter:
 
     @property
     def latency(self):
+        clocks = self.clocks_per_sample
         return {
-            MAC_KIND: self.clocks_per_sample + ceiling_log2(self.multiplier_count) + 4,
+            MAC_KIND: clocks + ceiling_log2(self.multiplier_count) + 5 if clocks > 1 else 4,
             "systolic_fir": self.tap_count + 2,
             "transpose_fir": 3,
             DUAL_KIND: 3,

@@ -47,13 +47,14 @@ def counts(cells):
     return found
 
 
-def is_plain(value):
-    """Whether a multiplication by the value takes a multiplier: no zero and no power of two."""
-    return bin(abs(value)).count("1") > 1
+def odd_part(value):
+    """What a multiplication by the value shares with others, as shifts and signs cost no multiplier; 0 for 0."""
+    value = abs(value)
+    return value // (value & -value) if value else 0
 
 
 def least_multipliers(described):
-    """Multipliers that cannot vanish: those of plain coefficients, equal ones counted once.
+    """Multipliers that cannot vanish: one for each odd part but 0 and 1 of the coefficients.
 
     Where the output wraps, only the coefficients' low bits reach it.
     """
@@ -65,29 +66,30 @@ def least_multipliers(described):
     clocks = described.clocks_per_sample
     if clocks > 1:
         units = [values[first:first + clocks] for first in range(0, described.tap_count, clocks)]
-        return sum(len(set(unit)) > 1 and any(map(is_plain, unit)) for unit in units)
-    return len(set(filter(is_plain, values)))
+        return sum(len(set(unit)) > 1 and any(odd_part(value) > 1 for value in unit) for unit in units)
+    return len(set(map(odd_part, values)) - {0, 1})
 
 
 def most_adders(described):
-    if described.is_mac:
-        accumulators = described.multiplier_count if described.clocks_per_sample > 1 else 0
-        return accumulators + described.multiplier_count - 1
+    if described.clocks_per_sample > 1:
+        return 2 * described.multiplier_count - 1
     return described.tap_count - 1
 
 
 def most_register_bits(described):
     """Registers of the structure with sums of full width; memories count as registers."""
-    taps, width, units = described.tap_count, described.input_width, described.multiplier_count
+    taps, width, clocks = described.tap_count, described.input_width, described.clocks_per_sample
     product, total = width + described.coefficient_width, described.sum_width
     coefficient_bits = 0
     if described.coefficients is None:
         coefficient_bits = 2 * described.port_coefficient_count * described.coefficient_width
-    if described.is_mac:
-        tree = sum(-(-units // 2**level) for level in range(1, ceiling_log2(units) + 1))
-        control = 16 + 2 * ceiling_log2(described.clocks_per_sample) + ceiling_log2(units) + 4 + 8
-        store = units * described.clocks_per_sample * width
-        return store + 2 * units * product + (units + tree) * total + described.output_width + control
+    if clocks > 1:
+        units = described.multiplier_count
+        levels = ceiling_log2(units)
+        tree = sum(-(-units // 2**level) for level in range(1, levels + 1))
+        control = 16 + 3 * ceiling_log2(clocks) + 2 + 4 + levels + 6
+        store = units * (clocks + 1) * width
+        return store + 3 * units * product + (units + tree) * total + described.output_width + control
     if described.is_symmetric:
         half = taps // 2
         return coefficient_bits + taps * width + 4 + half * (width + 1) + half * (product + 1) + half * total
@@ -95,7 +97,8 @@ def most_register_bits(described):
         return coefficient_bits + width + 3 + taps * product + (2 * taps - 1) * total + 5
     if described.kind == "systolic_fir":
         return coefficient_bits + (2 * taps - 1) * width + taps + 2 + taps * product + taps * total
-    return coefficient_bits + width + 3 + taps * product + taps * total
+    output_stage = described.output_width + 1 + 16 if described.is_mac else 0
+    return coefficient_bits + width + 3 + taps * product + taps * total + output_stage
 
 
 def check_structure(ghdl, described):
@@ -108,7 +111,7 @@ def check_structure(ghdl, described):
                                          ("wide adders", found["adders"], 0, most_adders(described)),
                                          ("register bits", bits, 0, most_register_bits(described))):
         require(lowest <= count <= highest, f"{count} {name}, not {lowest} to {highest}")
-    if described.is_mac and described.clocks_per_sample > 1:
+    if described.clocks_per_sample > 1:
         memory_count = remarks.count("found RAM")
         require(memory_count == most, f"{memory_count} memories found for {most} units")
     return ", ".join(f"{count} {name}" for name, count in found.items())

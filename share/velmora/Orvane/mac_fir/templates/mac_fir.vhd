@@ -19,16 +19,17 @@ end entity mac_fir;
 
 -- Each unit multiplies and accumulates STEP_COUNT taps, one per clock; a tree of adders then sums up the units.
 --
---   din -> memory of unit 0 ------> memory of unit 1 ------> ...
---               |                        |
---          multiplier               multiplier
---               |                        |
---          accumulator              accumulator
---               |                        |
---               +------ adder tree ------+-------- ... -> output stage -> dout
+--   din -> arriving(0) -> memory of unit 0 -+-> arriving(1) -> memory of unit 1 -+-> ...
+--                                           |                                    |
+--                                      multiplier                           multiplier
+--                                           |                                    |
+--                                      accumulator                          accumulator
+--                                           |                                    |
+--                                           +------------ adder tree ------------+- ... -> output stage -> dout
 --
--- The memories are circular. A new sample goes where the oldest one of unit 0 is, that one goes where the oldest one
--- of unit 1 is, and so on. Reading then runs from the newest sample of every unit to its oldest, where it waits.
+-- The memories are circular, and each is read from its oldest sample to its newest. The oldest one goes on to the next
+-- unit when another sample has come, which then takes its place. Words and coefficients pass two registers on their way
+-- to a multiplier: that of the memory and that of the operand, so that a clock holds either the memory or the product.
 architecture rtl of mac_fir is
 
   constant INPUT_WIDTH       : positive := 12;
@@ -39,7 +40,7 @@ architecture rtl of mac_fir is
   constant TREE_LEVELS       : natural  := 2;
   constant TRUNCATED_BITS    : natural  := 9;
   constant PRODUCT_WIDTH     : positive := INPUT_WIDTH + COEFFICIENT_WIDTH;
-  constant SUM_WIDTH         : positive := 22; -- holds every sum
+  constant SUM_WIDTH         : positive := 22; -- holds what the output stage needs
   constant FULL_WIDTH        : positive := 22; -- of the total, extended to the output's highest bit
   constant AUX_PATTERN       : std_logic_vector(15 downto 0) := "1000000000000000";
 
@@ -77,30 +78,32 @@ architecture rtl of mac_fir is
   );
   -- end coefficients
 
-  -- Control. After a reset, clearing writes zeros to the memories; after a new sample, reading walks through them.
+  -- Control. After a reset, clearing writes zeros to the memories. The step of a sample is the tap, counted within each
+  -- unit, so it runs from LAST_STEP to 0, where it waits.
   signal clearing : std_logic                    := '1';
-  signal reading  : std_logic                    := '0';
   signal ready    : std_logic                    := '0';
-  signal step     : natural range 0 to LAST_STEP := 0;
-  signal address  : natural range 0 to LAST_STEP := 0;
+  signal step     : natural range 0 to LAST_STEP := LAST_STEP;
   signal accept   : std_logic;
   signal store    : std_logic;
+  signal place    : natural range 0 to LAST_STEP := 0; -- of the oldest sample, where the next one goes
+  signal address  : natural range 0 to LAST_STEP := 0; -- of the sample to read
 
-  -- Flags that go with the operands (0) and the products (1): a step's, and the first step's of a sample.
-  signal active : std_logic_vector(0 to 1) := "00";
-  signal first  : std_logic_vector(0 to 1) := "00";
+  -- Goes with the first step of a sample, its words, operands and products.
+  signal first : std_logic_vector(0 to 3) := "0000";
 
-  -- Goes with the last operands of a sample, their products, the unit sums, the levels of the tree and the result.
-  signal last : std_logic_vector(0 to TREE_LEVELS + 3) := (others => '0');
+  -- Goes with the last step of a sample, its words, operands and products, the unit sums, the levels of the tree and the
+  -- result.
+  signal last : std_logic_vector(0 to TREE_LEVELS + 5) := (others => '0');
 
-  signal newest    : sample_list(0 to UNIT_COUNT - 1);
-  signal stored    : sample_list(0 to UNIT_COUNT - 1);
-  signal samples   : sample_list(0 to UNIT_COUNT - 1)      := (others => (others => '0'));
-  signal factors   : coefficient_list(0 to UNIT_COUNT - 1) := (others => (others => '0'));
-  signal products  : product_list                          := (others => (others => '0'));
-  signal unit_sums : sum_list(0 to UNIT_COUNT - 1)         := (others => (others => '0'));
-  signal total     : signed(FULL_WIDTH - 1 downto 0);
-  signal result    : signed(OUTPUT_WIDTH - 1 downto 0)     := (others => '0');
+  signal arriving          : sample_list(0 to UNIT_COUNT - 1)      := (others => (others => '0'));
+  signal sample_words      : sample_list(0 to UNIT_COUNT - 1)      := (others => (others => '0'));
+  signal coefficient_words : coefficient_list(0 to UNIT_COUNT - 1) := (others => (others => '0'));
+  signal samples           : sample_list(0 to UNIT_COUNT - 1)      := (others => (others => '0'));
+  signal factors           : coefficient_list(0 to UNIT_COUNT - 1) := (others => (others => '0'));
+  signal products          : product_list                          := (others => (others => '0'));
+  signal unit_sums         : sum_list(0 to UNIT_COUNT - 1)         := (others => (others => '0'));
+  signal total             : signed(FULL_WIDTH - 1 downto 0);
+  signal result            : signed(OUTPUT_WIDTH - 1 downto 0)     := (others => '0');
 
   -- begin tree signals
   signal level_1 : sum_list(0 to 1) := (others => (others => '0'));
@@ -109,95 +112,122 @@ architecture rtl of mac_fir is
 
   signal pattern : std_logic_vector(15 downto 0) := AUX_PATTERN;
 
+  -- The place behind another one in the circle.
+  function behind(word : natural) return natural is
+  begin
+    if word = LAST_STEP then
+      return 0;
+    end if;
+    return word + 1;
+  end function behind;
+
 begin
 
   accept <= din_valid and ready;
-  store  <= accept or clearing;
+  store  <= first(0) or clearing;
 
-  -- A sample is accepted when idle or at the last step of the one before. At rest, step and address stay at the last
-  -- step, where the address is that of the oldest samples.
+  -- A sample is accepted when idle or at the last step of the one before.
   control : process (clk)
   begin
     if rising_edge(clk) then
       if rst = '1' then
         clearing <= '1';
-        reading  <= '0';
         ready    <= '0';
-        step     <= 0;
-        address  <= 0;
+        step     <= LAST_STEP;
       elsif accept = '1' then
-        reading <= '1';
-        ready   <= '0';
-        step    <= 0;
-      elsif step = LAST_STEP then
+        ready <= '0';
+        step  <= LAST_STEP;
+      elsif step = 0 then
         clearing <= '0';
-        reading  <= '0';
         ready    <= '1';
       else
-        step <= step + 1;
-        if step = LAST_STEP - 1 then
-          ready <= reading;
+        if step = 1 then
+          ready <= not clearing;
         end if;
-        if address = 0 then
-          address <= LAST_STEP;
-        else
-          address <= address - 1;
-        end if;
+        step <= step - 1;
       end if;
     end if;
   end process control;
 
+  addresses : process (clk)
+  begin
+    if rising_edge(clk) then
+      if accept = '1' then
+        address <= behind(place);
+      else
+        address <= behind(address);
+      end if;
+      if store = '1' then
+        place <= behind(place);
+      end if;
+    end if;
+  end process addresses;
+
   flags : process (clk)
   begin
     if rising_edge(clk) then
-      active <= reading & active(0);
-      first  <= '0' & first(0);
-      last   <= '0' & last(0 to TREE_LEVELS + 2);
-      if step = 0 then
-        first(0) <= reading;
-      end if;
-      if step = LAST_STEP then
-        last(0) <= reading;
-      end if;
       if rst = '1' then
-        active <= "00";
-        first  <= "00";
-        last   <= (others => '0');
+        first <= "0000";
+        last  <= (others => '0');
+      else
+        first <= accept & first(0 to 2);
+        last  <= '0' & last(0 to TREE_LEVELS + 4);
+        if step = 1 then
+          last(0) <= not clearing;
+        end if;
       end if;
     end if;
   end process flags;
 
-  newest(0)                   <= signed(din);
-  newest(1 to UNIT_COUNT - 1) <= stored(0 to UNIT_COUNT - 2);
+  arrival : process (clk)
+  begin
+    if rising_edge(clk) then
+      arriving(0) <= signed(din);
+      if rst = '1' or clearing = '1' then
+        arriving(0) <= (others => '0');
+      end if;
+      for unit in 1 to UNIT_COUNT - 1 loop
+        if rst = '1' then
+          arriving(unit) <= (others => '0');
+        elsif first(1) = '1' then
+          arriving(unit) <= sample_words(unit - 1);
+        end if;
+      end loop;
+    end if;
+  end process arrival;
 
   mac_units : for unit in 0 to UNIT_COUNT - 1 generate
     constant own_coefficients : coefficient_list(0 to LAST_STEP) := coefficients(unit);
 
     signal memory : sample_list(0 to LAST_STEP) := (others => (others => '0'));
-    signal word   : signed(INPUT_WIDTH - 1 downto 0);
   begin
 
-    word         <= newest(unit) when clearing = '0' else (others => '0');
-    stored(unit) <= memory(address);
-
-    memory_input : process (clk)
+    -- Nothing reads the word that is written, so the memory needs no rule for that.
+    memories : process (clk)
     begin
       if rising_edge(clk) then
         if store = '1' then
-          memory(address) <= word;
+          memory(place) <= arriving(unit);
         end if;
+        if clearing = '0' then
+          sample_words(unit) <= memory(address);
+          if store = '1' and address = place then
+            sample_words(unit) <= (others => 'X');
+          end if;
+        end if;
+        coefficient_words(unit) <= own_coefficients(step);
       end if;
-    end process memory_input;
+    end process memories;
 
     multiply_accumulate : process (clk)
     begin
       if rising_edge(clk) then
-        samples(unit)  <= stored(unit);
-        factors(unit)  <= own_coefficients(step);
+        samples(unit)  <= sample_words(unit);
+        factors(unit)  <= coefficient_words(unit);
         products(unit) <= samples(unit) * factors(unit);
-        if first(1) = '1' then
+        if first(3) = '1' then
           unit_sums(unit) <= resize(products(unit), SUM_WIDTH);
-        elsif active(1) = '1' then
+        else
           unit_sums(unit) <= unit_sums(unit) + products(unit);
         end if;
       end if;
@@ -250,7 +280,7 @@ begin
 
   din_ready  <= ready;
   dout       <= std_logic_vector(result);
-  dout_valid <= last(TREE_LEVELS + 3);
+  dout_valid <= last(TREE_LEVELS + 5);
   clk_aux1   <= pattern(15);
 
 end architecture rtl;

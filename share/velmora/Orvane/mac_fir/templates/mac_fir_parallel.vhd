@@ -17,34 +17,34 @@ entity mac_fir_parallel is
   );
 end entity mac_fir_parallel;
 
--- There is a multiplier for each tap, so a sample is taken at every clock; a tree of adders sums up the products.
+-- There is a multiplier for each tap, so a sample is taken at every clock. It meets all coefficients at once, and a chain
+-- of sums collects the products:
 --
---   din -> history(0) -------> history(1) -------> ...
---               |                   |
---          multiplier          multiplier
---               |                   |
---               +---- adder tree ---+-------- ... -> output stage -> dout
+--   din -> sample -+------------------+------------------+---- ...
+--                  |                  |                  |
+--             products(0)        products(1)        products(2)
+--                  |                  |                  |
+--   output  <-- sums(0)  <-------- sums(1)  <-------- sums(2)  <-- ...
+--    stage
 --
--- Operands, products and their copies in the width of the sums fill the three registers of a DSP slice.
+-- The chain is the history: it moves with the samples, so that gaps between them do not change a result.
 architecture rtl of mac_fir_parallel is
 
   constant INPUT_WIDTH       : positive := 12;
   constant OUTPUT_WIDTH      : positive := 10;
   constant COEFFICIENT_WIDTH : positive := 10;
   constant UNIT_COUNT        : positive := 4;
-  constant TREE_LEVELS       : natural  := 2;
   constant TRUNCATED_BITS    : natural  := 9;
   constant PRODUCT_WIDTH     : positive := INPUT_WIDTH + COEFFICIENT_WIDTH;
-  constant SUM_WIDTH         : positive := 22; -- holds every sum
-  constant FULL_WIDTH        : positive := 22; -- of the total, extended to the output's highest bit
+  constant SUM_WIDTH         : positive := 22; -- holds what the output stage needs
+  constant FULL_WIDTH        : positive := 22; -- of the last sum, extended to the output's highest bit
   constant AUX_PATTERN       : std_logic_vector(15 downto 0) := "1000000000000000";
 
   constant OUTPUT_MSB : natural := TRUNCATED_BITS + OUTPUT_WIDTH - 1;
 
-  type sample_list is array (0 to UNIT_COUNT - 1) of signed(INPUT_WIDTH - 1 downto 0);
   type coefficient_list is array (0 to UNIT_COUNT - 1) of signed(COEFFICIENT_WIDTH - 1 downto 0);
   type product_list is array (0 to UNIT_COUNT - 1) of signed(PRODUCT_WIDTH - 1 downto 0);
-  type sum_list is array (natural range <>) of signed(SUM_WIDTH - 1 downto 0);
+  type sum_list is array (0 to UNIT_COUNT - 1) of signed(SUM_WIDTH - 1 downto 0);
 
   -- begin coefficients
   constant coefficients : coefficient_list := (
@@ -55,40 +55,35 @@ architecture rtl of mac_fir_parallel is
   );
   -- end coefficients
 
-  -- Goes with a sample's history, operands, products, unit sums, the levels of the tree and the result.
-  signal valid : std_logic_vector(0 to TREE_LEVELS + 4) := (others => '0');
-
-  signal history   : sample_list                       := (others => (others => '0'));
-  signal samples   : sample_list                       := (others => (others => '0'));
-  signal products  : product_list                      := (others => (others => '0'));
-  signal unit_sums : sum_list(0 to UNIT_COUNT - 1)     := (others => (others => '0'));
-  signal total     : signed(FULL_WIDTH - 1 downto 0);
-  signal result    : signed(OUTPUT_WIDTH - 1 downto 0) := (others => '0');
-
-  -- begin tree signals
-  signal level_1 : sum_list(0 to 1) := (others => (others => '0'));
-  signal level_2 : sum_list(0 to 0) := (others => (others => '0'));
-  -- end tree signals
+  -- The flags go with the sample, its products, the sums that they enter and the result.
+  signal valid    : std_logic_vector(0 to 3)          := (others => '0');
+  signal sample   : signed(INPUT_WIDTH - 1 downto 0)  := (others => '0');
+  signal products : product_list                      := (others => (others => '0'));
+  signal sums     : sum_list                          := (others => (others => '0'));
+  signal total    : signed(FULL_WIDTH - 1 downto 0);
+  signal result   : signed(OUTPUT_WIDTH - 1 downto 0) := (others => '0');
 
   signal pattern : std_logic_vector(15 downto 0) := AUX_PATTERN;
 
 begin
 
-  input : process (clk)
+  flags : process (clk)
   begin
     if rising_edge(clk) then
       if rst = '1' then
-        valid   <= (others => '0');
-        history <= (others => (others => '0'));
+        valid <= (others => '0');
       else
-        valid <= din_valid & valid(0 to TREE_LEVELS + 3);
-        if din_valid = '1' then
-          history(0) <= signed(din);
-          history(1 to UNIT_COUNT - 1) <= history(0 to UNIT_COUNT - 2);
-        end if;
+        valid <= din_valid & valid(0 to 2);
       end if;
     end if;
-  end process input;
+  end process flags;
+
+  input_register : process (clk)
+  begin
+    if rising_edge(clk) then
+      sample <= signed(din);
+    end if;
+  end process input_register;
 
   multipliers : for unit in 0 to UNIT_COUNT - 1 generate
     -- A signal of its own: as a constant factor, GHDL 2.0 synthesises it with a sign of no more than 32 bits.
@@ -100,26 +95,27 @@ begin
     multiplier : process (clk)
     begin
       if rising_edge(clk) then
-        samples(unit)   <= history(unit);
-        products(unit)  <= samples(unit) * coefficient;
-        unit_sums(unit) <= resize(products(unit), SUM_WIDTH);
+        products(unit) <= sample * coefficient;
       end if;
     end process multiplier;
 
   end generate multipliers;
 
-  -- begin adder tree
-  adder_tree : process (clk)
+  chain : process (clk)
   begin
     if rising_edge(clk) then
-      level_1(0) <= unit_sums(0) + unit_sums(1);
-      level_1(1) <= unit_sums(2) + unit_sums(3);
-      level_2(0) <= level_1(0) + level_1(1);
+      if rst = '1' then
+        sums <= (others => (others => '0'));
+      elsif valid(1) = '1' then
+        sums(UNIT_COUNT - 1) <= resize(products(UNIT_COUNT - 1), SUM_WIDTH);
+        for unit in 0 to UNIT_COUNT - 2 loop
+          sums(unit) <= sums(unit + 1) + products(unit);
+        end loop;
+      end if;
     end if;
-  end process adder_tree;
+  end process chain;
 
-  total <= resize(level_2(0), FULL_WIDTH);
-  -- end adder tree
+  total <= resize(sums(0), FULL_WIDTH);
 
   -- begin output stage
   -- The result is limited where the bits from its sign on are not all equal.
@@ -153,7 +149,7 @@ begin
 
   din_ready  <= '1';
   dout       <= std_logic_vector(result);
-  dout_valid <= valid(TREE_LEVELS + 4);
+  dout_valid <= valid(3);
   clk_aux1   <= pattern(15);
 
 end architecture rtl;
