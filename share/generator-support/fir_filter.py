@@ -1,6 +1,6 @@
 # What the generators of all FIR filters have in common: arguments, reports, header, ports and widths.
 
-FIR_SCRIPT_VERSION = '1.0.0'
+FIR_SCRIPT_VERSION = '1.1.0'
 
 
 class FirFilter(Design):

@@ -91,7 +91,7 @@ begin
   end process history;
 
   multipliers : for tap in 0 to TAP_COUNT - 1 generate
-    -- A signal of its own: as a constant factor, GHDL 2.0 synthesises it with a sign of no more than 32 bits.
+    -- A signal of its own, so that both factors have their full width whatever the value.
     signal coefficient : signed(COEFFICIENT_WIDTH - 1 downto 0);
   begin
 

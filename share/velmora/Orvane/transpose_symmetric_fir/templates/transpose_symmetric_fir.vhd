@@ -93,7 +93,7 @@ begin
   end process samples;
 
   multipliers : for pair in 0 to PAIR_COUNT - 1 generate
-    -- A signal of its own: as a constant factor, GHDL 2.0 synthesises it with a sign of no more than 32 bits.
+    -- A signal of its own, so that both factors have their full width whatever the value.
     signal coefficient : signed(COEFFICIENT_WIDTH - 1 downto 0);
   begin
 
