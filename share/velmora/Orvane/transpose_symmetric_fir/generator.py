@@ -1,6 +1,10 @@
 # Generator of the IP "Transpose symmetric".
 
 
+# The shorter side of common DSP blocks.
+BLOCK_WIDTH = 18
+
+
 class TransposeSymmetricFir(StreamingFir):
     ipName = 'Transpose symmetric'
     structure = 'transposed FIR filter with symmetric coefficients'
@@ -18,6 +22,19 @@ class TransposeSymmetricFir(StreamingFir):
             problem = asymmetryProblem(self.coefficients)
             problems += [problem] if problem else []
         return problems
+
+    def remarks(self):
+        return StreamingFir.remarks(self) + self.blockRemarks()
+
+    def blockRemarks(self):
+        """Why a pair of taps takes more than one DSP block of the common sizes, whose pre-adder is on the longer side."""
+        if self.coefficientWidth > BLOCK_WIDTH:
+            return ['Coefficient width: with %d bits a pair of taps fits no DSP block of 25 x 18 or 18 x 18 bits, %d would fit'
+                    % (self.coefficientWidth, BLOCK_WIDTH)]
+        if self.inputWidth >= BLOCK_WIDTH:
+            return ['Input Data width: with %d bits a pair of taps fits a DSP block of 25 x 18 bits, but none of 18 x 18 bits'
+                    % self.inputWidth]
+        return []
 
     def multiplierCount(self):
         return self.tapCount // 2

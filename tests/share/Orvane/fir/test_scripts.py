@@ -50,6 +50,9 @@ REMARKS = [
     (["mac_fir"], {"DSP_COUNT": "5"}, ["4 of 5"]),
     (["mac_fir"], {"N_TAPS": "10", "DSP_COUNT": "8"}, ["4 given for 10 taps", "5 of 8"]),
     (["transpose_dual_fir"], PORT, []),
+    ([SYMMETRIC], {"COEF_WIDTH": "18", "INPUT_DATA_WIDTH": "17"}, []),
+    ([SYMMETRIC], {"COEF_WIDTH": "18", "INPUT_DATA_WIDTH": "18"}, ["Input Data width: with 18 bits"]),
+    ([SYMMETRIC], {"COEF_WIDTH": "19", "INPUT_DATA_WIDTH": "18"}, ["Coefficient width: with 19 bits"]),
 ]
 
 

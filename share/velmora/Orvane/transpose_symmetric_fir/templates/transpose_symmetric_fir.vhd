@@ -28,9 +28,9 @@ end entity transpose_symmetric_fir;
 --             |        |                  |                  |
 --     dout <--|---- sums(0) <--------- sums(1) <--------- sums(2)
 --
--- A pair is what one DSP slice holds: pre-adder, multiplier and adder, each with its register. A product that enters
--- the chain at pair k comes out k samples later: coefficient k weighs the samples that are k and TAP_COUNT-1-k old.
--- History and chain move with the samples, so that gaps between them do not change a result.
+-- A pair is what one DSP slice holds where its widths suffice: pre-adder, multiplier and adder, each with its register.
+-- A product that enters the chain at pair k comes out k samples later: coefficient k weighs the samples that are k and
+-- TAP_COUNT-1-k old. History and chain move with the samples, so that gaps between them do not change a result.
 architecture rtl of transpose_symmetric_fir is
 
   constant INPUT_WIDTH       : positive := 12;
