@@ -7,6 +7,7 @@
 #include <QTest>
 
 #include <chrono>
+#include <utility>
 
 namespace {
 
@@ -27,11 +28,15 @@ DialogRobot::DialogRobot(QList<Step> steps) : _steps(std::move(steps)) {
 
 void DialogRobot::work() {
     QWidget* dialog = QApplication::activeModalWidget();
-    if (!dialog)
+    if (!dialog || dialog == _busy) // a step that waits for its dialog
         return;
     if (!_steps.isEmpty()) {
         // not from the timer's own slot: a step may open another dialog, and the timer must go on meanwhile
-        QTimer::singleShot(0, dialog, [step = _steps.takeFirst(), dialog] { step(dialog); });
+        const auto work = [this, step = _steps.takeFirst(), dialog, earlier = std::exchange(_busy, dialog)] {
+            step(dialog);
+            _busy = earlier;
+        };
+        QTimer::singleShot(0, dialog, work);
     } else if (++_idleTurns > patience) {
         QTest::qFail(qPrintable(QStringLiteral("A dialog was left open: ") + textOf(dialog)), __FILE__, __LINE__);
         dialog->close();

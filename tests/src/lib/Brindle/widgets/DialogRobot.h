@@ -30,6 +30,7 @@ private:
     void work();
 
     QList<Step> _steps;
+    QWidget* _busy = nullptr; ///< The dialog in which a step is at work.
     QTimer _timer;
     int _idleTurns = 0;
 };
