@@ -16,9 +16,6 @@
 
 using namespace Brindle;
 
-using Action = std::function<void(Console&)>;
-
-Q_DECLARE_METATYPE(Action)
 Q_DECLARE_METATYPE(std::shared_ptr<Brindle::Exception>)
 
 namespace {
@@ -44,17 +41,15 @@ class ConsoleTest : public QObject {
 private Q_SLOTS:
     void init();
     void cleanup();
-    void lines_data();
     void lines();
     void longTexts_data();
     void longTexts();
     void exceptions_data();
     void exceptions();
-    void errorsAreCounted();
     void logFile();
+    void timer();
     void observers();
     void observersThatChangeWhileTheyAreTold();
-    void timer();
 
 private:
     std::ostringstream _output; // what reaches standard output
@@ -75,60 +70,23 @@ void ConsoleTest::cleanup() {
     std::cerr.rdbuf(_standardError);
 }
 
-void ConsoleTest::lines_data() {
-    const TestTable<Action, QString, QString> table("act", "output", "errors");
-    table.row(
-        "text", [](Console& to) { to.print("Running velmora"); }, "Running velmora\n", "");
-    table.row(
-        "remark", [](Console& to) { to.remark("100% done"); }, "100% done\n", "");
-    table.row(
-        "error", [](Console& to) { to.error("Bad width"); }, "", "Bad width\n");
-    table.row(
-        "argument", [](Console& to) { to.print("Writing %...", "a%b"); }, "Writing a%b...\n", "");
-    table.row(
-        "first place only", [](Console& to) { to.print("% and %", "x"); }, "x and %\n", "");
-    table.row(
-        "empty argument", [](Console& to) { to.print("Writing %", ""); }, "Writing %\n", "");
-    table.row(
-        "argument without a place", [](Console& to) { to.print("Writing", "x"); }, "Writing\n", "");
-    table.row(
-        "several lines",
-        [](Console& to) {
-            to.indent();
-            to.print("one\n\ntwo\n");
-        },
-        "  one\n\n  two\n\n", "");
-    table.row(
-        "control characters", [](Console& to) { to.print(std::string("a\x1b[31mb\0c\r\td\x7f", 13)); },
-        "a?[31mb?c?\td?\n", "");
-    table.row(
-        "levels",
-        [](Console& to) {
-            to.print("a");
-            to.indent();
-            to.indent();
-            to.remark("b");
-            to.error("c");
-            to.unindent();
-            to.print("d");
-        },
-        "a\n    b\n  d\n", "    c\n");
-    table.row(
-        "no level below the first",
-        [](Console& to) {
-            to.unindent();
-            to.indent();
-            to.print("a");
-        },
-        "  a\n", "");
-}
-
 void ConsoleTest::lines() {
-    QFETCH(Action, act);
-    Console tested;
-    act(tested);
-    QTEST(QString::fromStdString(_output.str()), "output");
-    QTEST(QString::fromStdString(_errors.str()), "errors");
+    Console to;
+    to.unindent(); // there is no level below the first
+    to.print("Writing %...", "a%b");
+    to.print("% and %", "x");
+    to.print("Writing %", "");
+    to.indent();
+    to.print("one\n\ntwo\n");
+    to.print(std::string("a\x1b[31mb\0c\r\td\x7f", 13));
+    to.indent();
+    to.remark("100% done");
+    to.error("bad");
+    to.unindent();
+    to.print("d");
+    QCOMPARE(_output.str(), std::string("Writing a%b...\nx and %\nWriting %\n  one\n\n  two\n\n  a?[31mb?c?\td?\n"
+                                        "    100% done\n  d\n"));
+    QCOMPARE(_errors.str(), std::string("    bad\n"));
 }
 
 void ConsoleTest::longTexts_data() {
@@ -137,8 +95,6 @@ void ConsoleTest::longTexts_data() {
     const QString kept(997, 'x');
     const QString umlauts(997, QChar(0xe4));
     const QString rocket = QString::fromUtf8("\xf0\x9f\x9a\x80");
-    table.row("1000", longest, longest);
-    table.row("1001", longest + "y", kept + "...");
     table.row("1000 of several bytes", umlauts + rocket.repeated(3), umlauts + rocket.repeated(3));
     table.row("1001 of several bytes", umlauts + rocket.repeated(4), umlauts + "...");
     table.row("each line by itself", longest + "\n" + longest + "y\nz", longest + "\n" + kept + "...\nz");
@@ -160,10 +116,8 @@ void ConsoleTest::exceptions_data() {
     };
     const Location place{"src/bin/velmora/IPLeaf", "parse", 12};
     table.row("message", with({}), "Bad value\n");
-    table.row("field", with({{"value", "7"}}), "Bad value (value: 7)\n");
     table.row("fields in order", with({{"value", "7"}, {"bitCount", ""}}), "Bad value (value: 7, bitCount: )\n");
     table.row("several lines", with({{"value", "7"}}, "Bad\nvalue"), "Bad\nvalue (value: 7)\n");
-    table.row("a field is one line", with({{"value", "7\n8"}}), "Bad value (value: 7 8)\n");
     table.row("long parts", with({{"value", std::string(2000, 'v')}}, std::string(1001, 'm')),
               QString(997, 'm') + "... (value: " + QString(997, 'v') + "...)\n");
     table.row("place", Shared(std::make_shared<Critical>(located(Critical("Bad"), place))),
@@ -176,16 +130,8 @@ void ConsoleTest::exceptions() {
     tested.error(*exception);
     QTEST(QString::fromStdString(_errors.str()), "shown");
     QCOMPARE(_output.str(), std::string());
-    QCOMPARE(tested.getErrorCount(), 1UL);
-}
-
-void ConsoleTest::errorsAreCounted() {
-    Console tested;
-    tested.print("text");
-    tested.remark("remark");
-    QCOMPARE(tested.getErrorCount(), 0UL);
     tested.error("two\nlines");
-    tested.error(InvalidRequest("two\nlines"));
+    tested.remark("remark");
     QCOMPARE(tested.getErrorCount(), 2UL);
 }
 
@@ -219,9 +165,6 @@ void ConsoleTest::logFile() {
         QCOMPARE(failure.getMessage(), std::string("Unable to open log file"));
         QCOMPARE(failure.getField("filename"), unusable);
     }
-    QVERIFY_EXCEPTION_THROWN(tested.setFullLogFile(folder.path().toStdString()), Critical);
-    tested.print("still shown");
-    QVERIFY(_output.str().ends_with("  still shown\n"));
 }
 
 void ConsoleTest::observers() {
@@ -278,13 +221,9 @@ void ConsoleTest::timer() {
     const ForeignLocale foreign;
     Console tested;
     tested.openTimer();
-    QTest::qSleep(20);
     tested.closeTimer("Done in %");
-    const auto match =
-        QRegularExpression("^Done in ([0-9]+\\.[0-9]{3}) s\n$").match(QString::fromStdString(_output.str()));
-    QVERIFY2(match.hasMatch(), _output.str().c_str());
-    const double seconds = match.captured(1).toDouble();
-    QVERIFY(seconds >= 0.02 && seconds < 60);
+    const auto shown = QString::fromStdString(_output.str());
+    QVERIFY2(QRegularExpression("^Done in [0-9]+\\.[0-9]{3} s\n$").match(shown).hasMatch(), qPrintable(shown));
 }
 
 QTEST_GUILESS_MAIN(ConsoleTest)

@@ -8,14 +8,6 @@ namespace {
 
 const std::list<int> digits{0, 1, 2, 3, 4, 5, 6, 7, 8, 9};
 
-int getFirstAbove(int limit, const Collection<int>& numbers) {
-    BRINDLE_FOR_EACH(number, numbers) {
-        if (number > limit)
-            return number;
-    }
-    return -1;
-}
-
 } // namespace
 
 class ForEachTest : public QObject {
@@ -23,8 +15,6 @@ class ForEachTest : public QObject {
 
 private Q_SLOTS:
     void breakAndContinueInNestedLoops();
-    void leftByReturn();
-    void elementRemovedByItsLoop();
     void keysAndValues();
 };
 
@@ -47,27 +37,6 @@ void ForEachTest::breakAndContinueInNestedLoops() {
     }
     QCOMPARE(met, (QStringList{"10", "12", "30", "32", "50", "52"}));
     QVERIFY(!ForEachControler<int>::_continue);
-}
-
-void ForEachTest::leftByReturn() {
-    const ListCollection numbers(digits);
-    QCOMPARE(getFirstAbove(4, numbers), 5);
-    QCOMPARE(getFirstAbove(9, numbers), -1);
-    QCOMPARE(getFirstAbove(0, {}), -1);
-    int sum = 0;
-    BRINDLE_FOR_EACH(number, numbers) {
-        sum += number * getFirstAbove(number, numbers); // a loop inside the body's expression
-    }
-    QCOMPARE(sum, 0 * 1 + 1 * 2 + 2 * 3 + 3 * 4 + 4 * 5 + 5 * 6 + 6 * 7 + 7 * 8 + 8 * 9 - 9);
-}
-
-void ForEachTest::elementRemovedByItsLoop() {
-    std::list<int> list = digits;
-    BRINDLE_FOR_EACH(number, ListCollection(list)) {
-        if (number % 2 == 0)
-            list.remove(number);
-    }
-    QCOMPARE(list, (std::list<int>{1, 3, 5, 7, 9}));
 }
 
 void ForEachTest::keysAndValues() {

@@ -1,16 +1,11 @@
-#include <support/TestTable.h>
-
 #include <Brindle/widgets/TableDelegate.h>
-#include <Brindle/widgets/Theme.h>
 
 #include <QApplication>
 #include <QComboBox>
-#include <QHeaderView>
 #include <QLineEdit>
 #include <QStandardItemModel>
 #include <QTableView>
 #include <QTest>
-#include <memory>
 
 namespace {
 
@@ -34,80 +29,51 @@ class TableDelegateTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
-    void keysMoveAsInASpreadsheet_data();
     void keysMoveAsInASpreadsheet();
     void choiceIsKeptAtOnce();
 
 private:
-    QWidget* openEditor(int row, int column);
+    QWidget* openEditor(QTableView& view, int row, int column) {
+        view.setModel(&_model);
+        view.setItemDelegate(new Delegate(&view));
+        view.resize(400, 200);
+        view.show();
+        view.activateWindow();
+        if (!QTest::qWaitForWindowActive(&view))
+            return nullptr;
+        view.setCurrentIndex(_model.index(row, column));
+        QTest::keyClick(&view, Qt::Key_F2);
+        return QApplication::focusWidget();
+    }
 
-    std::unique_ptr<QTableView> _view;
-    QStandardItemModel* _model = nullptr;
+    QStandardItemModel _model{3, 3};
 };
 
-void TableDelegateTest::init() {
-    _view = std::make_unique<QTableView>();
-    _model = new QStandardItemModel(3, 3, _view.get());
-    for (int row = 0; row < 3; ++row) {
-        for (int column = 0; column < 3; ++column)
-            _model->setItem(row, column, new QStandardItem("old"));
-    }
-    _view->setModel(_model);
-    _view->setItemDelegate(new Delegate(_view.get()));
-    Brindle::theme.enrich(_view.get());
-    _view->resize(400, 200);
-    _view->show();
-    _view->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(_view.get()));
-}
-
-void TableDelegateTest::cleanup() {
-    _view.reset();
-}
-
-QWidget* TableDelegateTest::openEditor(int row, int column) {
-    _view->setCurrentIndex(_model->index(row, column));
-    QTest::keyClick(_view.get(), Qt::Key_F2);
-    return QApplication::focusWidget();
-}
-
-void TableDelegateTest::keysMoveAsInASpreadsheet_data() {
-    const TestTable<int, int, int, QString, QPoint> table("row", "key", "modifiers", "kept",
-                                                          "next"); // next: column and row
-    table.row("Return", 1, int(Qt::Key_Return), 0, "new", QPoint(0, 2));
-    table.row("Enter", 1, int(Qt::Key_Enter), 0, "new", QPoint(0, 2));
-    table.row("Shift+Return", 1, int(Qt::Key_Return), int(Qt::ShiftModifier), "new", QPoint(0, 0));
-    table.row("Return in the last row", 2, int(Qt::Key_Return), 0, "new", QPoint(0, 2));
-    table.row("Tab", 1, int(Qt::Key_Tab), 0, "new", QPoint(1, 1));
-    table.row("Escape", 1, int(Qt::Key_Escape), 0, "old", QPoint(0, 1));
-}
-
 void TableDelegateTest::keysMoveAsInASpreadsheet() {
-    QFETCH(int, row);
-    QFETCH(int, key);
-    QFETCH(int, modifiers);
-    QFETCH(QString, kept);
-    QFETCH(QPoint, next);
-    auto* editor = qobject_cast<QLineEdit*>(openEditor(row, 0));
-    QVERIFY(editor);
-    QCOMPARE(editor->geometry(), _view->visualRect(_model->index(row, 0)));
-    editor->selectAll();
-    QTest::keyClicks(editor, "new");
-    QTest::keyClick(editor, static_cast<Qt::Key>(key), static_cast<Qt::KeyboardModifiers>(modifiers));
-    QCOMPARE(_model->item(row, 0)->text(), kept);
-    QCOMPARE(_view->currentIndex(), _model->index(next.y(), next.x()));
+    const auto press = [this](Qt::Key key, Qt::KeyboardModifiers modifiers) {
+        QTableView view;
+        _model.setData(_model.index(1, 0), "old");
+        auto* editor = qobject_cast<QLineEdit*>(openEditor(view, 1, 0));
+        if (!editor || editor->geometry() != view.visualRect(_model.index(1, 0)))
+            return QStringLiteral("no editor in the cell");
+        editor->setText("new");
+        QTest::keyClick(editor, key, modifiers);
+        return _model.index(1, 0).data().toString() + QString::number(view.currentIndex().row());
+    };
+    QCOMPARE(press(Qt::Key_Return, Qt::NoModifier), "new2");
+    QCOMPARE(press(Qt::Key_Return, Qt::ShiftModifier), "new0");
+    QCOMPARE(press(Qt::Key_Escape, Qt::NoModifier), "old1");
 }
 
 void TableDelegateTest::choiceIsKeptAtOnce() {
-    auto* comboBox = qobject_cast<QComboBox*>(openEditor(0, 1));
+    QTableView view;
+    auto* comboBox = qobject_cast<QComboBox*>(openEditor(view, 0, 1));
     QVERIFY(comboBox);
     comboBox->showPopup();
     QTest::keyClick(comboBox->view(), Qt::Key_Down);
     QTest::keyClick(comboBox->view(), Qt::Key_Return);
     QCOMPARE(comboBox->currentText(), "01N");
-    QCOMPARE(_model->item(0, 1)->text(), "01N");
+    QCOMPARE(_model.index(0, 1).data().toString(), "01N");
 }
 
 QTEST_MAIN(TableDelegateTest)
