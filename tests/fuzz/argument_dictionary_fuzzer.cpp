@@ -12,51 +12,27 @@ namespace {
 
 using Item = std::pair<std::string, std::string>; // key and value
 
-/// Reads a statement as Python does that holds nothing but single-quoted strings.
-class StatementReader {
-public:
-    explicit StatementReader(std::string_view statement) : _rest(statement) {}
+void take(std::string_view& statement, std::string_view text) {
+    require(statement.starts_with(text), "the statement is a dictionary of strings");
+    statement.remove_prefix(text.size());
+}
 
-    std::vector<Item> read() {
-        take("argDict = {  ");
-        std::vector<Item> items;
-        do {
-            std::string key = takeString();
-            take(": ");
-            items.emplace_back(std::move(key), takeString());
-        } while (takeIf(", "));
-        take("}");
-        require(_rest.empty(), "nothing follows the dictionary");
-        return items;
+/// Takes a string in single quotes as Python reads it.
+std::string takeString(std::string_view& statement) {
+    take(statement, "'");
+    std::string content;
+    while (!statement.starts_with('\'')) {
+        if (statement.starts_with('\\'))
+            take(statement, "\\"), require(statement.starts_with('\''), "only quotes are escaped");
+        require(!statement.empty(), "every string ends");
+        require(std::string_view("\n\r\0", 3).find(statement.front()) == std::string_view::npos,
+                "a string is one line");
+        content += statement.front();
+        statement.remove_prefix(1);
     }
-
-private:
-    bool takeIf(std::string_view text) {
-        if (!_rest.starts_with(text))
-            return false;
-        _rest.remove_prefix(text.size());
-        return true;
-    }
-
-    void take(std::string_view text) { require(takeIf(text), "the statement is a dictionary of strings"); }
-
-    std::string takeString() {
-        take("'");
-        std::string content;
-        while (!takeIf("'")) {
-            const bool isQuote = takeIf("\\");
-            require(!_rest.empty(), "every string ends");
-            const char character = _rest.front();
-            require(!isQuote || character == '\'', "only quotes are escaped");
-            require(character != '\n' && character != '\r' && character != '\0', "a string is one line of text");
-            content += character;
-            _rest.remove_prefix(1);
-        }
-        return content;
-    }
-
-    std::string_view _rest;
-};
+    take(statement, "'");
+    return content;
+}
 
 /// Adds the value in one of the ways there are; the value that a script must receive.
 std::string addValue(Velmora::ArgumentDictionary& arguments, const std::string& key, const std::string& value) {
@@ -89,6 +65,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             require(exception.getField("key") == key, "a refusal names the key");
         }
     }
-    require(StatementReader(arguments.getStatement()).read() == expected, "scripts receive what the form holds");
+    const std::string statement = arguments.getStatement();
+    std::string_view rest = statement;
+    take(rest, "argDict = {  ");
+    for (const auto& [key, value] : expected) {
+        require(takeString(rest) == key, "keys are in order");
+        take(rest, ": ");
+        require(takeString(rest) == value, "scripts receive what the form holds");
+        take(rest, &key == &expected.back().first ? "}" : ", ");
+    }
+    require(rest.empty(), "nothing follows the dictionary");
     return 0;
 }

@@ -11,27 +11,17 @@
 
 namespace {
 
-/// The aggregate of the literals, which the rendering must come to whatever the numbers are.
-std::vector<std::string> literalsOf(std::string aggregate) {
+/// Every literal is hexadecimal, of the width unless it was given as one.
+void checkRendered(std::string_view aggregate, const std::vector<std::string>& coefficients, unsigned long width) {
     require(aggregate.starts_with('(') && aggregate.ends_with(')'), "an aggregate stands in parentheses");
     aggregate = aggregate.substr(1, aggregate.size() - 2);
-    std::vector<std::string> literals;
-    for (std::size_t begin = 0; begin < aggregate.size();) {
-        const std::size_t end = std::min(aggregate.find(", ", begin), aggregate.size());
-        literals.push_back(aggregate.substr(begin, end - begin));
-        begin = end + 2;
+    for (const std::string& coefficient : coefficients) {
+        const std::string literal(aggregate.substr(0, aggregate.find(", ")));
+        require(Velmora::isHexadecimal(literal), "every literal is hexadecimal");
+        require(literal == coefficient || literal.size() == width / 4 + 3, "a rendered number has the width");
+        aggregate.remove_prefix(std::min(literal.size() + 2, aggregate.size()));
     }
-    return literals;
-}
-
-void checkRendered(const std::string& aggregate, const std::vector<std::string>& coefficients, unsigned long width) {
-    const std::vector<std::string> literals = literalsOf(aggregate);
-    require(literals.size() == coefficients.size(), "one literal a coefficient");
-    for (std::size_t index = 0; index < literals.size(); ++index) {
-        require(Velmora::isHexadecimal(literals[index]), "every literal is hexadecimal");
-        const bool isGiven = literals[index] == coefficients[index];
-        require(isGiven || literals[index].size() == width / 4 + 3, "a rendered number has the width");
-    }
+    require(aggregate.empty(), "one literal a coefficient");
 }
 
 } // namespace

@@ -28,8 +28,7 @@ void checkParsed(std::string_view text) {
     const auto lax = parse(text, EnvelopeReading::Lax);
     require(!strict || lax, "what is read strictly is read laxly too");
     require(!strict || strict->getSeal(), "what is read strictly has an authentication code");
-    require(!strict || (lax->data == strict->data && lax->keyBlocks.size() == strict->keyBlocks.size()),
-            "both readings agree");
+    require(!strict || lax->data == strict->data, "both readings agree");
     require(!lax || (!lax->data.empty() && !lax->keyBlocks.empty()), "an envelope has data and a recipient");
     require(!lax || lax->data.size() < text.size(), "no byte is invented");
 }
