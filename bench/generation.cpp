@@ -23,6 +23,7 @@
 #include <functional>
 #include <iostream>
 #include <sstream>
+#include <unistd.h>
 #include <vector>
 
 // One generation with the program's forms, from pressing Generate to "Generating done", beside the same script with the
@@ -108,6 +109,32 @@ void measure(const Subject& subject, const QString& python, const QTemporaryDir&
                 pressToDone - scriptTime);
 }
 
+long residentKiB() {
+    QFile file(QStringLiteral("/proc/self/statm"));
+    const QByteArray pages = file.open(QIODevice::ReadOnly) ? file.readAll().split(' ').value(1) : QByteArray();
+    return pages.toLong() * sysconf(_SC_PAGESIZE) / 1024;
+}
+
+/// What each of many generations in a row leaves in memory.
+void measureGrowth(const Subject& subject) {
+    constexpr int warmUpCount = 50; // what is kept for good is there then
+    constexpr int generationCount = 300;
+    const std::string directory = qgetenv("ORVANE_PREFIX").toStdString() + "/share/velmora/Orvane/" + subject.directory;
+    Velmora::IPLeaf page(directory + "/config");
+    subject.fill(page);
+    std::ostringstream console;
+    std::streambuf* const standardOutput = std::cout.rdbuf(console.rdbuf());
+    long before = 0;
+    for (int round = 0; round < warmUpCount + generationCount; ++round) {
+        if (round == warmUpCount)
+            before = residentKiB();
+        QTest::mousePress(page.findChild<QPushButton*>("Generate"), Qt::LeftButton);
+    }
+    std::cout.rdbuf(standardOutput);
+    std::printf("%-46s %10.2f KiB kept by each of %d generations\n", subject.label,
+                static_cast<double>(residentKiB() - before) / generationCount, generationCount);
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -119,6 +146,8 @@ int main(int argc, char** argv) {
     Brindle::FileDialog::setSaveFileNameFunction([&folder](auto&&...) { return folder.filePath("generated.vhd"); });
     Brindle::FileDialog::setDirectoryFunction([&folder](auto&&...) { return folder.filePath("generated"); });
     std::printf("%-46s %10s %10s %10s %10s\n", "one generation, least ms", "press-done", "bare", "script", "overhead");
+    const Subject filter{"multiply-accumulate filter, 160 coefficients", "mac_fir", "text", fillFilter};
     measure({"bridge", "apb_slave_to_serial_master", "fileDict", fillBridge}, argv[1], folder);
-    measure({"multiply-accumulate filter, 160 coefficients", "mac_fir", "text", fillFilter}, argv[1], folder);
+    measure(filter, argv[1], folder);
+    measureGrowth(filter);
 }
