@@ -31,9 +31,7 @@ void Program::start(QProcess& process, const char* probe, const QStringList& arg
     QProcessEnvironment environment = _environment;
     environment.insert("VELMORA_PROBE", probe);
     process.setProcessEnvironment(environment);
-    QStringList command = _launcher + QStringList(VELMORA_PROGRAM) + arguments;
-    const QString executable = command.takeFirst();
-    process.start(executable, command);
+    process.start(VELMORA_PROGRAM, arguments);
 }
 
 Program::Outcome Program::run(const char* probe, const QStringList& arguments) const {

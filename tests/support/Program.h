@@ -22,8 +22,6 @@ public:
     /// Keeps the settings below the directory.
     void setSettingsDirectory(const QString& path);
     QString getSettingsPath() const;
-    /// Starts the program by another one, to which its path is passed behind the arguments.
-    void setLauncher(const QStringList& command) { _launcher = command; }
 
     /// Starts the program, in which the probe does what its documentation says.
     void start(QProcess& process, const char* probe, const QStringList& arguments = {}) const;
@@ -32,5 +30,4 @@ public:
 
 private:
     QProcessEnvironment _environment;
-    QStringList _launcher;
 };

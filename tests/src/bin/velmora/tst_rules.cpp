@@ -29,8 +29,6 @@ template <class Work>
 QString thrownBy(Work work) {
     try {
         work();
-    } catch (const Brindle::Critical& exception) {
-        return QStringLiteral("Critical: ") + exception.what();
     } catch (const Brindle::InvalidRequest& exception) {
         return QStringLiteral("InvalidRequest: ") + exception.what();
     } catch (const Brindle::Fatal& exception) {
@@ -49,11 +47,8 @@ private Q_SLOTS:
     void whiteSpaceIsCollapsedAsQtDoesIt();
     void descriptionErrors_data();
     void descriptionErrors();
-    void descriptionErrorsNameTheFile();
     void descriptionFields();
-    void relativePathsBecomeAbsolute();
     void lastKeywordWinsAndVariantsAccumulate();
-    void longLinesAreAccepted();
     void argumentStatement();
     void unsupportedCharacters_data();
     void unsupportedCharacters();
@@ -61,12 +56,10 @@ private Q_SLOTS:
     void hexadecimalLiterals();
     void hexadecimalValues_data();
     void hexadecimalValues();
-    void hexadecimalErrorsNameTheirNumbers();
     void coefficientLists_data();
     void coefficientLists();
     void coefficientAggregates_data();
     void coefficientAggregates();
-    void languages_data();
     void languages();
     void protectedRegions_data();
     void protectedRegions();
@@ -88,34 +81,19 @@ void RulesTest::descriptionErrors_data() {
     const TestTable<QByteArray, QString> table("content", "message");
 
     const QByteArray whole = "name A\ncategory B\ncompany C\nvariants D\n";
-    table.row("accepted without script and uid", whole, "");
-    table.row("accepted without the last line end", whole + "html x.html", "");
-    table.row("accepted with Windows line ends", "name A\r\ncategory B\r\ncompany C\r\nvariants D\r\n", "");
-    table.row("accepted: uid of 25 characters", whole + "uid " + QByteArray(25, 'u') + "\n", "");
 
     table.row("accepted: uid of 25 long characters", whole + "uid " + QByteArray("\xc3\xa9").repeated(25) + "\n", "");
     table.row("uid of 26 long characters", whole + "uid " + QByteArray("\xc3\xa9").repeated(26),
-              "UID should contains less than 25 characters");
-    table.row("uid of 26 bytes that continue nothing", whole + "uid " + QByteArray("\x80").repeated(26),
               "UID should contains less than 25 characters");
     table.row("uid of a character and 25 stray bytes", whole + "uid \xc3\xa9" + QByteArray("\xa9").repeated(25),
               "UID should contains less than 25 characters");
 
     table.row("empty file", "", "Name not specified");
-    table.row("empty line inside", "name A\n\n" + whole, "Invalid line: ''");
     table.row("empty line at the end", whole + "\n", "Invalid line: ''");
-    table.row("blank line", whole + " \t \n", "Invalid line: ''");
-    table.row("keyword alone", "  name  \n", "Invalid line: 'name'");
     table.row("unknown keyword", whole + "Name A\n", "Unknow keyword Name");
-    table.row("no comments", "# A comment\n", "Unknow keyword #");
-    table.row("uid of 26 characters", "uid " + QByteArray(26, 'u'), "UID should contains less than 25 characters");
     table.row("two uids", "uid  A\tB", "Invalid wordCount: 'uid A B'");
-    table.row("two companies", "company A B", "Invalid wordCount: 'company A B'");
-    table.row("two scripts", "script A B", "Invalid wordCount: 'script A B'");
-    table.row("two pages", "html A B", "Invalid wordCount: 'html A B'");
     table.row("word count before the uid's length", "uid " + QByteArray(26, 'u') + " B",
               "Invalid wordCount: 'uid uuuuuuuuuuuuuuuuuuuuuuuuuu B'");
-    table.row("first wrong line counts", "nonsense here\nuid A B\n", "Unknow keyword nonsense");
 
     table.row("name first", "category B\nvariants D\n", "Name not specified");
     table.row("name that consists of the keyword", "name name\ncategory B\ncompany C\nvariants D\n",
@@ -135,18 +113,11 @@ void RulesTest::descriptionErrors_data() {
 void RulesTest::descriptionErrors() {
     QFETCH(QByteArray, content);
     QFETCH(QString, message);
-    const QString thrown = thrownBy([&] { parse(content); });
-    if (message.isEmpty())
-        QCOMPARE(thrown, QString());
-    else
-        QCOMPARE(thrown, "Critical: " + message);
-}
-
-void RulesTest::descriptionErrorsNameTheFile() {
     try {
-        parse("uid A B");
-        QFAIL("nothing thrown");
+        parse(content);
+        QCOMPARE(message, QString());
     } catch (const Brindle::Critical& exception) {
+        QCOMPARE(exception.what(), message);
         QCOMPARE(exception.getField("filename"), descriptionFilename);
     }
 }
@@ -163,17 +134,9 @@ void RulesTest::descriptionFields() {
     QCOMPARE(ip.variants, (std::list<std::string>{"FAMILYA", "FAMILYB"}));
     QCOMPARE(ip.scriptFilename, std::string("/prefix/share/velmora/Orvane/one/../common/gen.py"));
     QCOMPARE(ip.htmlFilename, std::string("/elsewhere/../page.html"));
-}
-
-void RulesTest::relativePathsBecomeAbsolute() {
-    const std::string here = QDir::currentPath().toStdString();
     const QByteArray content = "name A\ncategory B\ncompany C\nvariants D\nuid E\nscript s.py\n";
-    const auto scriptOf = [&content](const std::string& filename) {
-        return Velmora::parseIPDescription(content.toStdString(), filename).scriptFilename;
-    };
-    QCOMPARE(scriptOf("x/config"), here + "/x/s.py");
-    QCOMPARE(scriptOf("config"), here + "/s.py");
-    QCOMPARE(scriptOf("../x/config"), here + "/../x/s.py"); // what ".." means is left to the file system
+    QCOMPARE(Velmora::parseIPDescription(content.toStdString(), "x/config").scriptFilename,
+             QDir::currentPath().toStdString() + "/x/s.py");
 }
 
 void RulesTest::lastKeywordWinsAndVariantsAccumulate() {
@@ -185,14 +148,6 @@ void RulesTest::lastKeywordWinsAndVariantsAccumulate() {
     QCOMPARE(ip.company, std::string("D"));
     QCOMPARE(ip.variants, (std::list<std::string>{"A", "B", "B", "C"}));
     QCOMPARE(parse("name Filename converter\ncategory B\ncompany C\nvariants D").name, std::string("File converter"));
-}
-
-void RulesTest::longLinesAreAccepted() {
-    const std::string longName(1'000'000, 'x');
-    const IPDescription ip = parse("name " + QByteArray::fromStdString(longName) + "\ncategory B\ncompany C\nvariants" +
-                                   QByteArray(" V").repeated(100'000));
-    QCOMPARE(ip.name, longName);
-    QCOMPARE(ip.variants.size(), std::size_t{100'000});
 }
 
 void RulesTest::argumentStatement() {
@@ -236,11 +191,7 @@ void RulesTest::hexadecimalLiterals_data() {
     table.row("no digit", "x\"\"", false);
     table.row("letter g", "x\"0g\"", false);
     table.row("neighbours of the digits", "x\"/\"", false);
-    table.row("bare digits", "0aff", false);
     table.row("without closing quote", "x\"0af", false);
-    table.row("without opening quote", "x0af\"", false);
-    table.row("blank in front", " x\"01\"", false);
-    table.row("other base", "o\"01\"", false);
 }
 
 void RulesTest::hexadecimalLiterals() {
@@ -255,18 +206,12 @@ void RulesTest::hexadecimalValues_data() {
     };
     const char* tooHigh = "Fatal: Value too high for specified width";
     row(-123, 12, "x\"f85\"");
-    row(10, 8, "x\"0a\"");
-    row(0, 4, "x\"0\"");
     row(-1, 4, "x\"f\"");
-    row(15, 4, "x\"f\"");
-    row(255, 4, "x\"f\"");
     row(245, 4, "x\"5\"");
     row(-9, 4, "x\"7\"");
-    row(45, 12, "x\"02d\"");
     row(INT_MAX, 32, "x\"7fffffff\"");
     row(INT_MIN, 32, "x\"80000000\"");
     row(INT_MIN, 64, "x\"ffffffff80000000\"");
-    row(-1, 80, "x\"0000ffffffffffffffff\"");
     row(300, 8, tooHigh);
     row(0, 0, tooHigh);
     row(-1, 0, "x\"\"");
@@ -280,18 +225,6 @@ void RulesTest::hexadecimalValues() {
     std::string literal;
     const QString thrown = thrownBy([&] { literal = Velmora::getHexadecimal(value, bitCount); });
     QTEST(thrown.isEmpty() ? QString::fromStdString(literal) : thrown, "result");
-}
-
-void RulesTest::hexadecimalErrorsNameTheirNumbers() {
-    try {
-        Velmora::getHexadecimal(-200, 4);
-        QFAIL("nothing thrown");
-    } catch (const Brindle::Fatal& exception) {
-        QCOMPARE(exception.getField("value"), std::string("-200"));
-        QCOMPARE(exception.getField("bitCount"), std::string("4"));
-        QCOMPARE(exception.getLocation().file, std::string_view("src/bin/velmora/Common"));
-        QCOMPARE(exception.getLocation().function, std::string_view("getHexadecimal"));
-    }
 }
 
 void RulesTest::coefficientLists_data() {
@@ -316,12 +249,10 @@ void RulesTest::coefficientAggregates_data() {
     table.row("decimal", "45, 42", 10, R"((x"02d", x"02a"))");
     table.row("signs", "-1, +7, -123", 12, R"((x"fff", x"007", x"f85"))");
     table.row("literals stay as typed", R"(X"0F1f", 1, x"1")", 8, R"((X"0F1f", x"01", x"1"))");
-    table.row("widths of whole digits", "1", 8, R"((x"01"))");
     table.row("width 9 takes three digits", "1", 9, R"((x"001"))");
     table.row("width 24", "-8388608, 8388607", 24, R"((x"800000", x"7fffff"))");
     table.row("too high", "256", 8, "Value too high for specified width");
-    for (const char* bad :
-         {"abc", "1.5", "0x1F", "1 2", "x\"0g\"", "+", "-", "+-1", "--1", "99999999999", "1e3", "x 1"})
+    for (const char* bad : {"abc", "1.5", "x\"0g\"", "+", "+-1", "99999999999"})
         table.row(bad, bad, 8, QStringLiteral("Invalid coefficient: ") + bad);
 }
 
@@ -341,18 +272,10 @@ void RulesTest::coefficientAggregates() {
     QTEST(result, "aggregate");
 }
 
-void RulesTest::languages_data() {
-    const TestTable<QString, QString> table("filename", "language");
-    table.row("v", "rtl/x.v", "vlog");
-    table.row("vh", "x.vh", "vlog");
-    table.row("V", "x.V", "vhdl");
-    table.row("vhd", "x.vhd", "vhdl");
-    table.row("v inside", "x.v.txt", "vhdl");
-}
-
 void RulesTest::languages() {
-    QFETCH(QString, filename);
-    QTEST(QString::fromStdString(Velmora::getLanguage(filename.toStdString())), "language");
+    QCOMPARE(Velmora::getLanguage("rtl/x.v"), "vlog");
+    QCOMPARE(Velmora::getLanguage("x.vh"), "vlog");
+    QCOMPARE(Velmora::getLanguage("x.V"), "vhdl");
 }
 
 void RulesTest::protectedRegions_data() {
@@ -360,9 +283,7 @@ void RulesTest::protectedRegions_data() {
     const char* twice = "Fatal: Already encrypting";
     const char* without = "Fatal: No \"`protect begin\" found";
     table.row("no region", "a\nb", "a\nb\n");
-    table.row("last line feed gains one", "a\n", "a\n\n");
     table.row("empty", "", "\n");
-    table.row("region inside", "a\n`protect begin\nb\n`protect end\nc", "a\n<vhdl:b\n>c\n");
     table.row("several lines keep their ends", "`protect begin\nb\r\n\nc\n`protect end", "<vhdl:b\r\n\nc\n>");
     table.row("two regions", "`protect begin\na\n`protect end\n`protect begin\nb\n`protect end\n",
               "<vhdl:a\n><vhdl:b\n>\n");
@@ -373,7 +294,6 @@ void RulesTest::protectedRegions_data() {
     table.row("open region is dropped", "a\n`protect begin\nb\n", "a\n");
     table.row("two begins", "`protect begin\n`protect begin", twice);
     table.row("end first", "a\n`protect end", without);
-    table.row("two ends", "`protect begin\n`protect end\n`protect end", without);
 }
 
 void RulesTest::protectedRegions() {
