@@ -54,7 +54,7 @@ QStringList withoutIndents(QStringList lines) {
 /// What the script of the IP would be given, or why nothing.
 QStringList argumentsOf(const IPLeaf& page) {
     try {
-        QString statement = QString::fromStdString(page.getGeneration(BRINDLE_HERE).getArguments().getStatement());
+        QString statement = QString::fromStdString(page.getGeneration().getArguments().getStatement());
         return statement.section("{  '", 1).replace("': '", " = ").chopped(2).split("', '");
     } catch (const Brindle::Exception& exception) {
         return {QString::fromStdString(exception.getMessage())};
@@ -276,7 +276,7 @@ void GenerateTest::descriptions() {
     useShippedCatalogue();
     const auto page = openShipped(Examples::path(example));
     const std::string first = openBlank(page->getConfiguration())->getConfiguration().getContent();
-    const Velmora::Generation generation = page->getGeneration(BRINDLE_HERE);
+    const Velmora::Generation generation = page->getGeneration();
     QStringList lines{"settings: " + page->getForm()->getGroup(), "title: " + QString::fromStdString(generation.title),
                       QString("after an exception: ") + generation.failureRule.closingLine};
     lines += sectionsAndHelpOf(*page) + argumentsOf(*page) + choicesOf(*page);

@@ -198,7 +198,7 @@ void BridgeTest::regionsOpenAgain() {
             opened.append(piece.text.data(), static_cast<int>(piece.text.size()));
             continue;
         }
-        const auto envelope = Sealwork::Envelope::parse(piece.text, Sealwork::EnvelopeReading::Strict);
+        const auto envelope = Sealwork::readEnvelope(piece.text, Sealwork::EnvelopeReading::Strict);
         QCOMPARE(envelope.language, "vlog");
         opened += bytesOf(Sealwork::EnvelopeOpener(key).open(envelope));
     }
