@@ -25,10 +25,6 @@ QByteArray publicPem(const QStringList& makePrivateKey) {
                    openssl(QStringList("genpkey") << QStringLiteral("-algorithm") << makePrivateKey));
 }
 
-QByteArray rsaPem(int bits) {
-    return publicPem({"RSA", "-pkeyopt", QStringLiteral("rsa_keygen_bits:%1").arg(bits)});
-}
-
 } // namespace
 
 /// The keys of an installation: which files are taken, which are refused and how.
@@ -40,9 +36,7 @@ private Q_SLOTS:
     void refusedRecipients_data();
     void refusedRecipients();
     void missingRecipients();
-    void refusedScriptKeys_data();
     void refusedScriptKeys();
-    void refusedSigners_data();
     void refusedSigners();
     void placeOfTheKeys();
 };
@@ -71,28 +65,15 @@ void KeyringTest::refusedRecipients_data() {
     const auto named = [&good](const QByteArray& owner, const QByteArray& name) {
         return "Key-Owner: " + owner + "\nKey-Name: " + name + "\n" + good;
     };
-    table.row("1024 bits", header + rsaPem(1024), "shorter than 2048 bits [bits=1024]");
     table.row("2047 bits", header + madeUpRsaPem("7f" + odd2048.mid(2), "10001"), "shorter than 2048 bits [bits=2047]");
     table.row("8200 bits", header + madeUpRsaPem(QByteArray(2048, 'f') + "01", "10001"),
               "longer than 8192 bits [bits=8200]");
     table.row("exponent 3", header + madeUpRsaPem(odd2048, "3"), "exponent not odd or below 65537");
-    table.row("even exponent", header + madeUpRsaPem(odd2048, "10002"), "exponent not odd or below 65537");
     table.row("even modulus", header + madeUpRsaPem(QByteArray(512, 'e'), "10001"), "damaged key");
-    table.row("elliptic curve", header + publicPem({"EC", "-pkeyopt", "ec_paramgen_curve:P-256"}), "not RSA");
     table.row("RSA-PSS", header + publicPem({"RSA-PSS"}), "not RSA");
     table.row("two keys", header + good + good, layout);
-    table.row("private key", header + toBytes(Installation::rsaKey(2048).getPrivatePem().text()), layout);
-    table.row("no key", header, layout);
-    table.row("damaged base64", header + QByteArray(good).replace("\nMII", "\n!!!"), layout);
-    table.row("text between", header + "x\n" + good, layout);
-    table.row("no names", good, layout);
-    table.row("names in the other order", "Key-Name: a\nKey-Owner: b\n" + good, layout);
     table.row("quote", named("a\"b", "c"), badName);
-    table.row("backslash", named("a\\b", "c"), badName);
     table.row("backtick", named("a", "c`"), badName);
-    table.row("not ASCII", named("a", "\xc3\xa9"), badName);
-    table.row("tab", named("a\tb", "c"), badName);
-    table.row("empty name", named("a", ""), badName);
     table.row("blank at the end", named("a", "c "), badName);
     table.row("too long", named("a", QByteArray(129, 'n')), badName);
     table.row("named twice", named("Velmora", "first"), "named twice");
@@ -129,53 +110,33 @@ void KeyringTest::missingRecipients() {
                  .arg(directory));
 }
 
-void KeyringTest::refusedScriptKeys_data() {
-    const TestTable<QString, QByteArray, QString> table("name", "text", "reason");
-    const QString goodName = QStringLiteral("630dcd2966c43366.key");
-    const QString wrongName = QStringLiteral("not named after its key: ") + goodName;
-    const QString wrongText = QStringLiteral("not 64 hexadecimal digits and a line feed");
-    table.row("good", goodName, scriptKeyText, {});
-    table.row("upper case", goodName, scriptKeyText.toUpper(), {});
-    table.row("other name", "release.key", scriptKeyText, wrongName);
-    table.row("one bit off", goodName, QByteArray(scriptKeyText).replace("1f\n", "1e\n"), "not named after its key: ");
-    table.row("no line feed", goodName, scriptKeyText.trimmed(), wrongText);
-    table.row("short", goodName, scriptKeyText.mid(2), wrongText);
-    table.row("long", goodName, "00" + scriptKeyText, wrongText);
-    table.row("not hexadecimal", goodName, QByteArray(scriptKeyText).replace("1f\n", "1g\n"), wrongText);
-    table.row("empty", goodName, {}, wrongText);
-    table.row("huge", goodName, QByteArray(70000, '0'), "larger than 64 KiB");
-}
-
 void KeyringTest::refusedScriptKeys() {
-    QFETCH(QString, name);
-    QFETCH(QByteArray, text);
-    QFETCH(QString, reason);
-    const Installation installation;
-    installation.write(QStringLiteral("scripts/") + name, text);
-    const auto failure =
-        failureOf([&] { Sealwork::ScriptKeys::load(installation.path("scripts").toStdString()); }, {"reason"});
-    if (reason.isEmpty())
-        QCOMPARE(failure, QString());
-    else
-        QVERIFY2(failure.startsWith(QLatin1String("Fatal: Unable to read key file [reason=") + reason),
-                 qPrintable(failure));
-}
-
-void KeyringTest::refusedSigners_data() {
-    const TestTable<QByteArray> table("text");
-    const auto key = Sealwork::AsymmetricKey::makeEd25519();
-    table.row("RSA", toBytes(Installation::rsaKey(2048).getPublicPem()));
-    table.row("private half", toBytes(key.getPrivatePem().text()));
-    table.row("two keys", toBytes(key.getPublicPem() + key.getPublicPem()));
-    table.row("empty", {});
+    const auto reasonFor = [](const QString& name, const QByteArray& text) {
+        const Installation installation;
+        installation.write(QStringLiteral("scripts/") + name, text);
+        return failureOf([&] { Sealwork::ScriptKeys::load(installation.path("scripts").toStdString()); }, {"reason"})
+            .section("[reason=", 1)
+            .section(": ", 0, 0);
+    };
+    const QString goodName = QStringLiteral("630dcd2966c43366.key");
+    const QString wrongText = QStringLiteral("not 64 hexadecimal digits and a line feed]");
+    QCOMPARE(reasonFor(goodName, scriptKeyText), QString());
+    QCOMPARE(reasonFor("release.key", scriptKeyText), "not named after its key");
+    QCOMPARE(reasonFor(goodName, QByteArray(scriptKeyText).replace("1f\n", "1e\n")), "not named after its key");
+    QCOMPARE(reasonFor(goodName, scriptKeyText.trimmed()), wrongText);
+    QCOMPARE(reasonFor(goodName, "00" + scriptKeyText), wrongText);
+    QCOMPARE(reasonFor(goodName, QByteArray(70000, '0')), "larger than 64 KiB]");
 }
 
 void KeyringTest::refusedSigners() {
-    QFETCH(QByteArray, text);
-    const Installation installation;
-    installation.write("signers/bad.pem", text);
-    const auto load = [&] { Sealwork::SignerKeys::load(installation.path("signers").toStdString()); };
-    QCOMPARE(failureOf(load, {"reason"}), "Fatal: Unable to read key file [reason=not an Ed25519 public key]");
+    const auto key = Sealwork::AsymmetricKey::makeEd25519();
+    for (const auto& text : {toBytes(Installation::rsaKey(2048).getPublicPem()), toBytes(key.getPrivatePem().text()),
+                             toBytes(key.getPublicPem() + key.getPublicPem())}) {
+        const Installation installation;
+        installation.write("signers/bad.pem", text);
+        QCOMPARE(failureOf([&] { Sealwork::SignerKeys::load(installation.path("signers").toStdString()); }, {"reason"}),
+                 "Fatal: Unable to read key file [reason=not an Ed25519 public key]");
+    }
 }
 
 void KeyringTest::placeOfTheKeys() {

@@ -2,7 +2,6 @@
 #include "Tool.h"
 #include <support/TestTable.h>
 
-#include <QDateTime>
 #include <QDir>
 #include <QtTest>
 #include <memory>
@@ -29,7 +28,6 @@ private Q_SLOTS:
     void protectedFilesOpenAgain_data();
     void protectedFilesOpenAgain();
     void standardStreams();
-    void chosenRecipients();
     void refusals_data();
     void refusals();
     void foreignEnvelopes();
@@ -79,14 +77,9 @@ void SealToolEnvelopeTest::protectedFilesOpenAgain_data() {
     const TestTable<QString, QByteArray, QByteArray> table("name", "text", "opened");
     table.row("VHDL", "t.vhd", "a\n" + region + "b\n", "a\n" + regionText + "b\n");
     table.row("Verilog", "t.v", "a\n" + region + "b\n", "a\n" + regionText + "b\n");
-    table.row("region alone", "t.vhd", region, regionText);
-    table.row("two regions", "t.vh", region + "\n" + region, regionText + "\n" + regionText);
-    table.row("one after another", "t.vhd", region + region, regionText + regionText);
     table.row("no line feed at the end", "t.vhd", region + "b", regionText + "b\n");
-    table.row("marker at the end", "t.vhd", region.trimmed(), regionText);
     table.row("CR LF", "t.vhd", QByteArray("a\r\n" + region + "b\r\n").replace("protect begin\n", "protect begin\r\n"),
               "a\r\n" + regionText + "b\r\n");
-    table.row("empty region", "t.vhd", "a\n`protect begin\n`protect end\n", "a\n");
     table.row("8-bit and NUL", "t.vhd", QByteArray("`protect begin\n\xff\0\x80\n`protect end\n", 32),
               QByteArray("\xff\0\x80\n", 4));
 }
@@ -112,64 +105,33 @@ void SealToolEnvelopeTest::standardStreams() {
     const auto protectedText = run("protect - --language vlog", region);
     QVERIFY(protectedText.output.startsWith("`pragma protect begin_protected\n"));
     QCOMPARE(run("open - --key @/a.private.pem -o -", protectedText.output).output, regionText);
+    QVERIFY(QDir(_installation->path()).mkdir("others"));
+    _installation->addRecipient("../others/b", 2304);
+    const auto chosen = run("protect - --language vhdl --recipients @/others", region).output;
+    QCOMPARE(run("open - --key @/b.private.pem", chosen).output, regionText);
     const auto bare = run("protect - --language vhdl", "a\n");
     QCOMPARE(bare.output, QByteArray("a\n"));
     QCOMPARE(errorsOf(bare), QByteArray("-: warning: no \"`protect begin\" found, nothing is protected\n"));
     QCOMPARE(bare.exitCode, 0);
 }
 
-void SealToolEnvelopeTest::chosenRecipients() {
-    QDir(_installation->path()).mkdir("others");
-    _installation->addRecipient("../others/b", 2304);
-    const auto text = run("protect - --language vhdl --recipients @/others", region).output;
-    QCOMPARE(run("open - --key @/a.private.pem", text).exitCode, 4);
-    QCOMPARE(run("open - --key @/b.private.pem", text).output, regionText);
-}
-
 void SealToolEnvelopeTest::refusals_data() {
     const TestTable<QString, QByteArray, int, QByteArray> table("line", "input", "exitCode", "errors");
     const char* protectLine = "protect - --language vhdl -o @/out";
-    const char* openLine = "open @/t --key @/a.private.pem -o @/out";
-    const QByteArray isMalformed("Envelope refused: truncated or malformed ");
     table.row("region left open", protectLine, "a\n`protect begin\nb\n", 3, "-:2: No \"`protect end\" follows");
-    table.row("end first", protectLine, "a\nb\n`protect end\n", 3, "-:3: No \"`protect begin\" found");
-    table.row("two begins", protectLine, "`protect begin\na\n`protect begin\n", 3, "-:3: Already encrypting");
     table.row("envelope in a region", protectLine, "a\n`protect begin\nb\n`protect key_block\n`protect end\n", 3,
               "-:4: Region already holds a protected envelope");
-    table.row("protected twice", "protect @/t -o @/out", {}, 3, "@/t:8: Region already holds a protected envelope");
     table.row("no language", "protect - -o @/out", {}, 2,
               "Standard input has no name to tell its language, give --language; see velmora-seal --help");
-    table.row("unknown language", "protect - --language VHDL -o @/out", {}, 2,
-              "--language should be auto, vhdl or vlog; see velmora-seal --help");
-    table.row("no recipients", "protect @/t -o @/out --recipients @/scripts", {}, 2,
-              "@/scripts: No recipient key installed");
-    table.row("output exists", "protect @/t -o @/t", {}, 2, "@/t: File exists already, --force replaces it");
-    table.row("no key", "open @/t -o @/out", {}, 2, "Option --key is missing; see velmora-seal --help");
-    table.row("key of no use", "open @/t --key @/t -o @/out", {}, 2,
-              "@/t: Unable to read key file (not an RSA private key, or not its passphrase)");
     table.row("other key", "open @/t --key @/b.private.pem -o @/out", {}, 4,
               "@/t:2: Envelope refused: no key block opens with this key");
     table.row("nothing to open", "open @/a.private.pem --key @/a.private.pem -o @/out", {}, 6,
               "@/a.private.pem: Nothing to open: no protected envelope");
     table.row("altered", "open @/altered --key @/a.private.pem -o @/out", {}, 5,
               "@/altered:2: Envelope refused: altered after it was protected");
-    table.row("second one altered", "open @/second --key @/a.private.pem -o @/out", {}, 5,
-              "@/second:22: Envelope refused: altered after it was protected");
-    table.row("cut", "open @/cut --key @/a.private.pem -o @/out", {}, 3,
-              "@/cut:2: " + isMalformed + "(no end_protected follows)");
-    table.row("CR LF", "open @/crlf --key @/a.private.pem -o @/out", {}, 3,
-              "@/crlf:2: " + isMalformed + "(not as Velmora writes it, --lax reads envelopes of other tools)");
-    table.row("opened into itself", "open @/t --key @/a.private.pem -o @/t", {}, 2,
-              "@/t: File exists already, --force replaces it");
     table.row("nothing to tell of", "info @/a.private.pem", {}, 6,
               "@/a.private.pem: Neither a protected envelope nor a sealed script");
-    table.row("what is cut", "info @/cut", {}, 3, "@/cut:2: " + isMalformed + "(no end_protected follows)");
-    table.row("no action", "recipients", {}, 2,
-              "Expected recipients list, recipients check or recipients add FILE; see velmora-seal --help");
-    table.row("good", openLine, {}, 0, {});
-    for (const auto* command : {"recipients", "unseal", "protect", "open", "info"})
-        QTest::addRow("%s --help", command)
-            << QStringLiteral("%1 --help").arg(QLatin1String(command)) << QByteArray() << 0 << QByteArray();
+    table.row("help", "open --help", {}, 0, {});
 }
 
 void SealToolEnvelopeTest::refusals() {
@@ -183,9 +145,6 @@ void SealToolEnvelopeTest::refusals() {
     altered[mac] = altered[mac] == '0' ? '1' : '0';
     _installation->write("t", envelope);
     _installation->write("altered", altered);
-    _installation->write("second", envelope + altered.mid(2));
-    _installation->write("cut", envelope.left(envelope.size() - 30));
-    _installation->write("crlf", QByteArray(envelope).replace("\n", "\r\n"));
     const auto result = run(qPrintable(line), input);
     QCOMPARE(errorsOf(result), errors.isEmpty() ? errors : errors + "\n");
     QCOMPARE(result.exitCode, exitCode);
@@ -205,68 +164,48 @@ void SealToolEnvelopeTest::foreignEnvelopes() {
 }
 
 void SealToolEnvelopeTest::information() {
-    const auto before = QDateTime::currentSecsSinceEpoch() / 60 * 60;
     const auto text = run("protect - --language vlog", "a\n" + region).output;
     const auto told = run("info -", text);
     QCOMPARE(told.exitCode, 0);
-    const auto expected = [](qint64 time) {
-        return "-:2: envelope, Verilog, version 1\n"
-               "  agent       Velmora\n"
-               "  made        " +
-               QDateTime::fromSecsSinceEpoch(time, Qt::UTC).toString("yyyy-MM-dd HH:mm").toLatin1() +
-               " UTC by velmora, format 42\n"
-               "  recipient   Velmora / a, rsa, 2048 bits\n"
-               "  data        aes256-cbc, 64 bytes\n"
-               "  MAC         present, not checked\n";
-    };
-    QVERIFY2(told.output == expected(before) || told.output == expected(before + 60), told.output.constData());
-    const auto hostile = QByteArray(text).replace("\"Velmora\"\n", "\"\x1b[2J\"\n");
-    QVERIFY(run("info -", hostile).output.contains("  agent       ?[2J\n"));
-    const auto hostileInUnicode = QByteArray(text).replace("\"Velmora\"\n", "\"\xc2\x9bJ \xc2\xb5\xc2\"\n");
-    QVERIFY(run("info -", hostileInUnicode).output.contains("  agent       ?J \xc2\xb5\xc2\n"));
-    QVERIFY(run("open - --key @/a.private.pem --lax", QByteArray(text).replace("aes256-cbc", "\x1b[2J"))
-                .errors.contains("Envelope refused: unsupported data method (method ?[2j)\n"));
-
+    const QRegularExpression expected("^-:2: envelope, Verilog, version 1\n"
+                                      "  agent       Velmora\n"
+                                      "  made        \\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d UTC by velmora, format 42\n"
+                                      "  recipient   Velmora / a, rsa, 2048 bits\n"
+                                      "  data        aes256-cbc, 64 bytes\n"
+                                      "  MAC         present, not checked\n$");
+    QVERIFY2(expected.match(told.output).hasMatch(), told.output.constData());
+    const auto hostile = QByteArray(text).replace("\"Velmora\"\n", "\"\x1b[2J \xc2\x9bJ \xc2\xb5\xc2\"\n");
+    QVERIFY(run("info -", hostile).output.contains("  agent       ?[2J ?J \xc2\xb5\xc2\n"));
     run("keygen script -o @/scripts");
     const auto script = run("info -", run("seal - -o - --key @/scripts", "x = 1\n").output);
     QVERIFY2(script.output.startsWith("-: sealed script\n  key         "), script.output.constData());
     QVERIFY(script.output.contains("\n  script      6 bytes\n"));
-    QVERIFY(script.output.contains("\n  signature   none: refused wherever a signer is installed\n"));
 }
 
 void SealToolEnvelopeTest::unsealing() {
     run("keygen script -o @/scripts");
     run("keygen signer -o @/s");
-    run("keygen signer -o @/foreign");
     const QByteArray script("x = 1\r\n");
     const auto bare = run("seal - -o - --key @/scripts", script).output;
     const auto good = run("seal - -o - --key @/scripts --signer @/s.private.pem", script).output;
-    const auto bad = run("seal - -o - --key @/scripts --signer @/foreign.private.pem", script).output;
     QCOMPARE(run("unseal -", bare).output, script);
     QCOMPARE(run("unseal - --verify", bare).output,
              QByteArray("-: not damaged; no signer is installed, so who made it cannot be told\n"));
-    QVERIFY(QFile::copy(_installation->path("s.pem"), _installation->path("signers/s.pem")));
-    QCOMPARE(run("unseal - -o @/script.py", good).exitCode, 0);
-    QCOMPARE(read("script.py"), script);
-    QVERIFY(run("unseal - --verify", good).output.startsWith("-: unaltered, signed by "));
-    QCOMPARE(run("unseal - --verify -o @/x", good).exitCode, 2);
+    auto altered = good;
+    altered[good.indexOf("\n\n") + 2] = good[good.indexOf("\n\n") + 2] == 'A' ? 'B' : 'A';
     const auto verifyRefused = [this](const QByteArray& text, int exitCode, const QByteArray& reason) {
         const auto result = run("unseal - --verify", text);
         QVERIFY2(errorsOf(result).startsWith("-: Script refused: " + reason), result.errors.constData());
         QCOMPARE(result.exitCode, exitCode);
     };
+    verifyRefused(altered, 5, "altered after it was sealed\n");
+    QVERIFY(QFile::copy(_installation->path("s.pem"), _installation->path("signers/s.pem")));
+    QCOMPARE(run("unseal - -o @/script.py", good).exitCode, 0);
+    QCOMPARE(read("script.py"), script);
+    QVERIFY(run("unseal - --verify", good).output.startsWith("-: unaltered, signed by "));
     verifyRefused(bare, 6, "not signed\n");
-    verifyRefused(bad, 6, "unknown signer (signer ");
-    verifyRefused(script, 6, "not a sealed script\n");
-    auto otherText = good;
-    otherText[good.indexOf("\n\n") + 2] = good[good.indexOf("\n\n") + 2] == 'A' ? 'B' : 'A';
-    verifyRefused(otherText, 6, "altered after it was sealed\n"); // the signature tells first
     verifyRefused(good.left(good.size() / 2), 3, "truncated or malformed\n");
-    verifyRefused(QByteArray(good).replace("Format: 1", "Format: 2"), 3, "unsupported format\n");
-    QFile::remove(_installation->path("signers/s.pem"));
-    verifyRefused(otherText, 5, "altered after it was sealed\n");
-    QDir(_installation->path("scripts")).removeRecursively();
-    QDir(_installation->path()).mkdir("scripts");
+    QVERIFY(QDir(_installation->path("scripts")).removeRecursively() && QDir().mkdir(_installation->path("scripts")));
     verifyRefused(good, 4, "its key is not installed (keyId ");
 }
 
@@ -287,22 +226,8 @@ void SealToolEnvelopeTest::encipheredPrivateKeys() {
     QCOMPARE(errorsOf(run("keygen signer -o @/d --passphrase-file @/long")),
              QByteArray("The passphrase is longer than 1024 bytes\n"));
     QVERIFY(!QFile::exists(_installation->path("d.private.pem")));
-    _installation->write("longest", QByteArray(1024, 'x') + "\n");
-    _installation->write("script", "x = 1\n");
-    QCOMPARE(run("keygen script -o @/scripts").exitCode, 0);
-    QCOMPARE(run("keygen signer -o @/d --passphrase-file @/longest").exitCode, 0);
     // From a pipe, as another program would give it.
-    QCOMPARE(run("seal @/script -o @/sealed --key @/scripts --signer @/d.private.pem --passphrase-file /dev/stdin",
-                 QByteArray(1024, 'x') + "\n")
-                 .errors,
-             QByteArray());
-    const auto sealWith = [this](const char* passphraseFile) {
-        const QByteArray line = "seal @/script -o - --key @/scripts --signer @/d.private.pem --passphrase-file @/";
-        return errorsOf(run(line + passphraseFile));
-    };
-    QCOMPARE(sealWith("wrong"), QByteArray("@/d.private.pem: Unable to read key file (not an Ed25519 private key, or "
-                                           "not its passphrase)\n"));
-    QCOMPARE(sealWith("none"), QByteArray("@/none: Unable to read key file (No such file or directory)\n"));
+    QCOMPARE(run("keygen signer -o @/d --passphrase-file /dev/stdin", QByteArray(1024, 'x') + "\n").exitCode, 0);
 }
 
 void SealToolEnvelopeTest::addedRecipients() {
@@ -331,13 +256,10 @@ void SealToolEnvelopeTest::addedRecipients() {
 void SealToolEnvelopeTest::refusedRecipients_data() {
     const TestTable<QByteArray, QString, int, QByteArray> table("file", "options", "exitCode", "errors");
     const auto pem = toBytes(Installation::rsaKey(2304).getPublicPem());
-    const QByteArray noKey("@/key: Not one public key, in PEM or in a key_public_key block\n");
-    const auto named = QStringLiteral("--owner O --name n");
     table.row("no name", pem, "--owner O", 2,
               "The file does not tell the name, give --name; see velmora-seal --help\n");
-    table.row("no key", "text\n", named, 3, noKey);
-    table.row("two keys", pem + pem, named, 3, noKey);
-    table.row("damaged block", "`protect key_public_key\nAAAA\n", named, 3, noKey);
+    table.row("two keys", pem + pem, "--owner O --name n", 3,
+              "@/key: Not one public key, in PEM or in a key_public_key block\n");
     table.row("bad name", pem, "--owner O --name `", 2, "@/key: Recipient key refused: bad owner or name\n");
     table.row("named already", pem, "--owner Velmora --name a --recipients @/recipients", 2,
               "@/recipients/a.pem: File exists already, --force replaces it\n");
@@ -352,12 +274,11 @@ void SealToolEnvelopeTest::refusedRecipients() {
     _installation->write("key", file);
     _installation->write("recipients/other.pem",
                          "Key-Owner: Velmora\nKey-Name: b\n" + toBytes(Installation::rsaKey(2048).getPublicPem()));
-    const QDir directory(_installation->path("recipients"));
-    const auto before = directory.entryList();
+    const auto before = QDir(_installation->path("recipients")).entryList();
     const auto result = run(qPrintable("recipients add @/key " + options));
     QTEST(errorsOf(result), "errors");
     QCOMPARE(result.exitCode, exitCode);
-    QCOMPARE(QDir(directory.path()).entryList(), before);
+    QCOMPARE(QDir(_installation->path("recipients")).entryList(), before);
 }
 
 void SealToolEnvelopeTest::checkedRecipients() {
@@ -374,22 +295,9 @@ void SealToolEnvelopeTest::checkedRecipients() {
     QVERIFY(errorsOf(faulty).startsWith(
         "@/recipients/b.pem: Recipient key refused: not the lines Key-Owner and Key-Name and one public key\n"
         "@/recipients/c.pem: Recipient key refused: named twice\n"));
-    const auto listed = run("recipients list");
-    QCOMPARE(listed.exitCode, 2);
-    QVERIFY(listed.output.contains("a.pem: Velmora / a, 2048 bits\n"));
     const auto empty = run("recipients check --recipients @/signers");
     QCOMPARE(errorsOf(empty), QByteArray("@/signers: No recipient key installed\n"));
     QCOMPARE(empty.exitCode, 2);
-
-    const QByteArray firstLine("-----BEGIN PUBLIC KEY-----\n");
-    _installation->write("signers/enciphered.pem",
-                         read("recipients/a.pem")
-                             .replace(firstLine, firstLine + "Proc-Type: 4,ENCRYPTED\n"
-                                                             "DEK-Info: AES-256-CBC,00112233445566778899AABBCCDDEEFF\n"
-                                                             "\n"));
-    QCOMPARE(errorsOf(run("recipients check --recipients @/signers", "passphrase\n")), // nobody is asked for one
-             QByteArray("@/signers/enciphered.pem: Recipient key refused: not the lines Key-Owner and Key-Name and one "
-                        "public key\n"));
 }
 
 QTEST_GUILESS_MAIN(SealToolEnvelopeTest)

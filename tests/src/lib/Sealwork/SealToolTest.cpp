@@ -120,54 +120,29 @@ void SealToolTest::exitStatus_data() {
     table.row("no command", "", 2, "No command given; see velmora-seal --help");
     table.row("help", "--help", 0, "");
     table.row("help of a command", "seal --kay --help", 0, "");
-    table.row("unknown command", "sael", 2, "Unknown command 'sael'; see velmora-seal --help");
     table.row("unknown option", "seal a -o b --kay c", 2, "Unknown option --kay; see velmora-seal --help");
-    table.row("unknown letter", "seal a -xo b", 2, "Unknown option -x; see velmora-seal --help");
     table.row("ambiguous option", "keygen --pass", 2, "Ambiguous option --pass; see velmora-seal --help");
     table.row("value of a switch", "seal a --force=b", 2, "Option --force takes no value; see velmora-seal --help");
-    table.row("no value", "seal a -o", 2, "Option -o needs a value; see velmora-seal --help");
-    table.row("no input", "seal -o b --key c", 2, "The script IN is missing; see velmora-seal --help");
-    table.row("two inputs", "seal a b -o c --key d", 2,
-              "The script IN should be given once, in quotes when it holds blanks; see velmora-seal --help");
-    table.row("no output", "seal a --key c", 2, "Option --output is missing; see velmora-seal --help");
     table.row("no key", "seal @/plain -o @/b", 2, "Option --key is missing; see velmora-seal --help");
     table.row("missing input", "seal @/none -o @/b --key @/keys", 2,
               "@/none: Unable to read file (No such file or directory)");
-    table.row("directory as input", "seal @ -o @/b --key @/keys", 2, "@: Unable to read file (Is a directory)");
     table.row("sealed already", "seal @/sealed -o @/b --key @/keys", 2, "@/sealed: Script is sealed already");
     table.row("output exists", "seal @/plain -o @/sealed --key @/keys", 2,
               "@/sealed: File exists already, --force replaces it");
-    table.row("no place for output", "seal @/plain -o @/none/b --key @/keys", 2,
-              "@/none/b: Unable to write file (No such file or directory)");
     table.row("pipe as output", "seal @/plain -o @/pipe --force --key @/keys", 2,
               "@/pipe: Unable to write file (not a regular file)");
-    table.row("directory as output", "seal @/plain -o @ --key @/keys", 2,
-              "@: Unable to write file (not a regular file)");
-    table.row("no name for a key pair", "keygen signer -o @/", 2,
-              "--output should end with a file name that does not begin with a dot; see velmora-seal --help");
     table.row("hidden key pair", "keygen signer -o @/.s", 2,
               "--output should end with a file name that does not begin with a dot; see velmora-seal --help");
     table.row("no script key", "seal @/plain -o @/b --key @", 2, "@: No script key in the directory");
-    table.row("several script keys", "seal @/plain -o @/b --key @/several", 2,
-              "@/several: Several script keys, name one of them");
-    table.row("bad signer", "seal @/plain -o @/b --key @/keys --signer @/plain", 2,
-              "@/plain: Unable to read key file (not an Ed25519 private key, or not its passphrase)");
-    table.row("unknown kind", "keygen scrpt -o @/k", 2,
-              "Unknown kind of key \"scrpt\", expected script, signer or recipient; see velmora-seal --help");
     table.row("passphrase of a script key", "keygen script -o @/k --passphrase-file @/plain", 2,
               "--passphrase-file does not go with a script key; see velmora-seal --help");
-    table.row("owner of a signer", "keygen signer -o @/k --owner o", 2,
-              "--owner does not go with a signer key; see velmora-seal --help");
     table.row("keep and force", "keygen signer -o @/k --keep --force", 2,
               "--keep and --force exclude each other; see velmora-seal --help");
-    table.row("no owner", "keygen recipient -o @/k --name n", 2, "Option --owner is missing; see velmora-seal --help");
     table.row("bad owner", "keygen recipient -o @/k --name n --owner `", 2,
               "--owner should be 1 to 128 printable ASCII characters without \", \\ and `, no blank at "
               "either end; see velmora-seal --help");
-    for (const auto* bits : {"2047", "8193", "2048x", "-2048", ""})
-        QTest::addRow("bits %s", bits) << QStringLiteral("keygen recipient -o @/k --name n --owner o --bits=") +
-                                              QLatin1String(bits)
-                                       << 2 << "--bits should be 2048 to 8192; see velmora-seal --help";
+    table.row("too few bits", "keygen recipient -o @/k --name n --owner o --bits=2047", 2,
+              "--bits should be 2048 to 8192; see velmora-seal --help");
 }
 
 void SealToolTest::exitStatus() {

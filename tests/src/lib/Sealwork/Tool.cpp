@@ -13,7 +13,7 @@ ToolResult runTool(const QString& program, const QStringList& arguments, const Q
     process.start(program, arguments);
     process.write(input);
     process.closeWriteChannel();
-    const bool hasEnded = process.waitForFinished() && process.exitStatus() == QProcess::NormalExit;
+    const bool hasEnded = process.waitForFinished(-1) && process.exitStatus() == QProcess::NormalExit;
     return {hasEnded ? process.exitCode() : -1, process.readAllStandardOutput(), process.readAllStandardError()};
 }
 
