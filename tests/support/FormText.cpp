@@ -3,8 +3,6 @@
 #include <velmora/form/Form.h>
 #include <velmora/tables/LineTableView.h>
 
-#include <QComboBox>
-
 #include <algorithm>
 
 namespace FormText {
@@ -53,18 +51,6 @@ QStringList cellsOf(const Velmora::LineTableView& table, int rowCount) {
     for (int row = 0; row < rowCount; ++row)
         rows += (QStringList(model.item(row, 0)->text()) + model.getCells(row)).join('|');
     return rows;
-}
-
-QString rangeOf(const QWidget* editor) {
-    QStringList choices;
-    if (editor->property("maximum").isValid())
-        choices += editor->property("minimum").toString() + ".." + editor->property("maximum").toString();
-    const auto* combo = qobject_cast<const QComboBox*>(editor);
-    for (int index = 0; combo && index < combo->count(); ++index) {
-        const QString data = combo->itemData(index).toString();
-        choices += combo->itemText(index) + (data.isEmpty() ? QString() : "=" + data);
-    }
-    return choices.join(',');
 }
 
 } // namespace FormText

@@ -33,7 +33,4 @@ inline void write(const Velmora::Form& form, const QString& values) {
 /// The cells of a table's first rows, those of a row separated by "|".
 QStringList cellsOf(const Velmora::LineTableView& table, int rowCount);
 
-/// The range of a spin box, or the items of a combo box with their data.
-QString rangeOf(const QWidget* editor);
-
 } // namespace FormText

@@ -45,7 +45,6 @@ private Q_SLOTS:
     void folioIgnoresUnknownIds();
     void foldWidget_data();
     void foldWidget();
-    void generationFailures_data();
     void generationFailures();
     void usageText();
 };
@@ -190,55 +189,39 @@ void ShellTest::foldWidget() {
     QTRY_VERIFY(body->isHidden()); // or Tab would reach the field
 }
 
-void ShellTest::generationFailures_data() {
-    const TestTable<int, int, QStringList> table("family", "kind", "told");
-    const auto row = [&table](const char* tag, int family, int kind, const char* first, const char* second) {
-        table.row(tag, family, kind, {first, second});
-    };
-    const char* strange = "E:   Processing aborted [something strange...]";
-    row("bridge: done", 0, 0, "  worked", "  Generating done");
-    row("bridge: in-house", 0, 1, "E:   Own text (field: value)", "  Generating Failed");
-    row("bridge: standard", 0, 2, "E:   Processing aborted [standard text]", "  Generating Failed");
-    row("filter: in-house", 1, 1, "E:   Processing aborted [Own text] (field: value)", "  Generating failed");
-    row("filter: standard", 1, 2, strange, "  Generating failed");
-    row("filter: unrelated", 1, 3, strange, "  Generating failed");
-    row("line table: in-house", 2, 1, "E:   Processing aborted [Own text] (field: value)", "  Generating Failed");
-    row("line table: standard", 2, 2, "E:   Processing aborted [standard text]", "  Generating Failed");
-    row("line table: refused", 2, 4, "E:   refused", "  Generating failed");
-}
-
 void ShellTest::generationFailures() {
-    QFETCH(int, family);
-    QFETCH(int, kind);
-    QFETCH(QStringList, told);
-    ConsoleRecorder recorder;
-    const QList<Velmora::FailureRule> rules{Velmora::FailureRules::bridge, Velmora::FailureRules::filter,
-                                            Velmora::FailureRules::lineTable};
-    Velmora::Generation generation;
-    generation.title = "Title";
-    generation.failureRule = rules.at(family);
-    generation.check = [kind] {
-        if (kind == 4)
-            Brindle::console.error("refused");
-        return kind != 4;
+    using namespace Velmora::FailureRules;
+    const auto tell = [](const Velmora::FailureRule& rule, int kind) {
+        ConsoleRecorder recorder;
+        Velmora::Generation generation;
+        generation.title = "Title";
+        generation.failureRule = rule;
+        generation.check = [kind] {
+            if (kind == 4)
+                Brindle::console.error("refused");
+            return kind != 4;
+        };
+        generation.run(BRINDLE_HERE, [kind] {
+            if (kind == 1)
+                throw Brindle::located(Brindle::InvalidRequest("Own text"), BRINDLE_HERE, {{"field", "value"}});
+            if (kind == 2)
+                throw std::runtime_error("standard text");
+            if (kind == 3)
+                throw 7;
+            return true;
+        });
+        Brindle::console.print("after");
+        return recorder.lines().join('|');
     };
-    generation.run(BRINDLE_HERE, [kind] {
-        Brindle::console.print("worked");
-        if (kind == 1)
-            throw Brindle::located(Brindle::InvalidRequest("Own text"), BRINDLE_HERE, {{"field", "value"}});
-        if (kind == 2)
-            throw std::runtime_error("standard text");
-        if (kind == 3)
-            throw 7;
-        return true;
-    });
-    Brindle::console.print("after");
-    QStringList lines = recorder.take();
-    QCOMPARE(lines.takeFirst(), QStringLiteral("Title"));
-    QCOMPARE(lines.takeLast(), QStringLiteral("after"));
-    if (kind >= 1 && kind <= 3)
-        QCOMPARE(lines.takeFirst(), QStringLiteral("  worked"));
-    QCOMPARE(lines, told);
+    QCOMPARE(tell(bridge, 0), "Title|  Generating done|after");
+    QCOMPARE(tell(bridge, 1), "Title|E:   Own text (field: value)|  Generating Failed|after");
+    QCOMPARE(tell(bridge, 2), "Title|E:   Processing aborted [standard text]|  Generating Failed|after");
+    QCOMPARE(tell(filter, 1), "Title|E:   Processing aborted [Own text] (field: value)|  Generating failed|after");
+    QCOMPARE(tell(filter, 2), "Title|E:   Processing aborted [something strange...]|  Generating failed|after");
+    QCOMPARE(tell(filter, 3), "Title|E:   Processing aborted [something strange...]|  Generating failed|after");
+    QCOMPARE(tell(lineTable, 1), "Title|E:   Processing aborted [Own text] (field: value)|  Generating Failed|after");
+    QCOMPARE(tell(lineTable, 2), "Title|E:   Processing aborted [standard text]|  Generating Failed|after");
+    QCOMPARE(tell(lineTable, 4), "Title|E:   refused|  Generating failed|after");
 }
 
 void ShellTest::usageText() {

@@ -66,10 +66,8 @@ private Q_SLOTS:
 
     void tablesTakeWhatCouldBeEntered_data();
     void tablesTakeWhatCouldBeEntered();
-    void countHidesRows_data();
     void countHidesRows();
-    void editors_data();
-    void editors();
+    void editorsFollowTheOptions();
     void triggerCodes_data();
     void triggerCodes();
     void valueSets();
@@ -108,89 +106,60 @@ void TablesTest::tablesTakeWhatCouldBeEntered() {
     QTEST(FormText::cellsOf(*table(name), 4), "cells");
 }
 
-void TablesTest::countHidesRows_data() {
-    const TestTable<QString, QString, QString, int, int> table("ip", "name", "count", "column", "most");
-    table.row("SER", "SER/DES", "LocationTableView/SER", "SERCount", 1, 30);
-    table.row("scope", "Scope", "TriggerTableView", "TriggerCount", 2, 32);
-    table.row("startup scope", "Startup Scope", "StartupTriggerTableView", "TriggerCount", 2, 4);
-}
-
 void TablesTest::countHidesRows() {
-    QFETCH(QString, ip);
-    QFETCH(QString, name);
-    QFETCH(QString, count);
-    QFETCH(int, column);
-    QFETCH(int, most);
-    open(ip);
-    auto* view = table(name);
-    const QAbstractItemModelTester tester(view->model());
     QStringList texts;
     for (int row = 0; row < 32; ++row)
         texts += QString::number(row);
-    set({{QString("%1 %2").arg(name).arg(column), texts.join(',')}});
-    const auto listed = [&] {
-        if (auto* location = qobject_cast<Velmora::LocationTableView*>(view))
-            return location->getLocationList();
-        if (auto* trigger = qobject_cast<Velmora::TriggerTableView*>(view))
-            return trigger->getTriggerValueList();
-        return editor<Velmora::StartupTriggerTableView>(name)->getTriggerValueList();
+    const auto verify = [&](const QString& name, const QString& count, int column, const auto& listed) {
+        auto* view = table(name);
+        const QAbstractItemModelTester tester(view->model());
+        set({{QString("%1 %2").arg(name).arg(column), texts.join(',')}});
+        const int most = editor<QSpinBox>(count)->maximum();
+        for (const int shown : {3, 2, most, 1, editor<QSpinBox>(count)->minimum()}) {
+            set({{count, QString::number(shown)}});
+            QCOMPARE(view->model()->rowCount(), shown);
+            QCOMPARE(view->getRowCount(), shown);
+            QCOMPARE(listed(), texts.mid(0, shown));
+        }
     };
-    for (const int shown : {3, 2, most, 1, 0}) {
-        set({{count, QString::number(shown)}});
-        const int rows = ip == "SER/DES" ? shown : std::max(shown, 1);
-        QCOMPARE(view->model()->rowCount(), rows);
-        QCOMPARE(view->getRowCount(), rows);
-        QCOMPARE(listed(), texts.mid(0, rows));
-    }
-    if (auto* trigger = editor<Velmora::TriggerTableView>("TriggerTableView"))
-        QCOMPARE(trigger->getFirstTriggerValueList(), QStringList("Ignore"));
+    open("SER/DES");
+    verify("LocationTableView/SER", "SERCount", 1, [this] { return locations("SER")->getLocationList(); });
+    verify("LocationTableView/DES", "DESCount", 1, [this] { return locations("DES")->getLocationList(); });
+    open("Scope");
+    const auto* triggers = editor<Velmora::TriggerTableView>("TriggerTableView");
+    verify("TriggerTableView", "TriggerCount", 2, [triggers] { return triggers->getTriggerValueList(); });
+    open("Startup Scope");
+    const auto* startup = editor<Velmora::StartupTriggerTableView>("StartupTriggerTableView");
+    verify("StartupTriggerTableView", "TriggerCount", 2, [startup] { return startup->getTriggerValueList(); });
 }
 
-void TablesTest::editors_data() {
-    const TestTable<QString, QString, QString, QStringList, QStringList> table("ip", "name", "values", "headers",
-                                                                               "ranges"); // headers: from the 2nd on
-    const QString pads = getPads().join(',');
-    const QStringList triggerHeaders{"Alias", "Trigger value", "First level trigger value"};
-    const QString edges = "TriggerMode=Basic & Edges";
-    const QString levels = ";MultipleLevelTrigger=Enable";
-    table.row("SER", "SER/DES", "LocationTableView/SER", "", {"Location", "Output delay line"}, {pads, "0..63"});
-    table.row("DES", "SER/DES", "LocationTableView/DES", "", {"Location"}, {pads});
-    table.row("two levels", "Scope", "TriggerTableView", "TriggerMode=Basic" + levels, triggerHeaders,
-              {"", "0,1,Ignore", "0,1,Ignore"});
-    table.row("edges", "Scope", "TriggerTableView", edges, triggerHeaders, {"", allValues, "none"});
-    table.row("startup scope", "Startup Scope", "StartupTriggerTableView", "", {"Alias", "Trigger value"}, {"", "0,1"});
-}
-
-void TablesTest::editors() {
-    QFETCH(QString, ip);
-    QFETCH(QString, name);
-    QFETCH(QString, values);
-    QFETCH(QStringList, headers);
-    QFETCH(QStringList, ranges);
-    open(ip);
-    set(values);
-    QWidget parent;
-    QAbstractItemModel* model = table(name)->model();
-    QAbstractItemDelegate* delegate = table(name)->itemDelegate();
-    const QModelIndex lineName = model->index(0, 0);
-    QVERIFY(!delegate->createEditor(&parent, {}, lineName));
-    QVERIFY(!lineName.flags().testFlag(Qt::ItemIsEditable));
-    QCOMPARE(table(name)->rowHeight(0), 24);
+void TablesTest::editorsFollowTheOptions() {
+    open("Scope");
+    const auto* view = table("TriggerTableView");
+    QAbstractItemDelegate* delegate = view->itemDelegate();
+    const auto offered = [&](int column) {
+        QWidget parent;
+        const QWidget* editor = delegate->createEditor(&parent, {}, view->model()->index(0, column));
+        const auto* combo = qobject_cast<const QComboBox*>(editor);
+        QStringList items;
+        for (int item = 0; combo && item < combo->count(); ++item)
+            items += combo->itemText(item);
+        return editor ? items.join(',') : QStringLiteral("none");
+    };
+    set("TriggerMode=Basic");
+    QCOMPARE(offered(0), "none"); // the line's name
+    QCOMPARE(offered(2), "0,1,Ignore");
+    QCOMPARE(offered(3), "none");
+    set("MultipleLevelTrigger=Enable");
+    QCOMPARE(offered(3), "0,1,Ignore");
+    set("TriggerMode=Basic & Edges");
+    QCOMPARE(offered(2), allValues);
+    QCOMPARE(offered(3), allValues);
+    QCOMPARE(view->rowHeight(0), 24);
     QLabel foreign;
-    QStringList foundHeaders;
-    QStringList foundRanges;
-    for (int column = 1; column < model->columnCount(); ++column) {
-        foundHeaders += model->headerData(column, Qt::Horizontal).toString();
-        const QModelIndex cell = lineName.siblingAtColumn(column);
-        QWidget* editor = delegate->createEditor(&parent, {}, cell);
-        foundRanges += editor ? FormText::rangeOf(editor) : "none";
-        if (!editor)
-            continue;
-        QVERIFY_EXCEPTION_THROWN(delegate->setEditorData(&foreign, cell), Brindle::InternalError);
-        QVERIFY_EXCEPTION_THROWN(delegate->setModelData(&foreign, model, cell), Brindle::InternalError);
-    }
-    QCOMPARE(foundHeaders, headers);
-    QCOMPARE(foundRanges, ranges);
+    const QModelIndex cell = view->model()->index(0, 2);
+    QVERIFY_EXCEPTION_THROWN(delegate->setEditorData(&foreign, cell), Brindle::InternalError);
+    QVERIFY_EXCEPTION_THROWN(delegate->setModelData(&foreign, view->model(), cell), Brindle::InternalError);
 }
 
 void TablesTest::triggerCodes_data() {
