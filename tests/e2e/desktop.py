@@ -4,7 +4,7 @@ import os
 import subprocess
 import time
 
-TIMEOUT = 60  # seconds for anything that is waited for
+TIMEOUT = 120  # seconds for anything that is waited for
 
 # Places in the window of 1000 x 600, at logical pixels from its upper left corner.
 IPS_BUTTON = (60, 64)
@@ -13,7 +13,8 @@ FIRST_FIELD = (620, 274)
 
 class Desktop:
     """The program, running on the display that the environment names, with settings and a working directory of its own. Without
-    a prefix the program is to find its installation by itself."""
+    a prefix the program is to find its installation by itself. What is clicked and typed waits in the display's queue until the
+    program takes it, so nothing waits for the program in between."""
 
     def __init__(self, command, prefix, folder):
         self.folder = folder
@@ -64,7 +65,6 @@ class Desktop:
     def click(self, x, y):
         """Clicks into the window, at logical pixels from its upper left corner."""
         self._xdotool("mousemove", "--window", self.window, str(x), str(y), "click", "1")
-        time.sleep(0.2)
 
     def show_ip(self, name):
         """Opens the IPs page and finds the IP by its name."""
@@ -72,7 +72,6 @@ class Desktop:
         self.key("ctrl+f")
         self.type(name)
         self.key("Return", "Escape")
-        time.sleep(0.5)
 
     def key(self, *keys):
         self._xdotool("key", *keys)
