@@ -41,11 +41,24 @@ def yosys(passes, folder):
     run(["yosys", "-q", "-p", "; ".join(passes)], folder)
 
 
-def cell_counts(entity, passes, folder):
-    """Cells by type after the passes have made one module of netlist.v."""
-    yosys(["read_verilog netlist.v", f"hierarchy -check -top {entity}", *passes, "flatten", "tee -q -o cells.json stat -json"],
-          folder)
-    return json.loads((folder / "cells.json").read_text())["design"]["num_cells_by_type"]
+def cells_by_type(entity, passes, endings, folder):
+    """The cells by type after the passes have made one module of netlist.v, once with each ending of the passes."""
+    commands = ["read_verilog netlist.v", f"hierarchy -check -top {entity}", *passes, "design -save common"]
+    reports = [f"cells{number}.json" for number, _ in enumerate(endings)]
+    for ending, report in zip(endings, reports):
+        commands += ["design -load common", ending, "opt_clean", f"tee -q -o {report} stat -json"]
+    yosys(commands, folder)
+    return [json.loads((folder / report).read_text())["design"]["num_cells_by_type"] for report in reports]
+
+
+def memories(entity, netlist):
+    """The memories of the entity in a netlist that Yosys wrote as JSON, as text "words x bits"."""
+    texts = []
+    for cell in json.loads(netlist.read_text())["modules"][entity]["cells"].values():
+        if cell["type"] == "$mem_v2":
+            size, width, write_ports = (int(cell["parameters"][name], 2) for name in ("SIZE", "WIDTH", "WR_PORTS"))
+            texts.append(f"{size} x {width}" + ("" if write_ports else " constant"))
+    return ", ".join(texts)
 
 
 # Cells that take the place of several.

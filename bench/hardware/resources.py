@@ -1,0 +1,163 @@
+#!/usr/bin/env python3
+"""Makes the resource tables of the description pages: a row for each configuration beside this program that is of the page's IP.
+
+Counts are made without a device library; for designs with multipliers, what a family with multiplier blocks makes of them stands
+in place of look-up tables. The table is printed as HTML; --write puts it into the pages, between the comments that mark its
+place, and --check only tells which pages hold another one.
+
+    bench/hardware/resources.py --only scope --write
+"""
+
+import argparse
+import collections
+import difflib
+import os
+import pathlib
+import re
+import sys
+import tempfile
+import textwrap
+
+from generation import generate
+from synthesis import ToolFailed, cells_by_type, memories, run, to_verilog, total
+
+HERE = pathlib.Path(__file__).resolve().parent
+CATALOGUE = HERE.parents[1] / "share/velmora/Orvane"
+BEGIN, END = "<!-- begin resources -->\n", "<!-- end resources -->\n"
+
+# Multipliers stay whole; so does a memory with one registered read port.
+PASSES = ["proc", "flatten", "opt", "wreduce", "peepopt", "opt -full", "memory -nomap", "opt -full", "techmap t:* t:$mul %d",
+          "opt -full"]
+TABLE_PASSES = ["abc -lut 4", "abc -lut 6"]
+BLOCK_PASSES = "synth_xilinx -family xc7 -noiopad"
+
+Row = collections.namedtuple("Row", "title flip_flops memories multipliers tables blocks")
+
+
+def field(path, key):
+    """What a configuration or the description of an IP gives for a key."""
+    return re.search(rf"(?m)^{key}(?: *= *| )(.*)$", path.read_text()).group(1)
+
+
+def pages():
+    """(folder of the IP, its reference configurations), the placed ones first."""
+    configurations = sorted(HERE.glob("configurations/*.velmora")) + sorted(HERE.glob("page-configurations/*.velmora"))
+    for folder in sorted(path.parent for path in CATALOGUE.glob("*/config")):
+        name = field(folder / "config", "name")
+        yield folder, [path for path in configurations if field(path, "name") == name]
+
+
+def measure(configuration, build, folder):
+    """The row of one configuration, whose first line is a comment with the row's title."""
+    entity, files = generate(build, configuration, folder / "generated")
+    to_verilog(files, entity, folder)
+    common, = cells_by_type(entity, [*PASSES, "write_json common.json"], [""], folder)
+    multipliers, tables, blocks = total(common, r"\$mul"), [], []
+    if multipliers:
+        family, = cells_by_type(entity, [f"{BLOCK_PASSES} -top {entity}"], ["flatten"], folder)
+        blocks = [total(family, kind) for kind in ("DSP48E1", "LUT[1-6]", "FD[RSCP]E(_1)?")]
+    else:
+        tables = [total(cells, r"\$lut") for cells in cells_by_type(entity, PASSES, TABLE_PASSES, folder)]
+    title = configuration.read_text().splitlines()[0].lstrip("# ")
+    return Row(title, total(common, r".*DFF.*"), memories(entity, folder / "common.json"), multipliers, tables, blocks)
+
+
+def columns(rows):
+    """(title, text of each row) of the columns that have something to show."""
+    has_multipliers = any(row.multipliers for row in rows)
+    if has_multipliers:
+        yield "Multipliers", [row.multipliers for row in rows]
+    else:
+        yield "LUT4", [row.tables[0] for row in rows]
+        yield "or LUT6", [row.tables[1] for row in rows]
+    yield "Flip-flops", [row.flip_flops for row in rows]
+    if any(row.memories for row in rows):
+        yield "Memories", [row.memories or "none" for row in rows]
+    if has_multipliers:
+        for number, title in enumerate(("DSP blocks", "LUT beside", "Flip-flops beside")):
+            yield title, [row.blocks[number] for row in rows]
+
+
+def code(passes):
+    return [f"<code>{each}</code>" for each in passes]
+
+
+def versions():
+    """GHDL's and Yosys's version."""
+    texts = run(["ghdl", "--version"], HERE), run(["yosys", "-V"], HERE)
+    return [re.search(r"\d+\.\d+", text).group(0) for text in texts]
+
+
+def table_lines(rows):
+    shown = list(columns(rows))
+    yield "<table>"
+    yield "<tr><th>Configuration</th>"
+    yield from (f'<th class="number">{title}</th>' for title, _ in shown)
+    for number, row in enumerate(rows):
+        yield f"</tr>\n<tr><td>{row.title}</td>"
+        yield from (f'<td class="number">{texts[number]}</td>' for _, texts in shown)
+    yield "</tr>\n</table>"
+
+
+def remark(rows):
+    """How the rows were measured."""
+    ghdl, yosys = versions()
+    words = [f"Measured without a device library: GHDL {ghdl} (<code>ghdl --synth</code>), then Yosys {yosys} with",
+             ", ".join(code(PASSES))]
+    if any(row.multipliers for row in rows):
+        words += ["(products and sums marked as signed). The columns on the right are those of", *code([BLOCK_PASSES]),
+                  "as an example of a family with DSP blocks: the blocks, and what is left beside them."]
+    else:
+        words += ["and then", " or ".join(code(TABLE_PASSES)) + ".",
+                  "A device's own tools use carry chains and wide multiplexers, so their counts differ."]
+    if any(row.memories for row in rows):
+        words += ["Memories are words x bits; the register of the read port counts with them."]
+    return "<p>" + " ".join([*words, "Nothing was placed or timed.</p>"])
+
+
+def html(rows):
+    """The table of a page and how it was measured, in short lines."""
+    wrapped = textwrap.wrap(remark(rows), 120, break_long_words=False, break_on_hyphens=False)
+    return "\n".join([*table_lines(rows), *wrapped]) + "\n"
+
+
+def replaced(page, table):
+    """The page's text with this table."""
+    before, rest = page.read_text().split(BEGIN)
+    return before + BEGIN + table + END + rest.split(END)[1]
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--only", metavar="FOLDER", action="append", help="the IP in this folder of the catalogue")
+    parser.add_argument("--build", type=pathlib.Path, default=HERE.parents[1] / "build/release", help="the build folder")
+    action = parser.add_mutually_exclusive_group()
+    action.add_argument("--write", action="store_true", help="put the tables into the pages")
+    action.add_argument("--check", action="store_true", help="fail when a page holds another table")
+    options = parser.parse_args()
+    os.nice(10)
+    is_good = True
+    for folder, configurations in pages():
+        if options.only and folder.name not in options.only:
+            continue
+        with tempfile.TemporaryDirectory(prefix="velmora-resources-") as scratch:
+            table = html([measure(path, options.build, pathlib.Path(scratch) / path.stem) for path in configurations])
+        page = folder / "description.html"
+        if options.write:
+            page.write_text(replaced(page, table))
+        elif options.check:
+            expected = replaced(page, table)
+            for line in difflib.unified_diff(page.read_text().split("\n"), expected.split("\n"), "page", "measured", lineterm=""):
+                is_good = False
+                print(f"{folder.name}: {line}")
+        else:
+            print(f"{folder.name}:\n{table}")
+    if not is_good:
+        sys.exit("resources: the pages above hold other tables; call bench/hardware/resources.py --write")
+
+
+if __name__ == "__main__":
+    try:
+        main()
+    except ToolFailed as failure:
+        sys.exit(f"resources: {failure}")
