@@ -96,7 +96,7 @@ Generation IPLeaf::getGeneration() const {
 
 Configuration IPLeaf::getConfiguration() const {
     Configuration configuration(getCompany(), getName(), getUID());
-    addFormValues(configuration, *getForm());
+    addFormValues(configuration, _generatorLeaf->getForm());
     return configuration;
 }
 
@@ -108,7 +108,7 @@ void IPLeaf::setConfiguration(const Configuration& configuration) {
     const std::string present = describe(getCompany(), getName(), getUID());
     if (wanted != present)
         configuration.refuseIP("Configuration is for " + wanted + ", not for " + present);
-    setFormValues(*getForm(), configuration);
+    setFormValues(_generatorLeaf->getForm(), configuration);
 }
 
 void IPLeaf::onLinkClicked(const QUrl& url) {
