@@ -117,7 +117,7 @@ end entity ser_des;
 architecture rtl of ser_des is
 
   -- begin crossing declarations
-  -- The word edge is seen 4 bit edges before the bit counter starts, and the lines' transfer follows the counter by one.
+  -- The word edge is seen 4 bit edges before the bit counter starts; the lines' transfer follows the counter by one.
   constant TRANSFER_PHASE : natural := (LINK_DATA_SIZE / 2 + 2 * LINK_DATA_SIZE - 5) mod LINK_DATA_SIZE;
 
   signal word_release : std_logic;
@@ -125,12 +125,18 @@ architecture rtl of ser_des is
   signal bit_release  : std_logic;
   signal bit_reset    : std_logic; -- ends in step with bit_clk
 
-  signal word_toggle   : std_logic;                                 -- changes at every word edge
-  signal toggle_seen   : std_logic_vector(0 to 2);                  -- word_toggle at the last bit edges
-  signal toggled       : std_logic;                                 -- it has changed there
-  signal counting      : std_logic;
-  signal bit_phase     : std_logic_vector(0 to LINK_DATA_SIZE - 1); -- one-hot counter of the bits of a word
-  signal transfer_next : std_logic;                                 -- the next bit edge is followed by transfer
+  signal word_toggle : std_logic;                                 -- changes at every word edge
+  signal toggle_seen : std_logic_vector(0 to 2);                  -- word_toggle at the last bit edges
+  signal toggled     : std_logic;                                 -- it has changed there
+  signal counting    : std_logic;
+  signal bit_phase   : std_logic_vector(0 to LINK_DATA_SIZE - 1); -- one-hot counter of the bits of a word
+
+  -- Each line has a transfer register of its own, which loads all its bits. It looks at a second phase, which is never
+  -- at 1 together with the first one, so that the lines' registers differ: tools join equal ones.
+  function second_phase(line : natural) return natural is
+  begin
+    return (TRANSFER_PHASE + 1 + line mod (LINK_DATA_SIZE - 1)) mod LINK_DATA_SIZE;
+  end function;
   -- end crossing declarations
   -- begin deserialiser declarations
 
@@ -192,15 +198,12 @@ begin
       counting  <= '0';
       bit_phase <= (others => '0');
     elsif rising_edge(bit_clk) then
-      bit_phase <= bit_phase(LINK_DATA_SIZE - 1) & bit_phase(0 to LINK_DATA_SIZE - 2);
-      if counting = '0' and toggled = '1' then
-        counting     <= '1';
-        bit_phase(0) <= '1';
-      end if;
+      counting     <= counting or toggled;
+      bit_phase    <= bit_phase(LINK_DATA_SIZE - 1) & bit_phase(0 to LINK_DATA_SIZE - 2);
+      bit_phase(0) <= bit_phase(LINK_DATA_SIZE - 1) or (toggled and not counting);
     end if;
   end process count_bits;
 
-  transfer_next <= bit_phase(TRANSFER_PHASE);
   -- end crossing
 
   -- begin serialisers
@@ -229,7 +232,7 @@ begin
         transfer    <= '0';
         out_shifter <= (others => '0');
       elsif rising_edge(bit_clk) then
-        transfer <= transfer_next;
+        transfer <= bit_phase(TRANSFER_PHASE) and not bit_phase(second_phase(i));
         if transfer = '1' then
           out_shifter <= sent_word;
         else
@@ -264,7 +267,7 @@ begin
         in_shifter <= (others => '0');
         frame      <= (others => '0');
       elsif rising_edge(bit_clk) then
-        transfer   <= transfer_next;
+        transfer   <= bit_phase(TRANSFER_PHASE) and not bit_phase(second_phase(LINK_SER_COUNT + i));
         in_shifter <= in_shifter(LINK_DATA_SIZE - 2 downto 0) & des_in(i);
         if transfer = '1' then
           frame <= in_shifter;
