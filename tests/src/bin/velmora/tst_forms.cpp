@@ -96,6 +96,7 @@ void FormsTest::resetReachesHiddenRows() {
     set("SERCount=1;DESCount=0");
     press("Reset");
     QCOMPARE(cells(), initial);
+    QVERIFY(editor<QLineEdit>("Entity")->isUndoAvailable());
     QVERIFY(!QSettings().contains("SERDESLeaf/Entity")); // until the form goes
 }
 

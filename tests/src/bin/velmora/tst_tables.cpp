@@ -152,6 +152,8 @@ void TablesTest::editorsFollowTheOptions() {
     QCOMPARE(offered(3), "none");
     set("MultipleLevelTrigger=Enable");
     QCOMPARE(offered(3), "0,1,Ignore");
+    QWidget parent;
+    QWidget* ofLevels = delegate->createEditor(&parent, {}, view->model()->index(0, 2));
     set("TriggerMode=Basic & Edges");
     QCOMPARE(offered(2), allValues);
     QCOMPARE(offered(3), allValues);
@@ -160,6 +162,10 @@ void TablesTest::editorsFollowTheOptions() {
     const QModelIndex cell = view->model()->index(0, 2);
     QVERIFY_EXCEPTION_THROWN(delegate->setEditorData(&foreign, cell), Brindle::InternalError);
     QVERIFY_EXCEPTION_THROWN(delegate->setModelData(&foreign, view->model(), cell), Brindle::InternalError);
+    delegate->setEditorData(ofLevels, cell);
+    set("TriggerTableView 2=0");
+    delegate->setModelData(ofLevels, view->model(), cell); // by its text, not by its place among fewer items
+    QCOMPARE(cell.data().toString(), QString("Ignore"));
 }
 
 void TablesTest::triggerCodes_data() {
