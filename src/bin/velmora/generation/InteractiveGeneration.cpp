@@ -1,7 +1,6 @@
 #include <velmora/generation/InteractiveGeneration.h>
 
 #include <velmora/generation/HdlFile.h>
-#include <velmora/settings/SettingsKeys.h>
 
 #include <Brindle/widgets/FileDialog.h>
 
@@ -42,7 +41,7 @@ void InteractiveGeneration::run(const Brindle::Location& caller) const {
 /// The place that the user chooses and the settings remember; empty when the user cancels.
 QString InteractiveGeneration::choosePath() const {
     const bool isDirectory = _generation.isDirectory();
-    const QString& key = isDirectory ? SettingsKeys::path : SettingsKeys::filepath;
+    const QString key = isDirectory ? "Path" : "Filepath";
     QSettings settings;
     settings.beginGroup(_settingsGroup);
     const QString defaultPath = QDir::currentPath() + "/" + _generation.entityName + (isDirectory ? "" : ".vhd");

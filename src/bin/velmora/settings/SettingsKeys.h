@@ -13,8 +13,5 @@ inline const QString defaultSize = QStringLiteral("50"); // percent
 
 /// The name of what a form generates; below a group named after the form's class, as the keys of all its fields.
 inline const QString entity = QStringLiteral("Entity");
-// Below the same group: where the last generation went.
-inline const QString path = QStringLiteral("Path");
-inline const QString filepath = QStringLiteral("Filepath");
 
 } // namespace Velmora::SettingsKeys
