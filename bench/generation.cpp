@@ -81,7 +81,7 @@ void measure(const Subject& subject, const QString& python, const QTemporaryDir&
     const std::string statement = subject.fill(page);
 
     // What the forms print is not of interest, but has to be looked at.
-    std::ostringstream console;
+    const std::ostringstream console;
     std::streambuf* const standardOutput = std::cout.rdbuf(console.rdbuf());
     auto* button = page.findChild<QPushButton*>("Generate");
     const double pressToDone = leastOf(roundCount, [button] { QTest::mousePress(button, Qt::LeftButton); });
@@ -122,7 +122,7 @@ void measureGrowth(const Subject& subject) {
     const std::string directory = qgetenv("ORVANE_PREFIX").toStdString() + "/share/velmora/Orvane/" + subject.directory;
     Velmora::IPLeaf page(directory + "/config");
     subject.fill(page);
-    std::ostringstream console;
+    const std::ostringstream console;
     std::streambuf* const standardOutput = std::cout.rdbuf(console.rdbuf());
     long before = 0;
     for (int round = 0; round < warmUpCount + generationCount; ++round) {
