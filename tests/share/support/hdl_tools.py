@@ -78,13 +78,24 @@ class Ghdl:
         return result
 
 
+def run_yosys(commands, directory):
+    """What Yosys printed. Its ABC has aborted on an input that it took before and after: it gets a second chance, once."""
+    command = ["yosys", "-Q", "-p", "; ".join(commands)]
+    try:
+        return run(command, directory)
+    except CheckFailed as fault:
+        if "ABC: execution of command" not in str(fault) or "return code 134" not in str(fault):
+            raise
+        return run(command, directory)
+
+
 def synthesise(ghdl, top, commands, edited=str):
     """GHDL's remarks on the synthesis of the top entity and what Yosys printed; latches and warnings are failures."""
     verilog, remarks = ghdl.to_verilog(top)
     require("latch" not in remarks, f"GHDL finds a latch:\n{remarks}")
     (ghdl.directory / "netlist.v").write_text(edited(verilog))
     commands = ["read_verilog netlist.v", f"hierarchy -check -top {top}", *commands]
-    output = run(["yosys", "-Q", "-p", "; ".join(commands)], ghdl.directory)
+    output = run_yosys(commands, ghdl.directory)
     warnings = [line for line in output.splitlines() if line.startswith("Warning")]
     require(not warnings, "Yosys warns:\n" + "\n".join(warnings))
     return remarks, output
