@@ -34,7 +34,7 @@ struct Generation {
 
     std::string title;  ///< Printed before anything else.
     QString entityName; ///< Gives the output its name.
-    FailureRule failureRule;
+    FailureRule failureRule{};
     std::function<bool()> check; ///< Tells the first thing that is wrong with the form; true when nothing is.
     std::function<ArgumentDictionary()> getArguments; ///< What the script is given.
     std::variant<TextScript, FilesScript> script;     ///< Runs it, which gives one HDL file or a directory of files.

@@ -153,7 +153,7 @@ void TablesTest::editorsFollowTheOptions() {
     set("MultipleLevelTrigger=Enable");
     QCOMPARE(offered(3), "0,1,Ignore");
     QWidget parent;
-    QWidget* ofLevels = delegate->createEditor(&parent, {}, view->model()->index(0, 2));
+    delegate->createEditor(&parent, {}, view->model()->index(0, 2));
     set("TriggerMode=Basic & Edges");
     QCOMPARE(offered(2), allValues);
     QCOMPARE(offered(3), allValues);
@@ -162,6 +162,7 @@ void TablesTest::editorsFollowTheOptions() {
     const QModelIndex cell = view->model()->index(0, 2);
     QVERIFY_EXCEPTION_THROWN(delegate->setEditorData(&foreign, cell), Brindle::InternalError);
     QVERIFY_EXCEPTION_THROWN(delegate->setModelData(&foreign, view->model(), cell), Brindle::InternalError);
+    auto* ofLevels = parent.findChild<QComboBox*>();
     delegate->setEditorData(ofLevels, cell);
     set("TriggerTableView 2=0");
     delegate->setModelData(ofLevels, view->model(), cell); // by its text, not by its place among fewer items
