@@ -51,7 +51,7 @@ void addMadeIPs(const TestPrefix& prefix) {
 }
 
 double measureBrowser() {
-    Velmora::MainWindow window;
+    const Velmora::MainWindow window;
     window.findChild<QAbstractButton*>("IPs")->click();
     QCoreApplication::processEvents();
     auto* combo = window.findChild<QComboBox*>("variantCombo");
