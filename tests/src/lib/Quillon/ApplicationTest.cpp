@@ -79,12 +79,8 @@ class ApplicationTest : public QObject {
 
 private Q_SLOTS:
     void tellsWhoItIs();
-    void takesItsOptionsOutOfTheArguments_data();
-    void takesItsOptionsOutOfTheArguments();
-    void themeComesFromSettings_data();
+    void takesItsOptionOutOfTheArguments();
     void themeComesFromSettings();
-    void secondApplicationIsRefused();
-    void returnsTheResultOfTheLoop();
     void exceptionsLeaveEveryLoop_data();
     void exceptionsLeaveEveryLoop();
     void firstExceptionIsKept();
@@ -104,57 +100,30 @@ void ApplicationTest::tellsWhoItIs() {
     QVERIFY(!Quillon::application);
 }
 
-void ApplicationTest::takesItsOptionsOutOfTheArguments_data() {
-    const TestTable<QStringList, bool, QStringList> table("arguments", "isAboutSuppressed", "left");
-    table.row("last, twice", {"velmora", "-no-about", "x", "-no-about"}, true, {"velmora", "x"});
-    table.row("others stay", {"velmora", "-check", "-help", "no-about"}, false,
-              {"velmora", "-check", "-help", "no-about"});
-    table.row("program of that name", {"-no-about"}, false, {"-no-about"});
-}
-
-void ApplicationTest::takesItsOptionsOutOfTheArguments() {
-    QFETCH(QStringList, arguments);
-    QFETCH(bool, isAboutSuppressed);
-    QFETCH(QStringList, left);
-    std::vector<QByteArray> texts;
-    for (const QString& argument : arguments)
-        texts.push_back(argument.toLatin1());
-    Program program(std::vector<const char*>(texts.begin(), texts.end()));
-    QCOMPARE(program->isAboutSuppressed(), isAboutSuppressed);
-    QCOMPARE(QCoreApplication::arguments(), left);
-}
-
-void ApplicationTest::themeComesFromSettings_data() {
-    const TestTable<QVariant, int> table("stored", "code");
-    table.row("dark", QVariant("dark"), int(Brindle::Theme::Dark));
-    table.row("wrong type", QVariant(QStringList{"dark", "x"}), int(Brindle::Theme::Light));
+void ApplicationTest::takesItsOptionOutOfTheArguments() {
+    {
+        Program program({"velmora", "-no-about", "x", "-no-about", "-help"});
+        QVERIFY(program->isAboutSuppressed());
+        QCOMPARE(QCoreApplication::arguments(), QStringList({"velmora", "x", "-help"}));
+        QVERIFY_EXCEPTION_THROWN(Program(), Brindle::InvalidRequest); // there is one already
+    }
+    Program program({"-no-about", "no-about"}); // a program of that name
+    QVERIFY(!program->isAboutSuppressed());
+    QCOMPARE(QCoreApplication::arguments(), QStringList({"-no-about", "no-about"}));
 }
 
 void ApplicationTest::themeComesFromSettings() {
-    QFETCH(QVariant, stored);
-    QFETCH(int, code);
     QSettings settings("Orvane", "Velmora");
-    settings.setValue("theme", stored);
-    settings.sync();
-    {
+    for (const QVariant& stored : {QVariant("dark"), QVariant(QStringList{"dark", "x"})}) {
+        settings.setValue("theme", stored);
+        settings.sync();
         const Program program;
-        QCOMPARE(int(Brindle::theme.getCode()), code);
+        QCOMPARE(int(Brindle::theme.getCode()),
+                 int(stored == QVariant("dark") ? Brindle::Theme::Dark : Brindle::Theme::Light));
         QCOMPARE(QApplication::palette().color(QPalette::Window), Brindle::theme.getColor("window"));
         QVERIFY(!QPixmap(":/Brindle/rocket.png").isNull());
     }
     settings.remove("theme");
-}
-
-void ApplicationTest::secondApplicationIsRefused() {
-    const Program program;
-    QVERIFY_EXCEPTION_THROWN(Program(), Brindle::InvalidRequest);
-    QVERIFY(Quillon::application);
-}
-
-void ApplicationTest::returnsTheResultOfTheLoop() {
-    const Program program;
-    QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(7); });
-    QCOMPARE(caughtFromExec(), "result 7");
 }
 
 void ApplicationTest::exceptionsLeaveEveryLoop_data() {
@@ -175,27 +144,22 @@ void ApplicationTest::exceptionsLeaveEveryLoop() {
     QPushButton button;
     QObject::connect(&button, &QPushButton::pressed, &button, throwIt);
     bool wentOn = false;
-    if (place == BeforeTheLoop) {
+    if (place == BeforeTheLoop)
         throwing.show();
-    } else {
+    else if (place == InSlot)
+        QTimer::singleShot(0, qApp, throwIt);
+    else if (place == InPressedButton)
+        QTimer::singleShot(0, qApp, [&button] { QTest::mousePress(&button, Qt::LeftButton); });
+    else
         QTimer::singleShot(0, qApp, [&] {
-            if (place == InSlot)
-                throwIt();
-            if (place == InPressedButton) {
-                QTest::mousePress(&button, Qt::LeftButton);
-                return;
-            }
-            QTimer::singleShot(10, qApp, throwIt);
-            QCOMPARE(QDialog().exec(), int(QDialog::Rejected));
-            wentOn = true;
+            QTimer::singleShot(0, qApp, throwIt);
+            wentOn = QDialog().exec() == QDialog::Rejected;
         });
-    }
-    QTimer::singleShot(60'000, qApp, [] { QCoreApplication::exit(-1); }); // a loop that is not left
     QCOMPARE(caughtFromExec(), caught);
     QCOMPARE(wentOn, place == InModalDialog);
 
     // Nothing is left behind: the next loop and the next dialog run as ever.
-    QTimer::singleShot(0, qApp, [&] {
+    QTimer::singleShot(0, qApp, [] {
         QDialog dialog;
         QTimer::singleShot(0, &dialog, &QDialog::accept);
         QCoreApplication::exit(dialog.exec() == QDialog::Accepted ? 3 : 4);
@@ -210,8 +174,6 @@ void ApplicationTest::firstExceptionIsKept() {
     first.show();
     second.show();
     QCOMPARE(caughtFromExec(), "standard");
-    QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(3); });
-    QCOMPARE(caughtFromExec(), "result 3");
 }
 
 QTEST_APPLESS_MAIN(ApplicationTest)
