@@ -4,8 +4,6 @@
 
 namespace {
 
-constexpr int patience = 60'000; // ms
-
 QStringList linesOf(const QByteArray& bytes) {
     return QString::fromUtf8(bytes.data(), bytes.size()).split('\n', Qt::SkipEmptyParts);
 }
@@ -37,7 +35,7 @@ void Program::start(QProcess& process, const char* probe, const QStringList& arg
 Program::Outcome Program::run(const char* probe, const QStringList& arguments) const {
     QProcess process;
     start(process, probe, arguments);
-    if (!process.waitForFinished(patience) || process.exitStatus() != QProcess::NormalExit)
+    if (!process.waitForFinished(-1) || process.exitStatus() != QProcess::NormalExit)
         return {-1, {}, {QString::fromUtf8(process.readAllStandardError())}};
     QStringList errors = linesOf(process.readAllStandardError());
     errors = errors.filter(QRegularExpression("^(?!QStandardPaths|This plugin does not support)")); // of the desktop

@@ -10,7 +10,7 @@
 class Program {
 public:
     struct Outcome {
-        int status = -1;    ///< Exit status; -1 when the program crashed or did not end within a minute.
+        int status = -1;    ///< Exit status; -1 when the program crashed.
         QStringList output; ///< Lines of the standard output.
         QStringList errors; ///< Lines of the standard error, without those of the desktop's libraries.
     };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <support/Patience.h>
+
 #include <Quillon/Application.h>
 
 #include <QTest>

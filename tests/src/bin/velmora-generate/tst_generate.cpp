@@ -168,7 +168,7 @@ GenerateTest::Outcome GenerateTest::run(const QStringList& arguments, const QStr
     QProcess process;
     process.setProcessEnvironment(_environment);
     process.start(program, arguments);
-    const bool hasEnded = process.waitForFinished(60'000) && process.exitStatus() == QProcess::NormalExit;
+    const bool hasEnded = process.waitForFinished(-1) && process.exitStatus() == QProcess::NormalExit;
     QStringList errors = QString::fromUtf8(process.readAllStandardError()).split('\n', Qt::SkipEmptyParts);
     // fontconfig reads SOURCE_DATE_EPOCH too when it makes a cache, and complains of it by itself
     errors = errors.filter(QRegularExpression("^(?!Fontconfig: SOURCE_DATE_EPOCH)"));

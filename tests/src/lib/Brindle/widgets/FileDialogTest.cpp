@@ -1,3 +1,4 @@
+#include <support/Patience.h>
 #include <support/TestTable.h>
 
 #include "DialogRobot.h"
