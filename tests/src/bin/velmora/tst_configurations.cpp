@@ -154,7 +154,8 @@ void ConfigurationsTest::values_data() {
     table.row("empty", "", "", "\"\"");
     table.row("comma", "a, b", "a, b", "\"a, b\"");
     table.row("inner quotes", "x\"F\\\"", "x\"F\\\"", "x\"F\\\"");
-    table.row("blank ends", " a\t", "\" a\\t\"", "\" a\\t\"");
+    table.row("blank begin", " a", "\" a\"", "\" a\"");
+    table.row("blank end", "a\t", "\"a\\t\"", "\"a\\t\"");
     table.row("first quote", "\"\\a", "\"\\\"\\\\a\"", "\"\\\"\\\\a\"");
     table.row("controls", QByteArray("\r\n\0\x1f\x7f", 5), QByteArray("\"\\r\\n\\x00\\x1f\\x7f\""),
               QByteArray("\"\\r\\n\\x00\\x1f\\x7f\""));

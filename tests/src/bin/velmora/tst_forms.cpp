@@ -331,6 +331,11 @@ void FormsTest::checks() {
     if (marked.isEmpty())
         return;
     const auto* first = editor<QWidget>(marked.first());
+    if (const auto* table = editor<Velmora::LineTableView>(marked.first().section(' ', 0, 0))) {
+        const int column = marked.first().section(',', -1).toInt();
+        table->getModel()->item(0, column == 0 ? 1 : 0)->setText("5"); // another cell
+        QCOMPARE(marksOf(*form()), marked);
+    }
     QCOMPARE(first ? first->accessibleDescription() : message, message);
     changeMarked(marked.first());
     QCOMPARE(marksOf(*form()), QStringList());
