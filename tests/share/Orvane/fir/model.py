@@ -99,8 +99,10 @@ class Filter:
 
     @property
     def sum_width(self):
-        """Bits that hold every sum, whatever the coefficients."""
-        return self.input_width + self.coefficient_width + ceiling_log2(self.tap_count)
+        """The most bits that sums need: those of any sum, of which a result that wraps shows the low ones."""
+        product = self.input_width + self.coefficient_width
+        widest = product + ceiling_log2(self.tap_count)
+        return widest if self.is_limited else max(product + self.is_symmetric, min(widest, self.truncation + self.output_width))
 
     @property
     def latency(self):

@@ -5,9 +5,8 @@ import json
 import re
 
 from hdl_tools import require, synthesise, synthesised_module
-from model import ceiling_log2, signed_value
+from model import signed_value
 
-REGISTER_CELLS = re.compile(r"\$s?dff")
 FORBIDDEN_CELLS = re.compile(r"\$(d?latch|adff|aldff|dffsr|sr|tribuf)")
 
 # Adders of up to this many bits are the counters of the control.
@@ -27,10 +26,6 @@ def netlist(ghdl, described):
     return synthesised_module(ghdl, described.entity)["cells"].values(), remarks
 
 
-def parameter(cell, name):
-    return int(cell["parameters"][name], 2)
-
-
 def counts(cells):
     found = collections.Counter()
     for cell in cells:
@@ -38,12 +33,8 @@ def counts(cells):
         require(not FORBIDDEN_CELLS.match(kind), f"the synthesised filter holds a cell {kind}")
         if kind == "$mul":
             found["multipliers"] += 1
-        elif kind in ("$add", "$sub") and parameter(cell, "Y_WIDTH") > COUNTER_WIDTH:
+        elif kind in ("$add", "$sub") and int(cell["parameters"]["Y_WIDTH"], 2) > COUNTER_WIDTH:
             found["adders"] += 1
-        elif REGISTER_CELLS.match(kind):
-            found["register_bits"] += parameter(cell, "WIDTH")
-        elif kind == "$mem_v2" and parameter(cell, "WR_PORTS"):
-            found["memory_bits"] += parameter(cell, "WIDTH") * parameter(cell, "SIZE")
     return found
 
 
@@ -70,48 +61,14 @@ def least_multipliers(described):
     return len(set(map(odd_part, values)) - {0, 1})
 
 
-def most_adders(described):
-    if described.clocks_per_sample > 1:
-        return 2 * described.multiplier_count - 1
-    return described.tap_count - 1
-
-
-def most_register_bits(described):
-    """Registers of the structure with sums of full width; memories count as registers."""
-    taps, width, clocks = described.tap_count, described.input_width, described.clocks_per_sample
-    product, total = width + described.coefficient_width, described.sum_width
-    coefficient_bits = 0
-    if described.coefficients is None:
-        coefficient_bits = 2 * described.port_coefficient_count * described.coefficient_width
-    if clocks > 1:
-        units = described.multiplier_count
-        levels = ceiling_log2(units)
-        tree = sum(-(-units // 2**level) for level in range(1, levels + 1))
-        control = 16 + 3 * ceiling_log2(clocks) + 2 + 4 + levels + 6
-        store = units * (clocks + 1) * width
-        return store + 3 * units * product + (units + tree) * total + described.output_width + control
-    if described.is_symmetric:
-        half = taps // 2
-        return coefficient_bits + taps * width + 4 + half * (width + 1) + half * (product + 1) + half * total
-    if described.is_dual:
-        return coefficient_bits + width + 3 + taps * product + (2 * taps - 1) * total + 5
-    if described.kind == "systolic_fir":
-        return coefficient_bits + (2 * taps - 1) * width + taps + 2 + taps * product + taps * total
-    output_stage = described.output_width + 1 + 16 if described.is_mac else 0
-    return coefficient_bits + width + 3 + taps * product + taps * total + output_stage
-
-
 def check_structure(ghdl, described):
     """Compares the counts with what the kind promises and tells them."""
     cells, remarks = netlist(ghdl, described)
     found = counts(cells)
-    least, most = least_multipliers(described), described.multiplier_count
-    bits = found["register_bits"] + found["memory_bits"]
-    for name, count, lowest, highest in (("multipliers", found["multipliers"], least, most),
-                                         ("wide adders", found["adders"], 0, most_adders(described)),
-                                         ("register bits", bits, 0, most_register_bits(described))):
-        require(lowest <= count <= highest, f"{count} {name}, not {lowest} to {highest}")
-    if described.clocks_per_sample > 1:
-        memory_count = remarks.count("found RAM")
-        require(memory_count == most, f"{memory_count} memories found for {most} units")
+    units, is_serial = described.multiplier_count, described.clocks_per_sample > 1
+    most_adders = 2 * units - 1 if is_serial else described.tap_count - 1
+    for name, lowest, highest in (("multipliers", least_multipliers(described), units), ("adders", 0, most_adders)):
+        require(lowest <= found[name] <= highest, f"{found[name]} {name}, not {lowest} to {highest}")
+    memory_count = remarks.count("found RAM")
+    require(memory_count == (units if is_serial else 0), f"{memory_count} memories found for {units} units")
     return ", ".join(f"{count} {name}" for name, count in found.items())

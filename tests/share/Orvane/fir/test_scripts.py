@@ -20,21 +20,14 @@ PORT = {"COEF_ARE_INPUT_SIGNALS": "TRUE", "COEFS": "(others => (others => '0'))"
 
 # What the errors of a filter with four taps hold: (IPs, arguments, parts of the errors).
 ERRORS = [
-    (KINDS, {"COEFS": "()"}, ["no hexadecimal literal"]),
-    (KINDS, {"COEFS": ""}, ["no hexadecimal literal"]),
     (KINDS, {"COEFS": "(  )"}, ["no hexadecimal literal"]),
-    (KINDS, {"COEFS": '(x"01", abc, x"02", x"")'}, ["coefficient 1 (abc)", 'coefficient 3 (x"")']),
-    (KINDS, {"COEFS": '(x"01", x"0g", x"02", x"01")'}, ['coefficient 1 (x"0g")']),
-    (KINDS, {"COEFS": '(x"01", x"02"; x"03", x"02", x"01")'}, ['coefficient 1 (x"02"; x"03")']),
-    (KINDS, {"COEFS": '(b"01", x"02", x"02", "01")'}, ['coefficient 0 (b"01")', 'coefficient 3 ("01")']),
-    (KINDS, {"COEFS": '(x"01", x"02", x"02", x"01"\u00e9`)'}, ['coefficient 3 (x"01"??)']),
+    (KINDS, {"COEFS": '(b"01", x"0g", x"02"; x"", x"01"\u00e9`)'},
+     ['coefficient 0 (b"01")', 'coefficient 1 (x"0g")', 'coefficient 2 (x"02"; x"")', 'coefficient 3 (x"01"??)']),
     (KINDS[:-1], {"COEFS": '(x"01", x"02", x"03", x"02", x"01")'}, ["5 given for a filter of 4 taps"]),
     (KINDS[:-1], {"COEFS": '(x"01", x"02", x"01")'}, ["3 given for a filter of 4 taps"]),
     (["mac_fir"], {"COEFS": '(x"01", x"02", x"03", x"02", x"01")'}, ["4 is less than the 5 coefficients given"]),
     ([SYMMETRIC], {"COEFS": '(x"01", x"02", x"03", x"01")'}, ['1 (x"02" = 2) and coefficient 2 (x"03" = 3)']),
-    ([SYMMETRIC], {"COEFS": '(x"01", x"02", x"02", x"ff")'}, ['0 (x"01" = 1) and coefficient 3 (x"ff" = -1)']),
     ([SYMMETRIC], {"COEFS": '(x"01", x"02", x"zz", x"03")'}, ["coefficient 2"]),
-    ([SYMMETRIC], {"COEFS": '(x"01", x"02", x"01")', "N_TAPS": "3"}, ["Coefficient count"]),
     ([SYMMETRIC], {"COEFS": '(x"01", x"02", x"03", x"04")', "N_TAPS": "6"}, ["Coefficients: 4"]),
     ([SYMMETRIC], {**PORT, "N_TAPS": "7"}, ["Coefficient count"]),
     ([SYMMETRIC], {"ENTITY_NAME": "a b", "N_TAPS": "5", "COEFS": '(x"1", y)'},
@@ -43,16 +36,13 @@ ERRORS = [
 REMARKS = [
     (["systolic_fir"], {"COEFS": '(x"1f2", x"e", x"ffe", X"7F")'},
      ['coefficient 0: x"1f2" is used as -14', 'coefficient 1: x"e" is used as 14']),
-    (["transpose_fir"], {"COEFS": '(x"c8", x"0c8", x"00", x"fff80")'}, ['coefficient 1: x"0c8" is used as -56']),
     ([SYMMETRIC], {"COEFS": '(x"02", x"00", x"100", x"102")'},
      ['coefficient 2: x"100" is used as 0', 'coefficient 3: x"102" is used as 2']),
-    (["mac_fir"], {"DSP_COUNT": "4"}, []),
-    (["mac_fir"], {"DSP_COUNT": "5"}, ["4 of 5"]),
-    (["mac_fir"], {"N_TAPS": "10", "DSP_COUNT": "8"}, ["4 given for 10 taps", "5 of 8"]),
-    (["transpose_dual_fir"], PORT, []),
     ([SYMMETRIC], {"COEF_WIDTH": "18", "INPUT_DATA_WIDTH": "17"}, []),
     ([SYMMETRIC], {"COEF_WIDTH": "18", "INPUT_DATA_WIDTH": "18"}, ["Input Data width: with 18 bits"]),
     ([SYMMETRIC], {"COEF_WIDTH": "19", "INPUT_DATA_WIDTH": "18"}, ["Coefficient width: with 19 bits"]),
+    (["mac_fir"], {"DSP_COUNT": "4"}, []),
+    (["mac_fir"], {"N_TAPS": "10", "DSP_COUNT": "8"}, ["4 given for 10 taps", "5 of 8"]),
 ]
 
 
