@@ -160,7 +160,7 @@ begin
   -- begin trigger
   trigger  <= forced or (trigger_condition and first_seen);
   -- end trigger
-  accepted <= live(1) and waiting and trigger;
+  accepted <= waiting and trigger;
 
   -- begin storing
   -- The memory is a ring that takes every sample of the capture.

@@ -131,8 +131,8 @@ architecture rtl of ser_des is
   signal counting    : std_logic;
   signal bit_phase   : std_logic_vector(0 to LINK_DATA_SIZE - 1); -- one-hot counter of the bits of a word
 
-  -- Each line has a transfer register of its own, which loads all its bits. It looks at a second phase, which is never
-  -- at 1 together with the first one, so that the lines' registers differ: tools join equal ones.
+  -- Each line has a transfer register of its own, which reaches all its bits. It looks at a second phase, which is never
+  -- at 1 together with the first one, so that the registers of a side differ: tools join equal ones.
   function second_phase(line : natural) return natural is
   begin
     return (TRANSFER_PHASE + 1 + line mod (LINK_DATA_SIZE - 1)) mod LINK_DATA_SIZE;
@@ -267,7 +267,7 @@ begin
         in_shifter <= (others => '0');
         frame      <= (others => '0');
       elsif rising_edge(bit_clk) then
-        transfer   <= bit_phase(TRANSFER_PHASE) and not bit_phase(second_phase(LINK_SER_COUNT + i));
+        transfer   <= bit_phase(TRANSFER_PHASE) and not bit_phase(second_phase(i));
         in_shifter <= in_shifter(LINK_DATA_SIZE - 2 downto 0) & des_in(i);
         if transfer = '1' then
           frame <= in_shifter;
