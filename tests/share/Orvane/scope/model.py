@@ -157,7 +157,8 @@ class ScopeModel(Recorder):
 
     def take(self, edge, pins):
         if pins.reset:
-            self.note("aborted" if self.armed_edge is not None else "reset")
+            if self.armed_edge is not None:
+                self.note("aborted")
             self.armed_edge = None
             self.clear_status(edge + RESET_LATENCY, busy=0, triggered=0, done=0, count=0)
         elif self.armed_edge is not None:
@@ -165,10 +166,7 @@ class ScopeModel(Recorder):
                 self.note("arm while busy")
             self.take_sample(edge, pins)
         elif pins.arm and self.status.busy == 0:
-            self.note("arm after done" if self.status.done else "arm")
             self.start(edge)
-        elif pins.arm:
-            self.note("arm before busy has fallen")
 
     def start(self, edge):
         self.armed_edge = edge
@@ -193,15 +191,14 @@ class ScopeModel(Recorder):
         before = self.pins[edge - 1].trig
         condition = holds(self.triggers, before, pins.trig)
         if pins.force or (condition and (not self.has_two_levels or self.first_index is not None)):
-            self.note("forced" if pins.force and not condition else "triggered")
-            self.note("triggered at once" if edge == self.eligible_from else "triggered later")
             self.trigger_index = edge
             self.show(edge + SAMPLE_LATENCY, triggered=1)
             return
         if condition:
             self.note("trigger without first level")
         if self.has_two_levels and self.first_index is None and holds(self.first_triggers, before, pins.trig):
-            self.note("first level with condition" if condition else "first level")
+            if condition:
+                self.note("first level with condition")
             self.first_index = edge
 
     def end_window(self, edge):
@@ -240,7 +237,8 @@ class StartupModel(Recorder):
 
     def take(self, edge, pins):
         if pins.reset:
-            self.note("aborted" if self.status.busy else "reset")
+            if self.status.busy:
+                self.note("aborted")
             self.start_edge = self.trigger_index = None
             self.content = {}
             self.clear_status(edge + RESET_LATENCY, busy=0, triggered=0, done=0, count=0)

@@ -10,11 +10,6 @@ from parameter_set import Form, ParameterSet, random_sets, setting
 
 KINDS = ["scope", "startup_scope"]
 
-# What the short run checks of the sets whose depth takes little time: these, and some of the others.
-SMALL_DEPTHS = ("2K", "4K", "6K")
-ALWAYS = ("reference", "two_levels", "pre_trigger_limit", "windows_uneven", "windows_contiguous")
-SHORT_SAMPLE = 3
-
 CAPTURE_MODES = ("Pre-trigger", "Multiple windows")
 TRIGGERS = {
     "Basic": ("0", "1", "Ignore"),
@@ -88,52 +83,36 @@ ALL_KINDS = TRIGGERS["Basic & Edges"]
 
 
 def scope_forms():
-    """The fixed forms of the scope: every field at its ends, every kind of trigger, every depth."""
+    """The fixed forms of the scope: every field at its ends, every depth that is no power of two."""
     many = (ALL_KINDS * 6)[:32]
     return {
         "reset_values": ScopeForm("e"),
         "reference": scope_form("reference_scope", ["1", "Ignore", "0"], input_line_count=8, pre_trigger_samples=1024,
                                 store_trigger_pulse="Enable"),
-        "all_edges": scope_form("edges", ["Rising edge", "Falling edge", "Both edges", "0", "1", "Ignore"],
-                                input_line_count=5, pre_trigger_samples=77, user_data_delay=1, **EDGES),
         "two_levels": scope_form("Two_Levels", ["Rising edge", "Ignore", "1"], ["Ignore", "Both edges", "0"],
-                                 input_line_count=9, pre_trigger_samples=2000, user_data_delay=2, **EDGES,
-                                 **BOTH_STORED),
-        "pre_trigger_limit": scope_form("all_before", ["1", "0"], input_line_count=3, pre_trigger_samples=2048,
-                                        store_trigger_pulse="Enable"),
-        "one_before_limit": scope_form("nearly_all", ["1"], input_line_count=3, pre_trigger_samples=2047),
+                                 input_line_count=9, pre_trigger_samples=2000, user_data_delay=2, **EDGES, **BOTH_STORED),
+        "pre_trigger_limit": scope_form("all_before", ["1", "0"], input_line_count=3, pre_trigger_samples=2048),
         "windows_contiguous": scope_form("stream", ["Ignore"], input_line_count=16, **WINDOWS, **BOTH_STORED),
+        "windows_two_levels": scope_form("widest", many[::-1], many, input_line_count=240, window_capture_length=300,
+                                         store_window_number="Enable", **EDGES, **WINDOWS),
         "windows_uneven": scope_form("uneven", ["Falling edge"], input_line_count=7, capture_depth="6K",
                                      window_capture_length=100, user_data_delay=1, **EDGES, **WINDOWS, **BOTH_STORED),
-        "windows_two_levels": scope_form("staged", ["1", "Ignore"], ["Ignore", "1"], input_line_count=4,
-                                         window_capture_length=300, store_window_number="Enable", **WINDOWS),
-        "one_window": scope_form("single", ["Both edges", "Ignore"], input_line_count=2, window_capture_length=2048,
-                                 pre_trigger_samples=2048, store_trigger_pulse="Enable", **EDGES, **WINDOWS),
         "odd_depth": scope_form("six_k", ["0", "1"], ["1", "0"], input_line_count=12, capture_depth="6K",
                                 pre_trigger_samples=2048, user_data_delay=1),
-        "depth_4k": scope_form("four_k", ["1"], input_line_count=3, capture_depth="4K", pre_trigger_samples=600),
         "depth_12k": scope_form("twelve_k", ["1", "1"], input_line_count=3, capture_depth="12K",
                                 window_capture_length=2047, **WINDOWS),
-        "depth_24k": scope_form("twenty_four_k", ["Rising edge"], input_line_count=6, capture_depth="24K",
-                                pre_trigger_samples=2048, **EDGES),
-        "depth_48k": scope_form("forty_eight_k", ["0"], input_line_count=4, capture_depth="48K",
-                                store_window_number="Enable", **WINDOWS),
+        "depth_24k": scope_form("twenty_four_k", ["Rising edge"], capture_depth="24K", **EDGES),
         "largest": scope_form("largest_scope", many, many[::-1], input_line_count=240, capture_depth="48K",
                               pre_trigger_samples=2048, user_data_delay=2, **EDGES, **BOTH_STORED),
-        "largest_windows": scope_form("largest_windows", many[::-1], many, input_line_count=240, capture_depth="48K",
-                                      window_capture_length=64, user_data_delay=2, **EDGES, **WINDOWS, **BOTH_STORED),
     }
 
 
 def startup_forms():
-    """The fixed forms of the startup scope: every field at its ends, every depth."""
+    """The fixed forms of the startup scope: every field at its ends."""
     return {
         "reset_values": StartupForm("e"),
         "reference": StartupForm("reference_startup", 8, "2K", 1000, 3, ("1", "0", "0")),
-        "four_lines": StartupForm("Four_Lines", 5, "4K", 500, 4, ("1", "1", "0", "1")),
         "odd_depth": StartupForm("six_k", 7, "6K", 999, 2, ("0", "1")),
-        "depth_12k": StartupForm("twelve_k", 3, "12K", 1000, 1, ("1",)),
-        "depth_24k": StartupForm("twenty_four_k", 4, "24K", 2, 2, ("1", "1")),
         "largest": StartupForm("largest_startup", 240, "48K", 1000, 4, ("0", "1", "1", "0")),
     }
 
@@ -194,17 +173,11 @@ def miniatures(kind, seed, count):
     choice = random.Random(f"small {kind} {seed}")
     forms = [each.form for each in random_sets(kind, FORMS[kind][1], choice, count)]
     if kind == "scope":
-        mode = {"capture_mode": choice.choice(CAPTURE_MODES)}
-        forms += [scope_form("edges", ALL_KINDS, ALL_KINDS[::-1], **EDGES, **BOTH_STORED, **mode),
-                  scope_form("levels", ["1", "0", "Ignore"], ["Ignore", "1", "0"], **BOTH_STORED, **mode)]
+        forms += [scope_form("edges", ALL_KINDS, ALL_KINDS[::-1], **EDGES, **BOTH_STORED, **mode) for mode in ({}, WINDOWS)]
     return [ParameterSet(kind, f"small_{index}", form, small_memory(kind, choice))
             for index, form in enumerate(forms)]
 
 
 def checked_sets(kind, seed, is_long):
-    """The sets of a check, miniatures included; every depth is among them."""
-    sets = parameter_sets(kind, seed, 24 if is_long else 2)
-    if not is_long:
-        always = [each for each in sets if each.name in ALWAYS or each.form.capture_depth not in SMALL_DEPTHS]
-        sets = always + random.Random(seed).sample([each for each in sets if each not in always], SHORT_SAMPLE)
-    return sets + miniatures(kind, seed, 60 if is_long else 10)
+    """The sets of a check, miniatures included."""
+    return parameter_sets(kind, seed, 24 if is_long else 0) + miniatures(kind, seed, 60 if is_long else 6)

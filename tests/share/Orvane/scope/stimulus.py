@@ -122,12 +122,6 @@ class ScopeStimulus(Stimulus):
                 self.reset(1)
             self.run_until_done(temper, 10 * self.model.depth)
 
-    def begin_of_capture(self):
-        """For a memory that is too large to be filled."""
-        self.reset(4)
-        self.run(1000, Temper(arm=0.02, force=0.01))
-        self.reset(4)
-
 
 class StartupStimulus(Stimulus):
     def capture(self, wait):
@@ -160,12 +154,6 @@ class StartupStimulus(Stimulus):
         before = self.model.before
         for wait in [before // 3, 0, before + 100, 3 * self.model.depth][:capture_count]:
             self.capture(wait)
-
-    def begin_of_capture(self):
-        self.reset(4)
-        for trig in [self.other_trig()] * 400 + [self.model.pattern] * 600:
-            self.step(trig=trig)
-        self.reset(4)
 
 
 STIMULI = {"scope": ScopeStimulus, "startup_scope": StartupStimulus}

@@ -22,7 +22,7 @@ architecture simulation of {entity}_bench is
   signal ser_training, des_training, des_locked  : std_logic := '0';
   signal ser_data                                : std_logic_vector({ser_bits} - 1 downto 0) := (others => '0');
   signal ser_out                                 : std_logic_vector({ser_lines} - 1 downto 0) := (others => '0');
-  signal far_end, arriving                       : std_logic_vector({des_lines} - 1 downto 0) := (others => '0');
+  signal arriving                                : std_logic_vector({des_lines} - 1 downto 0) := (others => '0');
   signal des_in, des_bitslip, des_aligned        : std_logic_vector({des_lines} - 1 downto 0) := (others => '0');
   signal des_data                                : std_logic_vector({des_bits} - 1 downto 0) := (others => '0');
 
@@ -33,7 +33,7 @@ begin
 
   -- Line i is i bits longer than line 0, modulo the word length.
   lines : for i in des_in'range generate
-    {line}
+    arriving(i) <= transport ser_out(i mod {ser_lines}) after (i mod {size}) * {bit_period} ns + {line_delay} ns;
     des_in(i) <= arriving(i) xor unsteady; -- wrong but around the rising edge
   end generate lines;
 
@@ -47,7 +47,6 @@ begin
     variable level   : std_logic;
     variable words   : std_logic_vector(ser_data'range);
     variable slips   : std_logic_vector(des_bitslip'range);
-    variable bits    : std_logic_vector(far_end'range);
   begin
     while not endfile(changes) loop
       readline(changes, change);
@@ -69,9 +68,6 @@ begin
           des_training <= level;
           read(change, slips);
           des_bitslip <= slips;
-        when 'f' =>
-          read(change, bits);
-          far_end <= bits;
         when others =>
           read(change, level);
           case kind is
@@ -123,13 +119,11 @@ class Shape:
 
 def bench_text(shape):
     ports = [*shape.inputs(), *shape.outputs()]
-    loop = (f"arriving(i) <= transport ser_out(i mod {shape.ser_count}) "
-            f"after (i mod {shape.size}) * {BIT_PERIOD} ns + {LINE_DELAY} ns;")
     ser_lines, des_lines = shape.widths()["ser_out"], shape.widths()["des_in"]
     return BENCH.format(
         entity=shape.entity, ser_lines=ser_lines, ser_bits=ser_lines * shape.size, des_lines=des_lines,
         des_bits=des_lines * shape.size, port_map=", ".join(f"{port} => {port}" for port in ports),
-        line=loop if shape.ser_count else "arriving(i) <= far_end(i);")
+        size=shape.size, bit_period=BIT_PERIOD, line_delay=LINE_DELAY)
 
 
 def simulate(ghdl, shape, changes):

@@ -7,8 +7,6 @@ from bench import BIT_PERIOD
 from parameter_sets import equals_own_rotation
 
 START = 2 * BIT_PERIOD  # ns, of bit edge 0
-FAR_END_LATENCY = 3     # words, of the sender that an interface without serialisers hears
-SLIP_PAUSE = 24         # words, between the slips that finish an alignment
 
 
 @dataclasses.dataclass(frozen=True)
@@ -57,7 +55,7 @@ class Program:
         return 2 + self.choice.random()
 
     def random_words(self):
-        return [self.choice.getrandbits(self.shape.size) for _ in range(self.shape.ser_count or self.shape.des_count)]
+        return [self.choice.getrandbits(self.shape.size) for _ in range(self.shape.ser_count)]
 
     def random_slips(self, chance):
         return [int(self.choice.random() < chance) for _ in range(self.shape.des_count)]
@@ -102,19 +100,8 @@ class Program:
         self.add_wrong_word()
         self.add_search()
         self.add(2 * self.shape.size + 20, searching=True)
-        if self.is_rotating:
-            self.finish_by_slips()
         self.add(6, training=True, searching=True)
         self.add_reset()
-
-    def finish_by_slips(self):
-        """From a rotated training value each line gets to its words within a word of slips."""
-        self.add_search()
-        begin = len(self.steps)
-        for _ in range(self.shape.size):
-            self.add(SLIP_PAUSE)
-            self.add(1, slip_chance=1.0)
-        self.payloads.append((begin, len(self.steps)))
 
     def second_session(self):
         """The search goes on from the reset and is interrupted over and over."""
@@ -181,15 +168,6 @@ class Timeline:
             pins = f"i {int(step.ser_training)} {data} {int(step.des_training)} {slips}"
             self.at(time - 5, 0, pins)
             self.at(time + 3, 0, pins.translate(str.maketrans("01", "10")))
-        if not self.shape.ser_count and self.shape.des_count:
-            for index, time in enumerate(self.bit_times):
-                bits = "".join(self.far_end_bit(line, index) for line in reversed(range(self.shape.des_count)))
-                self.at(time - BIT_PERIOD + 9, 0, f"f {bits}")
-
-    def far_end_bit(self, line, index):
-        size = self.shape.size
-        word, bit = divmod(index - FAR_END_LATENCY * size - line % size, size)
-        return format(self.sent_word(line, word), f"0{size}b")[bit] if word >= 0 else "0"
 
     def sent_word(self, line, step):
         """The word that a deserialiser line is to receive from a step."""

@@ -1,6 +1,6 @@
 """Synthesises an interface and looks at its registers and clocks."""
 
-import json
+import fnmatch
 import re
 
 from hdl_tools import cell_counts, require, synthesise, synthesised_module
@@ -45,3 +45,19 @@ def check_cells(module, shape):
     if shape.des_count:
         require(set(ports["des_in"]) <= sampled - others, "des_in does not go to registers of bit_clk alone")
     return count
+
+
+def check_constraints(text, module):
+    """Registers that a constraint names are of one clock at each end, and of the other one at the other end."""
+    clocks = {}
+    for cell in module["cells"].values():
+        if FLIP_FLOP.match(cell["type"]):
+            clocks.update((bit, cell["connections"]["CLK"][0]) for bit in cell["connections"]["Q"])
+    kinds = []
+    for kind, *ends in re.findall(r"(?m)^(\w+) .*-from \[get_cells link/(\S+)\] +-to \[get_cells link/(\S+)\]$", text):
+        found = [{clocks[bit] for name, net in module["netnames"].items() if fnmatch.fnmatch(name, pattern)
+                  for bit in net["bits"] if bit in clocks} for pattern in ends]
+        require([len(each) for each in found] == [1, 1] and found[0] != found[1], f"{kind} {ends} holds other paths")
+        kinds.append((kind, *ends))
+    crossings = {tuple(ends) for _, *ends in kinds}
+    require(len(crossings) == 3 and len(kinds) == 6, f"the constraints between registers are {kinds}")

@@ -10,12 +10,12 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "support"))
 
 # pylint: disable=wrong-import-position
 import script_tests
-from crossings import check_constraints
 from generator import CATALOGUE
 from hdl_rules import without_attributes
 from hdl_tools import synthesise, synthesised_module
 from pages import example
 from parameter_sets import SerDesForm, equals_own_rotation
+from structure import check_constraints
 
 IP = "ser_des"
 GOOD = SerDesForm("good_name", prefix="P", data_size=4, ser_count=2, des_count=2, ser_training_value="0011",
@@ -25,11 +25,9 @@ LABELS = {"SER_LOCATIONS": r"Location \(SER parameters\) ", "DES_LOCATIONS": r"L
           "SER_OUTPUT_DELAY_LINE": r"Output delay line \(SER parameters\) ",
           "DES_INPUT_DELAY_LINE": r"Input delay line \(DES parameters\) "}
 BAD_AGGREGATES = [
-    '(0 => "{0}")', '(1 => "{0}", 2 => "{0}")', '(0 => "{0}", 0 => "{0}")', '(0 => "{0}", 1 => "{0}", 2 => "{0}")',
-    '(0 => "{0}", 1 => "{0}x")', '(0 => "{0}", 1 => "0")', '(0 => "{0}"; 1 => "{0}")', '(others => "{0}")',
-    '(others => "XXX")', "()", "", '(0 => "{0}", 1 => "{0}"); constant x : integer := 0', '(0 => "{0}", 1 => "{0}"\u00e9)',
-    '(0 => "{0}", others => "{0}")']
-
+    '(0 => "{0}")', '(1 => "{0}", 2 => "{0}")', '(0 => "{0}", 0 => "{0}")', '(0 => "{0}", 1 => "0")', '(others => "{0}")',
+    "()", "",
+    '(0 => "{0}", 1 => "{0}"); constant x : integer := 0', '(0 => "{0}", 1 => "{0}"\u00e9)']
 
 PAGE_BENCH = """
 library ieee;
@@ -75,8 +73,7 @@ def both_trainings(value):
 
 class SerDesTests(script_tests.TextTests):
     good_forms = {IP: GOOD}
-    used_names = {IP: ["reset", "Word_Clk", "BIT_CLK", "ser_data", "des_locked", "des_in", "pad_bank", "PAD_INPUT_DELAY",
-                       "P_data_size", "p_location_array", "P_DES_TURBO"]}
+    used_names = {IP: ["Word_Clk", "PAD_INPUT_DELAY", "P_data_size", "p_location_array"]}
     template_forms = {(IP, IP): SerDesForm(
         IP, prefix="LINK", word_clock=125, data_size=8, ser_count=2, des_count=2, ser_training_value="11010000",
         des_training_value="11010000",
@@ -90,16 +87,15 @@ class SerDesTests(script_tests.TextTests):
 
     def test_prefixes(self):
         self.expect_all([({"PREFIX": prefix}, ["^Parameter's prefix "])
-                         for prefix in ["1a", "_a", "a_", "a__b", "a-b", "a b", "", "\u00e9", "P\t", "P`protect end"]])
-        for prefix in ["signal", "std_logic", "work", "x" * 200, "good_name", "ser", "des", "PAD", "LINK", "ser_des"]:
+                         for prefix in ["1a", "a__b", "a-b", "", "P`protect end"]])
+        for prefix in ["signal", "work", "x" * 200, "good_name", "LINK", "ser_des"]:
             with self.subTest(prefix=prefix):
                 self.analysed("prefix", "93", self.good_text(IP, PREFIX=prefix))
 
     def test_training_values(self):
         cases = []
-        for value, pattern in [("01x1", "character other"), ("012 ", "character other"), ("\u00e90", "character other"),
-                               ('0"01', "character other"), ("011", "has 3 digits: write 4"),
-                               ("01101", "has 5 digits: write 4"), ("", "has 0 digits: write 4")]:
+        for value, pattern in [("01x1", "character other"), ("\u00e90", "character other"), ("01101", "has 5 digits: write 4"),
+                               ("", "has 0 digits: write 4")]:
             des = [rf"^Training value \(DES parameters\) .*{pattern}"]
             both = both_trainings(value)
             cases += [(both, des), ({**both, **NO_DES}, des), ({"DES_TRAINING_VALUE": f'"{value}"'}, des),
@@ -150,7 +146,7 @@ class SerDesTests(script_tests.TextTests):
                 self.expect_remarks(result, *patterns)
 
     def test_training_value_that_cannot_align_is_remarked_once(self):
-        for size in (3, 4, 6):
+        for size in (3, 4):
             trainings = [format(number, f"0{size}b") for number in range(2**size)]
             cases = [{"DATA_SIZE": str(size), **both_trainings(training)} for training in trainings]
             with_des, without_des = self.results(IP, cases), self.results(IP, [{**each, **NO_DES} for each in cases])
