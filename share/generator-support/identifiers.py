@@ -15,7 +15,7 @@ RESERVED_WORDS = frozenset('''
 
 LIBRARY_NAMES = frozenset(['ieee', 'std', 'work'])
 
-# What std.standard, ieee.std_logic_1164 and ieee.numeric_std declare.
+# What designs commonly use of what std.standard, ieee.std_logic_1164 and ieee.numeric_std declare.
 STANDARD_NAMES = frozenset('''
     bit bit_vector boolean boolean_vector character delay_length error failure false file_open_kind file_open_status fs
     hr integer integer_vector maximum min minimum ms natural note now ns positive ps real real_vector sec
