@@ -1,13 +1,16 @@
 #include <velmora-seal/Commands.h>
 
 #include <Brindle/core/Label.h>
+#include <Brindle/core/TextLines.h>
+#include <Brindle/files/DirectoryLock.h>
+#include <Brindle/files/OutputFiles.h>
 #include <Brindle/tool/UsageError.h>
-#include <Sealwork/base/OutputFile.h>
 #include <Sealwork/keys/KeyFile.h>
 #include <Sealwork/keys/Recipient.h>
 #include <Sealwork/keys/ScriptKey.h>
 #include <velmora-seal/ExitCode.h>
 #include <velmora-seal/Passphrase.h>
+#include <velmora-seal/PrivateKeyFile.h>
 #include <velmora-seal/Progress.h>
 #include <velmora-seal/TextFile.h>
 
@@ -15,6 +18,7 @@
 #include <array>
 #include <charconv>
 #include <filesystem>
+#include <functional>
 #include <iostream>
 #include <optional>
 #include <vector>
@@ -45,7 +49,8 @@ Makes keys and prints the names of their files, missing directories included.
   --owner OWNER   Who the recipient is, as the tool expects it in key_keyowner.
   --name NAME     What the key is called, as the tool expects it in key_keyname.
   --bits BITS     Length of the RSA key, 2048 to 8192; 3072 if not given.
-  --keep          Keys that exist already are printed and left as they are.
+  --keep          Keys that exist already are printed and left as they are, once they are found to be what would be
+                  made: their kind, their owner and name, and halves that fit. A public half that is missing is added.
   --force         Key files that exist already are replaced.
   --passphrase    The private half is enciphered under a passphrase, which is asked for.
   --passphrase-file FILE
@@ -70,6 +75,17 @@ struct PairFiles {
     std::string publicFile;
 };
 
+/// A kind of key pair, and how one of it is made.
+struct PairKind {
+    std::string_view name;
+    const char* algorithm = "";     ///< As the cryptography library names it.
+    const char* privateFault = "";  ///< Why a file is not such a private half.
+    const char* publicFault = "";   ///< What else may be wrong with a public half.
+    std::optional<unsigned> bits{}; ///< That a kept key must have.
+    std::function<AsymmetricKey()> make;
+    std::function<std::string(const AsymmetricKey&)> getPublicText;
+};
+
 bool exists(const std::string& filename) {
     std::error_code error;
     return fs::exists(filename, error);
@@ -89,61 +105,88 @@ void print(const std::string& filename) {
     std::cout << filename << '\n';
 }
 
-ExitCode makeScriptKey(const Brindle::CommandLine& commandLine) {
+int makeScriptKey(const Brindle::CommandLine& commandLine) {
     const fs::path directory = commandLine.get("output");
     makeDirectory(directory);
+    const Brindle::DirectoryLock lock(directory);
     if (commandLine.has("keep")) {
         const auto files = Sealwork::listKeyFiles(directory, ".key");
-        for (const auto& file : files)
-            print(file);
+        std::ranges::for_each(files, Sealwork::ScriptKey::load);
+        std::ranges::for_each(files, print);
         if (!files.empty())
             return ExitCode::Done;
     }
     const auto key = Sealwork::ScriptKey::make();
     const auto filename = directory / key.getFileName();
-    Sealwork::writeOutputFile(filename, key.getText(), Sealwork::FileAccess::Private, Sealwork::Overwrite::No);
+    Brindle::OutputFiles output(BRINDLE_HERE);
+    output.addPrivate(filename, key.getText(), Brindle::Overwrite::No);
+    output.commit();
     print(filename);
     return ExitCode::Done;
 }
 
-/// The key pair of a private half that was written before its public half could be.
-AsymmetricKey loadPrivateHalf(const std::string& filename) {
-    const Sealwork::PassphraseSource noPassphrase = [&filename]() -> Sealwork::SecureBuffer {
-        Sealwork::refuseKeyFile(filename, "has a passphrase but no public half", BRINDLE_HERE);
-    };
-    auto key = AsymmetricKey::parsePrivate(Sealwork::readKeyFile(filename).text(), noPassphrase);
-    if (!key)
-        Sealwork::refuseKeyFile(filename, "not a private key", BRINDLE_HERE);
+bool isWithPassphrase(const Brindle::CommandLine& commandLine) {
+    return commandLine.has("passphrase") || commandLine.has("passphrase-file");
+}
+
+/// The private half of a key pair that is kept.
+AsymmetricKey loadPrivateHalf(const std::string& filename, const PairKind& kind,
+                              const Brindle::CommandLine& commandLine) {
+    const auto ask = getPassphraseSource(commandLine.find("passphrase-file"), std::string("the ").append(kind.name));
+    bool isEnciphered = false;
+    auto key = AsymmetricKey::parsePrivate(Sealwork::readKeyFile(filename).text(), [&] {
+        isEnciphered = true;
+        return ask();
+    });
+    if (!key || !key->isOfType(kind.algorithm))
+        Sealwork::refuseKeyFile(filename, kind.privateFault, BRINDLE_HERE);
+    if (kind.bits && key->getBits() != *kind.bits)
+        Sealwork::refuseKeyFile(filename, "not of " + Brindle::getLabel(*kind.bits) + " bits", BRINDLE_HERE);
+    if (isWithPassphrase(commandLine) && !isEnciphered)
+        Sealwork::refuseKeyFile(filename, "has no passphrase", BRINDLE_HERE);
     return std::move(*key);
 }
 
-/// The passphrase that the private half is to have.
-std::optional<Sealwork::SecureBuffer> getPassphrase(const Brindle::CommandLine& commandLine) {
-    const auto file = commandLine.find("passphrase-file");
-    if (!file && !commandLine.has("passphrase"))
-        return std::nullopt;
-    return getNewPassphrase(file);
+/// Sees that the key pair is what would be made, and adds a public half that is missing.
+void keepPair(const PairFiles& files, const PairKind& kind, const Brindle::CommandLine& commandLine) {
+    const auto publicText = kind.getPublicText(loadPrivateHalf(files.privateFile, kind, commandLine));
+    if (!exists(files.publicFile))
+        writeText(files.publicFile, publicText, false);
+    else if (Brindle::withLineFeeds(Sealwork::readKeyFile(files.publicFile).text()) != publicText)
+        Sealwork::refuseKeyFile(files.publicFile, "not the public half of " + files.privateFile + kind.publicFault,
+                                BRINDLE_HERE);
+    warnOfReaders(files.privateFile);
 }
 
-/// Makes a key pair and writes both halves; `makePublicText` gives the public one.
-template <typename MakeKey, typename MakePublicText>
-ExitCode makePair(const Brindle::CommandLine& commandLine, MakeKey makeKey, MakePublicText makePublicText) {
+/// Makes a key pair and writes both halves.
+void writePair(const PairFiles& files, const PairKind& kind, const std::optional<Sealwork::SecureBuffer>& passphrase,
+               Brindle::Overwrite overwrite) {
+    const AsymmetricKey key = kind.make();
+    const auto privatePem = passphrase ? key.getPrivatePem(*passphrase) : key.getPrivatePem();
+    Brindle::OutputFiles output(BRINDLE_HERE);
+    output.addPrivate(files.privateFile, privatePem, overwrite);
+    output.add(files.publicFile, kind.getPublicText(key), overwrite);
+    output.commit();
+}
+
+int makePair(const PairKind& kind, const Brindle::CommandLine& commandLine) {
     const auto files = getPairFiles(commandLine);
-    const bool keep = commandLine.has("keep");
-    if (keep && exists(files.privateFile)) {
-        if (!exists(files.publicFile))
-            writeText(files.publicFile, makePublicText(loadPrivateHalf(files.privateFile)), false);
-    } else {
-        const bool replace = commandLine.has("force");
+    const auto directory = fs::path(files.privateFile).parent_path();
+    const auto isKept = [&] { return commandLine.has("keep") && exists(files.privateFile); };
+    const bool replace = commandLine.has("force");
+    std::optional<Sealwork::SecureBuffer> passphrase;
+    if (!isKept()) {
         files.requireWritable(replace);
-        makeDirectory(fs::path(files.privateFile).parent_path());
-        const auto passphrase = getPassphrase(commandLine);
-        const AsymmetricKey key = makeKey();
-        const auto privatePem = passphrase ? key.getPrivatePem(*passphrase) : key.getPrivatePem();
-        Sealwork::writeOutputFile(files.privateFile, privatePem, Sealwork::FileAccess::Private,
-                                  replace ? Sealwork::Overwrite::Yes : Sealwork::Overwrite::No);
-        writeText(files.publicFile, makePublicText(key), replace);
+        makeDirectory(directory);
+        if (isWithPassphrase(commandLine))
+            passphrase = getNewPassphrase(commandLine.find("passphrase-file"));
     }
+    // Of several that make one pair at a time, one makes both halves that stay.
+    const Brindle::DirectoryLock lock(directory);
+    if (isKept())
+        keepPair(files, kind, commandLine);
+    else
+        writePair(files, kind, passphrase, replace ? Brindle::Overwrite::Yes : Brindle::Overwrite::No);
     print(files.privateFile);
     print(files.publicFile);
     return ExitCode::Done;
@@ -160,10 +203,11 @@ std::string getName(const Brindle::CommandLine& commandLine, std::string_view op
     return name;
 }
 
-unsigned getBits(const Brindle::CommandLine& commandLine) {
+/// The length that is asked for.
+std::optional<unsigned> getBits(const Brindle::CommandLine& commandLine) {
     const auto text = commandLine.find("bits");
     if (!text)
-        return defaultBits;
+        return std::nullopt;
     unsigned bits = 0;
     const auto [end, error] = std::from_chars(text->data(), text->data() + text->size(), bits);
     const bool isNumber = error == std::errc() && end == text->data() + text->size();
@@ -172,29 +216,39 @@ unsigned getBits(const Brindle::CommandLine& commandLine) {
     return bits;
 }
 
-ExitCode makeSigner(const Brindle::CommandLine& commandLine) {
-    return makePair(commandLine, AsymmetricKey::makeEd25519,
-                    [](const AsymmetricKey& key) { return key.getPublicPem(); });
+int makeSigner(const Brindle::CommandLine& commandLine) {
+    return makePair({.name = "signer",
+                     .algorithm = "ED25519",
+                     .privateFault = "not an Ed25519 private key, or not its passphrase",
+                     .make = AsymmetricKey::makeEd25519,
+                     .getPublicText = &AsymmetricKey::getPublicPem},
+                    commandLine);
 }
 
-ExitCode makeRecipient(const Brindle::CommandLine& commandLine) {
+int makeRecipient(const Brindle::CommandLine& commandLine) {
     const auto owner = getName(commandLine, "owner");
     const auto name = getName(commandLine, "name");
     const auto bits = getBits(commandLine);
-    return makePair(
-        commandLine,
-        [bits] {
-            const Progress progress("making an RSA key of " + Brindle::getLabel(bits) + " bits");
-            return AsymmetricKey::makeRsa(bits);
-        },
-        [&](const AsymmetricKey& key) { return Recipient::format(owner, name, key); });
+    return makePair({.name = "recipient",
+                     .algorithm = "RSA",
+                     .privateFault = "not an RSA private key, or not its passphrase",
+                     .publicFault = " under that owner and name",
+                     .bits = bits,
+                     .make =
+                         [bits] {
+                             const unsigned length = bits.value_or(defaultBits);
+                             const Progress progress("making an RSA key of " + Brindle::getLabel(length) + " bits");
+                             return AsymmetricKey::makeRsa(length);
+                         },
+                     .getPublicText = [&](const AsymmetricKey& key) { return Recipient::format(owner, name, key); }},
+                    commandLine);
 }
 
 /// A kind of key that can be made.
 struct Kind {
     std::string_view name;
     std::vector<std::string_view> otherOptions; ///< That other kinds have.
-    ExitCode (*make)(const Brindle::CommandLine&);
+    int (*make)(const Brindle::CommandLine&);
 };
 
 const std::array kinds{

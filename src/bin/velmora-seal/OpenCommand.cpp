@@ -1,6 +1,7 @@
 #include <velmora-seal/Commands.h>
 
 #include <Brindle/core/Label.h>
+#include <Brindle/files/InputFile.h>
 #include <Sealwork/envelope/EnvelopeOpener.h>
 #include <Sealwork/envelope/EnvelopeReading.h>
 #include <Sealwork/envelope/EnvelopeRefused.h>
@@ -92,7 +93,7 @@ std::string openAll(std::string_view text, const Sealwork::EnvelopeKey& key, Env
 
 int run(const Brindle::CommandLine& commandLine) {
     const auto input = commandLine.getOperand("The HDL file IN");
-    const auto output = commandLine.find("output").value_or(std::string(standardStream));
+    const auto output = commandLine.find("output").value_or(Brindle::standardStream);
     const bool replace = commandLine.has("force");
     requireWritable(output, replace);
     const auto keyFile = commandLine.get("key");
@@ -101,11 +102,11 @@ int run(const Brindle::CommandLine& commandLine) {
     warnOfReaders(keyFile);
     const auto reading = commandLine.has("lax") ? EnvelopeReading::Lax : EnvelopeReading::Strict;
     const auto text = readText(input);
-    const auto opened = aboutFile(input, [&] {
+    auto opened = aboutFile(input, [&] {
         const Progress progress("opening " + input);
         return openAll(text, key, reading, input);
     });
-    writeText(output, opened, replace);
+    writeText(output, std::move(opened), replace);
     return ExitCode::Done;
 }
 

@@ -1,22 +1,21 @@
 #include <velmora-seal/Passphrase.h>
 
 #include <Brindle/core/Exception.h>
-#include <Sealwork/base/FileDescriptor.h>
+#include <Brindle/files/FileDescriptor.h>
 #include <Sealwork/keys/KeyFile.h>
+#include <velmora-seal/TerminalPrompt.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 
 #include <fcntl.h>
-#include <unistd.h>
 
 namespace SealTool {
 
 namespace {
 
 using Sealwork::AsymmetricKey;
-using Sealwork::FileDescriptor;
 using Sealwork::SecureBuffer;
 
 void cutToFirstLine(SecureBuffer& content) {
@@ -25,20 +24,12 @@ void cutToFirstLine(SecureBuffer& content) {
 }
 
 SecureBuffer readFromTerminal(const std::string& prompt) {
-    // Without a terminal `getpass` would take the script on standard input for the passphrase.
-    const FileDescriptor terminal(open("/dev/tty", O_RDWR | O_CLOEXEC | O_NOCTTY));
-    char* const typed = terminal.isOpen() ? getpass(prompt.c_str()) : nullptr;
-    if (!typed)
-        throw Brindle::located(Brindle::Fatal("Unable to ask for the passphrase, give --passphrase-file"),
-                               BRINDLE_HERE);
-    SecureBuffer passphrase{std::string_view(typed)};
-    explicit_bzero(typed, passphrase.size());
-    return passphrase;
+    return askOnTerminal(prompt, AsymmetricKey::longestPassphrase);
 }
 
 /// A pipe will do, as another program may write to it what it keeps. Of a line that is too long enough is read to tell.
 SecureBuffer readFromFile(const std::string& filename) {
-    const FileDescriptor file(open(filename.c_str(), O_RDONLY | O_CLOEXEC));
+    const Brindle::FileDescriptor file(open(filename.c_str(), O_RDONLY | O_CLOEXEC));
     if (!file.isOpen())
         Sealwork::refuseKeyFile(filename, std::strerror(errno), BRINDLE_HERE);
     SecureBuffer content(AsymmetricKey::longestPassphrase + 1);

@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <csignal>
 #include <iostream>
 #include <mutex>
 
@@ -33,8 +34,15 @@ void showSeconds(const std::stop_token& stop, const std::string& work) {
 } // namespace
 
 Progress::Progress(const std::string& work) {
-    if (isatty(STDERR_FILENO) == 1)
-        _clock = std::jthread(showSeconds, Brindle::getPrintable(work));
+    if (isatty(STDERR_FILENO) != 1)
+        return;
+    // Signals are for the thread that does the work.
+    sigset_t all;
+    sigset_t earlier;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, &earlier);
+    _clock = std::jthread(showSeconds, Brindle::getPrintable(work));
+    pthread_sigmask(SIG_SETMASK, &earlier, nullptr);
 }
 
 } // namespace SealTool

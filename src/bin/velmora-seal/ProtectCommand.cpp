@@ -2,6 +2,7 @@
 
 #include <Brindle/core/Label.h>
 #include <Brindle/core/TextLines.h>
+#include <Brindle/files/InputFile.h>
 #include <Brindle/tool/UsageError.h>
 #include <Sealwork/envelope/EnvelopeWriter.h>
 #include <Sealwork/envelope/HdlLanguage.h>
@@ -61,7 +62,7 @@ std::string getLanguage(const Brindle::CommandLine& commandLine, const std::stri
         return language;
     if (language != "auto")
         throw Brindle::located(Brindle::UsageError("--language should be auto, vhdl or vlog"), BRINDLE_HERE);
-    if (input == standardStream)
+    if (input == Brindle::standardStream)
         throw Brindle::located(Brindle::UsageError("Standard input has no name to tell its language, give --language"),
                                BRINDLE_HERE);
     return Velmora::getLanguage(input);
@@ -117,7 +118,7 @@ std::string protectAll(std::string_view text, const std::string& language, const
 
 int run(const Brindle::CommandLine& commandLine) {
     const auto input = commandLine.getOperand("The HDL file IN");
-    const auto output = commandLine.find("output").value_or(std::string(standardStream));
+    const auto output = commandLine.find("output").value_or(Brindle::standardStream);
     const auto language = getLanguage(commandLine, input);
     const bool replace = commandLine.has("force");
     requireWritable(output, replace);
@@ -125,11 +126,11 @@ int run(const Brindle::CommandLine& commandLine) {
     auto text = readText(input);
     if (!text.empty() && !text.ends_with('\n'))
         text += '\n';
-    const auto protectedText = aboutFile(input, [&] {
+    auto protectedText = aboutFile(input, [&] {
         const Progress progress("protecting " + input);
         return protectAll(text, language, protection, input);
     });
-    writeText(output, protectedText, replace);
+    writeText(output, std::move(protectedText), replace);
     return ExitCode::Done;
 }
 

@@ -1,5 +1,6 @@
 #include <velmora-seal/Commands.h>
 
+#include <Brindle/files/InputFile.h>
 #include <Brindle/tool/UsageError.h>
 #include <Sealwork/keys/KeyDirectory.h>
 #include <Sealwork/script/ScriptContainer.h>
@@ -43,7 +44,7 @@ int run(const Brindle::CommandLine& commandLine) {
     const bool onlyVerify = commandLine.has("verify");
     if (onlyVerify && commandLine.has("output"))
         throw Brindle::located(Brindle::UsageError("--verify and --output exclude each other"), BRINDLE_HERE);
-    const auto output = commandLine.find("output").value_or(std::string(standardStream));
+    const auto output = commandLine.find("output").value_or(Brindle::standardStream);
     const bool replace = commandLine.has("force");
     if (!onlyVerify)
         requireWritable(output, replace);
@@ -51,11 +52,11 @@ int run(const Brindle::CommandLine& commandLine) {
     const auto keys = Sealwork::ScriptKeys::load(directory.getScripts());
     const auto signers = Sealwork::SignerKeys::load(directory.getSigners());
     const auto sealed = readText(input);
-    const auto script = aboutFile(input, [&] { return Sealwork::ScriptOpener(keys, signers).open(sealed); });
+    auto script = aboutFile(input, [&] { return Sealwork::ScriptOpener(keys, signers).open(sealed); });
     if (onlyVerify)
         tellVerified(input, Sealwork::ScriptContainer::parse(sealed), signers);
     else
-        writeText(output, script, replace);
+        writeText(output, std::move(script), replace);
     return ExitCode::Done;
 }
 

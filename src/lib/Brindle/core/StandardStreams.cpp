@@ -1,16 +1,16 @@
 #include <Brindle/core/StandardStreams.h>
 
+#include <initializer_list>
+
 #include <fcntl.h>
 #include <unistd.h>
 
 namespace Brindle {
 
 void completeStandardStreams() {
-    int descriptor = open("/dev/null", O_RDONLY); // takes the lowest number that is free
-    while (descriptor >= 0 && descriptor <= STDERR_FILENO)
-        descriptor = open("/dev/null", O_RDONLY);
-    if (descriptor >= 0)
-        close(descriptor);
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        if (fcntl(descriptor, F_GETFD) < 0) // The lowest number that is free is taken.
+            open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
 }
 
 } // namespace Brindle

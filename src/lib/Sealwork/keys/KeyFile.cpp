@@ -1,7 +1,7 @@
 #include <Sealwork/keys/KeyFile.h>
 
 #include <Brindle/core/Exception.h>
-#include <Sealwork/base/FileDescriptor.h>
+#include <Brindle/files/FileDescriptor.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::size_t largestKeyFile = 65536;
 
-bool isRegular(const FileDescriptor& file) {
+bool isRegular(const Brindle::FileDescriptor& file) {
     struct stat status {};
     return fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode);
 }
@@ -42,7 +42,7 @@ std::vector<std::filesystem::path> listKeyFiles(const std::filesystem::path& dir
 
 SecureBuffer readKeyFile(const std::filesystem::path& filename) {
     // Without O_NONBLOCK the opening of a named pipe would wait for a writer.
-    const FileDescriptor file(open(filename.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    const Brindle::FileDescriptor file(open(filename.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!file.isOpen())
         refuseKeyFile(filename, std::strerror(errno), BRINDLE_HERE);
     if (!isRegular(file))

@@ -5,11 +5,14 @@
 #include "Tool.h"
 
 #include <Sealwork/Crypto.h>
-#include <Sealwork/base/OutputFile.h>
 
-#include <array>
+#include <csignal>
 
+#include <pty.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <termios.h>
+#include <unistd.h>
 
 #include <QDir>
 #include <QtTest>
@@ -22,9 +25,59 @@ bool isPrivate(const QString& filename) {
     return permissions == (QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser);
 }
 
+ToolResult sealWithoutInput(const QStringList& arguments) {
+    return runTool("/bin/sh",
+                   QStringList{"-c", "exec \"$0\" \"$@\" <&-", QStringLiteral(VELMORA_SEAL_PROGRAM)} + arguments);
+}
+
 QStringList filesBelow(const QString& directory) {
     return QDir(directory).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
 }
+
+/// The program on a terminal of its own.
+class Terminal {
+public:
+    explicit Terminal(const QStringList& arguments) : _child(forkpty(&_master, nullptr, nullptr, nullptr)) {
+        if (_child != 0)
+            return;
+        QVector<QByteArray> texts{VELMORA_SEAL_PROGRAM};
+        for (const auto& argument : arguments)
+            texts += argument.toLocal8Bit();
+        QVector<char*> pointers;
+        for (auto& text : texts)
+            pointers += text.data();
+        execv(VELMORA_SEAL_PROGRAM, (pointers << nullptr).data());
+        _exit(127);
+    }
+    Terminal(const Terminal&) = delete;
+    Terminal& operator=(const Terminal&) = delete;
+    ~Terminal() { close(_master); }
+
+    QByteArray readUntil(const QByteArray& end) const {
+        QByteArray text;
+        char character = 0;
+        while (!text.endsWith(end) && read(_master, &character, 1) == 1)
+            text += character;
+        return text;
+    }
+    void type(const QByteArray& text) const {
+        QCOMPARE(write(_master, text, static_cast<std::size_t>(text.size())), text.size());
+    }
+    void send(int number) const { kill(_child, number); }
+    int wait() const {
+        int status = 0;
+        waitpid(_child, &status, 0);
+        return status;
+    }
+    bool hasEcho() const {
+        termios state{};
+        return tcgetattr(_master, &state) == 0 && (state.c_lflag & ECHO) != 0;
+    }
+
+private:
+    int _master = -1;
+    pid_t _child;
+};
 
 } // namespace
 
@@ -35,10 +88,16 @@ class SealToolTest : public QObject {
 private Q_SLOTS:
     void madeKeysWork();
     void keptKeys();
+    void otherKeysAreNotKept_data();
+    void otherKeysAreNotKept();
+    void passphrasesAreNotShown();
+    void promptsEndBySignals_data();
+    void promptsEndBySignals();
     void exitStatus_data();
     void exitStatus();
     void filesAreWholeOrMissing();
-    void replacedFileKeepsItsPlace();
+    void linksLeadNoPrivateKeyElsewhere();
+    void closedOutput();
     void noRandomNumbers();
 
 private:
@@ -108,11 +167,74 @@ void SealToolTest::keptKeys() {
     }
 }
 
+void SealToolTest::otherKeysAreNotKept_data() {
+    const TestTable<QString, QString> table("line", "reason");
+    table.row("damaged script key", "keygen script -o @/scripts", "not 64 hexadecimal digits and a line feed");
+    table.row("halves of two pairs", "keygen signer -o @/mixed", "not the public half of @/mixed.private.pem");
+    table.row("other kind", "keygen signer -o @/r", "not an Ed25519 private key, or not its passphrase");
+    table.row("other name", "keygen recipient -o @/r --owner O --name M",
+              "not the public half of @/r.private.pem under that owner and name");
+    table.row("other length", "keygen recipient -o @/r --owner O --name N --bits 3072", "not of 3072 bits");
+    table.row("no passphrase", "keygen signer -o @/s --passphrase-file @/passphrase", "has no passphrase");
+}
+
+void SealToolTest::otherKeysAreNotKept() {
+    QFETCH(QString, line);
+    QFETCH(QString, reason);
+    const Installation installation;
+    for (const auto* setUp :
+         {"keygen signer -o @/s", "keygen signer -o @/mixed", "keygen recipient -o @/r --owner O --name N --bits 2048"})
+        QCOMPARE(seal(argumentsOf(setUp, installation.path())).exitCode, 0);
+    installation.write("mixed.pem", readFile(installation.path("s.pem")));
+    installation.write("passphrase", "open sesame\n");
+    installation.write("scripts/0123456789abcdef.key", "no key\n");
+    const auto before = filesBelow(installation.path());
+    const auto result = seal(argumentsOf(qPrintable(line + " --keep"), installation.path()));
+    QCOMPARE(result.exitCode, 2);
+    const auto expected = QString(reason).replace(QLatin1Char('@'), installation.path());
+    QVERIFY2(result.errors.contains("Unable to read key file (" + expected.toLocal8Bit() + ")"),
+             result.errors.constData());
+    QCOMPARE(filesBelow(installation.path()), before);
+}
+
+void SealToolTest::passphrasesAreNotShown() {
+    const QTemporaryDir directory;
+    const Terminal terminal(argumentsOf("keygen signer -o @/s --passphrase", directory.path()));
+    QCOMPARE(terminal.readUntil(": "), QByteArray("New passphrase: "));
+    terminal.type("open sesame\n");
+    QCOMPARE(terminal.readUntil(": "), QByteArray("\r\nThe same again: "));
+    terminal.type("open sesame\n");
+    QVERIFY(WIFEXITED(terminal.wait()) && terminal.hasEcho());
+    openssl({"pkey", "-in", directory.filePath("s.private.pem"), "-passin", "pass:open sesame", "-noout"});
+}
+
+void SealToolTest::promptsEndBySignals_data() {
+    const TestTable<int> table("number"); // 0: Ctrl-C
+    for (const int number : {0, SIGINT, SIGTERM, SIGHUP})
+        table.row(qPrintable(QString::number(number)), number);
+}
+
+void SealToolTest::promptsEndBySignals() {
+    QFETCH(int, number);
+    const QTemporaryDir directory;
+    const Terminal terminal(argumentsOf("keygen signer -o @/s --passphrase", directory.path()));
+    QCOMPARE(terminal.readUntil(": "), QByteArray("New passphrase: "));
+    QVERIFY(!terminal.hasEcho());
+    if (number == 0)
+        terminal.type("\x03");
+    else
+        terminal.send(number);
+    const int status = terminal.wait();
+    QVERIFY(WIFSIGNALED(status) && WTERMSIG(status) == (number == 0 ? SIGINT : number));
+    QVERIFY(terminal.hasEcho());
+    QCOMPARE(filesBelow(directory.path()), QStringList());
+}
+
 void SealToolTest::exitStatus_data() {
     _installation = std::make_unique<Installation>();
     const auto directory = _installation->path();
     _installation->write("plain", "x = 1\n");
-    QCOMPARE(mkfifo(qPrintable(directory + QStringLiteral("/pipe")), S_IRUSR | S_IWUSR), 0);
+    QCOMPARE(mkfifo(qPrintable(directory + QStringLiteral("/pipe.private.pem")), S_IRUSR | S_IWUSR), 0);
     for (const auto* setUp : {"keygen script -o @/keys", "keygen script -o @/several", "keygen script -o @/several",
                               "seal @/plain -o @/sealed --key @/keys"})
         QCOMPARE(seal(argumentsOf(setUp, directory)).exitCode, 0);
@@ -129,8 +251,10 @@ void SealToolTest::exitStatus_data() {
     table.row("sealed already", "seal @/sealed -o @/b --key @/keys", 2, "@/sealed: Script is sealed already");
     table.row("output exists", "seal @/plain -o @/sealed --key @/keys", 2,
               "@/sealed: File exists already, --force replaces it");
-    table.row("pipe as output", "seal @/plain -o @/pipe --force --key @/keys", 2,
-              "@/pipe: Unable to write file (not a regular file)");
+    table.row("directory as output", "seal @/plain -o @ --key @/keys", 2, "@: Unable to write file (Is a directory)");
+    table.row("pipe as private key", "keygen signer -o @/pipe --force", 2,
+              "@/pipe.private.pem: Unable to write file (not a regular file)");
+    table.row("closed input", "seal - -o @/b --key @/keys <&-", 2, "-: Unable to read file (Bad file descriptor)");
     table.row("hidden key pair", "keygen signer -o @/.s", 2,
               "--output should end with a file name that does not begin with a dot; see velmora-seal --help");
     table.row("no script key", "seal @/plain -o @/b --key @", 2, "@: No script key in the directory");
@@ -151,7 +275,9 @@ void SealToolTest::exitStatus() {
     QFETCH(QString, errors);
     const auto directory = _installation->path();
     const auto before = filesBelow(directory);
-    const auto result = seal(argumentsOf(qPrintable(line), directory));
+    const bool isClosed = line.endsWith("<&-");
+    const auto arguments = argumentsOf(qPrintable(line.remove("<&-")), directory);
+    const auto result = isClosed ? sealWithoutInput(arguments) : seal(arguments);
     QCOMPARE(result.exitCode, exitCode);
     const auto expected = errors.isEmpty() ? QString() : QStringLiteral("velmora-seal: %1\n").arg(errors);
     QCOMPARE(QString::fromLocal8Bit(result.errors), QString(expected).replace(QLatin1Char('@'), directory));
@@ -175,37 +301,21 @@ void SealToolTest::filesAreWholeOrMissing() {
 
     const auto file = installation.write("signers/old.private.pem", "as it was");
     QCOMPARE(runWithoutSpace("keygen signer -o @/signers/old --force").exitCode, 2);
-    const std::array<std::uint8_t, 1> content{};
-    const auto writeNew = [&content](const QString& name) {
-        return failureOf([&] {
-            Sealwork::writeOutputFile(name.toStdString(), content, Sealwork::FileAccess::Public,
-                                      Sealwork::Overwrite::No);
-        });
-    };
-    QCOMPARE(writeNew(file), "Fatal: File exists already");
     QCOMPARE(readFile(file), QByteArray("as it was"));
     QCOMPARE(filesBelow(installation.path("signers")), QStringList("old.private.pem"));
 }
 
-/// What is replaced stays as private as it was, and where a symbolic link says that it is.
-void SealToolTest::replacedFileKeepsItsPlace() {
+void SealToolTest::linksLeadNoPrivateKeyElsewhere() {
     const Installation installation;
-    const auto file = installation.write("target", "earlier");
-    const auto link = installation.path("link");
-    QVERIFY(QFile::link(file, link) && QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner));
-    installation.write("plain", "script");
-    for (const auto* line : {"keygen script -o @/scripts", "seal @/plain -o @/link --key @/scripts --force"})
-        QCOMPARE(seal(argumentsOf(line, installation.path())).exitCode, 0);
-    QVERIFY(readFile(file) != "earlier");
-    QCOMPARE(QFileInfo(link).symLinkTarget(), file);
-    QVERIFY(isPrivate(file));
-
-    // But no link leads a private key elsewhere.
     const auto other = installation.write("other", "earlier");
     QVERIFY(QFile::link(other, installation.path("s.private.pem")));
     QCOMPARE(seal(argumentsOf("keygen signer -o @/s --force", installation.path())).exitCode, 0);
     QCOMPARE(readFile(other), QByteArray("earlier"));
     QVERIFY(!QFileInfo(installation.path("s.private.pem")).isSymLink());
+}
+
+void SealToolTest::closedOutput() {
+    const Installation installation;
     QCOMPARE(runTool("/bin/sh", {"-c", "exec \"$0\" keygen script -o \"$1\" >&-", QStringLiteral(VELMORA_SEAL_PROGRAM),
                                  installation.path("more")})
                  .exitCode,

@@ -1,11 +1,21 @@
-#include <Sealwork/base/FileDescriptor.h>
+#include <Brindle/files/FileDescriptor.h>
 
 #include <cerrno>
 #include <utility>
 
 #include <unistd.h>
 
-namespace Sealwork {
+namespace Brindle {
+
+FileDescriptor::FileDescriptor(FileDescriptor&& other) noexcept : _descriptor(std::exchange(other._descriptor, -1)) {}
+
+FileDescriptor& FileDescriptor::operator=(FileDescriptor&& other) noexcept {
+    if (this == &other)
+        return *this;
+    close();
+    _descriptor = std::exchange(other._descriptor, -1);
+    return *this;
+}
 
 std::ptrdiff_t FileDescriptor::read(std::span<std::uint8_t> bytes) const {
     std::size_t total = 0;
@@ -39,4 +49,4 @@ bool FileDescriptor::close() {
     return descriptor < 0 || ::close(descriptor) == 0;
 }
 
-} // namespace Sealwork
+} // namespace Brindle

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <span>
 
-namespace Sealwork {
+namespace Brindle {
 
 /// Owns a descriptor of the operating system and closes it.
 class FileDescriptor {
@@ -13,6 +13,8 @@ public:
     explicit FileDescriptor(int descriptor) : _descriptor(descriptor) {}
     FileDescriptor(const FileDescriptor&) = delete;
     FileDescriptor& operator=(const FileDescriptor&) = delete;
+    FileDescriptor(FileDescriptor&& other) noexcept;
+    FileDescriptor& operator=(FileDescriptor&& other) noexcept;
     ~FileDescriptor() { close(); }
 
     bool isOpen() const { return _descriptor >= 0; }
@@ -29,4 +31,4 @@ private:
     int _descriptor;
 };
 
-} // namespace Sealwork
+} // namespace Brindle
