@@ -4,6 +4,7 @@
 #include <Sealwork/script/ScriptRefused.h>
 #include <velmora-seal/MalformedInput.h>
 #include <velmora-seal/NothingToOpen.h>
+#include <velmora-seal/NothingToProtect.h>
 
 namespace SealTool {
 
@@ -21,8 +22,7 @@ ExitCode getExitCode(Sealwork::ScriptFault fault) {
     case Sealwork::ScriptFault::NotSealed:
     case Sealwork::ScriptFault::NotSigned:
     case Sealwork::ScriptFault::UnknownSigner:
-    case Sealwork::ScriptFault::WrongSignature:
-        return ExitCode::NothingOrFaked;
+        return ExitCode::NothingOrUntrusted;
     }
     return ExitCode::UsageOrFile;
 }
@@ -50,7 +50,9 @@ ExitCode getExitCode(const Brindle::Exception& exception) {
     if (dynamic_cast<const MalformedInput*>(&exception))
         return ExitCode::Malformed;
     if (dynamic_cast<const NothingToOpen*>(&exception))
-        return ExitCode::NothingOrFaked;
+        return ExitCode::NothingOrUntrusted;
+    if (dynamic_cast<const NothingToProtect*>(&exception))
+        return ExitCode::NoRegion;
     return ExitCode::UsageOrFile;
 }
 

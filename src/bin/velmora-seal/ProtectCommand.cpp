@@ -1,22 +1,28 @@
 #include <velmora-seal/Commands.h>
 
 #include <Brindle/core/Label.h>
+#include <Brindle/core/Text.h>
 #include <Brindle/core/TextLines.h>
 #include <Brindle/files/InputFile.h>
 #include <Brindle/tool/UsageError.h>
+#include <Sealwork/envelope/EnvelopeDirective.h>
 #include <Sealwork/envelope/EnvelopeWriter.h>
 #include <Sealwork/envelope/HdlLanguage.h>
 #include <Sealwork/envelope/SealConfiguration.h>
 #include <Sealwork/keys/KeyDirectory.h>
 #include <velmora-seal/ExitCode.h>
 #include <velmora-seal/MalformedInput.h>
+#include <velmora-seal/NothingToProtect.h>
 #include <velmora-seal/Progress.h>
 #include <velmora-seal/Report.h>
 #include <velmora-seal/TextFile.h>
 #include <velmora/rules/InformationBlock.h>
 #include <velmora/rules/ProtectedRegions.h>
 
+#include <algorithm>
 #include <charconv>
+#include <filesystem>
+#include <initializer_list>
 
 namespace SealTool {
 
@@ -29,11 +35,11 @@ constexpr std::string_view help =
 
 Writes the HDL file IN with an envelope in the place of every region: the lines between one that holds "`protect begin"
 and the next one that holds "`protect end", in both languages. The lines of the markers are dropped, the others stay as
-they are. "-" stands for standard input or output.
+they are. A file without a region is not written, which the exit status 7 tells. "-" stands for standard input or output.
 
   -o, --output OUT     Where to write; standard output if not given.
-  --language LANGUAGE  "vhdl" or "vlog" (Verilog); "auto", the default, takes a file whose name ends with ".v" or ".vh"
-                       for Verilog and any other for VHDL.
+  --language LANGUAGE  "vhdl" or "vlog" (Verilog); "auto", the default, goes by the ending of the name: ".vhd" or
+                       ".vhdl", and ".v", ".vh", ".sv" or ".svh", in upper or lower case.
   --recipients DIR     Where the public keys of those lie who can open the envelopes. If not given, those of the
                        installation are taken: in the directory that VELMORA_SEAL_DIR names, otherwise in
                        etc/velmora/seal below ORVANE_PREFIX, with what seal.conf there says.
@@ -56,6 +62,10 @@ Protection getProtection(const Brindle::CommandLine& commandLine) {
             Sealwork::SealConfiguration::load(installation.getConfiguration()).dataMethod};
 }
 
+bool isOneOf(std::string_view text, std::initializer_list<std::string_view> texts) {
+    return std::ranges::find(texts, text) != texts.end();
+}
+
 std::string getLanguage(const Brindle::CommandLine& commandLine, const std::string& input) {
     auto language = commandLine.find("language").value_or("auto");
     if (language == Sealwork::vhdlLanguage || language == Sealwork::verilogLanguage)
@@ -65,7 +75,14 @@ std::string getLanguage(const Brindle::CommandLine& commandLine, const std::stri
     if (input == Brindle::standardStream)
         throw Brindle::located(Brindle::UsageError("Standard input has no name to tell its language, give --language"),
                                BRINDLE_HERE);
-    return Velmora::getLanguage(input);
+    // Generated files have other rules; these may come from anywhere.
+    const auto ending = Brindle::toLower(std::filesystem::path(input).extension().string());
+    if (isOneOf(ending, {".v", ".vh", ".sv", ".svh"}))
+        return std::string(Sealwork::verilogLanguage);
+    if (isOneOf(ending, {".vhd", ".vhdl"}))
+        return std::string(Sealwork::vhdlLanguage);
+    throw Brindle::located(Brindle::UsageError("The name " + input + " does not tell its language, give --language"),
+                           BRINDLE_HERE);
 }
 
 [[noreturn]] void refuse(const std::string& message, std::size_t line, const Brindle::Location& location) {
@@ -97,8 +114,19 @@ std::optional<RegionWalk::Piece> takePiece(RegionWalk& walk, std::string_view te
     }
 }
 
-std::string protectAll(std::string_view text, const std::string& language, const Protection& protection,
-                       const std::string& input) {
+/// Refuses markers of the Verilog standard: who wrote them expects regions there, and would get plain text.
+void requireNoForeignMarker(std::string_view text) {
+    Sealwork::BacktickLines lines(text);
+    while (const auto line = lines.next()) {
+        for (const std::string name : {"begin", "end"})
+            if (Sealwork::isDirective(line->text, name) && line->text.find("`protect " + name) == line->text.npos)
+                refuse("\"`pragma protect " + name + "\" marks no region, \"`protect " + name + "\" does",
+                       Brindle::getLineNumber(text, line->begin), BRINDLE_HERE);
+    }
+}
+
+std::string protectAll(std::string_view text, const std::string& language, const Protection& protection) {
+    requireNoForeignMarker(text);
     std::string output;
     bool hasRegion = false;
     RegionWalk walk(text);
@@ -112,7 +140,7 @@ std::string protectAll(std::string_view text, const std::string& language, const
     if (walk.isOpen())
         refuse("No \"`protect end\" follows", Brindle::getLineNumber(text, walk.getMarker()), BRINDLE_HERE);
     if (!hasRegion)
-        showProblem(input + ": warning: no \"`protect begin\" found, nothing is protected");
+        throw Brindle::located(NothingToProtect("No \"`protect begin\" found, nothing is written"), BRINDLE_HERE);
     return output;
 }
 
@@ -128,7 +156,7 @@ int run(const Brindle::CommandLine& commandLine) {
         text += '\n';
     auto protectedText = aboutFile(input, [&] {
         const Progress progress("protecting " + input);
-        return protectAll(text, language, protection, input);
+        return protectAll(text, language, protection);
     });
     writeText(output, std::move(protectedText), replace);
     return ExitCode::Done;

@@ -1,6 +1,7 @@
 #include <velmora-seal/Commands.h>
 
 #include <Brindle/core/Label.h>
+#include <Brindle/files/DirectoryLock.h>
 #include <Brindle/tool/UsageError.h>
 #include <Sealwork/envelope/PublishedKey.h>
 #include <Sealwork/keys/KeyDirectory.h>
@@ -35,13 +36,13 @@ key that is not fit for use stops every protection.
   list    Prints one line for each: file, owner / name, length of the RSA key.
   check   Names every file that is not fit for use, or could be changed by others.
   add     Adds the public key in FILE, as the maker of a tool hands it out: a PEM public key, or HDL directives with
-          key_public_key. It is written to DIR as NAME.pem.
+          key_public_key. It is written to DIR as NAME.pem, or NAME-2.pem and so on where another is called so.
 
   --owner OWNER     What key_keyowner is to say, if FILE does not tell; taken over as the tool expects it.
   --name NAME       The same for key_keyname.
   --recipients DIR  Where the keys lie. If not given: "recipients" in the directory that VELMORA_SEAL_DIR names,
                     otherwise in etc/velmora/seal below ORVANE_PREFIX.
-  --force           A key file of that name is replaced.
+  --force           The file of that owner and name is replaced.
 
 Example: velmora-seal recipients add tool_2026.pem --owner "Tool Maker" --name tool_2026
 )";
@@ -85,7 +86,7 @@ Inspection inspect(const fs::path& directory) {
     return inspection;
 }
 
-ExitCode list(const Brindle::CommandLine& commandLine) {
+int list(const Brindle::CommandLine& commandLine) {
     const auto inspection = inspect(getDirectory(commandLine));
     for (std::size_t index = 0; index < inspection.files.size(); ++index) {
         const auto& recipient = inspection.keys.getRecipients()[index];
@@ -95,7 +96,7 @@ ExitCode list(const Brindle::CommandLine& commandLine) {
     return inspection.hasFault ? ExitCode::UsageOrFile : ExitCode::Done;
 }
 
-ExitCode check(const Brindle::CommandLine& commandLine) {
+int check(const Brindle::CommandLine& commandLine) {
     const auto directory = getDirectory(commandLine);
     const auto inspection = inspect(directory);
     warnOfWriters(directory);
@@ -120,27 +121,34 @@ std::string getName(const Brindle::CommandLine& commandLine, const char* option,
     return name;
 }
 
-/// The name as a file's: what is not a letter, digit, ".", "_" or "-" becomes "_".
-std::string getFileName(std::string name) {
+/// The name as a file's without its ending: what is not a letter, digit, ".", "_" or "-" becomes "_".
+std::string getFileStem(std::string name) {
     const auto isPlain = [](char c) {
         return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '.' || c == '-';
     };
     std::ranges::replace_if(name, std::not_fn(isPlain), '_');
     if (name.starts_with('.'))
         name.front() = '_'; // A hidden file would not be read.
-    return name + ".pem";
+    return name;
 }
 
-/// Refuses a recipient of whom another file tells already: with both, nothing could be protected any more.
-void requireNew(Recipient recipient, const fs::path& target) {
-    RecipientKeys keys;
-    for (const auto& filename : Sealwork::listKeyFiles(target.parent_path(), ".pem"))
-        if (filename.filename() != target.filename())
-            keys.add(readRecipient(filename), filename);
-    keys.add(std::move(recipient), target);
+/// The file of the recipient: the one that holds him already, otherwise one that is free.
+fs::path findTarget(const Recipient& recipient, const fs::path& directory) {
+    const auto isSame = [&recipient](const fs::path& filename) {
+        const auto present = readRecipient(filename);
+        return present.getOwner() == recipient.getOwner() && present.getName() == recipient.getName();
+    };
+    const auto files = Sealwork::listKeyFiles(directory, ".pem");
+    if (const auto file = std::ranges::find_if(files, isSame); file != files.end())
+        return *file;
+    const auto stem = getFileStem(recipient.getName());
+    auto target = directory / (stem + ".pem");
+    for (int number = 2; fs::exists(fs::symlink_status(target)); ++number)
+        target = directory / (stem + "-" + Brindle::getLabel(number) + ".pem");
+    return target;
 }
 
-ExitCode add(const Brindle::CommandLine& commandLine, const std::string& input) {
+int add(const Brindle::CommandLine& commandLine, const std::string& input) {
     const auto text = readText(input);
     const auto published = Sealwork::PublishedKey::parse(text);
     if (!published)
@@ -149,13 +157,13 @@ ExitCode add(const Brindle::CommandLine& commandLine, const std::string& input) 
     const auto owner = getName(commandLine, "owner", published->owner);
     const auto name = getName(commandLine, "name", published->name);
     const auto content = Recipient::format(owner, name, published->key);
-    auto recipient = Recipient::parse(content, input);
+    const auto recipient = Recipient::parse(content, input);
     const auto directory = getDirectory(commandLine);
     makeDirectory(directory);
-    const auto target = directory / getFileName(name);
+    const Brindle::DirectoryLock lock(directory);
+    const auto target = findTarget(recipient, directory);
     const bool replace = commandLine.has("force");
     requireWritable(target, replace);
-    requireNew(std::move(recipient), target);
     writeText(target, content, replace);
     std::cout << target.string() << '\n';
     return ExitCode::Done;
@@ -164,14 +172,16 @@ ExitCode add(const Brindle::CommandLine& commandLine, const std::string& input) 
 int run(const Brindle::CommandLine& commandLine) {
     const auto& operands = commandLine.getOperands();
     const std::string action = operands.empty() ? "" : operands.front();
-    if (action == "list" && operands.size() == 1)
-        return list(commandLine);
-    if (action == "check" && operands.size() == 1)
-        return check(commandLine);
     if (action == "add" && operands.size() == 2)
         return add(commandLine, operands[1]);
-    throw Brindle::located(Brindle::UsageError("Expected recipients list, recipients check or recipients add FILE"),
-                           BRINDLE_HERE);
+    if ((action != "list" && action != "check") || operands.size() != 1)
+        throw Brindle::located(Brindle::UsageError("Expected recipients list, recipients check or recipients add FILE"),
+                               BRINDLE_HERE);
+    for (const std::string option : {"owner", "name", "force"})
+        if (commandLine.has(option))
+            throw Brindle::located(Brindle::UsageError("--" + option + " does not go with recipients " + action),
+                                   BRINDLE_HERE);
+    return action == "list" ? list(commandLine) : check(commandLine);
 }
 
 } // namespace

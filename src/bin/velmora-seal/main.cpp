@@ -32,9 +32,10 @@ const Brindle::Tool tool{
     "  0  done\n"
     "  2  a wrong command line, or a file that cannot be used\n"
     "  3  the input is malformed\n"
-    "  4  no key at hand opens it\n"
-    "  5  it was altered after it was sealed or protected\n"
-    "  6  there is nothing to open, or its signature is missing or wrong\n\n"
+    "  4  no key at hand can open it\n"
+    "  5  it was altered after it was sealed or protected, or an envelope is for other keys\n"
+    "  6  there is nothing to open, or no trusted signer signed the script\n"
+    "  7  there is nothing to protect\n\n"
     "Example: velmora-seal keygen script -o keys\n",
     {&keygenCommand, &recipientsCommand, &sealCommand, &unsealCommand, &protectCommand, &openCommand, &infoCommand},
     run,

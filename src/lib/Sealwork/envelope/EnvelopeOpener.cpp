@@ -1,6 +1,7 @@
 #include <Sealwork/envelope/EnvelopeOpener.h>
 
 #include <Sealwork/base/Hex.h>
+#include <Sealwork/base/Random.h>
 #include <Sealwork/envelope/EnvelopeCipher.h>
 #include <Sealwork/envelope/EnvelopeMac.h>
 #include <Sealwork/envelope/EnvelopeRefused.h>
@@ -36,6 +37,22 @@ bool isAuthentic(const Envelope& envelope, DataMethod method, std::span<const st
     return CRYPTO_memcmp(macHex.data(), seal->macHex.data(), macHex.size()) == 0;
 }
 
+struct UnwrappedKey {
+    SecureBuffer bytes;
+    bool isUnwrapped = false;
+};
+
+/// The session key. Whoever sees what becomes of altered blocks must not learn whether one was padded as it should be
+/// (Bleichenbacher, 1998): a made-up key stands for one that was not, and goes the same way.
+UnwrappedKey unwrap(const EnvelopeKey& key, const EnvelopeKeyBlock& block, DataMethod method) {
+    SecureBuffer madeUp(getKeySize(method));
+    fillSecretRandom(madeUp);
+    auto sessionKey = key.unwrap(block.wrapped);
+    if (!sessionKey || sessionKey->size() != madeUp.size())
+        return {std::move(madeUp), false};
+    return {std::move(*sessionKey), true};
+}
+
 /// None when the padding is wrong.
 std::optional<SecureBuffer> decipher(std::span<const std::uint8_t> data, DataMethod method,
                                      std::span<const std::uint8_t> sessionKey) {
@@ -68,13 +85,11 @@ SecureBuffer EnvelopeOpener::open(const Envelope& envelope) const {
     for (const auto& block : envelope.keyBlocks) {
         if (block.method != "rsa" || block.wrapped.size() != _key.getWrappedSize())
             continue;
-        const auto sessionKey = _key.unwrap(block.wrapped);
-        if (!sessionKey || sessionKey->size() != getKeySize(method))
-            continue;
         fault = EnvelopeFault::Altered;
-        if (!isAuthentic(envelope, method, *sessionKey))
+        const auto sessionKey = unwrap(_key, block, method);
+        if (!isAuthentic(envelope, method, sessionKey.bytes) || !sessionKey.isUnwrapped)
             continue;
-        if (auto text = decipher(envelope.data, method, *sessionKey))
+        if (auto text = decipher(envelope.data, method, sessionKey.bytes))
             return std::move(*text);
     }
     refuse(fault, BRINDLE_HERE);

@@ -13,9 +13,9 @@ std::string getReason(EnvelopeFault fault) {
     case EnvelopeFault::UnsupportedMethod:
         return "unsupported data method";
     case EnvelopeFault::NoKey:
-        return "no key block opens with this key";
+        return "no key block is for a key of this length";
     case EnvelopeFault::Altered:
-        return "altered after it was protected";
+        return "altered after it was protected, or protected for other keys";
     }
     return {};
 }

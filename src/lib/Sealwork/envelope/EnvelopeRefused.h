@@ -8,8 +8,8 @@ namespace Sealwork {
 enum class EnvelopeFault {
     Malformed,
     UnsupportedMethod,
-    NoKey,
-    Altered,
+    NoKey,   ///< Of this length.
+    Altered, ///< Or for other keys of this length: telling which would help whoever tries alterations.
 };
 
 /// An envelope is not opened: "Envelope refused: " and the reason.

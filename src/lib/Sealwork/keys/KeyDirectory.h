@@ -16,7 +16,7 @@ public:
 
     /// Public keys of those who can open envelopes: `*.pem`.
     std::filesystem::path getRecipients() const { return _base / "recipients"; }
-    /// Public keys of those whose scripts are trusted: `*.pem`.
+    /// Public keys of those whose scripts are trusted: every file.
     std::filesystem::path getSigners() const { return _base / "signers"; }
     /// Keys of sealed scripts: `*.key`.
     std::filesystem::path getScripts() const { return _base / "scripts"; }

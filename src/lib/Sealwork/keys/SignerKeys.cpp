@@ -13,7 +13,8 @@ SignerKeys SignerKeys::load(const std::filesystem::path& directory) {
     // A link that leads nowhere is an error and not the wish for no signer.
     if (std::filesystem::symlink_status(directory, error).type() == std::filesystem::file_type::not_found)
         return keys;
-    for (const auto& filename : listKeyFiles(directory, ".pem"))
+    // Whatever its ending: one that is passed over would let unsigned scripts run.
+    for (const auto& filename : listKeyFiles(directory, ""))
         keys._keys.push_back(SignerKey::load(filename));
     return keys;
 }

@@ -11,8 +11,8 @@ namespace Sealwork {
 /// The trusted signers of an installation.
 class SignerKeys {
 public:
-    /// Reads every `*.pem` of the directory; a bad file is an error, a directory that does not exist means no signer.
-    /// Throws what `listKeyFiles` and `SignerKey::load` throw.
+    /// Reads every file of the directory that is not hidden; a bad one is an error, a directory that does not exist
+    /// means no signer. Throws what `listKeyFiles` and `SignerKey::load` throw.
     static SignerKeys load(const std::filesystem::path& directory);
 
     bool isEmpty() const { return _keys.empty(); }

@@ -55,7 +55,7 @@ void ScriptOpener::checkSignature(const ScriptContainer& container) const {
         throw Brindle::located(ScriptRefused(ScriptFault::UnknownSigner), BRINDLE_HERE,
                                {{"signer", *container.signerId}});
     if (!signer->verify(container.getSignedMessage(), *container.signature))
-        throw Brindle::located(ScriptRefused(ScriptFault::WrongSignature), BRINDLE_HERE);
+        throw Brindle::located(ScriptRefused(ScriptFault::Altered), BRINDLE_HERE);
 }
 
 } // namespace Sealwork

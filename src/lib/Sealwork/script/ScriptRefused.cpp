@@ -15,7 +15,6 @@ std::string getReason(ScriptFault fault) {
     case ScriptFault::KeyNotInstalled:
         return "its key is not installed";
     case ScriptFault::Altered:
-    case ScriptFault::WrongSignature:
         return "altered after it was sealed";
     case ScriptFault::NotSigned:
         return "not signed";

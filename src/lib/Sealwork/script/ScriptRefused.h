@@ -10,8 +10,7 @@ enum class ScriptFault {
     UnsupportedFormat,
     Malformed,
     KeyNotInstalled,
-    Altered,
-    WrongSignature, ///< Said as Altered is.
+    Altered, ///< Tag or signature are wrong.
     NotSigned,
     UnknownSigner,
 };

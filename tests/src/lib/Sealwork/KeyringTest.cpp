@@ -133,7 +133,7 @@ void KeyringTest::refusedSigners() {
     for (const auto& text : {toBytes(Installation::rsaKey(2048).getPublicPem()), toBytes(key.getPrivatePem().text()),
                              toBytes(key.getPublicPem() + key.getPublicPem())}) {
         const Installation installation;
-        installation.write("signers/bad.pem", text);
+        installation.write("signers/bad", text);
         QCOMPARE(failureOf([&] { Sealwork::SignerKeys::load(installation.path("signers").toStdString()); }, {"reason"}),
                  "Fatal: Unable to read key file [reason=not an Ed25519 public key]");
     }
