@@ -35,9 +35,9 @@ constexpr unsigned defaultBits = 3072;
 
 constexpr std::string_view help =
     R"(Usage: velmora-seal keygen script    -o DIR  [--keep]
-       velmora-seal keygen signer    -o BASE [--keep | --force] [--passphrase]
+       velmora-seal keygen signer    -o BASE [--keep | --force] [--passphrase | --passphrase-file FILE]
        velmora-seal keygen recipient -o BASE --owner OWNER --name NAME [--bits BITS] [--keep | --force]
-                              [--passphrase]
+                                     [--passphrase | --passphrase-file FILE]
 
 Makes keys and prints the names of their files, missing directories included.
 
