@@ -82,6 +82,19 @@ private:
     ClonePointer<Driver> _driver;
 };
 
+/// Whether the elements of the one collection come before those of the other, as in a dictionary.
+template <typename T>
+bool operator<(const Collection<T>& left, const Collection<T>& right) {
+    Locator<T> other = right.getLocator();
+    for (Locator<T> one = left.getLocator(); one.isValid(); one.progress(), other.progress()) {
+        if (!other.isValid() || other.getCurrent() < one.getCurrent())
+            return false;
+        if (one.getCurrent() < other.getCurrent())
+            return true;
+    }
+    return other.isValid();
+}
+
 template <typename T>
 unsigned long Collection<T>::Driver::getCount() const {
     unsigned long count = 0;

@@ -16,22 +16,22 @@ class ListLocatorDriver : public Locator<T>::Driver {
 public:
     /// The list must not be null.
     explicit ListLocatorDriver(std::shared_ptr<const std::list<T>> list)
-        : _list(std::move(list)), _current(D::getBegin(*_list)) {}
+        : _list(std::move(list)), _current(D::getFirst(*_list)) {}
 
     std::unique_ptr<typename Locator<T>::Driver> getClone() const override {
         return std::make_unique<ListLocatorDriver>(*this);
     }
-    bool isValid() const override { return _current != D::getEnd(*_list); }
+    bool isValid() const override { return _current != _list->end(); }
     T getCurrent() const override { return ListLocatorDriver::isValid() ? *_current : T(); }
     void progress() override {
         if (ListLocatorDriver::isValid())
-            ++_current;
+            _current = D::getNext(*_list, _current);
     }
     std::string _getLabel() const override { return "List"; }
 
 private:
     std::shared_ptr<const std::list<T>> _list;
-    decltype(D::getBegin(*_list)) _current;
+    typename std::list<T>::const_iterator _current;
 };
 
 } // namespace Brindle

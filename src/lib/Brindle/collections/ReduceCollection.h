@@ -2,6 +2,7 @@
 
 #include <Brindle/collections/Collection.h>
 #include <Brindle/collections/ReduceLocator.h>
+#include <Brindle/collections/ReduceReverseLocator.h>
 
 #include <memory>
 #include <string>
@@ -11,7 +12,7 @@ namespace Brindle {
 
 /// The distinct elements of a source in the order of their first occurrence. Walked in reverse it gives the same
 /// elements in the opposite order; where an element first occurs is known only from the front, so making a reverse
-/// locator walks the whole source and keeps the distinct elements.
+/// locator walks the whole source.
 template <typename T>
 class ReduceCollection : public Collection<T> {
 public:
@@ -25,6 +26,7 @@ public:
         bool isEmpty() const override { return _source.isEmpty(); }
         T getFirst() const override { return _source.getFirst(); }
         Locator<T> getLocator() const override { return ReduceLocator<T>(_source.getLocator()); }
+        ReverseLocator<T> getReverseLocator() const override { return ReduceReverseLocator<T>(_source.getLocator()); }
         std::string _getLabel() const override { return "Reduce(" + _source._getLabel() + ")"; }
 
     private:

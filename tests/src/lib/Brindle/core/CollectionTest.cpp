@@ -17,6 +17,7 @@ template class Brindle::SubsetCollection<Part*>;
 template class Brindle::AssociatesCollection<Part, strings>;
 template class Brindle::FlattenCollection<strings>;
 template class Brindle::ReduceCollection<Part*>;
+template class Brindle::ReduceCollection<strings>;
 static_assert(std::ranges::input_range<strings>);
 
 Q_DECLARE_METATYPE(Brindle::strings)
@@ -111,6 +112,9 @@ void CollectionTest::everyOperationAgrees_data() {
                   ListCollection(std::list{madeOf({made({"x"})}), madeOf({made({"y"})})}))))),
               {"x", "y"}, "Flatten(Flatten(List))");
     table.row("reduce", strings(reduce(made({"a", "b", "a", "c", "b"}))), {"a", "b", "c"}, "Reduce(List)");
+    table.row("reduce of collections",
+              flatten(reduce(ListCollection(std::list{made({"a"}), made({"b"}), made({"a"}), made({"a", "b"})}))),
+              {"a", "b", "a", "b"}, "Flatten(Reduce(List))");
     table.row("reduce of flatten of associates", strings(reduce(flatten(associates(all, &Part::getTags)))),
               {"x", "y", "z"}, "Reduce(Flatten(Associates(List)))");
 }
@@ -157,6 +161,13 @@ void CollectionTest::listIsSeenAsItIsWhenWalked() {
     list.emplace_front("c");
     QCOMPARE(getAll(view), (QStringList{"c", "a", "b"}));
     QCOMPARE(getRest(locator), (QStringList{"a", "b"}));
+    auto backwards = ListCollection(list).getReverseLocator();
+    list.emplace_back("behind");
+    QCOMPARE(backwards.getCurrent(), std::string("b"));
+    backwards.progress();
+    list.remove("b"); // just passed
+    list.emplace_front("ahead");
+    QCOMPARE(getRest(backwards), (QStringList{"a", "c", "ahead"}));
     list.clear();
     QVERIFY(view.isEmpty());
 }

@@ -107,6 +107,7 @@ void LazinessTest::stepsOfSource() {
     verify(1, 7, 1, [] { return getHalves().getAt(7) == 3; });
     verify(1, 2, 3, [] { return !getCopies().hasCount(2); }); // 0 has no copy, 1 has one, 2 has two
     verify(1, 2, 3, [] { return !reduce(getHalves()).hasCount(1); });
+    verify(1, 10, 11, [] { return reduce(getHalves()).getLast() == 4; });
     verify(1, 10, 10, [] { return getHalves().getRandomLocator().isValid(); });
 }
 
