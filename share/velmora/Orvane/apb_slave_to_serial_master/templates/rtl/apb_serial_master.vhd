@@ -89,7 +89,7 @@ begin
   pslverr <= refused;
 
   -- An address that is not a multiple of 4 equals no offset and is refused like any unknown one.
-  -- Chains of comparisons, here and below: the Verilog netlists of GHDL lose the last branch of a case.
+  -- Chains of comparisons, here and below: the offsets are numbers, which are no choices of a case over the address.
   decode : process (psel, penable, pwrite, paddr, tx_full, rx_empty)
   begin
     refused          <= '0';

@@ -44,20 +44,40 @@ end entity apb_serial_master_engine;
 
 architecture rtl of apb_serial_master_engine is
 
-  type state_t is (IDLE, SHIFTING, HOLDING, RECOVERING);
+  subtype index_t is unsigned(wlen'range);
 
-  signal state      : state_t;
-  signal next_state : state_t;
+  -- The state: one of these is 1.
+  signal idle       : std_logic;
+  signal shifting   : std_logic;
+  signal holding    : std_logic;
+  signal recovering : std_logic;
 
-  signal half_count : integer range 0 to 2 ** 16 - 1;           -- clk cycles left in this half period, less one
-  signal edges_left : integer range 0 to 2 * WORD_WIDTH - 1;    -- SCLK edges that follow the coming one
+  signal half_count : integer range 0 to 2 ** 16 - 1;  -- clk cycles left in this half period, less one
+  signal bits_left  : index_t;                         -- bits that follow the one on the line
 
-  signal half_over    : std_logic;
-  signal sclk_edge    : std_logic;
-  signal leading_edge : std_logic;
-  signal last_edge    : std_logic;
-  signal take         : std_logic;
-  signal line_open    : std_logic;
+  -- Registers beside the counters, so that nothing has to wait for a comparison.
+  signal half_over : std_logic;  -- half_count is 0
+  signal more_bits : std_logic;  -- bits_left is not 0
+
+  -- What happens at the coming clk edge.
+  signal sclk_edge     : std_logic;
+  signal leading_edge  : std_logic;  -- that SCLK edge, whenever it comes, is the leading one of its bit
+  signal trailing_edge : std_logic;
+  signal last_edge     : std_logic;
+  signal begin_burst   : std_logic;
+  signal take          : std_logic;
+
+  signal sclk_rests  : std_logic;  -- SCLK is at its idle level
+  signal word_waits  : std_logic;
+  signal bit_over    : std_logic;
+  signal word_over   : std_logic;
+  signal burst_lasts : std_logic;
+  signal line_open   : std_logic;
+
+  -- Places in the word: of its first bit, of the bit on the line, of the bit that MOSI becomes at its next change.
+  signal first_index    : index_t;
+  signal received_index : index_t;
+  signal sent_index     : index_t;
 
   signal sent_word     : std_logic_vector(WORD_WIDTH - 1 downto 0);
   signal received_word : std_logic_vector(WORD_WIDTH - 1 downto 0);
@@ -67,90 +87,119 @@ architecture rtl of apb_serial_master_engine is
   signal mosi : std_logic;
   signal cs_n : std_logic_vector(LINE_COUNT - 1 downto 0);
 
-  -- Index of the bit that remaining others follow on the line. The modulus only matters when software
-  -- changes the word length in the middle of a word, which it must not do.
-  function bit_index(remaining : integer; last_index : std_logic_vector; from_bit_0 : std_logic) return integer is
+  function index_after(index : index_t; from_bit_0 : std_logic) return index_t is
   begin
     if from_bit_0 = '1' then
-      return (to_integer(unsigned(last_index)) - remaining) mod WORD_WIDTH;
+      return index + 1;
     end if;
-    return remaining;
+    return index - 1;
   end function;
 
 begin
 
-  half_over    <= '1' when half_count = 0 else '0';
-  sclk_edge    <= '1' when state = SHIFTING and half_over = '1' else '0';
-  leading_edge <= '1' when edges_left mod 2 = 1 else '0';
-  last_edge    <= '1' when sclk_edge = '1' and edges_left = 0 else '0';
+  sclk_edge     <= shifting and half_over;
+  trailing_edge <= sclk_edge and not leading_edge;
+  last_edge     <= trailing_edge and not more_bits;
 
   -- A burst begins only after SCLK has stood at its idle level for one clk cycle.
-  take <= enable and not tx_empty when last_edge = '1' or (state = IDLE and sclk = cpol) else '0';
-
-  next_state_logic : process (state, take, last_edge, half_over)
-  begin
-    next_state <= state;
-    if take = '1' then
-      next_state <= SHIFTING;
-    elsif last_edge = '1' then
-      next_state <= HOLDING;
-    elsif state = HOLDING and half_over = '1' then
-      next_state <= RECOVERING;
-    elsif state = RECOVERING and half_over = '1' then
-      next_state <= IDLE;
-    end if;
-  end process next_state_logic;
+  sclk_rests  <= sclk xnor cpol;
+  word_waits  <= enable and not tx_empty;
+  begin_burst <= idle and sclk_rests and word_waits;
+  take        <= begin_burst or (last_edge and word_waits);
 
   sequencer : process (clk, reset_n)
   begin
     if reset_n = '0' then
-      state      <= IDLE;
-      half_count <= 0;
-      edges_left <= 0;
-      sclk       <= '0';
+      idle         <= '1';
+      shifting     <= '0';
+      holding      <= '0';
+      recovering   <= '0';
+      half_count   <= 0;
+      half_over    <= '0';
+      leading_edge <= '1';
+      sclk         <= '0';
     elsif rising_edge(clk) then
-      state <= next_state;
+      idle       <= (idle and not take) or (recovering and half_over);
+      shifting   <= take or (shifting and not last_edge);
+      holding    <= (last_edge and not take) or (holding and not half_over);
+      recovering <= (holding and half_over) or (recovering and not half_over);
 
-      if state = IDLE or half_over = '1' then
+      half_over <= '0';
+      if idle = '1' or half_over = '1' then
         half_count <= to_integer(unsigned(divider));
+        if unsigned(divider) = 0 then
+          half_over <= '1';
+        end if;
       else
         half_count <= half_count - 1;
-      end if;
-
-      if take = '1' then
-        edges_left <= 2 * to_integer(unsigned(wlen)) + 1;
-      elsif sclk_edge = '1' and last_edge = '0' then
-        edges_left <= edges_left - 1;
+        if half_count = 1 then
+          half_over <= '1';
+        end if;
       end if;
 
       if sclk_edge = '1' then
-        sclk <= not sclk;
-      elsif state = IDLE then
+        leading_edge <= not leading_edge;
+        sclk         <= not sclk;
+      elsif idle = '1' then
         sclk <= cpol;
       end if;
     end if;
   end process sequencer;
+
+  -- While idle and after the last bit, all is prepared for another word, whether one is taken or not.
+  bit_over    <= idle or trailing_edge;
+  word_over   <= idle or not more_bits;
+  first_index <= (others => '0') when lsb_first = '1' else unsigned(wlen);
+
+  bit_counter : process (clk, reset_n)
+  begin
+    if reset_n = '0' then
+      bits_left      <= (others => '0');
+      more_bits      <= '0';
+      received_index <= (others => '0');
+      sent_index     <= (others => '0');
+      sent_word      <= (others => '0');
+    elsif rising_edge(clk) then
+      if bit_over = '1' then
+        if word_over = '1' then
+          bits_left      <= unsigned(wlen);
+          more_bits      <= '1';
+          received_index <= first_index;
+          sent_index     <= first_index;
+          sent_word      <= tx_word;
+          if unsigned(wlen) = 0 then
+            more_bits <= '0';
+          end if;
+          if cpha = '0' then
+            sent_index <= index_after(first_index, lsb_first);
+          end if;
+        else
+          bits_left      <= bits_left - 1;
+          received_index <= index_after(received_index, lsb_first);
+          sent_index     <= index_after(sent_index, lsb_first);
+          if bits_left = 1 then
+            more_bits <= '0';
+          end if;
+        end if;
+      end if;
+    end if;
+  end process bit_counter;
 
   -- CPHA = 0 puts the first bit out when the word is taken and each further one at a trailing edge;
   -- CPHA = 1 puts every bit out at a leading edge.
   transmitter : process (clk, reset_n)
   begin
     if reset_n = '0' then
-      sent_word <= (others => '0');
-      mosi      <= '0';
+      mosi <= '0';
     elsif rising_edge(clk) then
-      if take = '1' then
-        sent_word <= tx_word;
-      end if;
-
       if cpha = '1' then
         if sclk_edge = '1' and leading_edge = '1' then
-          mosi <= sent_word(bit_index(edges_left / 2, wlen, lsb_first));
+          mosi <= sent_word(to_integer(sent_index));
         end if;
       elsif take = '1' then
-        mosi <= tx_word(bit_index(to_integer(unsigned(wlen)), wlen, lsb_first));
-      elsif sclk_edge = '1' and leading_edge = '0' and last_edge = '0' then
-        mosi <= sent_word(bit_index(edges_left / 2 - 1, wlen, lsb_first));
+        mosi <= tx_word(to_integer(first_index));
+      elsif trailing_edge = '1' and more_bits = '1' then
+        mosi <= sent_word(to_integer(sent_index));
       end if;
     end if;
   end process transmitter;
@@ -166,17 +215,17 @@ begin
       rx_push       <= '0';
     elsif rising_edge(clk) then
       rx_push <= last_edge;
-      if state = IDLE then
+      if idle = '1' then
         received_word <= (others => '0');
       elsif sclk_edge = '1' and leading_edge /= cpha then
-        received_word(bit_index(edges_left / 2, wlen, lsb_first)) <= received_bit;
+        received_word(to_integer(received_index)) <= received_bit;
       end if;
     end if;
   end process receiver;
 
-  line_open <= '1' when next_state = SHIFTING or next_state = HOLDING else
-               '1' when line_auto = '0' and (enable = '1' or next_state = RECOVERING) else
-               '0';
+  -- What the lines are after the coming clk edge, told without the state that it brings, which would come late.
+  burst_lasts <= begin_burst or shifting or (holding and not half_over);
+  line_open   <= burst_lasts or (not line_auto and (enable or holding or (recovering and not half_over)));
 
   -- A line never falls together with a change of the idle level: a slave would take that for a clock edge.
   selector : process (clk, reset_n)
@@ -185,19 +234,15 @@ begin
       cs_n <= (others => '1');
     elsif rising_edge(clk) then
       for i in cs_n'range loop
-        if line_open = '0' or line_select(i) = '0' then
-          cs_n(i) <= '1';
-        elsif sclk = cpol then
-          cs_n(i) <= '0';
-        end if;
+        cs_n(i) <= not (line_open and line_select(i) and (sclk_rests or not cs_n(i)));
       end loop;
     end if;
   end process selector;
 
   tx_take   <= take;
   rx_word   <= received_word;
-  busy      <= '0' when state = IDLE else '1';
-  finishing <= '1' when state = RECOVERING and half_over = '1' else '0';
+  busy      <= not idle;
+  finishing <= recovering and half_over;
   spi_sclk  <= sclk;
   spi_mosi  <= mosi;
   spi_cs_n  <= cs_n;
