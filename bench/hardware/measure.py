@@ -18,7 +18,8 @@ import sys
 import tempfile
 
 from generation import entity_of, generate
-from synthesis import ToolFailed, cells_by_type, run, to_verilog, total, yosys
+from synthesis import cells_by_type, to_verilog, total  # before hdl_tools, whose folder it adds
+from hdl_tools import CheckFailed, run, run_yosys
 from wrapper import clocks_of, wrap
 
 HERE = pathlib.Path(__file__).resolve().parent
@@ -48,12 +49,12 @@ def ports_of(entity, folder):
 def clock_rates(entity, device, seeds, folder):
     """MHz by clock, one for each seed."""
     passes, options = DEVICES[device]
-    yosys(["read_verilog netlist.v", f"{passes} -top {entity}", "write_rtlil design.il", "write_json design.json"], folder)
+    run_yosys(["read_verilog netlist.v", f"{passes} -top {entity}", "write_rtlil design.il", "write_json design.json"], folder)
     ports = ports_of(entity, folder)
     (folder / "wrapper.v").write_text(wrap(entity, ports))
     # The design is put in as it was synthesised alone: nothing is optimised across its border.
-    yosys(["read_verilog wrapper.v", "synth_ice40 -top wrapper", f"delete ={entity}", "read_rtlil design.il",
-           "hierarchy -top wrapper", "flatten", "write_json wrapper.json"], folder)
+    run_yosys(["read_verilog wrapper.v", "synth_ice40 -top wrapper", f"delete ={entity}", "read_rtlil design.il",
+               "hierarchy -top wrapper", "flatten", "write_json wrapper.json"], folder)
     rates = {clock: [] for clock in clocks_of(ports)}
     for seed in range(1, seeds + 1):
         run(["nextpnr-ice40", *options, "--json", "wrapper.json", "--seed", seed, "--report", "report.json", "--quiet",
@@ -120,5 +121,5 @@ def main():
 if __name__ == "__main__":
     try:
         main()
-    except ToolFailed as failure:
+    except CheckFailed as failure:
         sys.exit(f"measure: {failure}")

@@ -19,7 +19,8 @@ import tempfile
 import textwrap
 
 from generation import generate
-from synthesis import ToolFailed, cells_by_type, memories, run, to_verilog, total
+from synthesis import cells_by_type, memories, to_verilog, total  # before hdl_tools, whose folder it adds
+from hdl_tools import CheckFailed, run
 
 HERE = pathlib.Path(__file__).resolve().parent
 CATALOGUE = HERE.parents[1] / "share/velmora/Orvane"
@@ -159,5 +160,5 @@ def main():
 if __name__ == "__main__":
     try:
         main()
-    except ToolFailed as failure:
+    except CheckFailed as failure:
         sys.exit(f"resources: {failure}")

@@ -1,20 +1,14 @@
-"""Synthesises VHDL with GHDL and Yosys."""
+"""Synthesises VHDL with GHDL and Yosys, by what the tests run these tools with."""
 
 import json
+import pathlib
 import re
-import subprocess
+import sys
 
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "tests/share/support"))
 
-class ToolFailed(Exception):
-    """A tool ended with an error; the text holds what it printed last."""
-
-
-def run(command, folder):
-    """Runs a tool in a folder and returns what it wrote to standard output."""
-    result = subprocess.run([str(word) for word in command], cwd=folder, capture_output=True, text=True, check=False)
-    if result.returncode != 0:
-        raise ToolFailed(f"{command[0]} failed:\n{(result.stdout + result.stderr)[-3000:]}")
-    return result.stdout
+# pylint: disable=wrong-import-position
+from hdl_tools import Ghdl, run_yosys
 
 
 def to_verilog(files, entity, folder):
@@ -24,21 +18,13 @@ def to_verilog(files, entity, folder):
     widths: one multiplier for a product, and sums that fit the multiplier's block. Operands and results have one width, so the
     values stay. Attributes of ports make GHDL fail and mean nothing here.
     """
-    folder.mkdir(parents=True, exist_ok=True)
-    copies = []
+    ghdl = Ghdl(folder, "08")
     for path in files:
-        copies.append(path.name)
         (folder / path.name).write_text(re.sub(r"(?m)^ *attribute [^\n]*\n", "", path.read_text()))
-    run(["ghdl", "-i", "--std=08", *copies], folder)
-    run(["ghdl", "-m", "--std=08", entity], folder)
-    netlist = run(["ghdl", "--synth", "--std=08", "--out=verilog", entity], folder)
+    ghdl.make([path.name for path in files], entity)
+    netlist, _ = ghdl.to_verilog(entity)
     netlist = re.sub(r"= (\S+) \* (\S+); // smul", r"= $signed(\1) * $signed(\2);", netlist)
     (folder / "netlist.v").write_text(re.sub(r"= (\w+) \+ (\w+);", r"= $signed(\1) + $signed(\2);", netlist))
-
-
-def yosys(passes, folder):
-    """Runs Yosys passes in the folder."""
-    run(["yosys", "-q", "-p", "; ".join(passes)], folder)
 
 
 def cells_by_type(entity, passes, endings, folder):
@@ -47,7 +33,7 @@ def cells_by_type(entity, passes, endings, folder):
     reports = [f"cells{number}.json" for number, _ in enumerate(endings)]
     for ending, report in zip(endings, reports):
         commands += ["design -load common", ending, "opt_clean", f"tee -q -o {report} stat -json"]
-    yosys(commands, folder)
+    run_yosys(commands, folder)
     return [json.loads((folder / report).read_text())["design"]["num_cells_by_type"] for report in reports]
 
 
