@@ -78,10 +78,10 @@ struct PairFiles {
 /// A kind of key pair, and how one of it is made.
 struct PairKind {
     std::string_view name;
-    const char* algorithm = "";     ///< As the cryptography library names it.
-    const char* privateFault = "";  ///< Why a file is not such a private half.
-    const char* publicFault = "";   ///< What else may be wrong with a public half.
-    std::optional<unsigned> bits{}; ///< That a kept key must have.
+    const char* algorithm = "";                  ///< As the cryptography library names it.
+    const char* privateFault = "";               ///< Why a file is not such a private half.
+    const char* publicFault = "";                ///< What else may be wrong with a public half.
+    std::optional<unsigned> bits = std::nullopt; ///< That a kept key must have.
     std::function<AsymmetricKey()> make;
     std::function<std::string(const AsymmetricKey&)> getPublicText;
 };

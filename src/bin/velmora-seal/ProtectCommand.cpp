@@ -23,6 +23,8 @@
 #include <charconv>
 #include <filesystem>
 #include <initializer_list>
+#include <string>
+#include <utility>
 
 namespace SealTool {
 
@@ -116,12 +118,14 @@ std::optional<RegionWalk::Piece> takePiece(RegionWalk& walk, std::string_view te
 
 /// Refuses markers of the Verilog standard: who wrote them expects regions there, and would get plain text.
 void requireNoForeignMarker(std::string_view text) {
+    using Marker = std::pair<std::string, const char*>;
     Sealwork::BacktickLines lines(text);
     while (const auto line = lines.next()) {
-        for (const std::string name : {"begin", "end"})
+        for (const auto& [name, fault] :
+             {Marker{"begin", "\"`pragma protect begin\" marks no region, \"`protect begin\" does"},
+              Marker{"end", "\"`pragma protect end\" marks no region, \"`protect end\" does"}})
             if (Sealwork::isDirective(line->text, name) && line->text.find("`protect " + name) == line->text.npos)
-                refuse("\"`pragma protect " + name + "\" marks no region, \"`protect " + name + "\" does",
-                       Brindle::getLineNumber(text, line->begin), BRINDLE_HERE);
+                refuse(fault, Brindle::getLineNumber(text, line->begin), BRINDLE_HERE);
     }
 }
 

@@ -179,8 +179,10 @@ int run(const Brindle::CommandLine& commandLine) {
                                BRINDLE_HERE);
     for (const std::string option : {"owner", "name", "force"})
         if (commandLine.has(option))
-            throw Brindle::located(Brindle::UsageError("--" + option + " does not go with recipients " + action),
-                                   BRINDLE_HERE);
+            throw Brindle::located(
+                Brindle::UsageError(
+                    std::string("--").append(option).append(" does not go with recipients ").append(action)),
+                BRINDLE_HERE);
     return action == "list" ? list(commandLine) : check(commandLine);
 }
 
