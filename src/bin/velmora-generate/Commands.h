@@ -4,10 +4,13 @@
 
 namespace GenerateTool {
 
-extern const Brindle::Command listCommand;     ///< Shows the installed IPs.
-extern const Brindle::Command describeCommand; ///< Shows what the form of an IP asks for.
-extern const Brindle::Command templateCommand; ///< Makes a configuration with the reset values of an IP.
-extern const Brindle::Command checkCommand;    ///< Checks configurations.
-extern const Brindle::Command runCommand;      ///< Generates from configurations.
+extern const Brindle::Command listCommand;        ///< Shows the installed IPs.
+extern const Brindle::Command describeCommand;    ///< Shows what the form of an IP asks for.
+extern const Brindle::Command templateCommand;    ///< Makes a configuration with the reset values of an IP.
+extern const Brindle::Command checkCommand;       ///< Checks configurations.
+extern const Brindle::Command runCommand;         ///< Generates from configurations.
+extern const Brindle::Command previewCommand;     ///< Shows what would be generated.
+extern const Brindle::Command instantiateCommand; ///< Shows how a design uses it.
+extern const Brindle::Command benchCommand;       ///< Writes test benches.
 
 } // namespace GenerateTool

@@ -45,7 +45,8 @@ const Brindle::Tool tool{
     "Example: velmora-generate template Systolic > filter.velmora\n"
     "         $EDITOR filter.velmora    # at least Entity and Coefficients\n"
     "         velmora-generate run filter.velmora\n",
-    {&listCommand, &describeCommand, &templateCommand, &checkCommand, &runCommand},
+    {&listCommand, &describeCommand, &templateCommand, &checkCommand, &runCommand, &previewCommand, &instantiateCommand,
+     &benchCommand},
     runWithoutWindow,
     tellFailure};
 

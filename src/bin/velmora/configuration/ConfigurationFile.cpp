@@ -13,8 +13,6 @@ namespace Velmora {
 
 namespace {
 
-constexpr std::size_t largestFile = 1024UL * 1024; // bytes
-
 bool isUtf8(std::string_view text) {
     QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
     QTextCodec::codecForName("UTF-8")->toUnicode(text.data(), static_cast<int>(text.size()), &state);
@@ -35,17 +33,21 @@ void requireUtf8(std::string_view text, const std::string& filename) {
 
 Configuration readConfigurationFile(const QString& filename) {
     const std::string name = filename.toStdString();
-    const auto file = Brindle::RegularFile::read(name, largestFile + 1);
+    const auto file = Brindle::RegularFile::read(name, largestConfiguration + 1);
     if (!file.isRead()) {
         throw Brindle::located(Brindle::Critical("Unable to open configuration file"), BRINDLE_HERE,
                                {{"filename", name}, {"reason", file.reason}});
     }
-    if (file.text.size() > largestFile) {
+    if (file.text.size() > largestConfiguration) {
         throw Brindle::located(Brindle::Critical("Configuration file is larger than 1 MiB"), BRINDLE_HERE,
                                {{"filename", name}});
     }
-    requireUtf8(file.text, name);
-    return Configuration::parse(file.text, name);
+    return parseConfiguration(file.text, name);
+}
+
+Configuration parseConfiguration(const std::string& text, const std::string& filename) {
+    requireUtf8(text, filename);
+    return Configuration::parse(text, filename);
 }
 
 void writeConfigurationFile(const QString& filename, const Configuration& configuration) {

@@ -50,6 +50,14 @@ void scrollTo(const CheckedCell& cell) {
     scrollTo(cell.table->viewport(), cell.table->visualRect(index));
 }
 
+QString keyOf(const QWidget* widget) {
+    return widget->objectName();
+}
+
+QString keyOf(const CheckedCell& cell) {
+    return cell.table->objectName() + "/" + QString::number(cell.item->row());
+}
+
 const QWidget* widgetOf(const QWidget* widget) {
     return widget;
 }
@@ -63,6 +71,7 @@ const QWidget* widgetOf(const CheckedCell& cell) {
 void CheckMark::set(const CheckedParts& parts, const QString& problem) {
     clear();
     _parts = parts;
+    _problem = problem;
     for (const CheckedPart& part : _parts) {
         std::visit(
             [&](const auto& marked) {
@@ -97,8 +106,17 @@ void CheckMark::scrollToFirst() {
 void CheckMark::clear() {
     for (const QMetaObject::Connection& watch : std::exchange(_watches, {}))
         disconnect(watch);
+    _problem.clear();
     for (const CheckedPart& part : std::exchange(_parts, {}))
         std::visit([](const auto& marked) { mark(marked, QString()); }, part);
+}
+
+QStringList CheckMark::getKeys() const {
+    QStringList keys;
+    for (const CheckedPart& part : _parts)
+        keys += std::visit([](const auto& marked) { return keyOf(marked); }, part);
+    keys.removeDuplicates();
+    return keys;
 }
 
 void CheckMark::watch(QWidget* editor) {

@@ -3,6 +3,7 @@
 #include <QObject>
 #include <QStandardItem>
 #include <QString>
+#include <QStringList>
 #include <QWidget>
 
 #include <functional>
@@ -35,6 +36,11 @@ public:
     /// Marks the parts, which are kept, not owned, and nothing else. Editing one of them takes the mark off all.
     void set(const CheckedParts& parts, const QString& problem);
 
+    /// Why parts are marked; empty when none is.
+    const QString& getProblem() const { return _problem; }
+    /// The marked parts as a configuration names them: keys of fields and tables, with "/" and the row for a cell.
+    QStringList getKeys() const;
+
 public Q_SLOTS:
     void clear();
 
@@ -46,6 +52,7 @@ private:
     void watchCells(const QAbstractItemModel* model, const std::function<bool(const QModelIndex&)>& isWatched);
 
     CheckedParts _parts; // that are marked
+    QString _problem;
     std::vector<QMetaObject::Connection> _watches;
 };
 

@@ -20,18 +20,25 @@ QString getDirectories(QString name) {
     return lastComponent.isEmpty() ? name : name.remove(lastComponent);
 }
 
+QString getPath(const QString& directory, const QString& name) {
+    return directory + "/" + name;
+}
+
 } // namespace
+
+void requireInside(const QString& directory, const GeneratedFiles& files) {
+    for (const auto& [name, content] : files) {
+        if (!staysInside(name) || !staysInside(getDirectories(name)))
+            throw Brindle::Fatal("Unable to open file " + getPath(directory, name).toStdString());
+    }
+}
 
 void writeGeneratedFiles(const QString& directory, const GeneratedFiles& files,
                          const std::function<void(const QString& path, const QString& content)>& write) {
-    const auto getPath = [&directory](const QString& name) { return directory + "/" + name; };
-    for (const auto& [name, content] : files) {
-        if (!staysInside(name) || !staysInside(getDirectories(name)))
-            throw Brindle::Fatal("Unable to open file " + getPath(name).toStdString());
-    }
+    requireInside(directory, files);
     for (const auto& [name, content] : files) {
         QDir(directory).mkpath("./" + getDirectories(name));
-        write(getPath(name), content);
+        write(getPath(directory, name), content);
     }
 }
 

@@ -11,10 +11,13 @@ namespace Velmora {
 /// the script's bytes one a character (Latin-1); names are text.
 using GeneratedFiles = std::map<QString, QString>;
 
+/// Throws Brindle::Fatal "Unable to open file " and its path when a file would leave the directory: its name is
+/// absolute or climbs out with "..".
+void requireInside(const QString& directory, const GeneratedFiles& files);
+
 /// Hands each file to `write`, with its path below the directory and its content, in ascending order of the names; the
-/// directories that its name asks for are made before. Nothing is made or written, and Brindle::Fatal "Unable to open
-/// file " and its path thrown, when a file would leave the directory (its name is absolute or climbs out with "..").
-/// What `write` throws ends the writing; the files before stay.
+/// directories that its name asks for are made before. Throws what `requireInside` does, before anything is made or
+/// written. What `write` throws ends the writing; the files before stay.
 void writeGeneratedFiles(const QString& directory, const GeneratedFiles& files,
                          const std::function<void(const QString& path, const QString& content)>& write);
 

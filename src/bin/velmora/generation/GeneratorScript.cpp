@@ -10,8 +10,10 @@
 #include <Brindle/core/Exception.h>
 #include <Brindle/widgets/RegularFile.h>
 
+#include <algorithm>
 #include <array>
 #include <clocale>
+#include <cmath>
 #include <string_view>
 #include <tuple>
 
@@ -109,12 +111,22 @@ public:
         return PyDict_Contains(_variables, key.get()) == 1 ? PyDict_GetItemString(_variables, name) : nullptr;
     }
 
+    /// What the function of that name in the module "__main__" returns for `argDict`; null when it raises, of which the
+    /// exception hook tells.
+    PythonObject call(const char* function) const {
+        PythonObject result =
+            PythonObject::owned(PyObject_CallFunctionObjArgs(find(function), find("argDict"), nullptr));
+        if (!result)
+            PyErr_Print();
+        return result;
+    }
+
     void finish() { Py_Finalize(); }
 
 private:
     /// What a failed run left behind must not be taken for a result of this one.
     void forgetEarlierRun() {
-        for (const char* name : {"text", "fileDict", "generate", "argDict"}) {
+        for (const char* name : {"text", "fileDict", "generate", "describe", "testBench", "check", "argDict"}) {
             if (find(name))
                 PyDict_DelItemString(_variables, name);
         }
@@ -170,6 +182,13 @@ GeneratedFiles toFiles(PyObject* fileDict) {
     return files;
 }
 
+void load(Interpreter& interpreter, const std::string& source, const std::string& argumentStatement) {
+    for (const char* statements : prelude)
+        interpreter.run(statements);
+    interpreter.run(source.c_str());
+    interpreter.run(argumentStatement.c_str());
+}
+
 /// Runs the script with the arguments, then the call; the result is what `convert` makes of the variable `resultName`.
 template <class Convert>
 auto generate(const std::string& source, const ArgumentDictionary& arguments, const char* call, const char* resultName,
@@ -177,10 +196,7 @@ auto generate(const std::string& source, const ArgumentDictionary& arguments, co
     const std::string argumentStatement = arguments.getStatement();
     Interpreter interpreter;
     const unsigned long errorCount = Brindle::console.getErrorCount();
-    for (const char* statements : prelude)
-        interpreter.run(statements);
-    interpreter.run(source.c_str());
-    interpreter.run(argumentStatement.c_str());
+    load(interpreter, source, argumentStatement);
     interpreter.run(call);
 
     PyObject* object = interpreter.find(resultName);
@@ -190,6 +206,103 @@ auto generate(const std::string& source, const ArgumentDictionary& arguments, co
     interpreter.finish();
     if (Brindle::console.getErrorCount() != errorCount)
         Brindle::console.error("Failed to generate the IP, please contact the provider.");
+    return result;
+}
+
+/// Texts of scripts are UTF-8.
+QString toUtf8Text(PyObject* object) {
+    const std::string_view bytes = getBytes(object);
+    return QString::fromUtf8(bytes.data(), static_cast<int>(bytes.size()));
+}
+
+/// The elements of a list; null when it is none.
+std::optional<std::vector<PyObject*>> toElements(PyObject* list) {
+    if (!PyList_CheckExact(list))
+        return std::nullopt;
+    std::vector<PyObject*> elements;
+    for (Py_ssize_t index = 0; index < PyList_GET_SIZE(list); ++index)
+        elements.push_back(PyList_GET_ITEM(list, index));
+    return elements;
+}
+
+bool isTuple(PyObject* object, Py_ssize_t size) {
+    return PyTuple_CheckExact(object) && PyTuple_GET_SIZE(object) == size;
+}
+
+std::optional<FactValue> toFactValue(PyObject* object) {
+    if (PyString_CheckExact(object))
+        return toUtf8Text(object);
+    if (PyFloat_CheckExact(object) && std::isfinite(PyFloat_AS_DOUBLE(object)))
+        return PyFloat_AS_DOUBLE(object);
+    if (!PyInt_CheckExact(object) && !PyLong_CheckExact(object))
+        return std::nullopt;
+    int overflow = 0;
+    const long long number = PyLong_AsLongLongAndOverflow(object, &overflow);
+    return overflow ? std::nullopt : std::optional<FactValue>(number);
+}
+
+std::optional<std::vector<Fact>> toFacts(PyObject* object) {
+    const auto elements = toElements(object);
+    if (!elements)
+        return std::nullopt;
+    std::vector<Fact> facts;
+    for (PyObject* element : *elements) {
+        if (!isTuple(element, 3) || !PyString_CheckExact(PyTuple_GET_ITEM(element, 0)) ||
+            !PyString_CheckExact(PyTuple_GET_ITEM(element, 2)))
+            return std::nullopt;
+        const auto value = toFactValue(PyTuple_GET_ITEM(element, 1));
+        if (!value)
+            return std::nullopt;
+        facts.push_back({toUtf8Text(PyTuple_GET_ITEM(element, 0)), *value, toUtf8Text(PyTuple_GET_ITEM(element, 2))});
+    }
+    return facts;
+}
+
+std::optional<std::vector<FailedCheck>> toFailedChecks(PyObject* object) {
+    const auto elements = toElements(object);
+    if (!elements)
+        return std::nullopt;
+    std::vector<FailedCheck> failures;
+    for (PyObject* element : *elements) {
+        if (!isTuple(element, 2) || !PyString_CheckExact(PyTuple_GET_ITEM(element, 0)))
+            return std::nullopt;
+        const auto keys = toElements(PyTuple_GET_ITEM(element, 1));
+        if (!keys || !std::ranges::all_of(*keys, [](PyObject* key) { return PyString_CheckExact(key); }))
+            return std::nullopt;
+        FailedCheck failure{toUtf8Text(PyTuple_GET_ITEM(element, 0)), {}};
+        for (PyObject* key : *keys)
+            failure.keys += toUtf8Text(key);
+        failures.push_back(failure);
+    }
+    return failures;
+}
+
+std::optional<QString> toBench(PyObject* object) {
+    return PyString_CheckExact(object) ? std::optional(toText(object)) : std::nullopt;
+}
+
+/// What `convert` makes of the result of a function that a script need not define; nothing when it does not. `convert`
+/// gives nothing for a result that is not what the function should return.
+template <class Convert>
+auto callOptional(const std::string& source, const ArgumentDictionary& arguments, const std::string& function,
+                  const std::string& wanted, Convert convert) -> decltype(convert(nullptr)) {
+    const std::string argumentStatement = arguments.getStatement();
+    const std::string quoted = "'" + function + "'";
+    Interpreter interpreter;
+    const unsigned long errorCount = Brindle::console.getErrorCount();
+    load(interpreter, source, argumentStatement);
+    if (Brindle::console.getErrorCount() != errorCount)
+        throw Brindle::Fatal("The script failed before " + quoted + " was called");
+    decltype(convert(nullptr)) result;
+    if (interpreter.find(function.c_str())) {
+        const PythonObject returned = interpreter.call(function.c_str());
+        if (!returned)
+            throw Brindle::Fatal(quoted + " ended by an exception");
+        result = convert(returned.get());
+        if (!result)
+            throw Brindle::Fatal(quoted + " should return " + wanted);
+    }
+    interpreter.finish();
     return result;
 }
 
@@ -211,6 +324,21 @@ QString GeneratorScript::generateText(const ArgumentDictionary& arguments) const
 
 GeneratedFiles GeneratorScript::generateFiles(const ArgumentDictionary& arguments) const {
     return generate(_source, arguments, "fileDict = generate(argDict)", "fileDict", toFiles);
+}
+
+std::optional<std::vector<Fact>> GeneratorScript::describe(const ArgumentDictionary& arguments) const {
+    return callOptional(_source, arguments, "describe",
+                        "a list of (label, value, unit), label and unit as str, the value as int, float or str",
+                        toFacts);
+}
+
+std::optional<QString> GeneratorScript::makeTestBench(const ArgumentDictionary& arguments) const {
+    return callOptional(_source, arguments, "testBench", "a str", toBench);
+}
+
+std::optional<std::vector<FailedCheck>> GeneratorScript::check(const ArgumentDictionary& arguments) const {
+    return callOptional(_source, arguments, "check", "a list of (message, [keys]), each of them as str",
+                        toFailedChecks);
 }
 
 } // namespace Velmora
