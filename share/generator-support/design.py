@@ -12,6 +12,14 @@ class Design(object):
         """Sentences on what the designer should know about the design."""
         return []
 
+    def advice(self):
+        """Further remarks for a designer who has not generated yet."""
+        return []
+
+    def facts(self):
+        """(label, value, unit) of what a designer wants to know, the most telling first; the unit may be ''."""
+        raise NotImplementedError
+
     def headerEntries(self):
         """(label, value) pairs of the comment in front."""
         raise NotImplementedError
@@ -31,3 +39,11 @@ class Design(object):
             printText(remark)
         # The program ends every line that it writes, the last one included.
         return (headerComment(self.headerEntries()) + '\n' + self.designText()).rstrip('\n')
+
+    def describe(self):
+        """The facts, none of a design that cannot be generated; what is worth knowing goes to the console."""
+        if self.problems():
+            return []
+        for remark in self.remarks() + self.advice():
+            printText(remark)
+        return self.facts()

@@ -47,9 +47,51 @@ class FirFilter(Design):
     def throughput(self):
         return '1 sample per clock'
 
-    def sumWidth(self):
-        """Bits of the sums of products."""
+    def clocksPerSample(self):
+        return 1
+
+    def multiplierCount(self):
+        """Multipliers of the architecture."""
         raise NotImplementedError
+
+    def reachedWidth(self):
+        """Bits of the smallest two's complement that holds every sum of products."""
+        raise NotImplementedError
+
+    def sumWidth(self):
+        """Bits of the sums of products in the text."""
+        raise NotImplementedError
+
+    def needsLimits(self):
+        """Whether a result can lie beyond the output's range and is to be limited."""
+        return False
+
+    def canWrap(self):
+        return self.reachedWidth() > self.truncatedBits + self.outputWidth and not self.needsLimits()
+
+    def facts(self):
+        return [
+            ('Taps', self.tapCount, ''),
+            ('Multipliers', self.multiplierCount(), ''),
+            ('Latency', self.latency(), 'clocks'),
+            ('Sum width', self.reachedWidth(), 'bits'),
+            ('Clocks per sample', self.clocksPerSample(), 'clocks'),
+            ('Output bits', '%d downto %d' % (self.highestOutputBit(), self.truncatedBits), ''),
+            ('Can wrap', 'yes' if self.canWrap() else 'no', ''),
+        ] + self.gainFacts()
+
+    def gainFacts(self):
+        return [('DC gain', sum(coefficient.value for coefficient in self.coefficients), '')]
+
+    def highestOutputBit(self):
+        """The highest bit of the sum that leaves the filter."""
+        return self.truncatedBits + self.outputWidth - 1
+
+    def advice(self):
+        if not self.canWrap():
+            return []
+        return ['Output Data width: results can wrap, as sums have up to %d bits and the highest bit that leaves is %d'
+                % (self.reachedWidth(), self.highestOutputBit())]
 
     def nameProblems(self):
         problem = entityNameProblem('Entity name', self.entityName, [self.entityName], ())

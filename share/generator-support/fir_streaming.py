@@ -24,13 +24,17 @@ class StreamingFir(FirFilter):
     def productWidth(self):
         return self.inputWidth + self.coefficientWidth
 
+    def reachedWidth(self):
+        if self.hasInputCoefficients:
+            return self.inputWidth + self.coefficientWidth + ceilingLog2(self.tapCount)
+        return widthOfSum([coefficient.value for coefficient in self.coefficients], self.inputWidth)
+
     def sumWidth(self):
         """Bits of the sums: what they can reach, but no more than the output shows, and no less than a product."""
-        if self.hasInputCoefficients:
-            reached = self.inputWidth + self.coefficientWidth + ceilingLog2(self.tapCount)
-        else:
-            reached = widthOfSum([coefficient.value for coefficient in self.coefficients], self.inputWidth)
-        return max(self.productWidth(), min(reached, self.truncatedBits + self.outputWidth))
+        return max(self.productWidth(), min(self.reachedWidth(), self.truncatedBits + self.outputWidth))
+
+    def gainFacts(self):
+        return [] if self.hasInputCoefficients else FirFilter.gainFacts(self)
 
     def kindEntries(self):
         mode = 'Input' if self.hasInputCoefficients else 'Constant'

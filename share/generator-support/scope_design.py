@@ -6,7 +6,7 @@ SCOPE_SCRIPT_VERSION = '1.0.0'
 class ScopeDesign(Design):
     """A scope described by the argument dictionary; each kind derives from it.
 
-    A kind has the attributes ipName and templateName and the methods that raise NotImplementedError here.
+    A kind has the attributes ipName, templateName and sampleWidth and the methods that raise NotImplementedError here.
     """
 
     def __init__(self, argDict):
@@ -27,6 +27,14 @@ class ScopeDesign(Design):
         unitNames = [self.entityName, self.entityName + '_pkg']
         problem = entityNameProblem('Entity name', self.entityName, unitNames, usedNames)
         return [problem] if problem else []
+
+    def facts(self):
+        return [
+            ('Samples', self.captureDepth, ''),
+            ('Sample width', self.sampleWidth, 'bits'),
+            ('Memory', self.captureDepth * self.sampleWidth, 'bits'),
+            ('Trigger lines', self.triggerLineCount, ''),
+        ]
 
     def parameterEntries(self):
         """(label, value) pairs of the parameters."""

@@ -23,6 +23,7 @@ class Design:
     origin: ParameterSet
     arguments: dict
     path: pathlib.Path
+    facts: dict  # that the program tells of it; None where no form gives it
     seed: int
     is_long: bool
 
@@ -45,10 +46,10 @@ class Design:
 
 
 def generate(ip, sets, directory):
-    """(parameter set, file, arguments, errors) of each design; what no form gives comes from the script."""
+    """(parameter set, file, arguments, errors, facts) of each design; what no form gives comes from the script."""
     formed = [each for each in sets if not each.changes]
     for each, made in zip(formed, program.generate(ip, [each.form for each in formed], directory)):
-        yield each, made.path, made.arguments, made.errors
+        yield each, made.path, made.arguments, made.errors, made.facts
     changed = [each for each in sets if each.changes]
     if not changed:
         return
@@ -58,7 +59,7 @@ def generate(ip, sets, directory):
         path = directory / f"{ip}_{each.name}/design.vhd"
         path.parent.mkdir()
         write_files(result, path)
-        yield each, path, given, result.errors
+        yield each, path, given, result.errors, None
 
 
 def main(description, ips, parameter_sets, check, events=None):
@@ -80,12 +81,12 @@ def main(description, ips, parameter_sets, check, events=None):
         sets = [each for each in parameter_sets(ip, options.seed, is_long) if not options.set or each.name in options.set]
         missing = set() if options.set else set((events or {}).get(ip, ()))
         with tempfile.TemporaryDirectory() as scratch:
-            for each, path, arguments, errors in generate(ip, sets, pathlib.Path(scratch)):
+            for each, path, arguments, errors, facts in generate(ip, sets, pathlib.Path(scratch)):
                 print(f"{ip} {each.name}: {each.form} {each.changes or ''}", flush=True)
                 count += 1
                 try:
                     require(not errors, f"the script reports {errors}")
-                    design = Design(each, arguments, path, options.seed, is_long)
+                    design = Design(each, arguments, path, facts, options.seed, is_long)
                     step("analysis", design.analyse)
                     missing -= set(check(design) or ())
                 except CheckFailed as fault:

@@ -16,11 +16,12 @@ ECHO = "import json\n\n\ndef generate(argDict):\n    return json.dumps(argDict)\
 
 
 class Generated(typing.NamedTuple):
-    """A file that the program wrote, the arguments that its script got, and the errors that it reported."""
+    """A file that the program wrote, the arguments that its script got, the errors that it reported, and the facts."""
 
     path: pathlib.Path
     arguments: dict
     errors: list
+    facts: dict
 
 
 def configuration(ip, form):
@@ -35,22 +36,22 @@ def configuration(ip, form):
     return "".join(f"{key} = {value}\n" for key, value in lines.items())
 
 
-def run(prefix, files):
-    """Generates from configurations; returns what the program tells of each."""
-    command = [BUILD / "bin/velmora-generate", "run", "--json", *files]
+def tell(prefix, command, files):
+    """What the program tells of each configuration, called with a command and the files."""
+    command = [BUILD / "bin/velmora-generate", command, "--json", *files]
     outcome = subprocess.run(command, env={**ENVIRONMENT, "ORVANE_PREFIX": str(prefix)}, stdout=subprocess.PIPE,
                              stderr=subprocess.DEVNULL, text=True, check=False)
     return json.loads(outcome.stdout)
 
 
-def make_echo(ip, prefix):
-    """An installation of the IP with a script that returns its arguments."""
+def make_installation(ip, prefix, script=ECHO):
+    """An installation of the IP with a script of the test's own, by default one that returns its arguments."""
     directory = prefix / "share/velmora/Orvane" / ip
     directory.mkdir(parents=True)
     (prefix / "etc").symlink_to(BUILD / "prefix/etc")
     (directory / "config").write_bytes((CATALOGUE / ip / "config").read_bytes())
-    (directory / "echo.py").write_text(ECHO)
-    subprocess.run([BUILD / "bin/velmora-seal", "seal", directory / "echo.py", "-o", directory / "generator.py", "--key",
+    (directory / "plain.py").write_text(script)
+    subprocess.run([BUILD / "bin/velmora-seal", "seal", directory / "plain.py", "-o", directory / "generator.py", "--key",
                     BUILD / "keys/scripts", "--signer", BUILD / "keys/signer.private.pem"], check=True, stdout=subprocess.DEVNULL)
 
 
@@ -58,7 +59,7 @@ def arguments_of(ip, forms):
     """The argument dictionary of each form."""
     with tempfile.TemporaryDirectory() as folder:
         prefix = pathlib.Path(folder) / "prefix"
-        make_echo(ip, prefix)
+        make_installation(ip, prefix)
         told = write_and_run(prefix, ip, forms, prefix.parent)
         refused = [each["messages"] for each in told if "output" not in each]
         assert not refused, f"the form refuses {refused}"
@@ -67,9 +68,12 @@ def arguments_of(ip, forms):
 
 def generate(ip, forms, directory):
     """What the program makes of each form, in a folder of its own below the directory."""
+    ran = write_and_run(BUILD / "prefix", ip, forms, directory)
+    previews = tell(BUILD / "prefix", "preview", [told["file"] for told in ran])
     return [Generated(pathlib.Path(told.get("output", "")), arguments,
-                      [message["text"] for message in told["messages"] if message["kind"] == "error"])
-            for told, arguments in zip(write_and_run(BUILD / "prefix", ip, forms, directory), arguments_of(ip, forms))]
+                      [message["text"] for message in told["messages"] if message["kind"] == "error"],
+                      {fact["label"]: fact["value"] for fact in preview["facts"]})
+            for told, arguments, preview in zip(ran, arguments_of(ip, forms), previews)]
 
 
 def write_and_run(prefix, ip, forms, directory):
@@ -77,4 +81,4 @@ def write_and_run(prefix, ip, forms, directory):
     for form, file in zip(forms, files):
         file.parent.mkdir()
         file.write_text(configuration(ip, form), encoding="utf-8")
-    return run(prefix, files)
+    return tell(prefix, "run", files)

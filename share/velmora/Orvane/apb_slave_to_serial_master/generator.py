@@ -7,6 +7,7 @@ from quarnel import printError
 IP_NAME = 'APB slave to serial master'
 SCRIPT_VERSION = '1.0.0'
 DEFAULT_ENTITY = 'apb_serial_master'
+TOP_TEMPLATE = 'rtl/apb_serial_master.vhd'
 PACKAGE_TEMPLATE = 'rtl/apb_serial_master_pkg.vhd'
 
 # Comment marks by file name extension: what begins and what ends a line.
@@ -86,12 +87,28 @@ def usedNames():
     return set(name for name in names if DEFAULT_ENTITY not in name)
 
 
+def nameProblem(entityName):
+    """Sentence that says why the entity cannot have that name, or None."""
+    unitNames = [pattern % entityName for pattern in ('%s', '%s_pkg', '%s_fifo', '%s_engine', 'tb_%s')]
+    return entityNameProblem('Entity name', entityName, unitNames, usedNames())
+
+
 def generate(argDict):
     entityName = argDict['%%ENTITY_NAME%%']
-    unitNames = [pattern % entityName for pattern in ('%s', '%s_pkg', '%s_fifo', '%s_engine', 'tb_%s')]
-    problem = entityNameProblem('Entity name', entityName, unitNames, usedNames())
+    problem = nameProblem(entityName)
     if problem:
         printError(problem)
         return {}
     return dict((renameEntity(templateName, DEFAULT_ENTITY, entityName), fileContent(templateName, entityName))
                 for templateName in TEMPLATES)
+
+
+def describe(argDict):
+    if nameProblem(argDict['%%ENTITY_NAME%%']):
+        return []
+    highestAddressBit = re.search(r'paddr +: in +std_logic_vector\((\d+) downto 0\)', TEMPLATES[TOP_TEMPLATE]).group(1)
+    return [
+        ('Files', len(TEMPLATES), ''),
+        ('Address space', 2 ** (int(highestAddressBit) + 1), 'bytes'),
+        ('Registers', len(registers()), ''),
+    ]

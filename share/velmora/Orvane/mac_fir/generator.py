@@ -50,11 +50,16 @@ class MacFir(FirFilter):
             width = min(width, self.truncatedBits + self.outputWidth)
         return max(self.inputWidth + self.coefficientWidth, width)
 
+    def clocksPerSample(self):
+        return self.stepCount
+
+    def multiplierCount(self):
+        return self.unitCount
+
     def reachedWidth(self):
         return widthOfSum([coefficient.value for coefficient in self.coefficients], self.inputWidth)
 
     def needsLimits(self):
-        """Whether a result can lie beyond the output's range and is to be limited."""
         return self.hasSaturation and self.reachedWidth() > self.truncatedBits + self.outputWidth
 
     def kindEntries(self):
@@ -161,3 +166,7 @@ def ceilingQuotient(dividend, divisor):
 
 def generate(argDict):
     return MacFir(argDict).generate()
+
+
+def describe(argDict):
+    return MacFir(argDict).describe()

@@ -241,3 +241,7 @@ def enableText(isEnabled):
 
 def generate(argDict):
     return Scope(argDict).generate()
+
+
+def describe(argDict):
+    return Scope(argDict).describe()

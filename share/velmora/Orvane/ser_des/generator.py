@@ -153,8 +153,8 @@ class SerDes(Design):
         for side in ('SER', 'DES'):
             for index, entry in aggregateEntries(self.arguments[side + '_LOCATIONS']):
                 if not entry:
-                    found.append('%s%d has no location and gets "%s": place it by the constraints of the project.'
-                                 % (side, index, NO_LOCATION))
+                    found.append('%s: %s%d has none and gets "%s": place it by the constraints of the project.'
+                                 % (sectionLabel('Location', side), side, index, NO_LOCATION))
         found += self.padRemarks()
         training = self.trainings['DES']
         if self.counts['DES'] and training in [training[k:] + training[:k] for k in range(1, self.dataSize)]:
@@ -182,6 +182,17 @@ class SerDes(Design):
 
     def isDifferential(self, side):
         return self.strings[side + '_DIFFERENTIAL'] == 'True'
+
+    def bitClock(self):
+        return self.wordClock * self.dataSize
+
+    def facts(self):
+        return [
+            ('Serialisers', self.counts['SER'], ''),
+            ('Deserialisers', self.counts['DES'], ''),
+            ('Bit clock', self.bitClock(), 'MHz'),
+            ('Word size', self.dataSize, 'bits'),
+        ]
 
     def headerEntries(self):
         entries = [
@@ -225,7 +236,7 @@ class SerDes(Design):
         vectorType = 'std_logic_vector(%s_DATA_SIZE - 1 downto 0)' % self.prefix
         lines = withComments([
             declaration('WORD_CLOCK', 'integer', self.wordClock),
-            declaration('BIT_CLOCK', 'integer', self.wordClock * self.dataSize),
+            declaration('BIT_CLOCK', 'integer', self.bitClock()),
             declaration('DATA_SIZE', 'integer', self.dataSize),
             declaration('SER_COUNT', 'integer', self.counts['SER']),
             declaration('DES_COUNT', 'integer', self.counts['DES']),
@@ -297,3 +308,7 @@ class SerDes(Design):
 
 def generate(argDict):
     return SerDes(argDict).generate()
+
+
+def describe(argDict):
+    return SerDes(argDict).describe()

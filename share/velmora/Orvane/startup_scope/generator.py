@@ -9,6 +9,7 @@ class StartupScope(ScopeDesign):
 
     def __init__(self, argDict):
         ScopeDesign.__init__(self, argDict)
+        self.sampleWidth = self.inputLineCount
         self.pattern = self.arguments['%%STARTUP_TRIG_VALUE%%']
 
     def parameterEntries(self):
@@ -29,7 +30,7 @@ class StartupScope(ScopeDesign):
             ('triggered', 'out', None, 'the trigger came'),
             ('done', 'out', None, 'capture complete, memory readable'),
             ('first_valid', 'out', self.captureWidth, 'number of the first sample that was recorded'),
-        ] + self.readPorts('number of a sample', self.inputLineCount)
+        ] + self.readPorts('number of a sample', self.sampleWidth)
 
     def blocks(self):
         return {'trigger value': [
@@ -38,3 +39,7 @@ class StartupScope(ScopeDesign):
 
 def generate(argDict):
     return StartupScope(argDict).generate()
+
+
+def describe(argDict):
+    return StartupScope(argDict).describe()

@@ -12,3 +12,7 @@ class SystolicFir(StreamingFir):
 
 def generate(argDict):
     return SystolicFir(argDict).generate()
+
+
+def describe(argDict):
+    return SystolicFir(argDict).describe()

@@ -20,3 +20,7 @@ class TransposeDualFir(StreamingFir):
 
 def generate(argDict):
     return TransposeDualFir(argDict).generate()
+
+
+def describe(argDict):
+    return TransposeDualFir(argDict).describe()

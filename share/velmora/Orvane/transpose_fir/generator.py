@@ -12,3 +12,7 @@ class TransposeFir(StreamingFir):
 
 def generate(argDict):
     return TransposeFir(argDict).generate()
+
+
+def describe(argDict):
+    return TransposeFir(argDict).describe()

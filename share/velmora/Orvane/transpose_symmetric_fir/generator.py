@@ -48,3 +48,7 @@ class TransposeSymmetricFir(StreamingFir):
 
 def generate(argDict):
     return TransposeSymmetricFir(argDict).generate()
+
+
+def describe(argDict):
+    return TransposeSymmetricFir(argDict).describe()

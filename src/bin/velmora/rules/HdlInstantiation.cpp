@@ -68,18 +68,28 @@ bool isOpenVector(const HdlObject& port) {
     return port.type.find('(') == std::string::npos && std::ranges::find(vectors, getMark(port)) != vectors.end();
 }
 
+/// The object's name with blanks up to that width.
+std::string getPadded(const HdlObject& object, std::size_t width) {
+    return object.name + std::string(width - object.name.size(), ' ');
+}
+
+std::size_t getNameWidth(const std::vector<HdlObject>& objects) {
+    std::size_t width = 0;
+    for (const HdlObject& object : objects)
+        width = std::max(width, object.name.size());
+    return width;
+}
+
 std::string getDeclarations(const HdlUnit& unit) {
     std::string text;
     for (const HdlObject& generic : unit.generics) {
         const bool isGiven = !generic.value.empty();
-        text += "constant " + generic.name + " : " + generic.type +
-                " := " + (isGiven ? generic.value : getPlaceholder(generic)) + ";" +
-                (isGiven ? "" : " -- to be chosen") + "\n";
+        text += "constant " + getPadded(generic, getNameWidth(unit.generics)) + " : " + generic.type +
+                " := " + (isGiven ? generic.value + ";" : getPlaceholder(generic) + "; -- to be chosen") + "\n";
     }
     for (const HdlObject& port : unit.ports) {
-        const bool isOpen = isOpenVector(port);
-        text += "signal " + port.name + " : " + port.type +
-                (isOpen ? "(0 downto 0); -- its width is to be chosen" : ";") + "\n";
+        text += "signal " + getPadded(port, getNameWidth(unit.ports)) + " : " + port.type +
+                (isOpenVector(port) ? "(0 downto 0); -- its width is to be chosen" : ";") + "\n";
     }
     return text;
 }
@@ -88,7 +98,7 @@ std::string getDeclarations(const HdlUnit& unit) {
 std::string getMap(std::string_view title, const std::vector<HdlObject>& objects) {
     std::string text;
     for (const HdlObject& object : objects)
-        text += (text.empty() ? "" : ",\n") + ("    " + object.name + " => " + object.name);
+        text += (text.empty() ? "" : ",\n") + ("    " + getPadded(object, getNameWidth(objects)) + " => " + object.name);
     return text.empty() ? text : "\n  " + std::string(title) + " map (\n" + text + "\n  )";
 }
 

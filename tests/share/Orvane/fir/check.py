@@ -40,13 +40,31 @@ def check_rules(design, described):
     return "text, header and ports"
 
 
-def check_simulation(ghdl, described, stimulus, *options):
+def check_facts(facts, described, judge):
+    """What the program tells of the filter is what its simulation showed, whose samples reach the ends of the sums' range."""
+    reached = max(judge.highest_sum.bit_length(), (~judge.lowest_sum).bit_length()) + 1
+    is_constant = described.coefficients is not None
+    # The formula for any coefficients leaves a bit free where the number of taps is no power of two.
+    is_generous = not is_constant and described.tap_count & (described.tap_count - 1) != 0
+    seen = {
+        "Taps": described.tap_count, "Latency": max(judge.latencies), "Sum width": reached + is_generous,
+        "Clocks per sample": min(judge.intervals),
+        "Output bits": f"{described.truncation + described.output_width - 1} downto {described.truncation}",
+        "Can wrap": "yes" if judge.has_wrapped else "no"}
+    if is_constant:
+        seen["DC gain"] = sum(described.coefficients)
+    told = {label: value for label, value in facts.items() if label != "Multipliers"}
+    require(told == seen, f"the program tells {told}, but seen was {seen}")
+
+
+def check_simulation(ghdl, described, stimulus, facts, *options):
     bench = ClockedBench(described.entity, described.inputs(), described.outputs(),
                          ready="din_ready" if described.is_mac else None)
     judge = Judge(described)
     for number, outputs in bench.run(ghdl, [(line.patience, line.text()) for line in stimulus.lines], *options):
         judge.see(stimulus.lines[number], bench.fields(outputs))
     require(not judge.due, f"{len(judge.due)} outputs are missing at the end")
+    check_facts(facts, described, judge)
     return (f"{judge.output_count} outputs, {judge.edge} edges, {judge.reset_count} of them reset, "
             f"standard {ghdl.standard}")
 
@@ -54,7 +72,7 @@ def check_simulation(ghdl, described, stimulus, *options):
 def check_netlist(design, described, stimulus):
     """Simulates what GHDL's synthesis makes of the filter. Its wires are unknown until time has passed once."""
     ghdl = design.ghdl("93c").netlist(described.entity, design.path.parent / "netlist")
-    return check_simulation(ghdl, described, stimulus, "--ieee-asserts=disable-at-0")
+    return check_simulation(ghdl, described, stimulus, design.facts, "--ieee-asserts=disable-at-0")
 
 
 def check(design):
@@ -62,8 +80,8 @@ def check(design):
     stimulus = Stimulus(described, design.seed, design.is_long)
     step("rules", check_rules, design, described)
     for standard in ("93c", "08") if design.is_long else ("93c",):
-        step("simulation", check_simulation, design.ghdl(standard), described, stimulus)
-    step("synthesis", check_structure, design.ghdl("93c"), described)
+        step("simulation", check_simulation, design.ghdl(standard), described, stimulus, design.facts)
+    step("synthesis", check_structure, design.ghdl("93c"), described, design.facts["Multipliers"])
     if design.is_long or described.tap_count <= 10:
         step("netlist simulation", check_netlist, design, described, stimulus)
 

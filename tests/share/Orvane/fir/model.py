@@ -121,10 +121,12 @@ class Filter:
             return self.coefficients
         return port_coefficients + port_coefficients[::-1] if self.is_symmetric else port_coefficients
 
-    def result(self, taps, samples):
-        """The output for samples told newest first; those before a reset count as zero."""
-        step = 2 if self.is_dual else 1
-        total = sum(tap * sample for tap, sample in zip(taps, samples[::step]))
+    def total(self, taps, samples):
+        """The sum of products for samples told newest first; those before a reset count as zero."""
+        return sum(tap * sample for tap, sample in zip(taps, samples[::2 if self.is_dual else 1]))
+
+    def result(self, total):
+        """The output for a sum."""
         shifted = total >> self.truncation
         if self.is_limited:
             limit = 1 << (self.output_width - 1)
@@ -140,6 +142,9 @@ class Judge:
         self.edge = 0
         self.output_count = 0
         self.reset_count = 0
+        self.latencies, self.intervals = set(), set()  # clocks to the outputs, and between samples, that were seen
+        self.lowest_sum = self.highest_sum = 0         # of those that reached the output
+        self.has_wrapped = False
         self.reset()
 
     def reset(self):
@@ -173,12 +178,16 @@ class Judge:
         self.edge += 1
 
     def check_output(self, outputs):
-        is_due = bool(self.due) and self.due[0][0] == self.edge
+        is_due = bool(self.due) and self.due[0][0] + self.filter.latency == self.edge
         self.expect("dout_valid", outputs, str(int(is_due)))
         if not is_due:
             return
-        _, value, channel = self.due.popleft()
+        accepted, total, channel = self.due.popleft()
+        value = self.filter.result(total)
         self.expect("dout", outputs, binary(value, self.filter.output_width))
+        self.latencies.add(self.edge - accepted)
+        self.lowest_sum, self.highest_sum = min(self.lowest_sum, total), max(self.highest_sum, total)
+        self.has_wrapped |= not self.filter.is_limited and value != total >> self.filter.truncation
         if self.filter.is_dual:
             self.expect("dout_channel", outputs, channel)
         self.output_count += 1
@@ -198,7 +207,9 @@ class Judge:
 
     def accept(self, line):
         self.samples.appendleft(signed_value(int(line.din, 2), self.filter.input_width))
-        value = self.filter.result(self.filter.taps(line.coefficients), list(self.samples))
-        self.due.append((self.edge + self.filter.latency, value, str(self.accepted_count % 2)))
+        total = self.filter.total(self.filter.taps(line.coefficients), list(self.samples))
+        self.due.append((self.edge, total, str(self.accepted_count % 2)))
         self.accepted_count += 1
+        if self.last_accepted is not None:
+            self.intervals.add(self.edge - self.last_accepted)
         self.last_accepted = self.edge

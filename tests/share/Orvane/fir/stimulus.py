@@ -37,7 +37,7 @@ class Stimulus:
     def build(self, rounds):
         if self.filter.coefficients is None:
             self.coefs = "0" * self.filter.inputs()["coefs"]
-            self.reset_with_coefficients()
+            self.reset_with_coefficients(makes_largest_sums=True)
         else:
             # The initial values alone must make the filter work.
             self.stream([self.any_sample() for _ in range(5)], 0.0)
@@ -110,18 +110,18 @@ class Stimulus:
             self.reset(1, 0.5)
             self.stream([self.any_sample()], 0.0)
 
-    def reset_with_coefficients(self):
+    def reset_with_coefficients(self, makes_largest_sums=False):
         """New coefficients under reset: arbitrary ones first, the final ones for the last three clocks."""
         self.reset(1, 0.5)
         self.load_coefficients()
         self.reset(self.random.randint(1, 2), 0.5)
-        self.load_coefficients()
+        self.load_coefficients(makes_largest_sums)
         self.reset(3, 0.5)
 
-    def load_coefficients(self):
+    def load_coefficients(self, makes_largest_sums=False):
         width = self.filter.coefficient_width
         ends = [2**(width - 1), 2**(width - 1) - 1]
-        patterns = [self.random.choice(ends + 2 * [self.random.getrandbits(width)])
+        patterns = [ends[0] if makes_largest_sums else self.random.choice(ends + 2 * [self.random.getrandbits(width)])
                     for _ in range(self.filter.port_coefficient_count)]
         self.coefs = "".join(binary(pattern, width) for pattern in reversed(patterns))
         self.coefficients = tuple(signed_value(pattern, width) for pattern in patterns)

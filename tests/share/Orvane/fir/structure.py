@@ -61,14 +61,18 @@ def least_multipliers(described):
     return len(set(map(odd_part, values)) - {0, 1})
 
 
-def check_structure(ghdl, described):
-    """Compares the counts with what the kind promises and tells them."""
+def check_structure(ghdl, described, told_multipliers):
+    """Compares the counts with what the kind promises and the program tells, and tells them."""
     cells, remarks = netlist(ghdl, described)
     found = counts(cells)
     units, is_serial = described.multiplier_count, described.clocks_per_sample > 1
     most_adders = 2 * units - 1 if is_serial else described.tap_count - 1
     for name, lowest, highest in (("multipliers", least_multipliers(described), units), ("adders", 0, most_adders)):
         require(lowest <= found[name] <= highest, f"{found[name]} {name}, not {lowest} to {highest}")
+    # Those that vanish in synthesis are built in the text all the same.
+    vanished = units - least_multipliers(described)
+    require(found["multipliers"] <= told_multipliers <= found["multipliers"] + vanished,
+            f"{told_multipliers} multipliers told, but {found['multipliers']} found")
     memory_count = remarks.count("found RAM")
     require(memory_count == (units if is_serial else 0), f"{memory_count} memories found for {units} units")
     return ", ".join(f"{count} {name}" for name, count in found.items())

@@ -92,6 +92,10 @@ def check_synthesis(ghdl, design, model):
         "select -assert-none t:$_DLATCH* t:$_SR*", "abc -lut 6", "opt_clean", "stat"])
     memories = re.findall(r"found RAM.*width: (\d+) bits, depth: (\d+)", notes)
     require(memories == [(str(model.sample_width), str(model.depth))], f"memories found: {memories}\n{notes}")
+    if design.facts:
+        told = [design.facts[label] for label in ("Sample width", "Samples", "Memory", "Trigger lines")]
+        width, depth = map(int, memories[0])
+        require(told == [width, depth, width * depth, number(design.arguments, "TRIGGER_LINE_COUNT")], f"told is {told}")
     return "1 memory, {} LUT6, {} flip-flops".format(*cell_counts(report))
 
 

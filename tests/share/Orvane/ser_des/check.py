@@ -116,6 +116,8 @@ def check(design):
     (plain.directory / "plain.vhd").write_text(without_attributes(design.path.read_text()))
     plain.analyse(["plain.vhd"])
     step("rules", check_rules, interface, design.path.read_bytes())
+    told = [design.facts[label] for label in ("Serialisers", "Deserialisers", "Bit clock", "Word size")]
+    require(told == [*interface.counts.values(), int(interface.arguments["BIT_CLOCK"]), interface.shape.size], f"told is {told}")
     clocks = ALL_CLOCKS if design.is_long else [HARDEST_CLOCKS, choice.choice(ALL_CLOCKS)]
     if interface.counts["ser"] or not interface.counts["des"]:  # there is nothing to receive otherwise
         step("simulation", check_simulations, interface, design.ghdl("08"), clocks, design.seed)

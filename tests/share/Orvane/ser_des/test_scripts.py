@@ -126,7 +126,7 @@ class SerDesTests(script_tests.TextTests):
     def test_missing_location_is_remarked(self):
         for side in ("SER", "DES"):
             result, = self.results(IP, [{f"{side}_LOCATIONS": '(0 => "05P", 1 => "")'}])
-            self.expect_remarks(result, f"^{side}1 has no location")
+            self.expect_remarks(result, rf"^Location \({side} parameters\): {side}1 has none")
             self.assertRegex(result.text, r'attribute pad_location of \w+ : signal is "05P,XXX";')
 
     def test_pads_that_differential_lines_cannot_have_are_remarked(self):
@@ -137,7 +137,7 @@ class SerDesTests(script_tests.TextTests):
             (both, [pair]), ({**both, **single}, []), ({"DES_LOCATIONS": '(0 => "03P", 1 => "01N")'}, [across]),
             ({"DES_LOCATIONS": '(0 => "03P", 1 => "01N")', **single}, [across]),
             ({"DES_LOCATIONS": '(0 => "03P", 1 => "")', "SER_LOCATIONS": '(0 => "", 1 => "01N")'},
-             ["^SER0 has no location", "^DES1 has no location"]),
+             ["^Location .SER parameters.: SER0 has none", "^Location .DES parameters.: DES1 has none"]),
             ({"SER_PADTYPE": '"SSTL_2.5V_II"'}, [r"^Pad type \(SER parameters\): SSTL_2.5V_II has one pin"]),
             ({"SER_PADTYPE": '"BLVDS_2.5V"'}, []), ({"DES_PADTYPE": '"LVTTL_3.3V"', **NO_DES}, []),
             ({"SER_PADTYPE": '"LVCMOS_2.5V"', **single}, [])]
