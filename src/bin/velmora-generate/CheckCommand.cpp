@@ -19,8 +19,12 @@ name from --output may still be without an entity name.
                "ip", "succeeded" and "messages".
   -q, --quiet  Show errors alone.
 
+FILE may be - for standard input.
+
 Exit status: 0 when all files are good, 1 when one is not, 2 for a wrong command
 line.
+
+Example: velmora-generate check *.velmora
 )";
 
 int run(const Brindle::CommandLine& commandLine) {

@@ -21,6 +21,8 @@ constexpr std::string_view help = R"(Usage: velmora-generate list [--json]
 Shows the installed IPs: name, category, company and variants.
 
       --json  Write one JSON text, a list of objects that also hold the uid.
+
+Example: velmora-generate list
 )";
 
 QStringList toCells(const Velmora::IPDescription& description) {

@@ -25,6 +25,7 @@ Generates from configurations what the program's window would. The output stands
 beside the configuration: a file named after the entity with the extension .vhd,
 or for an IP of several files a directory named after the entity. It is replaced
 only when its generation succeeded. A file that fails does not stop the others.
+FILE may be - for standard input.
 
   -o, --output OUTPUT  The output of the one FILE, or an existing directory for
                        the outputs of several.

@@ -98,7 +98,8 @@ std::string getDeclarations(const HdlUnit& unit) {
 std::string getMap(std::string_view title, const std::vector<HdlObject>& objects) {
     std::string text;
     for (const HdlObject& object : objects)
-        text += (text.empty() ? "" : ",\n") + ("    " + getPadded(object, getNameWidth(objects)) + " => " + object.name);
+        text +=
+            (text.empty() ? "" : ",\n") + ("    " + getPadded(object, getNameWidth(objects)) + " => " + object.name);
     return text.empty() ? text : "\n  " + std::string(title) + " map (\n" + text + "\n  )";
 }
 
@@ -111,12 +112,12 @@ std::string getLabel(const HdlUnit& unit) {
     return label;
 }
 
-/// "  port ( ... );" of a component.
+/// "  port ( ... );" of a component, which needs no defaults.
 std::string getList(std::string_view title, const std::vector<HdlObject>& objects) {
     std::string text;
     for (const HdlObject& object : objects) {
-        text += (text.empty() ? "" : ";\n") + ("    " + object.name + " : " + object.mode + " " + object.type) +
-                (object.value.empty() ? "" : " := " + object.value);
+        text += (text.empty() ? "" : ";\n") +
+                ("    " + getPadded(object, getNameWidth(objects)) + " : " + object.mode + " " + object.type);
     }
     return text.empty() ? text : "  " + std::string(title) + " (\n" + text + "\n  );\n";
 }

@@ -63,7 +63,7 @@ public:
         std::size_t size = 1;
         while (_position + size < _text.size() && peek(size) != quote && peek(size) != '\n')
             size += escape && peek(size) == escape ? 2U : 1U;
-        take(size + 1);
+        take(peek(size) == quote ? size + 1 : size);
     }
     /// Passes over the directive of the line, or over an enciphered region.
     void skipProtected() {

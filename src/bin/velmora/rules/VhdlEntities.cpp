@@ -30,8 +30,16 @@ HdlObject readOtherGeneric(HdlTokenWalk walk) {
     return object;
 }
 
+/// A string or extended name that its line does not end.
+bool isOpen(const HdlToken& token) {
+    const char first = token.text.front();
+    return (first == '"' || first == '\\') && (token.text.size() == 1 || token.text.back() != first);
+}
+
 /// Appends what an element of an interface list declares; false when it declares nothing.
 bool readDeclaration(const HdlTokens& tokens, std::vector<HdlObject>& objects) {
+    if (std::ranges::any_of(tokens, isOpen))
+        return false;
     HdlTokenWalk walk(tokens);
     if (isOneOf(walk.peek(), otherGenerics)) {
         objects.push_back(readOtherGeneric(walk));

@@ -106,7 +106,11 @@ private:
     };
 
     /// Runs the program, or another one, in the test's directory with nothing of the user's own: no display, no home.
-    Outcome run(const QStringList& arguments, const QString& program = VELMORA_GENERATE) const;
+    Outcome run(const QStringList& arguments, const QString& program = VELMORA_GENERATE,
+                const QByteArray& input = {}) const;
+    QJsonObject preview(const QString& filename) const {
+        return run({"preview", filename, "--json"}).json()[0].toObject();
+    }
     Outcome generate(const QStringList& arguments) const { return run(QStringList("run") + arguments); }
     /// What the shell offers for the last of the words behind the program's name.
     Outcome complete(const QStringList& words);
@@ -133,6 +137,12 @@ private Q_SLOTS:
 
     void sameAsTheWindow_data() { Examples::addRows(); }
     void sameAsTheWindow();
+    void previewEqualsRun_data() { Examples::addRows(); }
+    void previewEqualsRun();
+    void previewsOfWhatFails();
+    void previewHidesWhatIsProtected();
+    void benches();
+    void standardInput();
     void catalogueCommands();
     void descriptions_data() { Examples::addRows(); }
     void descriptions();
@@ -164,10 +174,13 @@ void GenerateTest::init() {
     qputenv("SOURCE_DATE_EPOCH", "1767225600");
 }
 
-GenerateTest::Outcome GenerateTest::run(const QStringList& arguments, const QString& program) const {
+GenerateTest::Outcome GenerateTest::run(const QStringList& arguments, const QString& program,
+                                        const QByteArray& input) const {
     QProcess process;
     process.setProcessEnvironment(_environment);
     process.start(program, arguments);
+    process.write(input);
+    process.closeWriteChannel();
     const bool hasEnded = process.waitForFinished(-1) && process.exitStatus() == QProcess::NormalExit;
     QStringList errors = QString::fromUtf8(process.readAllStandardError()).split('\n', Qt::SkipEmptyParts);
     // fontconfig reads SOURCE_DATE_EPOCH too when it makes a cache, and complains of it by itself
@@ -238,6 +251,113 @@ void GenerateTest::sameAsTheWindow() {
     QCOMPARE(report["output"].toString(), "output");
     QVERIFY(!filesOf(windowOutput).isEmpty());
     QCOMPARE(filesOf("output"), filesOf(windowOutput));
+}
+
+/// Previews write nothing, and hold what a generation writes.
+void GenerateTest::previewEqualsRun() {
+    QFETCH(QString, example);
+    useShippedCatalogue();
+    const QString place = QString(VELMORA_EXAMPLES) + "/" + example + ".velmora";
+    const auto present = filesOf(VELMORA_EXAMPLES);
+    const QJsonObject told = preview(place);
+    QCOMPARE(filesOf(VELMORA_EXAMPLES), present);
+    QVERIFY(told["succeeded"].toBool() && told["checked"].isNull() && told["errors"].toArray().isEmpty());
+    QCOMPARE(told["entity"].toString(), example);
+    QVERIFY(!told["ports"].toArray().isEmpty() && told["facts"].toArray().size() >= 3);
+
+    const Outcome outcome = generate({place, "--json", "-o", "output"});
+    QCOMPARE(told["ip"], outcome.json()[0].toObject()["ip"]);
+    QMap<QString, QByteArray> written = filesOf("output");
+    if (written.contains(""))
+        written = {{example + ".vhd", written[""]}};
+    QMap<QString, QByteArray> shown;
+    for (const QJsonValue file : told["files"].toArray())
+        shown[file["name"].toString()] = file["text"].toString().toUtf8();
+    QCOMPARE(shown, written);
+    const QJsonObject fact = told["facts"].toArray()[0].toObject();
+    QVERIFY(fact["label"] != "Files" || fact["value"].toInt() == written.size());
+    QVERIFY(run({"preview", place}).output.contains("\n  Ports of " + example.toUtf8() + "\n"));
+}
+
+/// What is wrong with a table's cell, with the script's results and with the file itself.
+void GenerateTest::previewsOfWhatFails() {
+    useShippedCatalogue();
+    const auto verify = [this](const QByteArray& content, const QString& error, const QJsonValue& checked) {
+        _prefix->write("a.velmora", content);
+        const QJsonObject told = preview("a.velmora");
+        QCOMPARE(told["errors"].toArray()[0].toString().section(" (filename", 0, 0), error);
+        QCOMPARE(told["checked"], checked);
+        QVERIFY(!told["succeeded"].toBool() && told["entity"].isNull() && told["instantiation"].isNull());
+        for (const char* list : {"facts", "generics", "ports", "files"})
+            QCOMPARE(told[list], QJsonArray());
+        QCOMPARE(run({"preview", "a.velmora"}).status, 1);
+    };
+    const auto refused = [](const QString& message, const QJsonArray& fields) {
+        return QJsonObject{{"message", message}, {"fields", fields}};
+    };
+    const QString noEntity = "Entity name not specified!";
+    verify(Examples::content("fir_mac").replace("Entity = fir_mac", "Entity ="), noEntity,
+           refused(noEntity, {"Entity"}));
+    const QString clash = "DES location '01P' is already used!";
+    verify(Examples::content("serdes_link").replace("DES/1 = 04P", "DES/1 = 01P"), clash,
+           refused(clash, {"LocationTableView/SER/0", "LocationTableView/DES/1"}));
+    verify(Examples::content("scope_bus").replace("Basic & Edges", "Basic"),
+           "Processing aborted [Unsupported value in basic trigger mode] (input: Trig0, value: Rising edge)",
+           QJsonValue());
+    verify(Examples::content("serdes_link").replace("= serdes_link", "= entity"),
+           "Entity name \"entity\" is a reserved word of VHDL: choose another name.", QJsonValue());
+    verify("company = Orvane\n", "'uid' is missing, a configuration begins with company, name and uid of its IP",
+           QJsonValue());
+}
+
+void GenerateTest::previewHidesWhatIsProtected() {
+    useShippedCatalogue();
+    set("ORVANE_PREFIX", _prefix->path());
+    addFilter(
+        "def generate(argDict):\n  return 'entity fir is end;\\n`protect begin\\nentity secret is end;\\n`protect "
+        "end\\n-- \\xff\\xef\\xbb\\xbf'\n"
+        "def testBench(argDict):\n  return '`protect begin\\nsecret\\n`protect end\\nentity fir_tb is end;'\n");
+    const QJsonObject told = preview("fir.velmora");
+    const QString text = told["files"].toArray()[0].toObject()["text"].toString();
+    QVERIFY(text.contains("`protect begin_protected\n") && text.endsWith(QString("-- \uFFFD\uFEFF\n")));
+    QVERIFY(!QJsonDocument(told).toJson().contains("secret"));
+    QCOMPARE(told["entity"].toString(), "fir");
+    QCOMPARE(run({"bench", "fir.velmora"}).status, 0);
+    const QByteArray bench = readFile("fir_tb.vhd");
+    QVERIFY(bench.startsWith("`protect begin_protected\n") && bench.endsWith("entity fir_tb is end;\n"));
+    QVERIFY(!bench.contains("secret"));
+}
+
+void GenerateTest::benches() {
+    useShippedCatalogue();
+    copyExamples();
+    QDir().mkpath("sim");
+    QCOMPARE(run({"bench", "spi_bridge.velmora"}).errors, QStringList());
+    generate({"spi_bridge.velmora"});
+    QCOMPARE(readFile("tb_spi_bridge.vhd"), readFile("spi_bridge/sim/tb_spi_bridge.vhd"));
+    set("ORVANE_PREFIX", _prefix->path());
+    addFilter("def generate(argDict):\n  return ''\n");
+    const Outcome none = run({"bench", "fir.velmora", "-o", "sim/fir_tb.vhd"});
+    QCOMPARE(none.status, 1);
+    QCOMPARE(none.errors.first().trimmed(), "Processing aborted [IP 'Systolic' has no test bench]");
+    addFilter("def testBench(argDict):\n  if argDict['%%ENTITY_NAME%%'] == 'b': printError('no')\n  return 'bench'\n");
+    addFilter(QByteArray(), "b", "b.velmora");
+    addFilter("def testBench(argDict):\n  if argDict['%%ENTITY_NAME%%'] == 'b': printError('no')\n  return 'bench'\n");
+    QCOMPARE(run({"bench", "b.velmora", "fir.velmora", "-o", "sim"}).status, 1);
+    QCOMPARE(filesOf("sim"), (QMap<QString, QByteArray>{{"fir_tb.vhd", "bench\n"}}));
+}
+
+void GenerateTest::standardInput() {
+    useShippedCatalogue();
+    const QByteArray content = Examples::content("fir_mac").replace("\n", "\r\n");
+    for (const char* command : {"check", "preview", "instantiate", "run"}) {
+        const Outcome outcome = run({command, "-"}, VELMORA_GENERATE, content);
+        QCOMPARE(outcome.errors, QStringList());
+        QCOMPARE(outcome.status, 0);
+    }
+    QVERIFY(readFile("fir_mac.vhd").contains("entity fir_mac is"));
+    const QString error = run({"preview", "-"}, VELMORA_GENERATE, "company\n").errors.first();
+    QVERIFY2(error.contains("(filename: -, line: 1)"), qPrintable(error));
 }
 
 void GenerateTest::catalogueCommands() {

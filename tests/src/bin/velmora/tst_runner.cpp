@@ -8,11 +8,13 @@
 #include <Brindle/core/Exception.h>
 
 #include <QTest>
+#include <QVariant>
 
 #include <csignal>
 #include <memory>
 #include <optional>
 #include <sys/stat.h>
+#include <variant>
 
 using Velmora::GeneratedFiles;
 
@@ -48,6 +50,9 @@ private Q_SLOTS:
     void textsOfBothKindsReachTheConsole();
     void nothingSurvivesANormalRun();
     void failedRunLeavesNoneOfTheRunnersNames();
+    void optionalFunctions();
+    void wrongAnswers_data();
+    void wrongAnswers();
     void scriptFileErrors();
     void userEnvironmentIsIgnored();
     void signalHandlersStay();
@@ -159,6 +164,78 @@ void RunnerTest::failedRunLeavesNoneOfTheRunnersNames() {
         run("found = [name for name in ('text', 'fileDict', 'generate', 'argDict') if name in globals()]\n" +
             returning("{'found': repr(found)}"));
     QCOMPARE(outcome.files->at("found"), QStringLiteral("[]"));
+}
+
+void RunnerTest::optionalFunctions() {
+    const auto open = [this](const QByteArray& script) {
+        return Velmora::GeneratorScript(_prefix->writeScript("script.py", script).toStdString());
+    };
+    Velmora::ArgumentDictionary arguments;
+    arguments.add("%%N%%", "caf\xC3\xA9");
+    const auto silent = open("describe_ = testBench_ = 1\n" + returning("{}"));
+    QVERIFY(!silent.describe(arguments) && !silent.makeTestBench(arguments) && !silent.check(arguments));
+
+    const auto script =
+        open("def describe(argDict):\n"
+             "  printText('Taps: few')\n"
+             "  return [('Name', argDict['%%N%%'], ''), ('Taps', 2 ** 40, 'taps'), ('Gain', 0.5, 'dB')]\n"
+             "def testBench(argDict):\n  return 'bench \\xff of ' + argDict['%%N%%']\n"
+             "def check(argDict):\n  return [('Too few', ['A', 'B/0']), ('Too many', [])]\n");
+    ConsoleRecorder recorder;
+    const auto facts = script.describe(arguments);
+    QStringList told;
+    for (const Velmora::Fact& fact : *facts) {
+        const QString value = std::visit([](const auto& held) { return QVariant(held).toString(); }, fact.value);
+        told += fact.label + "=" + value + "=" + fact.unit;
+    }
+    QCOMPARE(told, QStringList({QString::fromUtf8("Name=caf\xC3\xA9="), "Taps=1099511627776=taps", "Gain=0.5=dB"}));
+    QCOMPARE(script.makeTestBench(arguments)->toLatin1(), QByteArray("bench \xff of caf\xC3\xA9"));
+    const auto failures = script.check(arguments);
+    QCOMPARE(failures->size(), std::size_t{2});
+    QCOMPARE(failures->front().message, QStringLiteral("Too few"));
+    QCOMPARE(failures->front().keys, QStringList({"A", "B/0"}));
+    QCOMPARE(recorder.lines(), QStringList("Taps: few"));
+}
+
+void RunnerTest::wrongAnswers_data() {
+    const TestTable<QByteArray, QString> table("result", "exception");
+    const char* described =
+        "'describe' should return a list of (label, value, unit), label and unit as str, the value as "
+        "int, float or str";
+    table.row("nothing", "None", described);
+    table.row("tuple of facts", "(('a', 1, ''),)", described);
+    table.row("fact of two", "[('a', 1)]", described);
+    table.row("unicode as label", "[(u'a', 1, '')]", described);
+    table.row("no unit", "[('a', 1, None)]", described);
+    table.row("bool as value", "[('a', True, '')]", described);
+    table.row("no number", "[('a', float('nan'), '')]", described);
+    table.row("number beyond all", "[('a', 2 ** 63, '')]", described);
+    table.row("exception", "1 / 0", "'describe' ended by an exception");
+    table.row("no function", "[]\ndescribe = 3", "'describe' ended by an exception");
+    table.row("script that raises", "[]\nraise ValueError()", "The script failed before 'describe' was called");
+    table.row("bench as unicode", "[]\ntestBench = lambda arguments: u''", "'testBench' should return a str");
+    table.row("check of a message alone", "[]\ncheck = lambda arguments: ['x']",
+              "'check' should return a list of (message, [keys]), each of them as str");
+    table.row("check of a key that is no text", "[]\ncheck = lambda arguments: [('x', [1])]",
+              "'check' should return a list of (message, [keys]), each of them as str");
+}
+
+void RunnerTest::wrongAnswers() {
+    QFETCH(QByteArray, result);
+    const QString filename = _prefix->writeScript("script.py", "def describe(argDict):\n  return " + result + "\n");
+    const Velmora::GeneratorScript script(filename.toStdString());
+    const Velmora::ArgumentDictionary arguments;
+    ConsoleRecorder recorder;
+    QString exception;
+    try {
+        script.describe(arguments);
+        script.makeTestBench(arguments);
+        script.check(arguments);
+    } catch (const Brindle::Fatal& fatal) {
+        exception = fatal.what();
+    }
+    QTEST(exception, "exception");
+    QCOMPARE(run(returning("{}")).exception, QString()); // and the next generation works
 }
 
 void RunnerTest::scriptFileErrors() {
