@@ -77,7 +77,7 @@ bool writeBench(const ConfiguredIP& configured, const QString& filename, Output&
             return false;
         const QString path = output.take(filename, bench.name, false);
         Brindle::OutputFiles files(BRINDLE_HERE);
-        files.add(path.toStdString(), bench.content);
+        output.add(files, path, bench.content);
         files.commit();
         report.setOutput(path);
         return true;
@@ -87,13 +87,16 @@ bool writeBench(const ConfiguredIP& configured, const QString& filename, Output&
 int run(const Brindle::CommandLine& commandLine) {
     const QStringList filenames = getFilenames(commandLine);
     const auto path = commandLine.find("output");
-    Output output(path ? std::optional(QString::fromStdString(*path)) : std::nullopt, filenames);
+    Output output(path ? std::optional(QString::fromStdString(*path)) : std::nullopt, filenames,
+                  commandLine.has("json"));
     const Catalogue catalogue;
-    return runOnFiles(filenames, commandLine, [&](const QString& filename, FileReport& report) {
+    const auto handle = [&](const QString& filename, FileReport& report) {
         const ConfiguredIP configured = loadConfigured(catalogue, filename);
         report.setIP(configured.ip.description);
         return writeBench(configured, filename, output, report);
-    });
+    };
+    return runOnFilesApart(filenames, commandLine, handle,
+                           [&output](const QString& written) { output.setTaken(written); });
 }
 
 std::vector<Brindle::Option> getOptions() {

@@ -5,6 +5,7 @@
 
 #include <Brindle/core/Console.h>
 #include <Brindle/core/Exception.h>
+#include <Brindle/core/Text.h>
 #include <Brindle/tool/UsageError.h>
 
 #include <QFileInfo>
@@ -27,7 +28,7 @@ std::string getPrefix() {
     if (!prefix || !*prefix)
         throw Brindle::located(Brindle::UsageError("ORVANE_PREFIX is not set, " + wanted), BRINDLE_HERE);
     if (!QFileInfo(QString::fromUtf8(prefix) + "/share/velmora").isDir())
-        throw Brindle::located(Brindle::UsageError("ORVANE_PREFIX is '" + std::string(prefix) + "', " + wanted),
+        throw Brindle::located(Brindle::UsageError("ORVANE_PREFIX is " + Brindle::inQuotes(prefix) + ", " + wanted),
                                BRINDLE_HERE);
     return prefix;
 }
@@ -72,7 +73,7 @@ InstalledIP Catalogue::getNamed(const QString& name) const {
         return ips.front();
     if (ips.empty())
         showWrongDescriptions();
-    const std::string quoted = "'" + name.toStdString() + "'";
+    const std::string quoted = Brindle::inQuotes(name.toStdString());
     throw Brindle::located(Brindle::UsageError(ips.empty()
                                                    ? "No installed IP has the name or uid " + quoted +
                                                          ", 'velmora-generate list' shows those that are"
@@ -84,7 +85,8 @@ InstalledIP Catalogue::getConfigured(const Configuration& configuration) const {
     const auto owner = Velmora::findOwner(_ips, configuration, &InstalledIP::description);
     if (owner == _ips.end()) {
         showWrongDescriptions();
-        configuration.refuseIP("No installed IP is '" + configuration.getName() + "' of " + configuration.getCompany() +
+        configuration.refuseIP("No installed IP is " +
+                               Velmora::getIPLabel(configuration.getName(), configuration.getCompany()) +
                                ", 'velmora-generate list' shows those that are");
     }
     return *owner;
@@ -93,7 +95,7 @@ InstalledIP Catalogue::getConfigured(const Configuration& configuration) const {
 std::unique_ptr<Velmora::IPLeaf> loadForm(const InstalledIP& ip) {
     auto leaf = std::make_unique<Velmora::IPLeaf>(ip.descriptionFilename, Velmora::IPLeaf::Content::FormOnly);
     if (!leaf->getForm()) {
-        throw Brindle::located(Brindle::Critical("IP '" + leaf->getName() + "' of " + leaf->getCompany() +
+        throw Brindle::located(Brindle::Critical("IP " + Velmora::getIPLabel(leaf->getName(), leaf->getCompany()) +
                                                  " has no form, it cannot be generated"),
                                BRINDLE_HERE);
     }

@@ -13,11 +13,12 @@ constexpr std::string_view help = R"(Usage: velmora-generate check FILE... [--js
 
 Checks configurations as the forms of their IPs do before a generation.
 Scripts, which may refuse more, are not run, and an IP that takes its output's
-name from --output may still be without an entity name.
+name from --output may still be without an entity name. FILE may be a pipe, or -
+for standard input.
 
       --json   Write one JSON text, a list with an object for each file: "file",
                "ip", "succeeded" and "messages".
-  -q, --quiet  Show errors alone.
+  -q, --quiet  Show errors and remarks alone, on standard error.
 
 FILE may be - for standard input.
 

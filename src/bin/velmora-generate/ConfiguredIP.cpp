@@ -2,18 +2,26 @@
 
 #include <velmora/configuration/ConfigurationFile.h>
 
-#include <Brindle/core/TextLines.h>
 #include <Brindle/files/InputFile.h>
+
+#include <QFileInfo>
 
 namespace GenerateTool {
 
 namespace {
 
+/// From a file, or to the end of what is none: standard input, a pipe.
 Velmora::Configuration readConfiguration(const QString& filename) {
-    if (filename != QLatin1String(Brindle::standardStream))
+    const QFileInfo file(filename);
+    const bool isStream = filename == Brindle::standardStream || (file.exists() && !file.isFile() && !file.isDir());
+    if (!isStream)
         return Velmora::readConfigurationFile(filename);
-    const std::string text = Brindle::readInputFile(Brindle::standardStream, Velmora::largestConfiguration);
-    return Velmora::parseConfiguration(Brindle::withLineFeeds(text), Brindle::standardStream);
+    const std::string name = filename.toStdString();
+    try {
+        return Velmora::parseConfiguration(Brindle::readInputFile(name, Velmora::largestConfiguration), name);
+    } catch (const Brindle::Fatal& failure) {
+        throw Brindle::reworded<Brindle::Critical>("Unable to open configuration file", failure);
+    }
 }
 
 } // namespace

@@ -11,8 +11,8 @@ struct ConfiguredIP {
     std::unique_ptr<Velmora::IPLeaf> leaf;
 };
 
-/// "-" is standard input. Throws Brindle::Critical, mostly with the fields "filename" and "line", for a file that
-/// cannot be read or does not fit an installed IP.
+/// The file may be a pipe, or "-" for standard input. Throws Brindle::Critical, mostly with the fields "filename" and
+/// "line", for a file that cannot be read or does not fit an installed IP.
 ConfiguredIP loadConfigured(const Catalogue& catalogue, const QString& filename);
 
 } // namespace GenerateTool

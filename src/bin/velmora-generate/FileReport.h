@@ -16,7 +16,7 @@ public:
     explicit FileReport(const QString& filename);
 
     void setIP(const Velmora::IPDescription& description);
-    /// The file or directory that was written.
+    /// The file, directory or stream that was written.
     void setOutput(const QString& path);
     void setSucceeded(bool succeeded);
 

@@ -1,6 +1,7 @@
 #include <velmora-generate/FileRun.h>
 
 #include <velmora-generate/JsonOutput.h>
+#include <velmora-generate/OwnProcess.h>
 
 #include <Brindle/core/Console.h>
 #include <Brindle/core/Exception.h>
@@ -31,10 +32,22 @@ QJsonObject getReport(const QString& filename, const FileHandler& handle) {
     return report.toJson();
 }
 
-QJsonObject runOnFile(const QString& filename, const FileHandler& handle) {
+QJsonObject getReportOfOwnProcess(const QString& filename, const FileHandler& handle) {
+    QByteArray json;
+    const auto fetch = [&](const QString&, FileReport&) {
+        json = runInOwnProcess([&] { return QJsonDocument(getReport(filename, handle)).toJson(); });
+        return true;
+    };
+    const QJsonObject failure = getReport(filename, fetch);
+    return json.isEmpty() ? failure : QJsonDocument::fromJson(json).object();
+}
+
+using Reporter = QJsonObject (*)(const QString& filename, const FileHandler& handle);
+
+QJsonObject runOnFile(const QString& filename, const FileHandler& handle, Reporter getReportOf) {
     console.print(filename.toStdString());
     console.indent();
-    const QJsonObject report = getReport(filename, handle);
+    const QJsonObject report = getReportOf(filename, handle);
     if (report.contains("output"))
         console.print("Written to " + report["output"].toString().toStdString());
     console.unindent();
@@ -42,6 +55,28 @@ QJsonObject runOnFile(const QString& filename, const FileHandler& handle) {
     if (!report["succeeded"].toBool())
         console.error("Failed: " + filename.toStdString());
     return report;
+}
+
+ExitCode runOnFiles(const QStringList& filenames, const Brindle::CommandLine& commandLine, const FileHandler& handle,
+                    Reporter getReportOf, const std::function<void(const QString&)>& onWritten) {
+    std::optional<JsonOutput> json;
+    if (commandLine.has("json"))
+        json.emplace();
+    else
+        console.setQuiet(commandLine.has("quiet"));
+    QJsonArray reports;
+    auto exitCode = ExitCode::Done;
+    for (const QString& filename : filenames) {
+        const QJsonObject report = runOnFile(filename, handle, getReportOf);
+        if (report.contains("output"))
+            onWritten(report["output"].toString());
+        if (!report["succeeded"].toBool())
+            exitCode = ExitCode::Failed;
+        reports += report;
+    }
+    if (json)
+        json->write(QJsonDocument(reports));
+    return exitCode;
 }
 
 } // namespace
@@ -59,22 +94,13 @@ QStringList getFilenames(const Brindle::CommandLine& commandLine) {
 }
 
 ExitCode runOnFiles(const QStringList& filenames, const Brindle::CommandLine& commandLine, const FileHandler& handle) {
-    std::optional<JsonOutput> json;
-    if (commandLine.has("json"))
-        json.emplace();
-    else
-        console.setQuiet(commandLine.has("quiet"));
-    QJsonArray reports;
-    auto exitCode = ExitCode::Done;
-    for (const QString& filename : filenames) {
-        const QJsonObject report = runOnFile(filename, handle);
-        if (!report["succeeded"].toBool())
-            exitCode = ExitCode::Failed;
-        reports += report;
-    }
-    if (json)
-        json->write(QJsonDocument(reports));
-    return exitCode;
+    return runOnFiles(filenames, commandLine, handle, getReport, [](const QString&) {});
+}
+
+ExitCode runOnFilesApart(const QStringList& filenames, const Brindle::CommandLine& commandLine,
+                         const FileHandler& handle, const std::function<void(const QString& output)>& onWritten) {
+    return runOnFiles(filenames, commandLine, handle, filenames.size() > 1 ? getReportOfOwnProcess : getReport,
+                      onWritten);
 }
 
 } // namespace GenerateTool

@@ -25,4 +25,9 @@ using FileHandler = std::function<bool(const QString& filename, FileReport& repo
 /// same.
 ExitCode runOnFiles(const QStringList& filenames, const Brindle::CommandLine& commandLine, const FileHandler& handle);
 
+/// The same with a process for each of several files, so that none finds what another one left behind. What was
+/// written is told here.
+ExitCode runOnFilesApart(const QStringList& filenames, const Brindle::CommandLine& commandLine,
+                         const FileHandler& handle, const std::function<void(const QString& output)>& onWritten);
+
 } // namespace GenerateTool

@@ -3,27 +3,22 @@
 #include <Brindle/core/Console.h>
 #include <Brindle/core/Exception.h>
 
-#include <QFile>
-
-#include <unistd.h>
+#include <cstdint>
 
 namespace GenerateTool {
 
-JsonOutput::JsonOutput() : _standardOutput(dup(STDOUT_FILENO)) {
-    dup2(STDERR_FILENO, STDOUT_FILENO);
+JsonOutput::JsonOutput() {
     Brindle::console.setQuiet(true);
 }
 
 JsonOutput::~JsonOutput() {
     Brindle::console.setQuiet(false);
-    dup2(_standardOutput, STDOUT_FILENO);
-    close(_standardOutput);
 }
 
 void JsonOutput::write(const QJsonDocument& document) const {
     const QByteArray text = document.toJson();
-    QFile output;
-    if (!output.open(_standardOutput, QIODevice::WriteOnly) || output.write(text) != text.size() || !output.flush())
+    const std::span bytes(reinterpret_cast<const std::uint8_t*>(text.data()), static_cast<std::size_t>(text.size()));
+    if (!_output.get().write(bytes))
         throw Brindle::located(Brindle::Fatal("Unable to write to standard output"), BRINDLE_HERE);
 }
 

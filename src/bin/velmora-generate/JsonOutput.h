@@ -1,11 +1,13 @@
 #pragma once
 
+#include <velmora-generate/ReservedOutput.h>
+
 #include <QJsonDocument>
 
 namespace GenerateTool {
 
 /// Lets a program read the standard output: it gets one JSON text and nothing else. While it lives, the console shows
-/// errors alone and what scripts print goes to standard error.
+/// errors and remarks alone.
 class JsonOutput {
 public:
     JsonOutput();
@@ -17,7 +19,7 @@ public:
     void write(const QJsonDocument& document) const;
 
 private:
-    const int _standardOutput; // a descriptor of its own
+    const ReservedOutput _output;
 };
 
 } // namespace GenerateTool

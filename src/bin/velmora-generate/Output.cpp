@@ -1,8 +1,16 @@
 #include <velmora-generate/Output.h>
 
+#include <Brindle/core/Text.h>
+#include <Brindle/files/InputFile.h>
+#include <Brindle/files/OutputPlace.h>
 #include <Brindle/tool/UsageError.h>
 
 #include <QFileInfo>
+
+#include <system_error>
+#include <utility>
+
+#include <unistd.h>
 
 namespace GenerateTool {
 
@@ -24,6 +32,18 @@ QString withoutEndSlashes(QString path) {
     return path;
 }
 
+Brindle::OutputPlace findPlace(const QString& path) {
+    try {
+        return Brindle::OutputPlace::find(path.toStdString());
+    } catch (const std::system_error&) { // links in a circle, which opening it will tell
+        return {};
+    }
+}
+
+bool isStreamAt(const Brindle::OutputPlace& place) {
+    return place.descriptor || place.isDevice;
+}
+
 bool isFileName(const QString& name) {
     return name != QLatin1String(".") && name != QLatin1String("..") && !name.contains('/') &&
            !name.contains(QChar::Null);
@@ -31,27 +51,43 @@ bool isFileName(const QString& name) {
 
 } // namespace
 
-Output::Output(const std::optional<QString>& path, const QStringList& configurationFilenames)
-    : _path(path), _isShared(configurationFilenames.size() > 1) {
+Output::Output(const std::optional<QString>& path, const QStringList& configurationFilenames, bool tellsJson)
+    : _path(path), _isDirectory(path && *path != Brindle::standardStream && QFileInfo(*path).isDir()) {
     if (_path && _path->isEmpty())
         throw Brindle::located(Brindle::UsageError("The output has an empty name"), BRINDLE_HERE);
-    if (_path == QLatin1String("-"))
-        throw Brindle::located(Brindle::UsageError("The output should be a file or a directory, /dev/stdout shows it"),
-                               BRINDLE_HERE);
-    if (_path && _isShared && !QFileInfo(*_path).isDir()) {
-        throw Brindle::located(Brindle::UsageError("'" + _path->toStdString() +
-                                                   "' should be a directory, which takes the output of several files"),
+    if (_path && !_isDirectory && configurationFilenames.size() > 1) {
+        throw Brindle::located(Brindle::UsageError(Brindle::inQuotes(_path->toStdString()) +
+                                                   " should be a directory, which takes the output of several files"),
                                BRINDLE_HERE);
     }
+    if (_path) {
+        const auto place = findPlace(*_path);
+        _isStream = isStreamAt(place);
+        _isStandardOutput = place.descriptor == STDOUT_FILENO;
+    }
+    if (_isStandardOutput && tellsJson)
+        throw Brindle::located(Brindle::UsageError("Standard output cannot take both the output and --json"),
+                               BRINDLE_HERE);
+    if (_isStream && !tellsJson)
+        _reserved.emplace();
     for (const QString& filename : configurationFilenames)
-        _configurations += toAbsolute(filename);
+        if (!isStreamAt(findPlace(filename)))
+            _configurations += toAbsolute(filename);
 }
 
 QString Output::take(const QString& configurationFilename, const QString& entityName, bool isDirectory) {
+    if (_isStream && isDirectory) {
+        throw Brindle::located(Brindle::Fatal("Several files need a directory, " +
+                                              Brindle::inQuotes(_path->toStdString()) + " takes one text"),
+                               BRINDLE_HERE);
+    }
     const QString givenPath = getPath(configurationFilename, entityName, isDirectory);
+    if (_isStream)
+        return givenPath;
     if (!isDirectory && givenPath.endsWith('/')) {
-        throw Brindle::located(Brindle::Fatal("Unable to open file " + givenPath.toStdString()), BRINDLE_HERE,
-                               {{"reason", "It names a directory, name the file"}});
+        throw Brindle::located(
+            Brindle::Fatal("Unable to write file"), BRINDLE_HERE,
+            {{"filename", givenPath.toStdString()}, {"reason", "It names a directory, name the file"}});
     }
     const QString path = withoutEndSlashes(givenPath);
     const QString absolutePath = toAbsolute(path);
@@ -63,8 +99,19 @@ QString Output::take(const QString& configurationFilename, const QString& entity
                                               " too, give their entities different names"),
                                BRINDLE_HERE);
     }
-    _taken += absolutePath;
+    setTaken(path);
     return path;
+}
+
+void Output::setTaken(const QString& path) {
+    _taken += toAbsolute(path);
+}
+
+void Output::add(Brindle::OutputFiles& files, const QString& path, std::string content) const {
+    if (_isStandardOutput)
+        files.addTo(_reserved->get().get(), path.toStdString(), std::move(content));
+    else
+        files.add(path.toStdString(), std::move(content));
 }
 
 QString Output::getPath(const QString& configurationFilename, const QString& entityName, bool isDirectory) const {
@@ -75,7 +122,8 @@ QString Output::getPath(const QString& configurationFilename, const QString& ent
         throw Brindle::located(Brindle::Fatal("Entity name makes no file name, name the output with --output"),
                                BRINDLE_HERE, {{"entity", entityName.toStdString()}});
     }
-    const QString directory = withoutEndSlashes(_path.value_or(QFileInfo(configurationFilename).path()));
+    const QString beside = isStreamAt(findPlace(configurationFilename)) ? "." : QFileInfo(configurationFilename).path();
+    const QString directory = withoutEndSlashes(_path.value_or(beside));
     return directory == QLatin1String(".") ? name : directory + "/" + name;
 }
 

@@ -3,11 +3,13 @@
 #include <velmora-generate/ConfiguredIP.h>
 #include <velmora-generate/FileRun.h>
 #include <velmora-generate/Output.h>
-#include <velmora-generate/OutputFiles.h>
 
 #include <velmora/generation/HdlFile.h>
 
 #include <Brindle/core/Console.h>
+#include <Brindle/core/Exception.h>
+#include <Brindle/files/DirectoryLock.h>
+#include <Brindle/files/OutputFiles.h>
 
 #include <optional>
 #include <variant>
@@ -24,14 +26,17 @@ constexpr std::string_view help = R"(Usage: velmora-generate run FILE... [-o OUT
 Generates from configurations what the program's window would. The output stands
 beside the configuration: a file named after the entity with the extension .vhd,
 or for an IP of several files a directory named after the entity. It is replaced
-only when its generation succeeded. A file that fails does not stop the others.
-FILE may be - for standard input.
+only when its generation succeeded, all files of an IP together. A file that
+fails does not stop the others. FILE may be a pipe, or - for standard input; the
+output then stands in the current directory.
 
-  -o, --output OUTPUT  The output of the one FILE, or an existing directory for
-                       the outputs of several.
+  -o, --output OUTPUT  The output of the one FILE, or a directory that exists,
+                       for the outputs of all. A pipe, a device or a descriptor
+                       such as /dev/fd/3 is written to, - is standard output;
+                       messages then go to standard error.
       --json           Write one JSON text, a list with an object for each file:
                        "file", "ip", "output", "succeeded" and "messages".
-  -q, --quiet          Show errors alone.
+  -q, --quiet          Show errors and remarks alone, on standard error.
 
 SOURCE_DATE_EPOCH, when it is set, takes the place of the time of generation:
 seconds since 1970, shown in UTC.
@@ -42,25 +47,38 @@ command line.
 Example: velmora-generate run filter.velmora -o rtl/filter.vhd
 )";
 
-void add(OutputFiles& output, const QString& path, const QString& text) {
-    output.add(path, Velmora::HdlFile::getContent(text, path));
+/// False when there was nothing to write.
+bool write(const Output& output, const QString& path, const QString& text) {
+    Brindle::OutputFiles files(BRINDLE_HERE);
+    output.add(files, path, Velmora::HdlFile::getContent(text, path));
+    files.commit();
+    return true;
 }
 
-void add(OutputFiles& output, const QString& directory, const Velmora::GeneratedFiles& files) {
-    Velmora::writeGeneratedFiles(
-        directory, files, [&output](const QString& path, const QString& content) { add(output, path, content); });
+bool write(const Output& output, const QString& directory, const Velmora::GeneratedFiles& generated) {
+    if (generated.empty()) {
+        console.remark("The script returned no file, nothing is written");
+        return false;
+    }
+    Brindle::OutputFiles files(BRINDLE_HERE);
+    Velmora::writeGeneratedFiles(directory, generated, [&](const QString& path, const QString& content) {
+        output.add(files, path, Velmora::HdlFile::getContent(content, path));
+    });
+    // Two runs at once must not leave files of both.
+    const Brindle::DirectoryLock lock(directory.toStdString());
+    files.commit();
+    return true;
 }
 
-/// Runs the script and writes what it returns, unless it showed an error. True when the output was written.
+/// Runs the script and writes what it returns, unless it showed an error. True when it showed none.
 template <class Script>
-bool generateInto(const QString& path, const Script& script) {
+bool generateInto(const Output& output, const QString& path, const Script& script, FileReport& report) {
     const unsigned long errorCount = console.getErrorCount();
     const auto generated = script();
     if (console.getErrorCount() != errorCount)
         return false;
-    OutputFiles output;
-    add(output, path, generated);
-    output.commit();
+    if (write(output, path, generated))
+        report.setOutput(path);
     return true;
 }
 
@@ -74,24 +92,24 @@ bool generate(Generation generation, const QString& filename, Output& output, Fi
     };
     return generation.run(BRINDLE_HERE, [&] {
         const QString path = output.take(filename, generation.entityName, generation.isDirectory());
-        const auto intoPath = [&](const auto& script) { return generateInto(path, script); };
-        const bool isWritten = std::visit(intoPath, generation.script);
-        if (isWritten)
-            report.setOutput(path);
-        return isWritten;
+        const auto intoPath = [&](const auto& script) { return generateInto(output, path, script, report); };
+        return std::visit(intoPath, generation.script);
     });
 }
 
 int run(const Brindle::CommandLine& commandLine) {
     const QStringList filenames = getFilenames(commandLine);
     const auto path = commandLine.find("output");
-    Output output(path ? std::optional(QString::fromStdString(*path)) : std::nullopt, filenames);
+    Output output(path ? std::optional(QString::fromStdString(*path)) : std::nullopt, filenames,
+                  commandLine.has("json"));
     const Catalogue catalogue;
-    return runOnFiles(filenames, commandLine, [&](const QString& filename, FileReport& report) {
+    const auto handle = [&](const QString& filename, FileReport& report) {
         const ConfiguredIP configured = loadConfigured(catalogue, filename);
         report.setIP(configured.ip.description);
         return generate(configured.leaf->getGeneration(), filename, output, report);
-    });
+    };
+    return runOnFilesApart(filenames, commandLine, handle,
+                           [&output](const QString& written) { output.setTaken(written); });
 }
 
 std::vector<Brindle::Option> getOptions() {

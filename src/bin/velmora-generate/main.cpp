@@ -8,6 +8,7 @@
 #include <Brindle/core/Exception.h>
 #include <Brindle/tool/Tool.h>
 
+#include <QSettings>
 #include <QTextCodec>
 
 #include <array>
@@ -25,6 +26,9 @@ int runWithoutWindow(const Brindle::Command& command, const Brindle::CommandLine
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
     qInstallMessageHandler(
         [](QtMsgType, const QMessageLogContext&, const QString&) {}); // what desktops lack is no news
+    // No settings of the user have a say here.
+    for (const auto scope : {QSettings::UserScope, QSettings::SystemScope})
+        QSettings::setPath(QSettings::NativeFormat, scope, "/dev/null");
     const auto application = Velmora::createApplication(argumentCount, arguments.data(), false);
     return command.run(commandLine);
 }

@@ -6,11 +6,13 @@
 #include <Brindle/core/Console.h>
 #include <Brindle/core/Exception.h>
 #include <Brindle/core/StandardStreams.h>
+#include <Brindle/core/Text.h>
 #include <Brindle/tool/Tool.h>
 #include <Quillon/Application.h>
 
 #include <algorithm>
 #include <iostream>
+#include <memory>
 #include <optional>
 
 namespace {
@@ -38,7 +40,7 @@ std::optional<Brindle::UsageError> findWrongUsage(const std::vector<std::string>
             continue;
         return Brindle::UsageError(argument.starts_with('-')
                                        ? "Unknown option " + argument.substr(0, argument.find('='))
-                                       : "Unexpected '" + argument + "'");
+                                       : "Unexpected " + Brindle::inQuotes(argument));
     }
     return std::nullopt;
 }
@@ -75,7 +77,13 @@ int main(int argc, char** argv) {
     Brindle::completeStandardStreams();
     if (Brindle::answerQuestion(Brindle::getArguments(argc, argv), program, Velmora::version.text, help))
         return std::cout.flush() ? 0 : 1;
-    const auto application = Velmora::createApplication(argc, argv, true);
+    std::unique_ptr<Quillon::Application> application;
+    try {
+        application = Velmora::createApplication(argc, argv, true);
+    } catch (const Brindle::Exception& exception) {
+        console.error(exception);
+        return errorStatus();
+    }
     if (const auto wrongUsage = findWrongUsage(Brindle::getArguments(argc, argv)))
         return Brindle::tellWrongUsage(program, *wrongUsage);
     console.setFullLogFile("");

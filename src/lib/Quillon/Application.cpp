@@ -3,7 +3,9 @@
 #include <Brindle/core/Exception.h>
 #include <Brindle/widgets/Theme.h>
 
+#include <QFileInfo>
 #include <QSettings>
+#include <QStandardPaths>
 #include <QSysInfo>
 #include <QThread>
 
@@ -24,6 +26,21 @@ bool takeOption(int& argc, char** argv, std::string_view option) {
     argc = static_cast<int>(end - argv);
     argv[argc] = nullptr;
     return found;
+}
+
+/// A pipe would keep the program waiting for its content.
+void requireSettingsFiles(const QString& organization, const QString& application) {
+    for (const QString& folder : QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation)) {
+        for (const QString& name : {organization + "/" + application, organization}) {
+            const QFileInfo file(folder + "/" + name + ".conf");
+            const bool isReadable =
+                file.isFile() || file.isDir() || file.canonicalFilePath() == QLatin1String("/dev/null");
+            if (file.exists() && !isReadable) {
+                throw located(Brindle::Critical("Settings are kept in what is no regular file"), BRINDLE_HERE,
+                              {{"filename", file.filePath().toStdString()}});
+            }
+        }
+    }
 }
 
 QString versionOf(unsigned long major, unsigned long minor, unsigned long patch) {
@@ -50,9 +67,11 @@ std::unique_ptr<Application> Application::create(int& argc, char** argv, const Q
         qputenv("QT_XCB_GL_INTEGRATION", "none");
     std::unique_ptr<Application> created(
         new Application(argc, argv, shortName, fullName, versionOf(major, minor, patch), aboutSuppressed));
-    Brindle::theme = Brindle::Theme::getTheme(QSettings().value(QStringLiteral("theme")).toString());
-    if (graphical)
+    if (graphical) {
+        requireSettingsFiles(organizationName(), applicationName());
+        Brindle::theme = Brindle::Theme::getTheme(QSettings().value(QStringLiteral("theme")).toString());
         Brindle::theme.apply(*created);
+    }
     return created;
 }
 

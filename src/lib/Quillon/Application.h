@@ -17,7 +17,8 @@ public:
     /// framework are taken out of the arguments: `-no-about` suppresses the About page. The short name is what takes
     /// little room, the full name is shown to the user; the three numbers are the version. A `graphical` program shows
     /// windows on the desktop; one that is not works without a display and is not styled. `argc` and `argv` must
-    /// outlive the object. Throws Brindle::InvalidRequest when there is an application object already.
+    /// outlive the object. Throws Brindle::InvalidRequest when there is an application object already and, for a
+    /// graphical one, Brindle::Critical with the field "filename" when its settings cannot be read without waiting.
     [[nodiscard]] static std::unique_ptr<Application> create(int& argc, char** argv, const QString& shortName,
                                                              const QString& fullName, unsigned long major,
                                                              unsigned long minor, unsigned long patch, bool graphical);

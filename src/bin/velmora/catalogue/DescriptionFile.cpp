@@ -1,7 +1,9 @@
 #include <velmora/catalogue/DescriptionFile.h>
 
 #include <Brindle/core/Exception.h>
+#include <Brindle/core/Label.h>
 #include <Brindle/widgets/RegularFile.h>
+#include <Brindle/widgets/Utf8.h>
 
 #include <QDir>
 #include <QFileInfo>
@@ -14,7 +16,7 @@ constexpr std::size_t largestDescription = 16UL * 1024 * 1024; // bytes
 
 /// The subdirectories in the order in which the file system returns them.
 QStringList subdirectoriesOf(const QString& path) {
-    return QDir(path).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Unsorted);
+    return QDir(path).entryList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Unsorted);
 }
 
 } // namespace
@@ -43,7 +45,12 @@ IPDescription readDescriptionFile(const std::string& filename) {
         throw Brindle::withFields(Brindle::Critical("Description file is larger than 16 MiB"),
                                   {{"filename", filename}});
     }
-    return parseIPDescription(file.text, filename);
+    IPDescription description = parseIPDescription(file.text, filename);
+    if (const auto line = Brindle::findLineOutsideUtf8(file.text)) {
+        throw Brindle::withFields(Brindle::Critical("Line is not UTF-8, save the file in this encoding"),
+                                  {{"filename", filename}, {"line", Brindle::getLabel(*line)}});
+    }
+    return description;
 }
 
 } // namespace Velmora

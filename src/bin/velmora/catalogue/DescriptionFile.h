@@ -11,7 +11,8 @@ namespace Velmora {
 /// directories.
 std::vector<std::string> findDescriptionFiles(const std::string& prefix);
 
-/// Reads a description file. Throws Brindle::Critical when it cannot be read, is larger than 16 MiB or is wrong.
+/// Reads a description file. Throws Brindle::Critical when it cannot be read, is larger than 16 MiB, is not UTF-8 or is
+/// wrong.
 IPDescription readDescriptionFile(const std::string& filename);
 
 } // namespace Velmora

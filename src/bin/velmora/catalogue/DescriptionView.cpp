@@ -2,6 +2,9 @@
 
 #include <velmora/catalogue/LocalAccessManager.h>
 
+#include <Brindle/core/Console.h>
+#include <Brindle/core/Exception.h>
+#include <Brindle/widgets/RegularFile.h>
 #include <Brindle/widgets/Theme.h>
 #include <Brindle/widgets/ThemeColors.h>
 
@@ -15,13 +18,23 @@
 #include <QWebPage>
 #include <QWebSettings>
 
+#include <algorithm>
+#include <cstddef>
+#include <string_view>
 #include <utility>
 
 namespace Velmora {
 
 namespace {
 
-constexpr int textSize = 14; // pixels
+constexpr int textSize = 14;                       // pixels
+constexpr std::size_t largestPage = 1024UL * 1024; // bytes
+constexpr std::ptrdiff_t mostTags = 20'000;
+
+/// A page that would keep the window from its other work is not given to it.
+bool isBearable(std::string_view page) {
+    return page.size() <= largestPage && std::ranges::count(page, '<') <= mostTags;
+}
 
 /// The theme's colours, and scroll bars as the rest of the window has them, as a user style sheet.
 QString getStyleSheet() {
@@ -85,13 +98,26 @@ void DescriptionView::showMissing() {
     setHtml(QStringLiteral("<h2>Description file does not exists</h2>"));
 }
 
+void DescriptionView::showUnusable(const QString& filename, const std::string& reason) {
+    Brindle::console.error(Brindle::located(Brindle::Critical("Unable to show description page"), BRINDLE_HERE,
+                                            {{"filename", filename.toStdString()}, {"reason", reason}}));
+    preparePage();
+    setHtml(QStringLiteral("<h2>Description file cannot be shown</h2>"));
+}
+
 void DescriptionView::showEvent(QShowEvent* event) {
     QWebView::showEvent(event);
     if (_pendingUrl.isEmpty())
         return;
     const QUrl url = std::exchange(_pendingUrl, QUrl());
-    if (!QFileInfo::exists(url.toLocalFile())) { // removed since
+    const QString filename = url.toLocalFile();
+    if (!QFileInfo::exists(filename)) { // removed since
         showMissing();
+        return;
+    }
+    const auto file = Brindle::RegularFile::read(filename.toStdString(), largestPage + 1);
+    if (!file.isRead() || !isBearable(file.text)) {
+        showUnusable(filename, file.isRead() ? "It is too large or its elements too many" : file.reason);
         return;
     }
     preparePage();

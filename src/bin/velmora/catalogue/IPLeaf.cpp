@@ -11,6 +11,7 @@
 #include <Brindle/collections/ListCollection.h>
 #include <Brindle/core/Console.h>
 #include <Brindle/core/Exception.h>
+#include <Brindle/core/Text.h>
 #include <Brindle/widgets/Theme.h>
 
 #include <QDesktopServices>
@@ -18,6 +19,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <tuple>
 
 namespace Velmora {
 
@@ -101,13 +103,17 @@ Configuration IPLeaf::getConfiguration() const {
 }
 
 void IPLeaf::setConfiguration(const Configuration& configuration) {
-    const auto describe = [](const std::string& company, const std::string& name, const std::string& uid) {
-        return "'" + name + "' of " + company + " (uid " + uid + ")";
+    constexpr std::size_t longestUID = 80; // characters
+    const auto describe = [](const std::string& name, const std::string& company, const std::string& uid) {
+        return getIPLabel(name, company) + " (uid " + Brindle::shortened(uid, longestUID) + ")";
     };
-    const std::string wanted = describe(configuration.getCompany(), configuration.getName(), configuration.getUID());
-    const std::string present = describe(getCompany(), getName(), getUID());
-    if (wanted != present)
-        configuration.refuseIP("Configuration is for " + wanted + ", not for " + present);
+    const auto whoseIsIt = [](const auto& ip) { return std::tuple(ip.getName(), ip.getCompany(), ip.getUID()); };
+    const auto wanted = whoseIsIt(configuration);
+    const auto present = whoseIsIt(*this);
+    if (wanted != present) {
+        configuration.refuseIP("Configuration is for " + std::apply(describe, wanted) + ", not for " +
+                               std::apply(describe, present));
+    }
     setFormValues(_generatorLeaf->getForm(), configuration);
 }
 

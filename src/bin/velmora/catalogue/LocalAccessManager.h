@@ -4,7 +4,8 @@
 
 namespace Velmora {
 
-/// Network access that reaches files and inline data only; any other request fails as forbidden.
+/// Network access that reaches regular files of a bearable size and inline data only; any other request fails as
+/// forbidden.
 class LocalAccessManager : public QNetworkAccessManager {
     Q_OBJECT
 

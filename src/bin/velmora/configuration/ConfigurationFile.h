@@ -9,14 +9,15 @@
 
 namespace Velmora {
 
-inline constexpr std::size_t largestConfiguration = 1024UL * 1024; ///< Bytes of a file.
+inline constexpr std::size_t largestConfiguration = 1024UL * 1024; ///< As a file, in bytes.
 
-/// Reads a configuration file. Throws Brindle::Critical with the fields "filename" and "reason" when it cannot be
-/// read, with "filename" when it is larger than 1 MiB, with "filename" and "line" when it is not UTF-8, and what
-/// `Configuration::parse` throws.
+/// Reads a configuration from a regular file. Throws Brindle::Critical with the fields "filename" and "reason" when it
+/// cannot be read, and what `parseConfiguration` throws.
 Configuration readConfigurationFile(const QString& filename);
 
-/// The configuration that a text from elsewhere holds. Throws as for a file of that name.
+/// The configuration that is the text of a file of that name. Throws Brindle::Critical with the field "filename" when
+/// it is larger than the largest, with "filename" and "line" when it is not UTF-8, and what `Configuration::parse`
+/// throws.
 Configuration parseConfiguration(const std::string& text, const std::string& filename);
 
 /// Replaces the file as a whole or not at all. Throws Brindle::Critical with the fields "filename" and "reason".

@@ -3,6 +3,8 @@
 #include <velmora/form/Form.h>
 #include <velmora/tables/LineTableView.h>
 
+#include <Brindle/core/Text.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -10,6 +12,7 @@ namespace Velmora {
 
 namespace {
 
+using Brindle::inQuotes;
 using Entry = Configuration::Entry;
 
 std::string rowKey(const FormTable& table, int row) {
@@ -64,7 +67,7 @@ private:
                 }
             }
         }
-        _configuration.refuse("Unknown key '" + entry.key + "', remove its line or correct it", entry);
+        _configuration.refuse("Unknown key " + inQuotes(entry.key) + ", remove its line or correct it", entry);
     }
 
     QVariant readValue(const FormField& field, const Entry& entry) const {
@@ -79,7 +82,7 @@ private:
         for (const std::string& text : _configuration.getList(entry))
             cells += QString::fromStdString(text);
         if (cells.size() != model.columnCount() - 1) {
-            _configuration.refuse("'" + entry.key + "' has " + std::to_string(cells.size()) + " values instead of " +
+            _configuration.refuse(inQuotes(entry.key) + " has " + std::to_string(cells.size()) + " values instead of " +
                                       std::to_string(model.columnCount() - 1),
                                   entry);
         }
@@ -92,15 +95,15 @@ private:
     }
 
     [[noreturn]] void refuseValue(const QString& text, const QString& expectation, const Entry& entry) const {
-        _configuration.refuse("'" + text.toStdString() + "' cannot be the value of '" + entry.key + "', expected " +
-                                  expectation.toStdString(),
+        _configuration.refuse(inQuotes(text.toStdString()) + " cannot be the value of " + inQuotes(entry.key) +
+                                  ", expected " + expectation.toStdString(),
                               entry);
     }
 
     void requireVisible(const FormTable& table, int row, const Entry& entry) const {
         const auto lineCount = getLineCount(table);
         if (lineCount && row >= *lineCount) {
-            _configuration.refuse("'" + entry.key + "' is beyond the " + table.countKey.toStdString() + " of " +
+            _configuration.refuse(inQuotes(entry.key) + " is beyond the " + table.countKey.toStdString() + " of " +
                                       std::to_string(*lineCount) + ", remove its line or count more",
                                   entry);
         }

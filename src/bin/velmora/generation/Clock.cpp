@@ -8,6 +8,7 @@
 #include <charconv>
 #include <cstdint>
 #include <cstdlib>
+#include <optional>
 #include <string_view>
 
 namespace Velmora {
@@ -22,16 +23,11 @@ std::string toLabel(const QDateTime& time) {
     return QLocale::c().toString(time, QStringLiteral("dd/MM/yyyy - hh:mm")).toStdString();
 }
 
-} // namespace
-
-std::string getDateLabel() {
-    return toLabel(QDateTime::currentDateTime());
-}
-
-std::string getGenerationDateLabel() {
+/// Seconds since 1970, if the environment gives them.
+std::optional<qint64> getGivenTime() {
     const char* const variable = std::getenv(epochVariable);
     if (!variable)
-        return getDateLabel();
+        return std::nullopt;
     const std::string_view text = variable;
     std::uint64_t seconds = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seconds);
@@ -40,7 +36,22 @@ std::string getGenerationDateLabel() {
                                                  " should be a whole number of seconds since 1970 or not be set"),
                                   {{"value", std::string(text)}});
     }
-    return toLabel(QDateTime::fromSecsSinceEpoch(static_cast<qint64>(seconds), Qt::UTC));
+    return static_cast<qint64>(seconds);
+}
+
+} // namespace
+
+std::string getDateLabel() {
+    return toLabel(QDateTime::currentDateTime());
+}
+
+std::string getGenerationDateLabel() {
+    const auto time = getGivenTime();
+    return time ? toLabel(QDateTime::fromSecsSinceEpoch(*time, Qt::UTC)) : getDateLabel();
+}
+
+void requireGenerationDate() {
+    getGivenTime();
 }
 
 } // namespace Velmora

@@ -13,4 +13,7 @@ std::string getDateLabel();
 /// 1970, or one beyond the year 9999.
 std::string getGenerationDateLabel();
 
+/// Throws what that function throws.
+void requireGenerationDate();
+
 } // namespace Velmora

@@ -20,6 +20,11 @@ QString getDirectories(QString name) {
     return lastComponent.isEmpty() ? name : name.remove(lastComponent);
 }
 
+/// Below the directory even if it begins with "/", as the rest of "top/top" does.
+QString toBelow(const QString& directories) {
+    return "./" + directories;
+}
+
 QString getPath(const QString& directory, const QString& name) {
     return directory + "/" + name;
 }
@@ -28,7 +33,7 @@ QString getPath(const QString& directory, const QString& name) {
 
 void requireInside(const QString& directory, const GeneratedFiles& files) {
     for (const auto& [name, content] : files) {
-        if (!staysInside(name) || !staysInside(getDirectories(name)))
+        if (!staysInside(name) || !staysInside(toBelow(getDirectories(name))))
             throw Brindle::Fatal("Unable to open file " + getPath(directory, name).toStdString());
     }
 }
@@ -37,7 +42,7 @@ void writeGeneratedFiles(const QString& directory, const GeneratedFiles& files,
                          const std::function<void(const QString& path, const QString& content)>& write) {
     requireInside(directory, files);
     for (const auto& [name, content] : files) {
-        QDir(directory).mkpath("./" + getDirectories(name));
+        QDir(directory).mkpath(toBelow(getDirectories(name)));
         write(getPath(directory, name), content);
     }
 }

@@ -1,5 +1,7 @@
 #include <velmora/generation/Generation.h>
 
+#include <velmora/generation/Clock.h>
+
 #include <Brindle/core/Console.h>
 #include <Brindle/core/Exception.h>
 
@@ -31,7 +33,10 @@ bool Generation::run(const Brindle::Location& caller, const Work& work) const {
 bool Generation::runGuarded(const Brindle::Location& caller, const Work& work) const {
     const std::string unknown = "something strange...";
     try {
-        return Brindle::locatedAt(caller, work);
+        return Brindle::locatedAt(caller, [&work] {
+            requireGenerationDate();
+            return work();
+        });
     } catch (const Brindle::Exception& exception) {
         if (failureRule.wrapsInHouse)
             console.error(Brindle::reworded<Brindle::Fatal>(aborted(exception.getMessage()), exception));

@@ -49,7 +49,8 @@ struct Generation {
     /// the generation is done.
     bool run(const Brindle::Location& caller, const Work& work) const;
 
-    /// The work alone, without check, title and closing line; what it throws is shown as `run` does it.
+    /// The work alone, without check, title and closing line; what it throws is shown as `run` does it. It is not begun
+    /// where the date of generated files is wrong.
     bool runGuarded(const Brindle::Location& caller, const Work& work) const;
 };
 

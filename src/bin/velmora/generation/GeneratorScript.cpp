@@ -8,6 +8,7 @@
 
 #include <Brindle/core/Console.h>
 #include <Brindle/core/Exception.h>
+#include <Brindle/files/FileDescriptor.h>
 #include <Brindle/widgets/RegularFile.h>
 
 #include <algorithm>
@@ -16,6 +17,10 @@
 #include <cmath>
 #include <string_view>
 #include <tuple>
+
+#include <fcntl.h>
+#include <frameobject.h>
+#include <unistd.h>
 
 namespace Velmora {
 
@@ -50,13 +55,24 @@ PyObject* printError(PyObject*, PyObject* arguments) {
     return report(arguments, [](const std::string& text) { Brindle::console.error(text); });
 }
 
+constexpr std::string_view hookName = "PluginException";
+
+/// True in a call that the exception hook of the prelude makes.
+bool isCalledByHook() {
+    const PyFrameObject* frame = PyEval_GetFrame();
+    return frame && PyString_AsString(frame->f_code->co_name) == hookName;
+}
+
+/// What the hook prints is the reason of the error that it showed before; anything else the user should know.
 PyObject* printText(PyObject*, PyObject* arguments) {
-    return report(arguments, [](const std::string& text) { Brindle::console.print(text); });
+    if (isCalledByHook())
+        return report(arguments, [](const std::string& text) { Brindle::console.continueError(text); });
+    return report(arguments, [](const std::string& text) { Brindle::console.remark(text); });
 }
 
 std::array consoleFunctions{
     PyMethodDef{"printError", printError, METH_VARARGS, "Shows a text as an error on the program's console."},
-    PyMethodDef{"printText", printText, METH_VARARGS, "Shows a text on the program's console."},
+    PyMethodDef{"printText", printText, METH_VARARGS, "Shows a text as a remark on the program's console."},
     PyMethodDef{nullptr, nullptr, 0, nullptr}};
 
 void initializeConsoleModule() {
@@ -92,12 +108,32 @@ private:
     const std::string _earlier;
 };
 
+/// While it lives, a script may change the working directory.
+class WorkingDirectory {
+public:
+    WorkingDirectory() : _earlier(open(".", O_PATH | O_DIRECTORY | O_CLOEXEC)) {}
+    ~WorkingDirectory() {
+        if (_earlier.isOpen() && fchdir(_earlier.get()) != 0)
+            Brindle::console.remark("The working directory is that of the script, the earlier one is gone");
+    }
+    WorkingDirectory(const WorkingDirectory&) = delete;
+    WorkingDirectory& operator=(const WorkingDirectory&) = delete;
+
+private:
+    const Brindle::FileDescriptor _earlier;
+};
+
 /// A run of the interpreter. It is stopped by `finish` only: after a run that ends by an exception it deliberately
 /// stays up, and the next run goes on in it.
 class Interpreter {
 public:
     Interpreter() {
+        const bool isFresh = Py_IsInitialized() == 0;
         startInterpreter();
+        if (isFresh)
+            keepBuiltins();
+        else
+            restoreBuiltins();
         _variables = PyModule_GetDict(PyImport_AddModule("__main__"));
         forgetEarlierRun();
     }
@@ -121,9 +157,23 @@ public:
         return result;
     }
 
-    void finish() { Py_Finalize(); }
+    void finish() {
+        Py_CLEAR(_builtins);
+        Py_Finalize();
+    }
 
 private:
+    static PyObject* getBuiltins() { return PyModule_GetDict(PyImport_AddModule("__builtin__")); }
+
+    static void keepBuiltins() { _builtins = PyDict_Copy(getBuiltins()); }
+
+    /// Names that a failed run gave to all modules would be found by this one.
+    static void restoreBuiltins() {
+        const PythonObject left = PythonObject::owned(PyDict_Copy(getBuiltins())); // whose destructors need the names
+        PyDict_Clear(getBuiltins());
+        PyDict_Update(getBuiltins(), _builtins);
+    }
+
     /// What a failed run left behind must not be taken for a result of this one.
     void forgetEarlierRun() {
         for (const char* name : {"text", "fileDict", "generate", "describe", "testBench", "check", "argDict"}) {
@@ -132,7 +182,9 @@ private:
         }
     }
 
+    static inline PyObject* _builtins = nullptr; // as they were at the start
     const StandardLocale _locale;
+    const WorkingDirectory _workingDirectory;
     PyObject* _variables = nullptr; // borrowed from the module, which lives as long as the interpreter
 };
 
@@ -313,7 +365,12 @@ GeneratorScript::GeneratorScript(const std::string& filename) {
     const auto file = Brindle::RegularFile::read(filename, longest);
     if (!file.isRead())
         throw Brindle::withFields(Brindle::Fatal("Unable to open script file"), {{"scriptFilename", filename}});
-    _source = getDecrypted(file.text);
+    try {
+        _source = getDecrypted(file.text);
+    } catch (Brindle::Exception& exception) {
+        exception.addField("scriptFilename", filename);
+        throw;
+    }
     if (_source.find('\0') != _source.npos)
         throw Brindle::withFields(Brindle::Fatal("Script holds a NUL byte"), {{"scriptFilename", filename}});
 }

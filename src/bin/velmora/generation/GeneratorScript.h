@@ -16,14 +16,15 @@ class ArgumentDictionary;
 /// The generator script of one IP, a Python 2.7 program that defines `generate(argDict)` and, where it likes,
 /// `describe(argDict)`, `testBench(argDict)` and `check(argDict)`. Constructing it reads and deciphers its file; each
 /// call runs it once in the embedded interpreter, which is started before and stopped after the run unless the run ends
-/// by an exception. The script reports on the console through the module `quarnel`.
+/// by an exception. The script reports on the console through the module `quarnel`: errors,
+/// remarks, and why it failed. The working directory stays, whatever the script does.
 ///
 /// Everything that is thrown by a call is a Brindle::Fatal (for a value that is no text, Critical). When the
 /// script reports an error and still returns a result, the console gets one more error and the result is returned.
 class GeneratorScript {
 public:
     /// Throws Brindle::Fatal with the field "scriptFilename" when the file cannot be read or holds a NUL once
-    /// deciphered, and what Sealwork throws when it was altered.
+    /// deciphered, and what Sealwork throws, with that field too, when it was altered.
     explicit GeneratorScript(const std::string& filename);
 
     /// Runs "text = generate(argDict)" and returns `text` up to its first NUL, one byte a character (Latin-1).

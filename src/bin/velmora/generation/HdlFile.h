@@ -18,12 +18,14 @@ public:
     static std::string getContent(const QString& text, const QString& path);
 
     /// Writes the text, which holds its bytes one a character, with its protected regions enciphered. Throws
-    /// Brindle::Fatal when the markers are out of order or not everything could be written, and what Sealwork throws;
-    /// the file is then empty.
+    /// Brindle::Fatal when the markers are out of order, not everything could be written or the path has come to name
+    /// no or another file, and what Sealwork throws; the file is then empty.
     void write(const QString& text);
 
 private:
     void writeBytes(std::string_view bytes);
+    void requirePlace() const;
+    [[noreturn]] void refuse(const std::string& reason) const;
 
     QFile _file;
 };

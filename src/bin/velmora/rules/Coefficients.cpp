@@ -4,24 +4,30 @@
 #include <velmora/rules/WhiteSpace.h>
 
 #include <Brindle/core/Exception.h>
+#include <Brindle/core/Label.h>
 
 #include <charconv>
+#include <cstdint>
+#include <optional>
 
 namespace Velmora {
 
 namespace {
 
 /// A decimal integer with an optional sign.
-int toInteger(const std::string& coefficient) {
-    std::string_view digits = coefficient;
-    if (digits.starts_with('+') && !digits.starts_with("+-"))
-        digits.remove_prefix(1);
+std::optional<int> findInteger(std::string_view coefficient) {
+    if (coefficient.starts_with('+') && !coefficient.starts_with("+-"))
+        coefficient.remove_prefix(1);
     int value = 0;
-    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
-    if (error != std::errc() || end != digits.data() + digits.size()) {
-        throw Brindle::withFields(Brindle::Fatal("Invalid coefficient"), {{"coefficient", coefficient}});
-    }
-    return value;
+    const auto [end, error] = std::from_chars(coefficient.data(), coefficient.data() + coefficient.size(), value);
+    const bool isInteger = error == std::errc() && end == coefficient.data() + coefficient.size();
+    return isInteger ? std::optional(value) : std::nullopt;
+}
+
+int toInteger(const std::string& coefficient) {
+    if (const auto value = findInteger(coefficient))
+        return *value;
+    throw Brindle::withFields(Brindle::Fatal("Invalid coefficient"), {{"coefficient", coefficient}});
 }
 
 } // namespace
@@ -45,6 +51,19 @@ std::string renderCoefficients(const std::vector<std::string>& coefficients, uns
         aggregate += isHexadecimal(coefficient) ? coefficient : getHexadecimal(toInteger(coefficient), width);
     }
     return aggregate + ")";
+}
+
+std::vector<std::string> getRangeRemarks(const std::vector<std::string>& coefficients, unsigned long width) {
+    const std::int64_t limit = std::int64_t{1} << (width - 1);
+    const std::string range = " is beyond 'Coefficient width' " + Brindle::getLabel(width) + ", which holds " +
+                              Brindle::getLabel(-limit) + " to " + Brindle::getLabel(limit - 1);
+    std::vector<std::string> remarks;
+    for (const std::string& coefficient : coefficients) {
+        const auto value = findInteger(coefficient);
+        if (value && (*value < -limit || *value >= limit))
+            remarks.push_back("Coefficient " + coefficient + range);
+    }
+    return remarks;
 }
 
 } // namespace Velmora

@@ -20,4 +20,8 @@ constexpr unsigned long normalizedCoefficientWidth(unsigned long width) {
 /// "coefficient" for anything else, and what `getHexadecimal` throws.
 std::string renderCoefficients(const std::vector<std::string>& coefficients, unsigned long width);
 
+/// A line for every decimal coefficient that is no signed number of `width` bits: the rendering takes its lowest bits
+/// or refuses it. What is no decimal integer is passed over.
+std::vector<std::string> getRangeRemarks(const std::vector<std::string>& coefficients, unsigned long width);
+
 } // namespace Velmora

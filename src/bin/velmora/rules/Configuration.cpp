@@ -60,11 +60,10 @@ Configuration::Configuration(const std::string& company, const std::string& name
     : _company(company), _name(name), _uid(uid) {}
 
 Configuration Configuration::parse(std::string_view text, const std::string& filename) {
-    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
     Configuration configuration;
     configuration._filename = filename;
-    if (text.starts_with(byteOrderMark))
-        text.remove_prefix(byteOrderMark.size());
+    if (text.starts_with(Brindle::byteOrderMark))
+        text.remove_prefix(Brindle::byteOrderMark.size());
     Brindle::TextLines lines(text);
     while (const auto line = lines.nextOrLast())
         configuration.takeLine(*line);
@@ -87,7 +86,7 @@ void Configuration::takeLine(std::string_view line) {
         refuseLine("Control character, write it between double quotes as \\n, \\r, \\t or \\x and two digits",
                    _lineCount);
     if (const Entry* earlier = find(key)) {
-        refuseLine("'" + earlier->key + "' is given in line " + std::to_string(earlier->line) +
+        refuseLine(Brindle::inQuotes(earlier->key) + " is given in line " + std::to_string(earlier->line) +
                        " already, remove one of them",
                    _lineCount);
     }
@@ -130,13 +129,13 @@ void Configuration::addList(const std::string& key, const std::vector<std::strin
 std::string Configuration::getText(const Entry& entry) const {
     if (auto text = ConfigurationValue::toText(entry.value))
         return *text;
-    refuse("Wrong double quotes or backslash in '" + entry.key + "'", entry);
+    refuse("Wrong double quotes or backslash in " + Brindle::inQuotes(entry.key), entry);
 }
 
 std::vector<std::string> Configuration::getList(const Entry& entry) const {
     if (auto texts = ConfigurationValue::toList(entry.value))
         return *texts;
-    refuse("Wrong double quotes or backslash in '" + entry.key + "'", entry);
+    refuse("Wrong double quotes or backslash in " + Brindle::inQuotes(entry.key), entry);
 }
 
 std::string Configuration::getContent() const {

@@ -3,6 +3,8 @@
 #include <velmora/rules/WhiteSpace.h>
 
 #include <Brindle/core/Exception.h>
+#include <Brindle/core/Label.h>
+#include <Brindle/core/Text.h>
 #include <Brindle/core/TextLines.h>
 
 #include <bit>
@@ -61,6 +63,9 @@ public:
     explicit Parser(const std::string& filename) : _filename(filename) {}
 
     void takeLine(std::string_view rawLine) {
+        ++_lineNumber;
+        if (_lineNumber == 1 && rawLine.starts_with(Brindle::byteOrderMark))
+            fail("Description file begins with a byte order mark, save it without one");
         const std::string line = simplified(rawLine);
         const std::vector<std::string> words = wordsOf(line);
         if (words.size() < 2)
@@ -82,9 +87,12 @@ public:
             _description.htmlFilename = absolute(onlyValue(words, line));
         else
             fail("Unknow keyword " + keyword);
+        if (line.find('\0') != line.npos)
+            fail("Line holds a NUL byte");
     }
 
     IPDescription finish() {
+        _lineNumber = 0;
         if (_description.name.empty())
             fail("Name not specified");
         if (_description.company.empty())
@@ -100,7 +108,10 @@ public:
 
 private:
     [[noreturn]] void fail(std::string message) const {
-        throw Brindle::withFields(Brindle::Critical(std::move(message)), {{"filename", _filename}});
+        auto error = Brindle::withFields(Brindle::Critical(std::move(message)), {{"filename", _filename}});
+        if (_lineNumber > 0)
+            error.addField("line", Brindle::getLabel(_lineNumber));
+        throw error;
     }
 
     const std::string& onlyValue(const std::vector<std::string>& words, const std::string& line) const {
@@ -121,10 +132,16 @@ private:
     }
 
     const std::string& _filename;
+    unsigned long _lineNumber = 0; ///< Of the line that is read, from 1.
     IPDescription _description;
 };
 
 } // namespace
+
+std::string getIPLabel(const std::string& name, const std::string& company) {
+    constexpr std::size_t longestCompany = 80; // characters
+    return Brindle::inQuotes(name) + " of " + Brindle::shortened(company, longestCompany);
+}
 
 IPDescription parseIPDescription(std::string_view content, const std::string& filename) {
     Parser parser(filename);

@@ -17,10 +17,13 @@ struct IPDescription {
     std::string htmlFilename;        ///< Absolute path of the description page; empty when the IP has none.
 };
 
+/// An IP as messages name it: 'Systolic' of Orvane.
+std::string getIPLabel(const std::string& name, const std::string& company);
+
 /// Reads the content of a description file: one keyword with its values a line, neither comments nor blank lines.
 /// `filename` is the file's path, against whose directory relative paths are resolved. Throws Brindle::Critical with
-/// the field "filename" for the first line that is wrong or the first mandatory entry that is
-/// missing.
+/// the field "filename", and "line" when there is one, for the first line that is wrong
+/// (that holds a NUL or begins with a byte order mark, too) or the first mandatory entry that is missing.
 IPDescription parseIPDescription(std::string_view content, const std::string& filename);
 
 } // namespace Velmora

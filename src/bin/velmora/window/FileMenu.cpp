@@ -52,8 +52,9 @@ IPLeaf& findIP(const Configuration& configuration) {
     std::ranges::copy_if(ipHandler->getIPLeaves(), std::back_inserter(leaves), &IPLeaf::getForm);
     const auto owner = findOwner(leaves, configuration, &IPLeaf::getDescription);
     if (owner == leaves.end()) {
-        configuration.refuseIP("No installed IP with a form is '" + configuration.getName() + "' of " +
-                               configuration.getCompany() + ", correct the name or install the IP");
+        configuration.refuseIP("No installed IP with a form is " +
+                               getIPLabel(configuration.getName(), configuration.getCompany()) +
+                               ", correct the name or install the IP");
     }
     return **owner;
 }

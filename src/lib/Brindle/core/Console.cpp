@@ -16,32 +16,11 @@ namespace Brindle {
 namespace {
 
 constexpr std::size_t longestShown = 1000; // characters
-constexpr std::string_view ellipsis = "...";
 constexpr std::string_view blanksPerLevel = "  ";
-
-bool isContinuationByte(char byte) {
-    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-}
 
 /// A terminal would obey it.
 bool isObeyed(char byte) {
     return isControl(byte) && byte != '\t';
-}
-
-/// The text, cut to the longest that is shown: bytes that continue a UTF-8 character are not counted.
-std::string shortened(std::string_view text) {
-    std::size_t characters = 0;
-    std::size_t cut = 0; // where the characters end that fit before the ellipsis
-    for (std::size_t position = 0; position < text.size(); ++position) {
-        if (isContinuationByte(text[position]))
-            continue;
-        if (characters == longestShown)
-            return std::string(text.substr(0, cut)).append(ellipsis);
-        if (characters == longestShown - ellipsis.size())
-            cut = position;
-        ++characters;
-    }
-    return std::string(text);
 }
 
 std::vector<std::string_view> linesOf(std::string_view text) {
@@ -97,10 +76,10 @@ void Console::error(const std::string& text) {
 }
 
 void Console::error(const Exception& exception) {
-    std::string text = shortened(exception.getMessage());
+    std::string text = shortened(exception.getMessage(), longestShown);
     std::string separator = " (";
     for (const auto& [name, value] : exception.getFields()) {
-        text += separator + name + ": " + onOneLine(shortened(value));
+        text += separator + name + ": " + onOneLine(shortened(value, longestShown));
         separator = ", ";
     }
     if (!exception.getFields().empty())
@@ -112,6 +91,10 @@ void Console::error(const Exception& exception) {
     ++_errorCount;
     for (const std::string_view line : linesOf(text))
         showLine(ConsoleLineKind::Error, std::string(line));
+}
+
+void Console::continueError(const std::string& text) {
+    show(ConsoleLineKind::Error, text);
 }
 
 void Console::unindent() {
@@ -147,7 +130,7 @@ void Console::detach(ConsoleObserver& observer) {
 
 void Console::show(ConsoleLineKind kind, std::string_view text) {
     for (const std::string_view line : linesOf(text))
-        showLine(kind, shortened(line));
+        showLine(kind, shortened(line, longestShown));
 }
 
 void Console::showLine(ConsoleLineKind kind, const std::string& text) {
@@ -158,7 +141,7 @@ void Console::showLine(ConsoleLineKind kind, const std::string& text) {
         line += text;
         std::ranges::replace_if(line, isObeyed, '?');
     }
-    if (kind == ConsoleLineKind::Error)
+    if (kind == ConsoleLineKind::Error || (kind == ConsoleLineKind::Remark && _isQuiet))
         std::cerr << line << std::endl;
     else if (!_isQuiet)
         std::cout << line << std::endl;

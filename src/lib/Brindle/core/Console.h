@@ -25,7 +25,7 @@ public:
     /// Throws Critical when the file cannot be written.
     void setFullLogFile(const std::string& filename);
 
-    /// A quiet console shows errors alone on the standard streams; log file and observers get every line.
+    /// A quiet console shows errors and remarks alone, both on standard error; log file and observers get every line.
     void setQuiet(bool isQuiet) { _isQuiet = isQuiet; }
 
     /// Shows a text; an argument that is not empty stands where the text holds its first "%".
@@ -37,6 +37,8 @@ public:
     /// Shows an exception's message and named fields, whose line breaks become blanks, in a debugging build its
     /// location too, and counts one error.
     void error(const Exception& exception);
+    /// Shows a line that belongs to the error before and is not counted.
+    void continueError(const std::string& text);
 
     void indent() { ++_level; }
     /// Takes one level back; at the first level nothing happens.

@@ -66,10 +66,21 @@ void OutputFiles::add(const fs::path& path, std::string content, Overwrite overw
             stage(path, place.path, FileAccess::Public, overwrite, toBytes(content));
             return;
         }
-        const int descriptor = place.descriptor ? fcntl(*place.descriptor, F_DUPFD_CLOEXEC, 0)
-                                                : open(place.path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY);
+        if (place.descriptor) {
+            addTo(*place.descriptor, path, std::move(content));
+            return;
+        }
+        const int descriptor = open(place.path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY);
         require(descriptor >= 0);
         _streams.push_back({path, FileDescriptor(descriptor), std::move(content)});
+    });
+}
+
+void OutputFiles::addTo(int descriptor, const fs::path& name, std::string content) {
+    reporting(name, [&] {
+        const int own = fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
+        require(own >= 0);
+        _streams.push_back({name, FileDescriptor(own), std::move(content)});
     });
 }
 

@@ -29,7 +29,9 @@ public:
     void requireWritable(const std::filesystem::path& path, Overwrite overwrite = Overwrite::Yes) const;
     /// Writes the content, or keeps it where the path is not that of a file.
     void add(const std::filesystem::path& path, std::string content, Overwrite overwrite = Overwrite::Yes);
-    /// The same for a file of which others may see nothing. It goes nowhere but to its name: no link is followed, and
+    /// The same for a descriptor of this process; the name is what errors tell.
+    void addTo(int descriptor, const std::filesystem::path& name, std::string content);
+    /// Writes a file of which others may see nothing. It goes nowhere but to its name: no link is followed, and
     /// what is no regular file is refused.
     void addPrivate(const std::filesystem::path& path, std::span<const std::uint8_t> content, Overwrite overwrite);
     /// Gives all files their names. Nothing may be added afterwards.

@@ -1,5 +1,6 @@
 #include <Brindle/tool/CommandLine.h>
 
+#include <Brindle/core/Text.h>
 #include <Brindle/tool/UsageError.h>
 
 #include <algorithm>
@@ -108,7 +109,7 @@ void CommandLine::requireOperands(std::string_view name) const {
 
 void CommandLine::requireNoOperand() const {
     if (!_operands.empty())
-        throw located(UsageError("Unexpected '" + _operands.front() + "'"), BRINDLE_HERE);
+        throw located(UsageError("Unexpected " + inQuotes(_operands.front())), BRINDLE_HERE);
 }
 
 } // namespace Brindle

@@ -42,7 +42,7 @@ int run(const Tool& tool, const std::vector<std::string>& arguments) {
     if (!command && arguments.front().starts_with('-'))
         throw located(UsageError("Unknown option " + arguments.front()), BRINDLE_HERE);
     if (!command)
-        throw located(UsageError("Unknown command '" + arguments.front() + "'"), BRINDLE_HERE);
+        throw located(UsageError("Unknown command " + inQuotes(arguments.front())), BRINDLE_HERE);
     return tool.run(*command, CommandLine(arguments, command->options));
 }
 

@@ -148,11 +148,13 @@ private Q_SLOTS:
     void descriptions();
     void unwritableOutput();
     void outputPlaces();
+    void streams();
     void refusedOutputs_data();
     void refusedOutputs();
     void failingFileKeepsTheOthers();
     void failuresKeepTheOutput();
     void oneFailureStopsNoOther();
+    void filesAreApart();
     void sameRefusalsAsTheWindow();
     void hostileConfigurations();
     void wrongUsage();
@@ -431,6 +433,9 @@ void GenerateTest::outputPlaces() {
     QCOMPARE(filesOf("in/other/fir_mac.vhd"), filesOf("in/fir_mac.vhd"));
     QVERIFY(QFileInfo("in/other/spi_bridge/rtl/spi_bridge.vhd").isFile());
 
+    QCOMPARE(generate({"in/fir_mac.velmora", "-q", "-o", "link/"}).status, 0); // there is such a directory
+    QCOMPARE(filesOf("elsewhere/deep/fir_mac.vhd"), filesOf("in/fir_mac.vhd"));
+
     const QString foreign = QStringLiteral("\u00e9\u4e16.velmora");
     _prefix->write(foreign, Examples::content("fir_mac"));
     set("LC_ALL", "C");
@@ -438,16 +443,44 @@ void GenerateTest::outputPlaces() {
     QCOMPARE(filesOf("elsewhere/" + foreign + ".vhd"), filesOf("in/fir_mac.vhd")); // ".." is the file system's
 }
 
+/// What is no file is read to its end, and written to with nothing else.
+void GenerateTest::streams() {
+    addFilter("from quarnel import *\nprint 'printed'\nprintText('remark')\n" + FormFixture::echo);
+    QCOMPARE(generate({"fir.velmora", "-q"}).errors, QStringList("    remark"));
+    const QByteArray expected = readFile("fir.vhd");
+    const auto runIn = [&](const QString& shell) {
+        _prefix->write("log", "earlier\n");
+        const QString command = QStringLiteral(VELMORA_GENERATE) + " run " + shell;
+        const Outcome outcome = run({"-c", command}, "sh");
+        QCOMPARE(outcome.status, 0);
+        QCOMPARE(outcome.output, "");
+        QVERIFY(outcome.errors.contains("    remark") && outcome.errors.contains("printed"));
+        QCOMPARE(readFile("log"), "earlier\n" + expected);
+    };
+    runIn("fir.velmora -o /dev/stdout >> log");
+    runIn("fir.velmora -o - >> log");
+    runIn("- --output /dev/fd/3 3>> log < fir.velmora");
+    runIn("/dev/stdin -o - < fir.velmora | cat >> log");
+    QDir().mkpath("empty");
+    const QString here = QStringLiteral("cd empty && " VELMORA_GENERATE " run -q - < ../fir.velmora");
+    QCOMPARE(run({"-c", here}, "sh").status, 0);
+    QCOMPARE(filesOf("empty"), (QMap<QString, QByteArray>{{"fir.vhd", expected}}));
+}
+
 void GenerateTest::refusedOutputs_data() {
     const TestTable<QStringList, QString> table("arguments", "error");
     table.row("the configuration", {"fir.velmora", "-o", "fir.velmora"},
               "Processing aborted [Output would replace the configuration fir.velmora]");
     table.row("no directory", {"fir.velmora", "-o", "no/such.vhd"},
-              "Processing aborted [Unable to open file no/such.vhd]");
-    table.row("named as a directory", {"fir.velmora", "-o", "none/"}, "Processing aborted [Unable to open file none/]");
+              "Processing aborted [Unable to write file] (filename: no/such.vhd, reason: No such file or directory)");
+    table.row(
+        "named as a directory", {"fir.velmora", "-o", "none/"},
+        "Processing aborted [Unable to write file] (filename: none/, reason: It names a directory, name the file)");
     table.row(
         "twice", {"fir.velmora", "copy.velmora"},
         "Processing aborted [Another configuration has the output fir.vhd too, give their entities different names]");
+    table.row("several files to one pipe", {"bare.velmora", "-o", "-"},
+              "Several files need a directory, '-' takes one text");
     table.row("without a name", {"bare.velmora"}, "Entity name not specified!");
 }
 
@@ -459,7 +492,8 @@ void GenerateTest::refusedOutputs() {
     _prefix->write("bare.velmora", "company = Orvane\nname = APB slave to serial master\nuid = UID\nEntity =\n");
     const Outcome outcome = generate(arguments);
     QCOMPARE(outcome.status, 1);
-    QTEST(outcome.errors.first().trimmed().section(" (", 0, 0), "error");
+    QFETCH(QString, error);
+    QCOMPARE(outcome.errors.filter(error).size(), 1);
     QCOMPARE(outcome.errors.last(), "Failed: " + arguments.at(arguments.contains("-o") ? 0 : arguments.size() - 1));
     QCOMPARE(QFileInfo::exists("fir.vhd"), arguments.contains("copy.velmora")); // of the first one
     QVERIFY(!QFileInfo::exists("none"));
@@ -481,7 +515,8 @@ void GenerateTest::failuresKeepTheOutput() {
     verify("def generate(argDict):\n  printError('Too wide')\n  return 'x'\n",
            {"Too wide", "Failed to generate the IP, please contact the provider."});
     verify("def generate(argDict):\n  raise ValueError('no')\n",
-           {"Traceback (most recent call last):", "Processing aborted [Should not be here]"});
+           {"Traceback (most recent call last):", "File \"<string>\", line 1, in <module>",
+            "File \"<string>\", line 2, in generate", "ValueError: no", "Processing aborted [Should not be here]"});
     verify(returning("'x\\n`protect end\\n'"), {"Processing aborted [No \"`protect begin\" found]"});
 }
 
@@ -537,7 +572,7 @@ void GenerateTest::wrongUsage() {
     verify({"template"}, "The name of the IP is missing");
     verify({"describe", "Mac", "fir"}, "The name of the IP should be given once, in quotes when it holds blanks");
     verify({"check"}, "The configuration file is missing");
-    verify({"run", "a", "-o", "-"}, "The output should be a file or a directory, /dev/stdout shows it");
+    verify({"run", "a", "-o", "-", "--json"}, "Standard output cannot take both the output and --json");
     for (const QString& prefix : {QString(), QString("absent")}) {
         set("ORVANE_PREFIX", prefix);
         verify({"list"}, prefix.isEmpty()
@@ -591,11 +626,14 @@ void GenerateTest::failingFileKeepsTheOthers() {
     QDir().mkpath("rtl/b.vhd");
     const Outcome outcome = generate({"bridge.velmora"});
     QCOMPARE(outcome.status, 1);
-    QVERIFY(outcome.errors.first().contains("Unable to open file rtl/b.vhd"));
+    QVERIFY(outcome.errors.first().contains("Unable to write file (filename: rtl/b.vhd, reason: Is a directory)"));
     QCOMPARE(filesOf("rtl"), (QMap<QString, QByteArray>{{"a.vhd", "earlier"}}));
     QDir().rmdir("rtl/b.vhd");
     QCOMPARE(generate({"bridge.velmora"}).status, 0);
     QCOMPARE(filesOf("rtl"), (QMap<QString, QByteArray>{{"a.vhd", "new\n"}, {"b.vhd", "new\n"}}));
+    _prefix->addBridge("def generate(argDict):\n  return {}\n");
+    const QJsonObject nothing = generate({"bridge.velmora", "--json"}).json().first().toObject();
+    QVERIFY(nothing["succeeded"].toBool() && !nothing.contains("output"));
 }
 
 void GenerateTest::oneFailureStopsNoOther() {
@@ -616,6 +654,22 @@ void GenerateTest::oneFailureStopsNoOther() {
                      "wrong.velmora, line: 10)",
                      "Failed: wrong.velmora"}));
     QVERIFY(readFile("fir.vhd").contains("%%ENTITY_NAME%%=fir\n") && readFile("second.vhd").contains("=second\n"));
+}
+
+/// Whatever a script leaves behind, down to a process that is no more.
+void GenerateTest::filesAreApart() {
+    addFilter("import os, sys\nname = None\ndef generate(argDict):\n  name = argDict['%%ENTITY_NAME%%']\n"
+              "  if name == 'dies': os.kill(os.getpid(), 11)\n"
+              "  if name == 'second': return str(hasattr(__builtins__, 'left')) + str('left' in sys.modules)\n"
+              "  __builtins__.left = sys.modules['left'] = sys\n  os.chdir('/')\n  raise ValueError()\n");
+    for (const char* name : {"fails", "dies", "second"})
+        _prefix->write(QString(name) + ".velmora",
+                       readFile("fir.velmora").replace("= fir\n", QByteArray("= ") + name + "\n"));
+    const Outcome outcome = generate({"fails.velmora", "dies.velmora", "second.velmora", "-o", ".", "-q"});
+    QCOMPARE(outcome.status, 1);
+    QCOMPARE(outcome.errors.filter("signal").size(), 1);
+    QCOMPARE(outcome.errors.filter("Failed: "), (QStringList{"Failed: fails.velmora", "Failed: dies.velmora"}));
+    QCOMPARE(readFile("second.vhd"), "FalseFalse\n");
 }
 
 void GenerateTest::settingsAreLeftAlone() {

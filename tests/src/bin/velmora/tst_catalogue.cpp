@@ -165,17 +165,18 @@ void CatalogueTest::show() const {
 
 void CatalogueTest::discoveryFollowsTheDirectories() {
     _prefix->addIP("Orvane/one", description("One", "A", "Orvane", "V"));
-    _prefix->addIP("Other/two", description("Two", "A", "Other", "V"));
-    _prefix->addIP("Other/two/deeper", description("Too deep", "A", "Other", "V"));
-    _prefix->addIP("Other", description("Too high", "A", "Other", "V"));
+    _prefix->addIP(".other/.two", description("Two", "A", "Other", "V"));
+    _prefix->addIP(".other/.two/deeper", description("Too deep", "A", "Other", "V"));
+    _prefix->addIP(".other", description("Too high", "A", "Other", "V"));
     _prefix->write("share/velmora/Files/only-a-file", "x");
     _prefix->write("share/velmora/Orvane/without/description.html", "x");
     _prefix->write("share/velmora/config", "nonsense");
     _prefix->addIP("Orvane/alpha", description("Alpha", "A", "Orvane", "V"));
     createHandler();
     QStringList names;
-    for (const QString& provider : QDir("share/velmora").entryList({"Orvane", "Other"}, QDir::Dirs, QDir::Unsorted))
-        names += provider == "Other"
+    for (const QString& provider :
+         QDir("share/velmora").entryList({"Orvane", ".other"}, QDir::Dirs | QDir::Hidden, QDir::Unsorted))
+        names += provider == ".other"
                      ? QStringList("Two")
                      : QDir("share/velmora/Orvane").entryList({"one", "alpha"}, QDir::Dirs, QDir::Unsorted);
     QCOMPARE(namesOf(_handler->getIPLeaves()).join(' ').toLower(),
@@ -268,6 +269,8 @@ void CatalogueTest::unusableDescriptions() {
     for (const char* unusable : {"absent", "share", "pipe"})
         QCOMPARE(messageFor(unusable), "Unable to open description file");
     QCOMPARE(messageFor("empty"), "Name not specified");
+    _prefix->write("latin", "name caf\xe9\ncategory A\ncompany X\nvariants V\n");
+    QCOMPARE(messageFor("latin"), "Line is not UTF-8, save the file in this encoding");
     QCOMPARE(messageFor("huge"), "Description file is larger than 16 MiB");
 }
 
@@ -314,9 +317,22 @@ void CatalogueTest::descriptionPage() {
     const auto linked = open("Orvane", "Any", "html link/../page.html\n");
     linked->show();
     QTRY_COMPARE(textOf(*linked), QStringLiteral("Elsewhere"));
+    ConsoleRecorder recorder;
+    QCOMPARE(mkfifo(QFile::encodeName(_prefix->path("share/velmora/X/y/pipe")).constData(), 0600), 0);
+    _prefix->write("share/velmora/X/y/deep.html", QByteArray("<b>").repeated(200'000));
+    _prefix->write("share/velmora/X/y/large.html", QByteArray(2'000'000, 'x'));
+    for (const char* name : {"pipe", "deep.html", "large.html"}) {
+        const auto unusable = open("Orvane", "Any", QByteArray("html ") + name + "\n");
+        unusable->show();
+        QTRY_COMPARE(textOf(*unusable), QStringLiteral("Description file cannot be shown"));
+        QVERIFY(recorder.take().join('\n').startsWith("E: Unable to show description page (filename: "));
+    }
+    _prefix->write("share/velmora/X/y/piped.html", "<body>Piped<img src='pipe'></body>");
+    const auto piped = open("Orvane", "Any", "html piped.html\n");
+    piped->show();
+    QTRY_COMPARE(textOf(*piped), QStringLiteral("Piped"));
     const auto without = open("Orvane", "Any", "html absent.html\n");
     QTRY_COMPARE(textOf(*without), QStringLiteral("Description file does not exists"));
-    ConsoleRecorder recorder;
     without->onLinkClicked(QUrl("nonsense:/some/where"));
     QCOMPARE(recorder.lines(), QStringList({"E: Could not open link /some/where."}));
 }

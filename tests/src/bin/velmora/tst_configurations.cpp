@@ -258,6 +258,9 @@ void ConfigurationsTest::refusedByForm_data() {
               "18: Missing keys, add a line for each: TriggerTableView/2, TriggerTableView/3");
     table.row("number too large", scopeText, "InputCount = 17", "InputCount = 241",
               "8: '241' cannot be the value of 'InputCount', expected a whole number from 2 to 240");
+    table.row("long value", scopeText, "InputCount = 17", "InputCount = " + QByteArray(5000, '1'),
+              "8: '" + QString(77, '1') +
+                  "...' cannot be the value of 'InputCount', expected a whole number from 2 to 240");
     table.row("choice by place", scopeText, "StoreTrigger = Enable", "StoreTrigger = 0",
               "11: '0' cannot be the value of 'StoreTrigger', expected one of Enable, Disable");
     table.row(

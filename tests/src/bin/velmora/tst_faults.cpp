@@ -68,6 +68,7 @@ private Q_SLOTS:
     void cleanup() { _prefix.reset(); }
 
     void diskFillsUp();
+    void outputIsRemoved();
     void installationIsRemoved();
     void settingsCannotBeStored_data();
     void settingsCannotBeStored();
@@ -103,6 +104,19 @@ void FaultsTest::diskFillsUp() {
     QCOMPARE(readFile(disk.path("b.vhd")), QByteArray("")); // not half a description
     QCOMPARE(readFile(disk.path("a.vhd")), QByteArray("A\n"));
     QVERIFY(!QFile::exists(disk.path("c.vhd")));
+}
+
+/// By the script, which takes the place of another program.
+void FaultsTest::outputIsRemoved() {
+    const auto page = openPage(filterName, "import shutil\ndef generate(argDict):\n  shutil.rmtree('" + out().toUtf8() +
+                                               "')\n  return ''\n");
+    fillFilter(*page);
+    _dialogs.answer = out("x.vhd");
+    ConsoleRecorder recorder;
+    press(*page);
+    QCOMPARE(recorder.errors(), QStringList("E:   Processing aborted [Unable to write file " + out("x.vhd") +
+                                            "] (reason: It was removed or replaced in the meantime)"));
+    QCOMPARE(recorder.lines().last(), QStringLiteral("  Generating failed"));
 }
 
 /// While the window is open.

@@ -87,6 +87,8 @@ private Q_SLOTS:
     void scriptErrorsNameTheForm_data() { Examples::addRows(); }
     void scriptErrorsNameTheForm();
     void bytesOfTheScriptStay();
+    void coefficientsOutOfRange();
+    void wrongDate();
 };
 
 void FormsTest::resetReachesHiddenRows() {
@@ -323,7 +325,7 @@ void FormsTest::checks() {
         set(parse(values, parse(goodValues(ip))));
         ConsoleRecorder recorder;
         const bool passed = check();
-        QCOMPARE(recorder.lines(), message.isEmpty() ? QStringList() : QStringList("E: " + message));
+        QCOMPARE(recorder.errors(), message.isEmpty() ? QStringList() : QStringList("E: " + message));
         QCOMPARE(passed, message.isEmpty());
         QCOMPARE(marksOf(*form()), marked);
     };
@@ -442,6 +444,29 @@ void FormsTest::bytesOfTheScriptStay() {
     set("Entity=fir;CoefficientMode=Input");
     QCOMPARE(generate().last(), "  Generating done");
     QCOMPARE(readFile(_dialog.answer), "(others => (others => '0'))\xe9\xff\r\n");
+}
+
+void FormsTest::coefficientsOutOfRange() {
+    open("Systolic");
+    set("Entity=fir;CoefficientWidth=8;Coefficients=200, 127, -128, x\"f1\", -129");
+    QCOMPARE(generate().mid(1, 3),
+             QStringList({"R:   Coefficient 200 is beyond 'Coefficient width' 8, which holds -128 to 127",
+                          "R:   Coefficient -129 is beyond 'Coefficient width' 8, which holds -128 to 127",
+                          "  Generating done"}));
+    set("CoefficientMode=Input");
+    QCOMPARE(generate().value(1), "  Generating done");
+}
+
+/// It is told before the earlier output is emptied.
+void FormsTest::wrongDate() {
+    open("Systolic");
+    set("Entity=fir;Coefficients=1, 2, 3");
+    _prefix->write("out.vhd", "earlier");
+    qputenv("SOURCE_DATE_EPOCH", "soon");
+    const QStringList lines = generate();
+    qunsetenv("SOURCE_DATE_EPOCH");
+    QVERIFY(lines.value(1).startsWith("E:   Processing aborted [SOURCE_DATE_EPOCH should be "));
+    QCOMPARE(readFile("out.vhd"), "earlier");
 }
 
 VELMORA_TEST_MAIN(FormsTest)

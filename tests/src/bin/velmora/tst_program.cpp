@@ -4,11 +4,13 @@
 
 #include <Brindle/core/Build.h>
 
+#include <QDir>
 #include <QRegularExpression>
 #include <QSettings>
 #include <QTest>
 
 #include <memory>
+#include <sys/stat.h>
 
 /// The program as a process: what it prints, its exit status, and what it leaves in the settings.
 class ProgramTest : public QObject {
@@ -30,6 +32,7 @@ private Q_SLOTS:
     void answersWithoutAWindow_data();
     void answersWithoutAWindow();
     void aboutPageCanBeSuppressed();
+    void settingsInAPipe();
     void startsWithSpoiltSettings_data();
     void startsWithSpoiltSettings();
     void exceptionsFromSlots_data();
@@ -100,6 +103,16 @@ void ProgramTest::startsWithSpoiltSettings() {
     QCOMPARE(outcome.errors.size(), errorCount);
     QCOMPARE(outcome.status, 0);
     QVERIFY(outcome.output.contains("<b>About</b>"));
+}
+
+/// Which would be waited for.
+void ProgramTest::settingsInAPipe() {
+    QVERIFY(QDir().mkpath(QFileInfo(settingsPath()).path()));
+    QCOMPARE(mkfifo(QFile::encodeName(settingsPath()).constData(), 0600), 0);
+    const Program::Outcome outcome = run("close");
+    QCOMPARE(outcome.status, 1);
+    QCOMPARE(outcome.errors,
+             QStringList("Settings are kept in what is no regular file (filename: " + settingsPath() + ")"));
 }
 
 void ProgramTest::exceptionsFromSlots_data() {

@@ -90,6 +90,9 @@ void RulesTest::descriptionErrors_data() {
 
     table.row("empty file", "", "Name not specified");
     table.row("empty line at the end", whole + "\n", "Invalid line: ''");
+    table.row("byte order mark", "\xef\xbb\xbf" + whole,
+              "Description file begins with a byte order mark, save it without one");
+    table.row("NUL in a value", whole + QByteArray("name A\0B", 8), "Line holds a NUL byte");
     table.row("unknown keyword", whole + "Name A\n", "Unknow keyword Name");
     table.row("two uids", "uid  A\tB", "Invalid wordCount: 'uid A B'");
     table.row("word count before the uid's length", "uid " + QByteArray(26, 'u') + " B",
@@ -119,6 +122,7 @@ void RulesTest::descriptionErrors() {
     } catch (const Brindle::Critical& exception) {
         QCOMPARE(exception.what(), message);
         QCOMPARE(exception.getField("filename"), descriptionFilename);
+        QCOMPARE(exception.getField("line").empty(), message.contains("specified"));
     }
 }
 

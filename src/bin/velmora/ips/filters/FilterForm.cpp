@@ -4,6 +4,8 @@
 #include <velmora/rules/Coefficients.h>
 #include <velmora/settings/SettingsKeys.h>
 
+#include <Brindle/core/Console.h>
+
 namespace Velmora {
 
 namespace {
@@ -64,6 +66,14 @@ void FilterForm::check(FormCheck& check, bool needsCoefficients) const {
         .require(_truncation->value() + _outputDataWidth->value() <= widestAccumulator,
                  "'LSB To Be Truncated' + 'Output Data width' should be inferior to 50.",
                  {_truncation, _outputDataWidth});
+}
+
+void FilterForm::remarkCoefficients() const {
+    if (!_coefficientsEdit->isEnabledTo(_coefficientsEdit->parentWidget()))
+        return;
+    for (const std::string& remark :
+         getRangeRemarks(getCoefficientList(), static_cast<unsigned long>(_coefficientWidth->value())))
+        Brindle::console.remark(remark);
 }
 
 void FilterForm::addWidthArguments(ArgumentDictionary& arguments) const {

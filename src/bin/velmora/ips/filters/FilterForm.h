@@ -47,7 +47,12 @@ public:
         return {title,
                 getEntityName(),
                 FailureRules::filter,
-                [&leaf] { return leaf.isFullyConfigured(); },
+                [this, &leaf] {
+                    const bool isGood = leaf.isFullyConfigured();
+                    if (isGood)
+                        remarkCoefficients();
+                    return isGood;
+                },
                 [&leaf] { return leaf.getArguments(); },
                 [&leaf] { return leaf.getFilter(); }};
     }
@@ -56,6 +61,9 @@ public:
     void addWidthArguments(ArgumentDictionary& arguments) const;
 
 private:
+    /// Tells of those that the design cannot hold as they are, as long as the list is used.
+    void remarkCoefficients() const;
+
     Form _form;
     QLineEdit* _entityEdit = nullptr;
     QSpinBox* _inputDataWidth = nullptr;
