@@ -33,8 +33,9 @@ Velmora::HdlInstantiation getParts(const std::optional<Velmora::HdlUnit>& unit) 
                                BRINDLE_HERE);
     if (const auto parts = Velmora::getInstantiation(*unit))
         return *parts;
-    throw Brindle::located(Brindle::Fatal("VHDL cannot instantiate '" + unit->name + "' by what its head says"),
-                           BRINDLE_HERE);
+    throw Brindle::located(
+        Brindle::Fatal("'" + unit->name + "' has a generic or port that is no constant or signal of VHDL"),
+        BRINDLE_HERE);
 }
 
 int run(const Brindle::CommandLine& commandLine) {

@@ -16,7 +16,7 @@ namespace GenerateTool {
 
 /// What a configuration would give, as far as it could be found out.
 struct Preview {
-    bool isGood = false;                             ///< `run` would generate it.
+    bool isGood = false;                             ///< It would be generated, and no fact failed to be told.
     std::optional<Velmora::IPDescription> ip;        ///< Whose the configuration is.
     std::optional<Velmora::FailedCheck> failedCheck; ///< The first of the form's.
     std::vector<Velmora::Fact> facts;                ///< None when the script tells none.

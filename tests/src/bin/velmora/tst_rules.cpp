@@ -3,6 +3,8 @@
 #include <velmora/rules/Common.h>
 #include <velmora/rules/IPDescription.h>
 #include <velmora/rules/ProtectedRegions.h>
+#include <velmora/rules/VerilogModules.h>
+#include <velmora/rules/VhdlEntities.h>
 #include <velmora/rules/WhiteSpace.h>
 
 #include <support/TestTable.h>
@@ -61,6 +63,8 @@ private Q_SLOTS:
     void coefficientAggregates_data();
     void coefficientAggregates();
     void languages();
+    void headsOfUnits_data();
+    void headsOfUnits();
     void protectedRegions_data();
     void protectedRegions();
 };
@@ -280,6 +284,43 @@ void RulesTest::languages() {
     QCOMPARE(Velmora::getLanguage("rtl/x.v"), "vlog");
     QCOMPARE(Velmora::getLanguage("x.vh"), "vlog");
     QCOMPARE(Velmora::getLanguage("x.V"), "vhdl");
+}
+
+void RulesTest::headsOfUnits_data() {
+    const TestTable<QByteArray, QStringList> table("text", "heads");
+    table.row(
+        "entity",
+        "library ieee; architecture a of b is begin x : if c = '(' generate end generate; end;\n"
+        "Library ieee; -- use it\nuse ieee.std_logic_1164.all;\n"
+        "ENTITY Top Is Generic (N, M : positive := 2 ** (3);T:string:=\";)\");\n"
+        "port (signal a,b : bit := '1'; -- ; c : in bit\n  c:OUT std_logic_vector ( N - 1\tdownto/*0*/0 ));\nend;",
+        {"Top", "Library ieee;", "use ieee.std_logic_1164.all;", "N,in,positive,2 ** (3)", "M,in,positive,2 ** (3)",
+         "T,in,string,\";)\"", "a,in,bit,'1'", "b,in,bit,'1'", "c,OUT,std_logic_vector ( N - 1 downto 0 ),"});
+    table.row("two entities, one of them cut", "entity a is port (x : ; entity b is end; entity c is end c;", {});
+    table.row("module",
+              "`ifdef A\nmodule no;\n`else\nmodule m #(parameter W = 8, localparam L = 1, parameter [1:0] P = 2'b01)\n"
+              "(input wire [W-1:0] d /* , e */, f, output \\q; = 0);\n`endif endmodule module n(x); inout [1:0] x;",
+              {"m", "W,,,8", "P,,[1:0],2'b01", "d,input,wire [W-1:0],", "f,input,wire [W-1:0],", "\\q;,output,,0", "n",
+               "x,inout,[1:0],"});
+}
+
+void RulesTest::headsOfUnits() {
+    QFETCH(QByteArray, text);
+    QStringList heads;
+    const auto add = [&heads](const std::vector<Velmora::HdlObject>& objects) {
+        for (const auto& object : objects)
+            heads += QString::fromStdString(object.name + "," + object.mode + "," + object.type + "," + object.value);
+    };
+    for (const auto& read : {Velmora::readVhdlEntities, Velmora::readVerilogModules}) {
+        for (const Velmora::HdlUnit& unit : read(text.toStdString())) {
+            heads += QString::fromStdString(unit.name);
+            for (const std::string& clause : unit.context)
+                heads += QString::fromStdString(clause);
+            add(unit.generics);
+            add(unit.ports);
+        }
+    }
+    QTEST(heads, "heads");
 }
 
 void RulesTest::protectedRegions_data() {
