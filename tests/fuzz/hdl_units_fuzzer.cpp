@@ -4,7 +4,6 @@
 #include <velmora/rules/VerilogModules.h>
 #include <velmora/rules/VhdlEntities.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <string>
 
@@ -22,13 +21,6 @@ std::string writeList(const char* word, const std::vector<HdlObject>& objects) {
     return text.empty() ? text : std::string(word) + "(" + text + ");\n";
 }
 
-bool isSame(const std::vector<HdlObject>& ones, const std::vector<HdlObject>& others) {
-    const auto isSameObject = [](const HdlObject& one, const HdlObject& other) {
-        return one.name == other.name && one.mode == other.mode && one.type == other.type && one.value == other.value;
-    };
-    return std::equal(ones.begin(), ones.end(), others.begin(), others.end(), isSameObject);
-}
-
 /// What was read of an entity, written as another entity, reads the same.
 void checkEntity(const HdlUnit& unit) {
     for (const HdlObject& generic : unit.generics) {
@@ -39,7 +31,7 @@ void checkEntity(const HdlUnit& unit) {
                        writeList("port", unit.ports) + "end;\n";
     const auto units = Velmora::readVhdlEntities(text);
     require(units.size() == 1 && units[0].name == unit.name, "the entity is read again");
-    require(isSame(units[0].generics, unit.generics) && isSame(units[0].ports, unit.ports), "so are its objects");
+    require(units[0].generics == unit.generics && units[0].ports == unit.ports, "so are its objects");
 }
 
 void checkUnits(const std::vector<HdlUnit>& units, std::string_view text) {

@@ -143,7 +143,7 @@ bool isDecimal(std::string_view text) {
 }
 
 /// An integer expression; nothing where VHDL writes it in another way.
-std::optional<std::string> toVhdlExpression(HdlTokens tokens) {
+std::optional<std::string> toVhdlExpression(const HdlTokens& tokens) {
     static constexpr std::array<std::string_view, 6> symbols{"+", "-", "*", "/", "(", ")"};
     std::string text;
     for (const HdlToken& token : tokens) {
@@ -173,15 +173,16 @@ std::optional<std::string> toVhdlRange(HdlTokenWalk& walk) {
     return "(" + *first + (isRising ? " to " : " downto ") + *last + ")";
 }
 
+std::string toVhdlMode(const std::string& direction) {
+    if (direction == "input")
+        return "in";
+    return direction == "output" ? "out" : "inout";
+}
+
 std::optional<HdlObject> toVhdlPort(const HdlObject& port) {
     static constexpr std::array<std::string_view, 10> words{"wire",     "reg",    "logic", "tri", "signed",
                                                             "unsigned", "supply", "uwire", "var", "bit"};
-    HdlObject object{toVhdlName(port.name),
-                     port.mode == "input"    ? "in"
-                     : port.mode == "output" ? "out"
-                                             : "inout",
-                     "std_logic",
-                     {}};
+    HdlObject object{toVhdlName(port.name), toVhdlMode(port.mode), "std_logic", {}};
     const HdlTokens tokens = tokenizeVerilog(port.type);
     HdlTokenWalk walk(tokens);
     while (std::ranges::find(words, walk.peek()) != words.end())
@@ -232,17 +233,17 @@ std::optional<HdlUnit> toVhdl(HdlUnit unit) {
 
 } // namespace
 
-std::optional<HdlInstantiation> getInstantiation(const HdlUnit& given) {
-    const auto unit = given.isVerilog ? toVhdl(given) : std::optional(given);
+std::optional<HdlInstantiation> getInstantiation(const HdlUnit& unit) {
+    const auto entity = unit.isVerilog ? toVhdl(unit) : std::optional(unit);
     const auto isValue = [](const HdlObject& generic) { return generic.mode == "in"; };
-    if (!unit || !std::ranges::all_of(unit->generics, isValue))
+    if (!entity || !std::ranges::all_of(entity->generics, isValue))
         return std::nullopt;
     HdlInstantiation parts;
-    for (const std::string& clause : unit->context)
+    for (const std::string& clause : entity->context)
         parts.context += clause + "\n";
-    parts.declarations = (given.isVerilog ? getComponent(*unit) : std::string()) + getDeclarations(*unit);
-    parts.statements = getLabel(*unit) + " : " + (given.isVerilog ? "" : "entity work.") + unit->name +
-                       getMap("generic", unit->generics) + getMap("port", unit->ports) + ";\n";
+    parts.declarations = (unit.isVerilog ? getComponent(*entity) : std::string()) + getDeclarations(*entity);
+    parts.statements = getLabel(*entity) + " : " + (unit.isVerilog ? "" : "entity work.") + entity->name +
+                       getMap("generic", entity->generics) + getMap("port", entity->ports) + ";\n";
     return parts;
 }
 

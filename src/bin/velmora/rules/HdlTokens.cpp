@@ -134,7 +134,7 @@ void scanVhdl(Scanner& scanner) {
         scanner.take(getVhdlNumberSize(scanner));
     } else if (character == '"' || character == '\\') {
         scanner.takeQuoted(character);
-    } else if (character == '\'' && scanner.peek(2) == '\'' && !(scanner.peek(1) == '(' && isTick(scanner.getLast()))) {
+    } else if (character == '\'' && scanner.peek(2) == '\'' && (scanner.peek(1) != '(' || !isTick(scanner.getLast()))) {
         scanner.take(3);
     } else {
         scanner.take(getSymbolSize(scanner, symbols));

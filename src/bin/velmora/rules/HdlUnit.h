@@ -11,6 +11,8 @@ struct HdlObject {
     std::string mode;  ///< Of VHDL "in" where none is written; of a Verilog port such as "input", of a parameter empty.
     std::string type;  ///< Of Verilog what stands beside the name, such as "wire signed [W-1:0]"; may be empty there.
     std::string value; ///< The default; empty when there is none.
+
+    bool operator==(const HdlObject&) const = default;
 };
 
 /// The head of a VHDL entity or a Verilog module.

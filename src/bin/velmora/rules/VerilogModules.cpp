@@ -19,8 +19,7 @@ std::optional<HdlObject> readDeclarator(const HdlTokens& tokens) {
     HdlTokens head = walk.takeUntil({"="});
     HdlTokens dimensions; // behind the name
     while (!head.empty() && head.back().text == "]") {
-        const auto opening =
-            std::find_if(head.rbegin(), head.rend(), [](const auto& each) { return each.text == "["; });
+        const auto opening = std::ranges::find(head.rbegin(), head.rend(), std::string_view("["), &HdlToken::text);
         if (opening == head.rend())
             return std::nullopt;
         const auto begin = opening.base() - 1;
