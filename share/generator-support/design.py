@@ -28,13 +28,18 @@ class Design(object):
         """The HDL without the header."""
         raise NotImplementedError
 
-    def generate(self):
-        """The HDL text; what is wrong or worth knowing goes to the console."""
+    def failure(self):
+        """Comment lines in place of a text that cannot be generated, '' if it can; the problems go to the console."""
         problems = self.problems()
         for problem in problems:
             printError(problem)
-        if problems:
-            return '\n'.join(failureComment(problem) for problem in problems)
+        return '\n'.join(failureComment(problem) for problem in problems)
+
+    def generate(self):
+        """The HDL text; what is wrong or worth knowing goes to the console."""
+        failure = self.failure()
+        if failure:
+            return failure
         for remark in self.remarks():
             printText(remark)
         # The program ends every line that it writes, the last one included.

@@ -10,6 +10,8 @@ class FirFilter(Design):
     NotImplementedError here.
     """
 
+    hasSaturation = False
+
     def __init__(self, argDict):
         arguments = dict((key, printableText(value)) for key, value in argDict.items())
         self.entityName = arguments['%%ENTITY_NAME%%']
@@ -29,6 +31,9 @@ class FirFilter(Design):
     def generate(self):
         """The text of a filter ends with a line feed of its own."""
         return Design.generate(self) + '\n'
+
+    def testBench(self):
+        return self.failure() or firTestBench(self)
 
     def problems(self):
         return self.nameProblems() + self.coefficientProblems()

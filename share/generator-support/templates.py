@@ -39,6 +39,14 @@ def fillBlocks(template, blocks):
     return re.sub(r'\n{3,}', '\n\n', template)
 
 
+def keepBlocks(template, choices):
+    """The template without the blocks whose names the dictionary 'choices' maps to False; several may have one name."""
+    for name, isKept in choices.items():
+        if not isKept:
+            template = re.sub(r'(?ms)^ *-- begin %s\n.*?^ *-- end %s\n' % (name, name), '', template)
+    return template
+
+
 def setConstants(template, values):
     """The template with the constants named in 'values' set to them."""
     for name, value in values.items():

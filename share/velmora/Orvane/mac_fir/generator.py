@@ -170,3 +170,7 @@ def generate(argDict):
 
 def describe(argDict):
     return MacFir(argDict).describe()
+
+
+def testBench(argDict):
+    return MacFir(argDict).testBench()

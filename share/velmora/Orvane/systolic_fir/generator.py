@@ -16,3 +16,7 @@ def generate(argDict):
 
 def describe(argDict):
     return SystolicFir(argDict).describe()
+
+
+def testBench(argDict):
+    return SystolicFir(argDict).testBench()

@@ -24,3 +24,7 @@ def generate(argDict):
 
 def describe(argDict):
     return TransposeDualFir(argDict).describe()
+
+
+def testBench(argDict):
+    return TransposeDualFir(argDict).testBench()

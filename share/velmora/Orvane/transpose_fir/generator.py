@@ -16,3 +16,7 @@ def generate(argDict):
 
 def describe(argDict):
     return TransposeFir(argDict).describe()
+
+
+def testBench(argDict):
+    return TransposeFir(argDict).testBench()

@@ -52,3 +52,7 @@ def generate(argDict):
 
 def describe(argDict):
     return TransposeSymmetricFir(argDict).describe()
+
+
+def testBench(argDict):
+    return TransposeSymmetricFir(argDict).testBench()
