@@ -7,6 +7,7 @@ def firTestBench(design):
     ports = dict((name, width) for name, _, width, _ in design.ports())
     text = keepBlocks(TEMPLATES['default_fir_tb.vhd'], {
         'handshake': 'din_ready' in ports,
+        'no handshake': 'din_ready' not in ports,
         'channels': 'din_channel' in ports,
         'single channel': 'din_channel' not in ports,
         'auxiliary clock': 'clk_aux1' in ports,
