@@ -28,8 +28,8 @@ class Design(object):
         """The HDL without the header."""
         raise NotImplementedError
 
-    def failure(self):
-        """Comment lines in place of a text that cannot be generated, '' if it can; the problems go to the console."""
+    def refusal(self):
+        """Comment lines in place of a text that cannot be generated, the reasons being on the console; else ''."""
         problems = self.problems()
         for problem in problems:
             printError(problem)
@@ -37,9 +37,9 @@ class Design(object):
 
     def generate(self):
         """The HDL text; what is wrong or worth knowing goes to the console."""
-        failure = self.failure()
-        if failure:
-            return failure
+        refusal = self.refusal()
+        if refusal:
+            return refusal
         for remark in self.remarks():
             printText(remark)
         # The program ends every line that it writes, the last one included.

@@ -5,7 +5,7 @@ def firTestBench(design):
     """VHDL text of the bench for a filter, whose ports tell what there is to be driven and compared."""
     names = [name for name, _, _, _ in design.ports()]
     ports = dict((name, width) for name, _, width, _ in design.ports())
-    text = keepBlocks(TEMPLATES['default_fir_tb.vhd'], {
+    text = keepBlocks(SHARED_TEMPLATES['default_fir_tb.vhd'], {
         'handshake': 'din_ready' in ports,
         'no handshake': 'din_ready' not in ports,
         'channels': 'din_channel' in ports,
@@ -28,8 +28,9 @@ def firTestBench(design):
     }
     blocks = {'port map': benchPortMap(names)}
     if 'din_ready' in ports:
-        constants['CLOCKS_PER_SAMPLE'] = design.stepCount
-        constants['CLEARING_CLOCKS'] = 0 if design.stepCount == 1 else design.stepCount
+        clocks = design.clocksPerSample()
+        constants['CLOCKS_PER_SAMPLE'] = clocks
+        constants['CLEARING_CLOCKS'] = clocks if clocks > 1 else 0
     if 'clk_aux1' in ports:
         constants['PATTERN'] = '"%s"' % design.auxiliaryPattern
     if 'coefs' in ports:
@@ -49,7 +50,7 @@ def firTestBench(design):
 def benchRounds(tapCount, hasInputCoefficients):
     """As many as a few seconds of simulation allow. A coefficient port needs three, each with a list of its own."""
     products = 2 * tapCount * (3 * tapCount + 150)
-    return max(3 if hasInputCoefficients else 1, min(8, 60000 // products))
+    return max(3 if hasInputCoefficients else 1, min(2, 60000 // products))
 
 
 def benchPortMap(names):

@@ -33,7 +33,7 @@ class FirFilter(Design):
         return Design.generate(self) + '\n'
 
     def testBench(self):
-        return self.failure() or firTestBench(self)
+        return self.refusal() or firTestBench(self)
 
     def problems(self):
         return self.nameProblems() + self.coefficientProblems()

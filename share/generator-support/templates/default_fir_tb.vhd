@@ -51,10 +51,10 @@ architecture test of default_fir_tb is
   begin
     for k in h'range loop
       -- begin single channel
-      sum := sum + h(k) * x(k);
+      sum := sum + x(k) * h(k);
       -- end single channel
       -- begin channels
-      sum := sum + h(k) * x(CHANNEL_COUNT * k);
+      sum := sum + x(CHANNEL_COUNT * k) * h(k);
       -- end channels
     end loop;
     sum := shift_right(sum, TRUNCATED_BITS);  -- rounds down

@@ -29,7 +29,7 @@ answers = []
 for arguments in request['arguments']:
     for name in calls:
         del calls[name][:]
-    result = space[request['function']](dict((key.encode('utf-8'), value.encode('utf-8')) for key, value in arguments.items()))
+    result = space['generate'](dict((key.encode('utf-8'), value.encode('utf-8')) for key, value in arguments.items()))
     parts = result.items() if type(result) is dict else [(result, '')]
     assert all(type(part) is str for pair in parts for part in pair), 'not exactly str'
     decoded = [[part.decode('latin-1') for part in pair] for pair in parts]
@@ -54,16 +54,16 @@ class Script:
     def __init__(self, ip, directory):
         self.path = directory / f"{ip}.py"
         subprocess.run([JOINER, CATALOGUE / ip / "generator.py", "-o", self.path, "--support", *SUPPORT_FILES,
-                        "--templates", CATALOGUE / ip / "templates", SUPPORT / "templates"], check=True)
+                        "--templates", CATALOGUE / ip / "templates", "--shared-templates", SUPPORT / "templates"], check=True)
 
-    def results(self, dictionaries, function="generate"):
-        """Calls the script's function once for each argument dictionary."""
-        return generate(self.path, dictionaries, function)
+    def results(self, dictionaries):
+        """Calls the script once for each argument dictionary."""
+        return generate(self.path, dictionaries)
 
 
-def generate(script, dictionaries, function="generate"):
+def generate(script, dictionaries):
     answer = subprocess.run(["python2.7", "-c", DRIVER], stdout=subprocess.PIPE, text=True, check=True,
-                            input=json.dumps({"script": str(script), "arguments": dictionaries, "function": function}))
+                            input=json.dumps({"script": str(script), "arguments": dictionaries}))
     return [Result(*each) for each in json.loads(answer.stdout)]
 
 

@@ -60,6 +60,15 @@ class Ghdl:
         require("warning" not in output, f"{top} gives warnings:\n{output[:4000]}")
         return output
 
+    def run_bench(self, bench, entity, *options):
+        """Runs the delivered bench of an analysed entity; it must say no more than that it has passed."""
+        self.analyse([bench])
+        self("-e", f"{entity}_tb")
+        output = self("-r", f"{entity}_tb", *options)
+        passed = re.fullmatch(rf"[^\n]*note\): {entity}_tb: PASSED \(([1-9]\d*) checks\)\n", output)
+        require(passed, f"the bench does not end as it should:\n{output[-4000:]}")
+        return f"{passed.group(1)} checks, standard {self.standard}"
+
     def to_verilog(self, top):
         """Synthesises the top entity: the Verilog netlist and the tool's remarks."""
         command = ["ghdl", "--synth", f"--std={self.standard}", "--out=verilog", top]
