@@ -343,12 +343,16 @@ begin
     end procedure reset;
     -- begin coefficient port
 
-    -- Sets the port, which then has to be stable for three clocks of the reset.
-    procedure load(is_random : boolean) is
+    -- Sets the port, which then has to be stable for three clocks of the reset: all coefficients to their lowest value in the
+    -- second round, to their highest in the third, else to random ones.
+    procedure load(round : positive) is
       variable value : coefficient := (COEFFICIENT_WIDTH - 1 => '1', others => '0');
     begin
+      if round = 3 then
+        value := not value;
+      end if;
       for index in 0 to PORT_WIDTH / COEFFICIENT_WIDTH - 1 loop
-        if is_random then
+        if round /= 2 and round /= 3 then
           value := random_number(COEFFICIENT_WIDTH);
         end if;
         coefs((index + 1) * COEFFICIENT_WIDTH - 1 downto index * COEFFICIENT_WIDTH) <= std_logic_vector(value);
@@ -359,7 +363,7 @@ begin
   begin
     for round in 1 to ROUND_COUNT loop
       -- begin coefficient port
-      load(is_random => round /= 2);
+      load(round);
       -- end coefficient port
       -- The highest and the lowest sum.
       for k in TAP_COUNT - 1 downto 0 loop

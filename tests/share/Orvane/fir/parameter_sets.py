@@ -71,7 +71,7 @@ def streaming_forms(kind):
         "beyond_the_sum": StreamingForm("Shifts", 10, 14, 8, truncation=36,
                                         coefficients=joined(mirrored(kind, [0, 1, -1, 64, 0, -128, 3, 3]))),
         "largest": StreamingForm("largest_fir", 18, 50, 24, coefficients=joined(mirrored(kind, extremes))),
-        "input_many": StreamingForm("loadable", 18, 33, 21, "Input", 16, "7, 8", 8),
+        "input_many": StreamingForm("loadable", 18, 33, 21, "Input", 8, "7, 8", 8),
     }
     if kind == "transpose_fir":
         forms["widest_input"] = StreamingForm("wide_input", 24, 36, 18, truncation=12,
