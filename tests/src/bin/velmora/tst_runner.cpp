@@ -200,7 +200,7 @@ void RunnerTest::optionalFunctions() {
     QCOMPARE(failures->size(), std::size_t{2});
     QCOMPARE(failures->front().message, QStringLiteral("Too few"));
     QCOMPARE(failures->front().keys, QStringList({"A", "B/0"}));
-    QCOMPARE(recorder.lines(), QStringList("Taps: few"));
+    QCOMPARE(recorder.lines(), QStringList("R: Taps: few"));
 }
 
 void RunnerTest::wrongAnswers_data() {
