@@ -245,3 +245,7 @@ def generate(argDict):
 
 def describe(argDict):
     return Scope(argDict).describe()
+
+
+def testBench(argDict):
+    return scopeBench(Scope(argDict))

@@ -43,3 +43,7 @@ def generate(argDict):
 
 def describe(argDict):
     return StartupScope(argDict).describe()
+
+
+def testBench(argDict):
+    return startupScopeBench(StartupScope(argDict))
