@@ -25,7 +25,7 @@ architecture bench of probe_tb is
   constant FIRST_LEVEL_VALUES : string(1 to TRIGGER_LINES) := "---";
   constant HAS_FIRST_LEVEL    : boolean := false;
 
-  constant CAPTURES : positive := 2 + 24000 / DEPTH;
+  constant CAPTURES : positive := 2 + 36000 / (DEPTH + 500);
 
   subtype lines_t is std_logic_vector(TRIGGER_LINES - 1 downto 0);
   subtype address_t is std_logic_vector(ADDRESS_BITS - 1 downto 0);

@@ -312,3 +312,7 @@ def generate(argDict):
 
 def describe(argDict):
     return SerDes(argDict).describe()
+
+
+def testBench(argDict):
+    return serDesBench(SerDes(argDict))
