@@ -436,10 +436,15 @@ begin
         pass_clocks(1);
       end loop;
       if random(4) > 0 then
+        pass_clocks(1);
         for address in 0 to DEPTH - 1 loop
           pass_clock(address);
         end loop;
         pass_clocks(100);
+      end if;
+      if random(2) = 0 then
+        reset_clocks(1 + random(3));
+        pass_clocks(random(4));
       end if;
     end loop;
     finished <= true;
