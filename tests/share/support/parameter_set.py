@@ -21,7 +21,6 @@ class ParameterSet:
     ip: str
     name: str
     form: Form
-    changes: dict = dataclasses.field(default_factory=dict)  # of the arguments, to what no form gives
 
 
 def number(arguments, key):

@@ -91,6 +91,8 @@ def scope_forms():
                                 store_trigger_pulse="Enable"),
         "two_levels": scope_form("Two_Levels", ["Rising edge", "Ignore", "1"], ["Ignore", "Both edges", "0"],
                                  input_line_count=9, pre_trigger_samples=2000, user_data_delay=2, **EDGES, **BOTH_STORED),
+        "first_also": scope_form("first_also", ["1", "Ignore", "0"], ["1", "0", "Ignore"], input_line_count=5,
+                                 pre_trigger_samples=7, store_trigger_pulse="Enable"),
         "pre_trigger_limit": scope_form("all_before", ["1", "0"], input_line_count=3, pre_trigger_samples=2048),
         "windows_contiguous": scope_form("stream", ["Ignore"], input_line_count=16, **WINDOWS, **BOTH_STORED),
         "windows_two_levels": scope_form("widest", many[::-1], many, input_line_count=240, window_capture_length=300,
@@ -143,41 +145,8 @@ def random_startup_form(entity, choice):
 FORMS = {"scope": (scope_forms, random_scope_form), "startup_scope": (startup_forms, random_startup_form)}
 
 
-def parameter_sets(kind, seed, random_count):
-    """All fixed sets of a kind and some random ones."""
+def parameter_sets(kind, seed, is_long):
+    """All fixed sets of a kind, and random ones in the long run."""
     fixed_forms, random_form = FORMS[kind]
     return ([ParameterSet(kind, name, form) for name, form in fixed_forms().items()]
-            + random_sets(kind, random_form, random.Random(f"{kind} {seed}"), random_count))
-
-
-def small_memory(kind, choice):
-    """Changes that make the memory so small that many captures can be simulated.
-
-    The values reach the same rules as the form's: a depth that is a power of two or not, pre-trigger samples from 1
-    to beyond the depth, and windows that fill the memory or leave a rest.
-    """
-    width = choice.choice([4, 5])
-    depth = choice.choice([2 ** width, choice.randint(2 ** (width - 1) + 1, 2 ** width)])
-    changes = {"%%CAPTURE_DEPTH%%": depth, "%%CAPTURE_WIDTH%%": width}
-    if kind == "scope":
-        shortest = 2 if depth == 2 ** width else 1  # window_count has to hold the number of windows
-        changes["%%WINDOW_CAPTURE_LENGTH%%"] = choice.choice([shortest, 2, depth, choice.randint(2, depth)])
-        changes["%%PRE_TRIGGER_SAMPLES%%"] = choice.choice([1, depth - 1, depth, choice.randint(1, depth)])
-    else:
-        changes["%%PRE_TRIGGER_SAMPLES%%"] = choice.choice([1, depth - 2, choice.randint(1, depth - 2)])
-    return {key: str(value) for key, value in changes.items()}
-
-
-def miniatures(kind, seed, count):
-    """Scopes with a small memory, which no form gives: with random fields, and with every kind of trigger."""
-    choice = random.Random(f"small {kind} {seed}")
-    forms = [each.form for each in random_sets(kind, FORMS[kind][1], choice, count)]
-    if kind == "scope":
-        forms += [scope_form("edges", ALL_KINDS, ALL_KINDS[::-1], **EDGES, **BOTH_STORED, **mode) for mode in ({}, WINDOWS)]
-    return [ParameterSet(kind, f"small_{index}", form, small_memory(kind, choice))
-            for index, form in enumerate(forms)]
-
-
-def checked_sets(kind, seed, is_long):
-    """The sets of a check, miniatures included."""
-    return parameter_sets(kind, seed, 24 if is_long else 0) + miniatures(kind, seed, 60 if is_long else 6)
+            + random_sets(kind, random_form, random.Random(f"{kind} {seed}"), 24 if is_long else 0))

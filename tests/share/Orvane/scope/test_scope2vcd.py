@@ -13,9 +13,9 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "support"))
 
 # pylint: disable=wrong-import-position
 import program
+from described import Described
 from generator import CATALOGUE
 from hdl_tools import Ghdl
-from model import MODELS
 from pages import example
 from parameter_sets import KINDS, parameter_sets
 
@@ -203,32 +203,32 @@ class Pages(ConverterTest):
                 self.assertTrue((page.parent / name).is_file(), name)
 
     def read_out(self, kind):
-        """Of the reference scope, as the page instantiates it: its model, the capture that the page's process writes, its wave."""
-        chosen, = [each for each in parameter_sets(kind, 1, 0) if each.name == "reference"]
+        """Of the reference scope, as the page instantiates it: what it has to be, the capture that the page's process writes, its wave."""
+        chosen, = [each for each in parameter_sets(kind, 1, False) if each.name == "reference"]
         ghdl, entity = Ghdl(DIRECTORY / kind, "08"), chosen.form.entity
         design, = program.generate(kind, [chosen.form], ghdl.directory)
-        model = MODELS[kind](design.arguments)
+        described = Described(kind, design.arguments)
         (ghdl.directory / "page.vhd").write_text(PAGE_BENCH.format(
-            entity=entity, sample_width=model.sample_width, instance=example(kind, "instance").replace("work.E", f"work.{entity}"),
+            entity=entity, sample_width=described.sample_width, instance=example(kind, "instance").replace("work.E", f"work.{entity}"),
             process=example(kind, "read-out").replace("entity E", f"entity {entity}")))
         ghdl.analyse([design.path, "page.vhd"])
         self.assertNotIn("warning", ghdl("-r", "page", "--stop-time=60us", "--ieee-asserts=disable-at-0"))
         capture = (ghdl.directory / "capture.txt").read_text()
         status, errors, vcd = self.convert(capture, "--period-ns", "1")
         self.assertEqual((status, errors), (0, ""))
-        return model, capture, Wave(vcd)
+        return described, capture, Wave(vcd)
 
     def test_ring_is_read_out(self):
         for kind in KINDS:
             with self.subTest(kind=kind):
-                model, capture, wave = self.read_out(kind)
+                described, capture, wave = self.read_out(kind)
                 first = int((re.findall(r"(?m)^first (\d+)$", capture) or ["0"])[0])
-                self.assertEqual((first > 0, wave.end), (kind == "startup_scope", model.depth))
-                self.assertEqual(wave.changes["trigger"], [(first, "0"), (model.before, "1"), (model.before + 1, "0")])
+                self.assertEqual((first > 0, wave.end), (kind == "startup_scope", described.depth))
+                self.assertEqual(wave.changes["trigger"], [(first, "0"), (described.before, "1"), (described.before + 1, "0")])
                 # The scope's data count up at each clock, so that each sample follows from the one before.
-                numbers = [sum(int(wave.at(f"in{line}", tick)) << line for line in range(model.input_count))
-                           for tick in range(first, model.depth)]
-                self.assertEqual({(after - before) % 2**model.input_count for before, after in zip(numbers, numbers[1:])}, {1})
+                numbers = [sum(int(wave.at(f"in{line}", tick)) << line for line in range(described.input_count))
+                           for tick in range(first, described.depth)]
+                self.assertEqual({(after - before) % 2**described.input_count for before, after in zip(numbers, numbers[1:])}, {1})
 
 
 if __name__ == "__main__":

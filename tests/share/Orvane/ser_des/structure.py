@@ -9,19 +9,19 @@ FLIP_FLOP = re.compile(r"\$(a?dffe?|adffe?)")
 FORBIDDEN_CELLS = re.compile(r"\$(d?latch|adlatch|aldff|dffsr|sr|tribuf|mem)")
 
 
-def check_structure(ghdl, shape):
+def check_structure(ghdl, interface):
     """Registers and look-up tables, as text; the design without attributes is analysed already."""
-    _, report = synthesise(ghdl, shape.entity, [
+    _, report = synthesise(ghdl, interface.entity, [
         "proc", "flatten", "opt", "opt_clean", "check -assert", "write_json netlist.json", "synth", "abc -lut 4",
         "opt_clean", "stat"])
-    module = synthesised_module(ghdl, shape.entity)
-    flip_flops = check_cells(module, shape)
+    module = synthesised_module(ghdl, interface.entity)
+    flip_flops = check_cells(module, interface)
     if not module["cells"]:
         return "no cell"
     return f"{flip_flops} flip-flops, {cell_counts(report)[0]} LUT4"
 
 
-def check_cells(module, shape):
+def check_cells(module, interface):
     """No latch, no clock but the two inputs, serial ports directly at registers of the bit clock."""
     ports = {name: port["bits"] for name, port in module["ports"].items()}
     clocks = {ports[name][0]: name for name in ("word_clk", "bit_clk")}
@@ -40,9 +40,9 @@ def check_cells(module, shape):
             registered |= set(pins["Q"])
             sampled |= set(pins["D"])
     require(not others & set(clocks), "a clock is used as a signal")
-    if shape.ser_count:
+    if interface.counts["ser"]:
         require(set(ports["ser_out"]) <= registered, "ser_out does not come from registers of bit_clk")
-    if shape.des_count:
+    if interface.counts["des"]:
         require(set(ports["des_in"]) <= sampled - others, "des_in does not go to registers of bit_clk alone")
     return count
 
