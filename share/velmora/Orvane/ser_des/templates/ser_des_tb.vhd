@@ -86,14 +86,27 @@ begin
       bit_clk      => bit_clk
     );
 
+  -- Edges at the same time come in a changing order.
   clocks : process
     variable time_in_word : natural := 0; -- ns
+    variable number       : natural := 0; -- of the word
   begin
     while not finished loop
-      word_clk     <= level(time_in_word < 4 * WORD_SIZE);
-      bit_clk      <= level((time_in_word + 8 - phase) mod 8 < 4);
-      time_in_word := (time_in_word + 1) mod (8 * WORD_SIZE);
+      for late in boolean loop
+        if late = (number mod 3 = 1 or number mod 7 > 3) then
+          word_clk <= level(time_in_word < 4 * WORD_SIZE);
+        else
+          bit_clk <= level((time_in_word + 8 - phase) mod 8 < 4);
+        end if;
+        for delta_cycle in 1 to 20 loop
+          wait for 0 ns;
+        end loop;
+      end loop;
       wait for 1 ns;
+      time_in_word := (time_in_word + 1) mod (8 * WORD_SIZE);
+      if time_in_word = 0 then
+        number := number + 1;
+      end if;
     end loop;
     wait;
   end process clocks;
@@ -180,10 +193,10 @@ begin
     -- end ser model
 
     -- begin des model
-    -- The word at a slip position, at a word edge. At position 0 its last bit is the one in front of the transfer edge
+    -- The word at a slip position, at a word edge. At slip position 0 its last bit is the one in front of the transfer edge
     -- in the third word before.
     impure function word_at(line, slip, late : natural) return word_t is
-      constant LAST : natural := 3 * WORD_SIZE - WORD_SIZE / 2 - late - slip;
+      constant LAST : natural := 3 * WORD_SIZE + 1 + position - WORD_SIZE / 2 - late - slip;
     begin
       return received(line)(LAST + WORD_SIZE - 1 downto LAST);
     end function word_at;
@@ -262,7 +275,11 @@ begin
       wait on word_clk, bit_clk, reset, finished;
       if rising_edge(word_clk) then
         words    := words + 1;
-        position := -1;
+        if bit_clk = '1' and bit_clk'last_event = 0 ns then
+          position := 0;
+        else
+          position := -1;
+        end if;
         -- begin ser word edge
         take_words;
         -- end ser word edge
