@@ -99,6 +99,7 @@ begin
           bit_clk <= level((time_in_word + 8 - phase) mod 8 < 4);
         end if;
         for delta_cycle in 1 to 20 loop
+          exit when time_in_word > 0;
           wait for 0 ns;
         end loop;
       end loop;
@@ -371,12 +372,12 @@ begin
     end procedure change_reset;
 
   begin
-    for number in 0 to 7 loop
+    for number in 0 to 5 loop
       pass_words(3, 4, 4, 128);
-      case number mod 4 is
-        when 0 | 1  => phase <= 0; -- both edges at once
+      case number is
         when 2      => phase <= 1;
-        when others => phase <= 5;
+        when 3      => phase <= 5;
+        when others => phase <= 0; -- both edges at once
       end case;
       pass_words(2, 4, 4, 128);
       -- begin des phases
