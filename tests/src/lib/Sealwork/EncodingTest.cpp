@@ -15,12 +15,8 @@ std::span<const std::uint8_t> asBytes(std::string_view text) {
     return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
 }
 
-QByteArray referenceLines(const QByteArray& bytes) {
-    const QByteArray characters = bytes.toBase64();
-    QByteArray lines;
-    for (int begin = 0; begin < characters.size(); begin += 76)
-        lines += characters.mid(begin, 76) + '\n';
-    return lines;
+std::string referenceLines(std::string_view bytes) {
+    return QString(toBytes(bytes).toBase64()).replace(QRegularExpression("(.{1,76})"), "\\1\n").toStdString();
 }
 
 } // namespace
@@ -39,37 +35,34 @@ private Q_SLOTS:
 };
 
 void EncodingTest::base64InLines() {
-    for (const std::size_t size : {0UL, 1UL, 2UL, 56UL, 57UL, 58UL, 239UL}) {
+    for (const std::size_t size : {0UL, 1UL, 56UL, 57UL, 58UL, 239UL}) {
         const auto bytes = mixedBytes(size);
-        const auto expected = referenceLines(toBytes(bytes));
-        QCOMPARE(Sealwork::base64LinesSize(size), static_cast<std::size_t>(expected.size()));
+        const auto expected = referenceLines(bytes);
+        QCOMPARE(Sealwork::base64LinesSize(size), expected.size());
         for (const std::size_t pieceSize : {1UL, 100UL}) {
             std::string lines;
             Sealwork::Base64LineEncoder encoder(lines);
             for (std::size_t begin = 0; begin < size; begin += pieceSize)
                 encoder.append(asBytes(std::string_view(bytes).substr(begin, pieceSize)));
             encoder.finish();
-            QCOMPARE(toBytes(lines), expected);
+            QCOMPARE(lines, expected);
         }
-        std::vector<std::uint8_t> decoded(size);
-        QVERIFY(Sealwork::decodeBase64Lines(expected.toStdString(), decoded));
-        QVERIFY(std::ranges::equal(decoded, asBytes(bytes)));
     }
 }
 
+/// No other text is taken for the bytes.
 void EncodingTest::base64IsCanonical() {
     for (const std::size_t size : {1UL, 2UL, 59UL}) {
-        const std::string good = referenceLines(toBytes(mixedBytes(size))).toStdString();
+        const std::string good = referenceLines(mixedBytes(size));
+        std::vector<std::uint8_t> bytes(size);
+        QVERIFY(Sealwork::decodeBase64Lines(good, bytes));
+        QVERIFY(std::ranges::equal(bytes, asBytes(mixedBytes(size))));
         for (std::size_t position = 0; position < good.size(); ++position)
             for (int value = 0; value < 256; ++value) {
                 std::string lines = good;
                 lines[position] = static_cast<char>(value);
-                std::vector<std::uint8_t> bytes(size);
-                if (!Sealwork::decodeBase64Lines(lines, bytes))
-                    continue;
-                std::string encoded;
-                Sealwork::appendBase64Lines(encoded, bytes);
-                QCOMPARE(encoded, lines);
+                if (Sealwork::decodeBase64Lines(lines, bytes))
+                    QCOMPARE(referenceLines({reinterpret_cast<const char*>(bytes.data()), size}), lines);
             }
     }
 }

@@ -49,8 +49,20 @@ const Sealwork::AsymmetricKey& Installation::rsaKey(unsigned bits) {
     return key != keys.end() ? key->second : keys.emplace(bits, Sealwork::AsymmetricKey::makeRsa(bits)).first->second;
 }
 
+PrivateKeyFile::PrivateKeyFile(const Sealwork::AsymmetricKey& key) {
+    _file.open();
+    _file.write(toBytes(key.getPrivatePem().text()));
+    _file.close();
+}
+
 QByteArray toBytes(std::string_view text) {
     return {text.data(), static_cast<int>(text.size())};
+}
+
+QByteArray replaced(QByteArray text, const QByteArray& from, const QByteArray& to) {
+    if (!text.contains(from))
+        throw std::runtime_error("nothing to replace");
+    return text.replace(from, to);
 }
 
 std::string mixedBytes(std::size_t size) {

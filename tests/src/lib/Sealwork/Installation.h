@@ -8,6 +8,7 @@
 #include <QByteArray>
 #include <QString>
 #include <QTemporaryDir>
+#include <QTemporaryFile>
 
 /// A key directory of its own, to which VELMORA_SEAL_DIR points as long as it lives; with the empty directories
 /// "recipients", "signers" and "scripts".
@@ -31,7 +32,20 @@ private:
     QTemporaryDir _directory;
 };
 
+/// The private half of a key in a file, for as long as the object lives.
+class PrivateKeyFile {
+public:
+    explicit PrivateKeyFile(const Sealwork::AsymmetricKey& key);
+    QString path() const { return _file.fileName(); }
+
+private:
+    QTemporaryFile _file;
+};
+
 QByteArray toBytes(std::string_view text);
+
+/// The text with each `from`, of which there has to be one at least, replaced.
+QByteArray replaced(QByteArray text, const QByteArray& from, const QByteArray& to);
 
 /// Bytes that look random, all values among them, the same ones for the same size.
 std::string mixedBytes(std::size_t size);

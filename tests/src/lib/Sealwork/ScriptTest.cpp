@@ -1,5 +1,3 @@
-#include <support/TestTable.h>
-
 #include "Failure.h"
 #include "Installation.h"
 #include "Tool.h"
@@ -11,7 +9,7 @@
 
 #include <openssl/err.h>
 
-#include <optional>
+#include <vector>
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -35,42 +33,20 @@ Sealwork::ScriptKey fixedKey() {
     return *Sealwork::ScriptKey::parse("000102030405060708090a0b0c0d0e0f101112131415161718191a1b1c1d1e1f\n");
 }
 
-QByteArray replaced(QByteArray text, const QByteArray& from, const QByteArray& to) {
-    if (!text.contains(from))
-        qFatal("nothing to replace");
-    return text.replace(from, to);
-}
-
 /// A signer's two halves, the private one as the sealer takes it.
 struct Signer {
-    Signer() {
-        const auto file = directory.filePath("signer.private.pem");
-        QFile pem(file);
-        pem.open(QIODevice::WriteOnly);
-        pem.write(toBytes(key.getPrivatePem().text()));
-        pem.close();
-        half.emplace(Sealwork::ScriptSigner::load(file.toStdString(), nullptr));
-    }
-
     Sealwork::AsymmetricKey key = Sealwork::AsymmetricKey::makeEd25519();
-    QTemporaryDir directory;
-    std::optional<Sealwork::ScriptSigner> half;
+    Sealwork::ScriptSigner half = Sealwork::ScriptSigner::load(PrivateKeyFile(key).path().toStdString(), nullptr);
 };
 
-/// What the program gets for the text; where it is refused, checks that the output is left alone.
-QString openInstalled(const std::string& text, std::string& script) {
+/// What the program gets for the text, or the failure, which leaves the output alone.
+QString openInstalled(const std::string& text, int selector = 0) {
     std::string out = "as it was";
-    auto failure = failureOf([&] { Sealwork::Crypto(1).getDecrypted(0, text, out); }, {"keyId", "signer"});
+    auto failure =
+        failureOf([&] { Sealwork::Crypto(1).getDecrypted(selector, text, out); }, {"keyId", "signer", "selector"});
     if (failure.isEmpty())
-        script = out;
-    else if (out != "as it was")
-        return QStringLiteral("output changed");
-    return failure;
-}
-
-QString openInstalled(const std::string& text) {
-    std::string script;
-    return openInstalled(text, script);
+        return QString::fromLatin1(toBytes(out));
+    return out == "as it was" ? failure : QStringLiteral("output changed");
 }
 
 QString refusedFor(const char* reason, const char* field = nullptr, const std::string& value = {}) {
@@ -88,42 +64,35 @@ private Q_SLOTS:
     void knownContainer();
     void roundTrips();
     void signatureHoldsElsewhere();
-    void alterations_data();
     void alterations();
     void refusedTexts();
     void keysAndSigners();
     void unsealable();
     void longestContainer();
-    void badRequests();
 };
 
 void ScriptTest::knownContainer() {
     const Installation installation;
     installation.addScriptKey(fixedKey());
-    std::string script;
-    QCOMPARE(openInstalled(fixedContainer.toStdString(), script), QString());
-    QCOMPARE(script, std::string("x = 1\n"));
-    QCOMPARE(openInstalled(QByteArray(fixedContainer).replace("\n", "\r\n").toStdString(), script), QString());
-    QCOMPARE(script, std::string("x = 1\n"));
+    QCOMPARE(openInstalled(fixedContainer.toStdString()), "x = 1\n");
+    QCOMPARE(openInstalled(QByteArray(fixedContainer).replace("\n", "\r\n").toStdString()), "x = 1\n");
+    QCOMPARE(openInstalled(fixedContainer.toStdString(), 1), "InvalidRequest: Unknown selector [selector=1]");
+    QCOMPARE(failureOf([] { Sealwork::Crypto crypto(2); }, {"mode"}), "InvalidRequest: Unknown mode [mode=2]");
 }
 
 void ScriptTest::roundTrips() {
     const auto key = Sealwork::ScriptKey::make();
     const Signer signer;
-    for (const std::size_t size : {0UL, 1UL, 41UL, 57UL, 100'000UL}) {
+    for (const std::size_t size : {0UL, 41UL, 100'000UL}) {
         const Installation installation;
         installation.addScriptKey(Sealwork::ScriptKey::make());
         installation.addScriptKey(key);
         const auto script = mixedBytes(size);
         const auto plain = Sealwork::ScriptSealer(key).seal(script);
-        const auto withSignature = Sealwork::ScriptSealer(key, &*signer.half).seal(script);
-        for (const auto& sealed : {plain, withSignature, withSignature}) {
-            std::string opened = "other";
-            QCOMPARE(openInstalled(sealed, opened), QString());
-            QVERIFY(opened == script);
+        const auto withSignature = Sealwork::ScriptSealer(key, &signer.half).seal(script);
+        for (const auto& sealed : {plain, withSignature}) {
+            QVERIFY(openInstalled(sealed) == QString::fromLatin1(toBytes(script)));
             QVERIFY(ScriptContainer::parse(sealed).format() == sealed);
-            if (sealed == withSignature)
-                installation.addSigner(signer.key); // whose signature counts from now on
         }
         QVERIFY(Sealwork::ScriptSealer(key).seal(script) != plain);
     }
@@ -132,7 +101,7 @@ void ScriptTest::roundTrips() {
 void ScriptTest::signatureHoldsElsewhere() {
     const Signer signer;
     const auto key = Sealwork::ScriptKey::make();
-    const auto sealed = toBytes(Sealwork::ScriptSealer(key, &*signer.half).seal(mixedBytes(200)));
+    const auto sealed = toBytes(Sealwork::ScriptSealer(key, &signer.half).seal(mixedBytes(200)));
     const int headerSize = sealed.indexOf("\n\n") + 2;
     const int payloadEnd = sealed.indexOf("\n\n", headerSize);
     const auto payload = QByteArray::fromBase64(sealed.mid(headerSize, payloadEnd - headerSize));
@@ -150,45 +119,32 @@ void ScriptTest::signatureHoldsElsewhere() {
                             "\n"));
 }
 
-void ScriptTest::alterations_data() {
-    const TestTable<bool> table("isSigned");
-    table.row("unsigned", false);
-    table.row("signed", true);
-}
-
 void ScriptTest::alterations() {
-    QFETCH(bool, isSigned);
-    const Installation installation;
     const Signer signer;
     const auto key = Sealwork::ScriptKey::make();
-    installation.addScriptKey(key);
-    if (isSigned)
-        installation.addSigner(signer.key);
-    const auto keys = Sealwork::ScriptKeys::load(installation.path("scripts").toStdString());
-    const auto signers = Sealwork::SignerKeys::load(installation.path("signers").toStdString());
-    const Sealwork::ScriptOpener opener(keys, signers);
     const std::string script = "def generate(argDict):\n    return 'entity'\n";
-    const auto sealed = Sealwork::ScriptSealer(key, isSigned ? &*signer.half : nullptr).seal(script);
-    QCOMPARE(opener.open(sealed), script);
-
-    const auto verifyRefused = [&](const std::string& text, std::size_t position, const char* change) {
-        const auto failure = failureOf([&] { opener.open(text); });
-        QVERIFY2(failure.startsWith("Fatal: Script refused: "),
-                 qPrintable(QStringLiteral("%1 at %2: %3").arg(QLatin1String(change)).arg(position).arg(failure)));
-    };
-    for (std::size_t position = 0; position < sealed.size(); position += 7) {
-        std::string text = sealed;
-        text[position] = static_cast<char>(text[position] ^ (1 << position % 8));
-        verifyRefused(text, position, "bit flipped");
-        verifyRefused(sealed.substr(0, position), position, "truncated");
-        verifyRefused(std::string(sealed).erase(position, 1), position, "byte dropped");
-        verifyRefused(std::string(sealed).insert(position, 1, ' '), position, "blank inserted");
-        if (sealed[position] == '\n')
-            verifyRefused(std::string(sealed).insert(position, 1, '\n'), position, "line inserted");
+    for (const bool isSigned : {false, true}) {
+        const Installation installation;
+        installation.addScriptKey(key);
+        if (isSigned)
+            installation.addSigner(signer.key);
+        const auto keys = Sealwork::ScriptKeys::load(installation.path("scripts").toStdString());
+        const auto signers = Sealwork::SignerKeys::load(installation.path("signers").toStdString());
+        const Sealwork::ScriptOpener opener(keys, signers);
+        const auto sealed = Sealwork::ScriptSealer(key, isSigned ? &signer.half : nullptr).seal(script);
+        QCOMPARE(opener.open(sealed), script);
+        std::vector<std::string> texts{sealed + "x", sealed + sealed, "\n" + sealed};
+        for (std::size_t position = 0; position < sealed.size(); position += 7) {
+            auto flipped = sealed;
+            flipped[position] = static_cast<char>(flipped[position] ^ (1 << position % 8));
+            texts.insert(texts.end(), {flipped, sealed.substr(0, position), std::string(sealed).erase(position, 1),
+                                       std::string(sealed).insert(position, 1, ' ')});
+        }
+        for (auto end = sealed.find('\n'); end != sealed.npos; end = sealed.find('\n', end + 1))
+            texts.push_back(std::string(sealed).insert(end, 1, '\n'));
+        for (const auto& text : texts)
+            QVERIFY2(failureOf([&] { opener.open(text); }).startsWith("Fatal: Script refused: "), text.data());
     }
-    verifyRefused(sealed + "x", sealed.size(), "text behind");
-    verifyRefused(sealed + sealed, sealed.size(), "twice");
-    verifyRefused("\n" + sealed, 0, "text in front");
     QCOMPARE(ERR_peek_error(), 0UL);
 }
 
@@ -220,16 +176,15 @@ void ScriptTest::keysAndSigners() {
     const Signer foreign;
     const auto key = Sealwork::ScriptKey::make();
     const auto bare = Sealwork::ScriptSealer(key).seal("bare");
-    const auto good = Sealwork::ScriptSealer(key, &*trusted.half).seal("good");
-    const auto bad = Sealwork::ScriptSealer(key, &*foreign.half).seal("bad");
+    const auto good = Sealwork::ScriptSealer(key, &trusted.half).seal("good");
+    const auto bad = Sealwork::ScriptSealer(key, &foreign.half).seal("bad");
     QCOMPARE(openInstalled(bare), refusedFor("its key is not installed", "keyId", key.getId()));
     installation.addScriptKey(key);
     QVERIFY(QDir(installation.path("signers")).removeRecursively());
-    for (const auto& sealed : {bare, good, bad})
-        QCOMPARE(openInstalled(sealed), QString());
+    QCOMPARE(openInstalled(bare) + openInstalled(good) + openInstalled(bad), "baregoodbad");
     QDir(installation.path()).mkdir("signers");
     installation.addSigner(trusted.key);
-    QCOMPARE(openInstalled(good), QString());
+    QCOMPARE(openInstalled(good), "good");
     QCOMPARE(openInstalled(bare), refusedFor("not signed"));
     QCOMPARE(openInstalled(bad), refusedFor("unknown signer", "signer", foreign.key.getId()));
 
@@ -240,7 +195,7 @@ void ScriptTest::keysAndSigners() {
     auto relabelled = ScriptContainer::parse(bad);
     relabelled.signerId = trusted.key.getId();
     QCOMPARE(openInstalled(relabelled.format()), refusedFor("altered after it was sealed"));
-    auto transplanted = ScriptContainer::parse(Sealwork::ScriptSealer(key, &*trusted.half).seal("goad"));
+    auto transplanted = ScriptContainer::parse(Sealwork::ScriptSealer(key, &trusted.half).seal("goad"));
     transplanted.signature = ScriptContainer::parse(good).signature;
     QCOMPARE(openInstalled(transplanted.format()), refusedFor("altered after it was sealed"));
 
@@ -277,13 +232,6 @@ void ScriptTest::longestContainer() {
     QCOMPARE(ScriptContainer::parse(container.format()).getScriptSize(), ScriptContainer::largestScript);
     container.payload.push_back(0);
     QCOMPARE(failureOf([&] { ScriptContainer::parse(container.format()); }), refusedFor("truncated or malformed"));
-}
-
-void ScriptTest::badRequests() {
-    QCOMPARE(failureOf([] { Sealwork::Crypto crypto(2); }, {"mode"}), "InvalidRequest: Unknown mode [mode=2]");
-    std::string out;
-    QCOMPARE(failureOf([&] { Sealwork::Crypto(1).getDecrypted(1, fixedContainer.toStdString(), out); }, {"selector"}),
-             "InvalidRequest: Unknown selector [selector=1]");
 }
 
 QTEST_GUILESS_MAIN(ScriptTest)

@@ -6,10 +6,8 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
-ToolResult runTool(const QString& program, const QStringList& arguments, const QByteArray& input,
-                   const QProcessEnvironment& environment) {
+ToolResult runTool(const QString& program, const QStringList& arguments, const QByteArray& input) {
     QProcess process;
-    process.setProcessEnvironment(environment);
     process.start(program, arguments);
     process.write(input);
     process.closeWriteChannel();
@@ -25,12 +23,25 @@ QByteArray openssl(const QStringList& arguments, const QByteArray& input) {
     return result.output;
 }
 
-ToolResult seal(const QStringList& arguments, const QByteArray& input, const QProcessEnvironment& environment) {
-    return runTool(QStringLiteral(VELMORA_SEAL_PROGRAM), arguments, input, environment);
+namespace {
+
+ToolResult sealBy(const QString& program, QStringList arguments, const QString& line, const QString& directory,
+                  const QByteArray& input) {
+    arguments += QString(line).replace(QLatin1Char('@'), directory).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    auto result = runTool(program, arguments, input);
+    for (auto* text : {&result.output, &result.errors})
+        text->replace(directory.toLocal8Bit(), "@");
+    return result;
 }
 
-QStringList argumentsOf(const char* line, const QString& directory) {
-    return QString::fromLatin1(line).replace(QLatin1Char('@'), directory).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+} // namespace
+
+ToolResult seal(const QString& line, const QString& directory, const QByteArray& input) {
+    return sealBy(QStringLiteral(VELMORA_SEAL_PROGRAM), {}, line, directory, input);
+}
+
+ToolResult sealFromShell(const QString& command, const QString& line, const QString& directory) {
+    return sealBy("/bin/sh", {"-c", command, QStringLiteral(VELMORA_SEAL_PROGRAM)}, line, directory, {});
 }
 
 QByteArray madeUpRsaPem(const QByteArray& modulusHex, const QByteArray& exponentHex) {

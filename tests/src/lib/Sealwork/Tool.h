@@ -3,7 +3,6 @@
 #include <support/ReadFile.h>
 
 #include <QByteArray>
-#include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
 
@@ -14,18 +13,16 @@ struct ToolResult {
     QByteArray errors;
 };
 
-ToolResult runTool(const QString& program, const QStringList& arguments, const QByteArray& input = {},
-                   const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment());
+ToolResult runTool(const QString& program, const QStringList& arguments, const QByteArray& input = {});
 
 /// The output of the `openssl` command; throws std::runtime_error with its errors when it fails.
 QByteArray openssl(const QStringList& arguments, const QByteArray& input = {});
 
-/// Runs velmora-seal.
-ToolResult seal(const QStringList& arguments, const QByteArray& input = {},
-                const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment());
+/// Runs velmora-seal on a line, which is split at blanks. "@" in it, and in what the program says, is the directory.
+ToolResult seal(const QString& line, const QString& directory, const QByteArray& input = {});
 
-/// The arguments of a line, split at blanks; "@" stands for the directory.
-QStringList argumentsOf(const char* line, const QString& directory);
+/// The same from a shell, by a command that names the program and its arguments "$0" "$@".
+ToolResult sealFromShell(const QString& command, const QString& line, const QString& directory);
 
 /// A PEM SubjectPublicKeyInfo of any RSA numbers, such as no key maker makes.
 QByteArray madeUpRsaPem(const QByteArray& modulusHex, const QByteArray& exponentHex);
