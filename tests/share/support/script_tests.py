@@ -10,8 +10,6 @@ from hdl_rules import check_text, without_attributes
 from hdl_tools import Ghdl
 from program import arguments_of
 
-STANDARDS = ("93", "08")
-
 # Entity names that no IP takes, by what the error says.
 BAD_NAMES = {
     "is empty": [""],
@@ -100,23 +98,21 @@ class TextTests(NameTests):
         return result.text
 
     def test_good_entity_names(self):
-        """Names inside the architecture can name the entity."""
+        """Names inside the architecture can name the entity, and all these designs share a library."""
         for (ip, template) in self.template_forms:
             architecture = (CATALOGUE / ip / f"templates/{template}.vhd").read_text().split("\narchitecture ")[1]
             inside = dict(re.findall(r"(?m)^ *(signal |constant |variable |function |)(\w+) +:(?!=)", architecture))
             self.assertGreater(len(inside), 2)  # one name of each kind
             names = {name for name in inside.values() if "LINK" not in name} | {template, f"my_{template}", *GOOD_NAMES}
+            texts = []
             for name, result in self.named(ip, sorted(names)):
                 with self.subTest(ip=ip, name=name):
                     self.expect_remarks(result)
-                    self.analysed(name, "93", result.text)
-                    self.analysed(name, "08", without_attributes(result.text)).to_verilog(name)
-
-    def test_two_designs_share_a_library(self):
-        for ip in self.good:
-            texts = [result.text for _, result in self.named(ip, ["first", "second"])]
-            for standard in STANDARDS:
-                self.analysed(f"shared_{ip}", standard, *texts)
+                    texts.append(result.text)
+            self.analysed(template, "93", *texts)
+            ghdl = self.analysed(template, "08", *map(without_attributes, texts))
+            for name in names:
+                ghdl.to_verilog(name)
 
     def test_unusual_characters_become_question_marks(self):
         awkward = "V\u00e9lmora\t`protect begin`\u20ac\n--"

@@ -127,11 +127,11 @@ void ApplicationTest::themeComesFromSettings() {
 }
 
 void ApplicationTest::exceptionsLeaveEveryLoop_data() {
-    TestTable<int, int, QString>("thrown", "place", "caught");
-    QTest::newRow("slot") << int(Critical) << int(InSlot) << "critical value";
-    QTest::newRow("modal dialog") << int(Standard) << int(InModalDialog) << "standard";
-    QTest::newRow("pressed button") << int(Number) << int(InPressedButton) << "42";
-    QTest::newRow("before the loop") << int(Critical) << int(BeforeTheLoop) << "critical value";
+    const TestTable<int, int, QString> table("thrown", "place", "caught");
+    table.row("slot", Critical, InSlot, "critical value");
+    table.row("modal dialog", Standard, InModalDialog, "standard");
+    table.row("pressed button", Number, InPressedButton, "42");
+    table.row("before the loop", Critical, BeforeTheLoop, "critical value");
 }
 
 void ApplicationTest::exceptionsLeaveEveryLoop() {

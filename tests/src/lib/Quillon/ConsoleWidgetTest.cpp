@@ -1,3 +1,4 @@
+#include <support/Captured.h>
 #include <support/TestMain.h>
 
 #include <Quillon/ConsoleWidget.h>
@@ -14,28 +15,13 @@
 
 #include <iostream>
 #include <memory>
-#include <sstream>
 
 using Quillon::ConsoleWidget;
 
 namespace {
 
-/// Keeps the console's lines off the test's own output while it lives.
-class Quiet {
-public:
-    ~Quiet() {
-        std::cout.rdbuf(_output);
-        std::cerr.rdbuf(_errors);
-    }
-
-private:
-    std::ostringstream _sink;
-    std::streambuf* _output = std::cout.rdbuf(_sink.rdbuf());
-    std::streambuf* _errors = std::cerr.rdbuf(_sink.rdbuf());
-};
-
 void print(int from, int count) {
-    const Quiet quiet;
+    const Captured output(std::cout);
     for (int number = from; number < from + count; ++number)
         Brindle::console.print("line " + std::to_string(number));
 }
@@ -54,14 +40,13 @@ private Q_SLOTS:
 
 void ConsoleWidgetTest::showsKindsInColors() {
     const ConsoleWidget widget(nullptr);
-    {
-        const Quiet quiet;
-        Brindle::console.error("a <b>\xc3\xa9</b> & b");
-        Brindle::console.indent();
-        Brindle::console.remark("c");
-        Brindle::console.unindent();
-        Brindle::console.print("d");
-    }
+    const Captured output(std::cout);
+    const Captured errors(std::cerr);
+    Brindle::console.error("a <b>\xc3\xa9</b> & b");
+    Brindle::console.indent();
+    Brindle::console.remark("c");
+    Brindle::console.unindent();
+    Brindle::console.print("d");
     QCOMPARE(widget.toPlainText(), "a <b>\u00e9</b> & b\n  c\nd");
     int line = 0;
     for (const char* color : {"error", "remark", "text"}) {

@@ -2,7 +2,6 @@
 
 #include <Quillon/PadType.h>
 
-#include <QRegularExpression>
 #include <QSet>
 #include <QTest>
 
@@ -12,22 +11,17 @@ class PadTypeTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void concretesAreDistinctAndHaveAVoltage();
-    void voltageIsTheSecondPiece();
+    void namesTellTheVoltage();
 };
 
-void PadTypeTest::concretesAreDistinctAndHaveAVoltage() {
-    const QRegularExpression voltage("^\\d\\.\\dV$");
+void PadTypeTest::namesTellTheVoltage() {
     QSet<QString> names;
     for (const PadType& padType : PadType::getConcretes()) {
-        QVERIFY2(voltage.match(padType.getVoltage()).hasMatch(), qPrintable(padType.getName()));
+        QVERIFY2(padType.getVoltage().endsWith(QLatin1Char('V')), qPrintable(padType.getName()));
         names << padType.getName();
     }
     QCOMPARE(static_cast<unsigned long>(names.size()), PadType::getConcretes().getCount());
     QVERIFY(names.contains("LVDS_2.5V"));
-}
-
-void PadTypeTest::voltageIsTheSecondPiece() {
     QCOMPARE(PadType("SSTL_1.8V_II").getVoltage(), "1.8V");
     QCOMPARE(PadType("LVDS").getVoltage(), QString());
 }

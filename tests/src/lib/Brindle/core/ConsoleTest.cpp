@@ -1,5 +1,6 @@
 #include "ForeignLocale.h"
 
+#include <support/Captured.h>
 #include <support/ReadFile.h>
 
 #include <Brindle/core/Build.h>
@@ -11,7 +12,6 @@
 #include <functional>
 #include <iostream>
 #include <memory>
-#include <sstream>
 
 using namespace Brindle;
 
@@ -36,8 +36,10 @@ class ConsoleTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void init() {
+        _output.take();
+        _errors.take();
+    }
     void lines();
     void longTexts();
     void exceptions();
@@ -47,23 +49,9 @@ private Q_SLOTS:
     void observersThatChangeWhileTheyAreTold();
 
 private:
-    std::ostringstream _output; // what reaches standard output
-    std::ostringstream _errors; // what reaches standard error
-    std::streambuf* _standardOutput = nullptr;
-    std::streambuf* _standardError = nullptr;
+    Captured _output{std::cout};
+    Captured _errors{std::cerr};
 };
-
-void ConsoleTest::init() {
-    _output.str({});
-    _errors.str({});
-    _standardOutput = std::cout.rdbuf(_output.rdbuf());
-    _standardError = std::cerr.rdbuf(_errors.rdbuf());
-}
-
-void ConsoleTest::cleanup() {
-    std::cout.rdbuf(_standardOutput);
-    std::cerr.rdbuf(_standardError);
-}
 
 void ConsoleTest::lines() {
     Console to;
@@ -79,9 +67,9 @@ void ConsoleTest::lines() {
     to.error("bad");
     to.unindent();
     to.print("d");
-    QCOMPARE(_output.str(), std::string("Writing a%b...\nx and %\nWriting %\n  one\n\n  two\n\n  a?[31mb?c?\td?\n"
-                                        "    100% done\n  d\n"));
-    QCOMPARE(_errors.str(), std::string("    bad\n"));
+    QCOMPARE(_output.take(), "Writing a%b...\nx and %\nWriting %\n  one\n\n  two\n\n  a?[31mb?c?\td?\n"
+                             "    100% done\n  d\n");
+    QCOMPARE(_errors.take(), "    bad\n");
 }
 
 void ConsoleTest::longTexts() {
@@ -89,9 +77,8 @@ void ConsoleTest::longTexts() {
     const QString umlauts(997, QChar(0xe4));
     const QString rocket = QString::fromUtf8("\xf0\x9f\x9a\x80");
     const auto shown = [this](const std::string& text) {
-        _output.str({});
         Console().print(text);
-        return QString::fromStdString(_output.str());
+        return _output.take();
     };
     QCOMPARE(shown(longest + "\n" + longest + "y\nz"), QString(1000, 'x') + "\n" + QString(997, 'x') + "...\nz\n");
     QCOMPARE(shown((umlauts + rocket.repeated(3)).toStdString()), umlauts + rocket.repeated(3) + "\n");
@@ -101,12 +88,11 @@ void ConsoleTest::longTexts() {
 void ConsoleTest::exceptions() {
     const auto shown = [this](const std::string& message, std::initializer_list<Exception::Field> fields,
                               const Location& place = {}) {
-        _errors.str({});
         Console tested;
         tested.error(located(Fatal(message), place, fields));
         tested.error("two\nlines");
         tested.remark("remark");
-        return QString::fromStdString(_errors.str()).remove("two\nlines\n") + QString::number(tested.getErrorCount());
+        return _errors.take().remove("two\nlines\n") + QString::number(tested.getErrorCount());
     };
     QCOMPARE(shown("Bad", {}), "Bad\n2");
     QCOMPARE(shown("Bad", {{"value", "7"}, {"bitCount", ""}}), "Bad (value: 7, bitCount: )\n2");
@@ -121,11 +107,10 @@ void ConsoleTest::logFile() {
     const QTemporaryDir folder;
     const QString first = folder.filePath("first.log");
     const QString second = folder.filePath("second.log");
-    QFile old(first);
-    QVERIFY(old.open(QIODevice::WriteOnly) && old.write("from an earlier run\n") > 0);
-    old.close();
-
     Console tested;
+    tested.setFullLogFile(first.toStdString());
+    tested.print("from an earlier run");
+    tested.setFullLogFile("");
     tested.print("not in a file");
     tested.setFullLogFile(first.toStdString());
     tested.indent();
@@ -134,8 +119,6 @@ void ConsoleTest::logFile() {
     QCOMPARE(readFile(first), "  text\n  error\n"); // at once, not at the end
     tested.setFullLogFile(second.toStdString());
     tested.remark("remark");
-    tested.setFullLogFile("");
-    tested.print("not in a file");
     QCOMPARE(readFile(first), "  text\n  error\n");
     QCOMPARE(readFile(second), "  remark\n");
 
@@ -204,7 +187,7 @@ void ConsoleTest::timer() {
     Console tested;
     tested.openTimer();
     tested.closeTimer("Done in %");
-    const auto shown = QString::fromStdString(_output.str());
+    const auto shown = _output.take();
     QVERIFY2(QRegularExpression("^Done in [0-9]+\\.[0-9]{3} s\n$").match(shown).hasMatch(), qPrintable(shown));
 }
 

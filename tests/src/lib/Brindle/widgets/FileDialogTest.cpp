@@ -19,6 +19,8 @@ Q_DECLARE_METATYPE(Steps)
 
 namespace {
 
+enum Kind { Save, Open, Directory };
+
 const QString caption = QStringLiteral("Choose");
 
 DialogRobot::Step confirmProposal(const QString& expectedName) {
@@ -49,12 +51,8 @@ class FileDialogTest : public QObject {
 
 private Q_SLOTS:
     void initTestCase();
-    void save_data();
-    void save();
-    void open_data();
-    void open();
-    void directory_data();
-    void directory();
+    void choices_data();
+    void choices();
 
 private:
     QTemporaryDir _folder;
@@ -70,81 +68,56 @@ void FileDialogTest::initTestCase() {
     QVERIFY(QDir::setCurrent(working));
 }
 
-void FileDialogTest::save_data() {
-    const TestTable<QString, Steps, QString> table("proposed", "steps",
-                                                   "chosen"); // chosen: below the folder; empty when cancelled
+void FileDialogTest::choices_data() {
+    // The name chosen is that below the folder, null when cancelled.
+    const TestTable<int, QString, Steps, QString> table("kind", "proposed", "steps", "chosen");
     const auto enter = DialogRobot::enterName;
     const auto press = DialogRobot::press;
     const auto cancel = DialogRobot::cancel;
-    table.row("proposal in a missing folder", "gone/deep/fir.vhd", Steps{confirmProposal("fir.vhd")}, "fir.vhd");
-    table.row("no name proposed", ".vhd", Steps{confirmProposal(QString()), cancel()}, {});
-    table.row("extension left out", "x.vhd", Steps{enter("fir")}, "fir.vhd");
-    table.row("version number", "x.vhd", Steps{enter("fir_v1.2")}, "fir_v1.2.vhd");
-    table.row("final point", "x.vhd", Steps{enter("fir.")}, "fir.vhd");
-    table.row("enters a selected folder", "x.vhd", Steps{selectRow("sub"), press("Open"), confirmProposal("x.vhd")},
-              "sub/x.vhd");
-    table.row("name beside a selected folder", "x.vhd", Steps{selectRow("sub"), confirmProposal("x.vhd")}, "x.vhd");
-    table.row("missing folder", "x.vhd", Steps{enter("gone/fir"), press("OK"), enter("fir")}, "fir.vhd");
-    table.row("does not replace", "x.vhd", Steps{enter("old"), press("No"), enter("new")}, "new.vhd");
+    const auto save = [&](const char* tag, const char* proposed, const Steps& steps, const QString& chosen) {
+        table.row(tag, Save, proposed, steps, chosen);
+    };
+    save("proposal in a missing folder", "gone/deep/fir.vhd", {confirmProposal("fir.vhd")}, "fir.vhd");
+    save("no name proposed", ".vhd", {confirmProposal(QString()), cancel()}, {});
+    save("extension left out", "x.vhd", {enter("fir")}, "fir.vhd");
+    save("version number", "x.vhd", {enter("fir_v1.2")}, "fir_v1.2.vhd");
+    save("final point", "x.vhd", {enter("fir.")}, "fir.vhd");
+    save("enters a selected folder", "x.vhd", {selectRow("sub"), press("Open"), confirmProposal("x.vhd")}, "sub/x.vhd");
+    save("name beside a selected folder", "x.vhd", {selectRow("sub"), confirmProposal("x.vhd")}, "x.vhd");
+    save("missing folder", "x.vhd", {enter("gone/fir"), press("OK"), enter("fir")}, "fir.vhd");
+    save("does not replace", "x.vhd", {enter("old"), press("No"), enter("new")}, "new.vhd");
+    const auto open = [&](const char* tag, const char* proposed, const Steps& steps, const QString& chosen) {
+        table.row(qPrintable(QString("open: ") + tag), Open, proposed, steps, chosen);
+    };
+    open("proposal that does not exist", "new.vhd", {confirmProposal(QString()), cancel()}, {});
+    open("proposal in a missing folder", "gone/deep/x.vhd", {enter("old.vhd")}, "old.vhd");
+    open("extension left out", "x.vhd", {enter("old")}, "old.vhd");
+    open("enters a selected folder", "old.vhd", {selectRow("sub"), press("Open"), enter("../plain")}, "plain");
+    open("no such file", "x.vhd", {enter("gone"), press("OK"), enter("old")}, "old.vhd");
+    const auto directory = [&](const char* tag, const char* proposed, const Steps& steps, const QString& chosen) {
+        table.row(qPrintable(QString("directory: ") + tag), Directory, proposed, steps, chosen);
+    };
+    directory("proposal with missing parents", "a/b/c", {confirmProposal("a/b/c")}, "a/b/c");
+    directory("new name", "bridge", {enter("other")}, "other");
+    directory("nothing typed", "bridge", {enter(QString())}, "");
+    directory("file", "bridge", {enter("plain"), press("OK"), enter("other")}, "other");
+    directory("below a file", "bridge", {enter("plain/x"), press("OK"), cancel()}, {});
 }
 
-void FileDialogTest::save() {
+void FileDialogTest::choices() {
+    QFETCH(int, kind);
     QFETCH(QString, proposed);
     QFETCH(Steps, steps);
     QFETCH(QString, chosen);
     const DialogRobot robot(steps);
-    const QString path = FileDialog::getSaveFileName(nullptr, caption, _folder.filePath(proposed), "VHDL (*.vhd)");
-    QCOMPARE(path, chosen.isEmpty() ? QString() : _folder.filePath(chosen));
-    QVERIFY(robot.isDone());
-}
-
-void FileDialogTest::open_data() {
-    const TestTable<QString, Steps, QString> table("proposed", "steps",
-                                                   "chosen"); // chosen: below the folder; empty when cancelled
-    const auto enter = DialogRobot::enterName;
-    const auto press = DialogRobot::press;
-    const auto cancel = DialogRobot::cancel;
-    table.row("proposal that does not", "new.vhd", Steps{confirmProposal(QString()), cancel()}, {});
-    table.row("proposal in a missing folder", "gone/deep/x.vhd", Steps{enter("old.vhd")}, "old.vhd");
-    table.row("extension left out", "x.vhd", Steps{enter("old")}, "old.vhd");
-    table.row("enters a selected folder", "old.vhd", Steps{selectRow("sub"), press("Open"), enter("../plain")},
-              "plain");
-    table.row("no such file", "x.vhd", Steps{enter("gone"), press("OK"), enter("old")}, "old.vhd");
-}
-
-void FileDialogTest::open() {
-    QFETCH(QString, proposed);
-    QFETCH(Steps, steps);
-    QFETCH(QString, chosen);
-    const DialogRobot robot(steps);
-    const QString path =
-        FileDialog::getOpenFileName(nullptr, caption, _folder.filePath(proposed), "VHDL (*.vhd);;All files (*)");
-    QCOMPARE(path, chosen.isEmpty() ? QString() : _folder.filePath(chosen));
-    QVERIFY(robot.isDone());
-}
-
-void FileDialogTest::directory_data() {
-    const TestTable<QString, Steps, QString> table("proposed", "steps", "chosen");
-    const auto enter = DialogRobot::enterName;
-    const auto press = DialogRobot::press;
-    const auto cancel = DialogRobot::cancel;
-    table.row("proposal that does not exist", "bridge", Steps{confirmProposal("bridge")}, "bridge");
-    table.row("proposal with missing parents", "a/b/c", Steps{confirmProposal("a/b/c")}, "a/b/c");
-    table.row("new name", "bridge", Steps{enter("other")}, "other");
-    table.row("nothing typed", "bridge", Steps{enter(QString())}, "");
-    table.row("file", "bridge", Steps{enter("plain"), press("OK"), enter("other")}, "other");
-    table.row("below a file", "bridge", Steps{enter("plain/x"), press("OK"), cancel()}, {});
-}
-
-void FileDialogTest::directory() {
-    QFETCH(QString, proposed);
-    QFETCH(Steps, steps);
-    QFETCH(QString, chosen);
-    const DialogRobot robot(steps);
-    const QString path = FileDialog::getDirectory(nullptr, caption, _folder.filePath(proposed));
+    const auto start = _folder.filePath(proposed);
+    const QString path = kind == Save ? FileDialog::getSaveFileName(nullptr, caption, start, "VHDL (*.vhd)")
+                         : kind == Open
+                             ? FileDialog::getOpenFileName(nullptr, caption, start, "VHDL (*.vhd);;All files (*)")
+                             : FileDialog::getDirectory(nullptr, caption, start);
     QCOMPARE(path, chosen.isNull() ? QString() : QDir::cleanPath(_folder.filePath(chosen)));
     QVERIFY(robot.isDone());
-    QVERIFY2(path.isEmpty() || path.endsWith("sub") || !QFile::exists(_folder.filePath("bridge")), "creates nothing");
+    QVERIFY2(!QFile::exists(_folder.filePath("a")) && !QFile::exists(_folder.filePath("other")), "creates nothing");
 }
 
 QTEST_MAIN(FileDialogTest)
