@@ -59,10 +59,10 @@ class StreamingFir(FirFilter):
 
     def coefficientLines(self):
         if self.hasInputCoefficients:
-            return ["signal coefficients : coefficient_list := (others => (others => '0'));"]
+            return ["signal coefficients : coefficient_list_t := (others => (others => '0'));"]
         values = [coefficient.value for coefficient in self.coefficients[:self.multiplierCount()]]
         comments = ['%s: %d' % (self.tapsOfMultiplier(index), value) for index, value in enumerate(values)]
-        return ['constant coefficients : coefficient_list := ('] + indented(
+        return ['constant coefficients : coefficient_list_t := ('] + indented(
             coefficientElements(values, self.coefficientWidth, comments)) + [');']
 
     def coefficientInputLines(self):

@@ -98,7 +98,7 @@ class MacFir(FirFilter):
         comments = [self.tapComment(tap) for tap in taps]
         values = [self.tapValue(tap) for tap in taps]
         if self.isParallel():
-            return ['constant coefficients : coefficient_list := ('] + indented(
+            return ['constant coefficients : coefficient_list_t := ('] + indented(
                 coefficientElements(values, self.coefficientWidth, comments)) + [');']
         lines = []
         for unit in range(self.unitCount):
@@ -107,7 +107,7 @@ class MacFir(FirFilter):
             lines += indented(coefficientElements(values[own], self.coefficientWidth, comments[own]))
             lines.append('),')
         lines[-1] = ')'
-        return ['constant coefficients : coefficient_table := ('] + indented(lines) + [');']
+        return ['constant coefficients : coefficient_table_t := ('] + indented(lines) + [');']
 
     def tapValue(self, tap):
         return self.coefficients[tap].value if tap < len(self.coefficients) else 0
@@ -123,7 +123,7 @@ class MacFir(FirFilter):
         return widths
 
     def treeSignalLines(self):
-        return ["signal level_%d : sum_list(0 to %d) := (others => (others => '0'));" % (level, width - 1)
+        return ["signal level_%d : sum_list_t(0 to %d) := (others => (others => '0'));" % (level, width - 1)
                 for level, width in enumerate(self.treeWidths()) if level > 0]
 
     def adderTreeLines(self):

@@ -47,16 +47,16 @@ architecture rtl of mac_fir is
   constant LAST_STEP  : natural := STEP_COUNT - 1;
   constant OUTPUT_MSB : natural := TRUNCATED_BITS + OUTPUT_WIDTH - 1;
 
-  type sample_list is array (natural range <>) of signed(INPUT_WIDTH - 1 downto 0);
-  type coefficient_list is array (natural range <>) of signed(COEFFICIENT_WIDTH - 1 downto 0);
-  type product_list is array (0 to UNIT_COUNT - 1) of signed(PRODUCT_WIDTH - 1 downto 0);
-  type sum_list is array (natural range <>) of signed(SUM_WIDTH - 1 downto 0);
+  type sample_list_t is array (natural range <>) of signed(INPUT_WIDTH - 1 downto 0);
+  type coefficient_list_t is array (natural range <>) of signed(COEFFICIENT_WIDTH - 1 downto 0);
+  type product_list_t is array (0 to UNIT_COUNT - 1) of signed(PRODUCT_WIDTH - 1 downto 0);
+  type sum_list_t is array (natural range <>) of signed(SUM_WIDTH - 1 downto 0);
 
   -- The coefficients of a unit by step.
-  type coefficient_table is array (0 to UNIT_COUNT - 1) of coefficient_list(0 to LAST_STEP);
+  type coefficient_table_t is array (0 to UNIT_COUNT - 1) of coefficient_list_t(0 to LAST_STEP);
 
   -- begin coefficients
-  constant coefficients : coefficient_table := (
+  constant coefficients : coefficient_table_t := (
     0 => (
       0 => "0000000101", -- tap 0: 5
       1 => "1111110001", -- tap 1: -15
@@ -95,19 +95,19 @@ architecture rtl of mac_fir is
   -- result.
   signal last : std_logic_vector(0 to TREE_LEVELS + 5) := (others => '0');
 
-  signal arriving          : sample_list(0 to UNIT_COUNT - 1)      := (others => (others => '0'));
-  signal sample_words      : sample_list(0 to UNIT_COUNT - 1)      := (others => (others => '0'));
-  signal coefficient_words : coefficient_list(0 to UNIT_COUNT - 1) := (others => (others => '0'));
-  signal samples           : sample_list(0 to UNIT_COUNT - 1)      := (others => (others => '0'));
-  signal factors           : coefficient_list(0 to UNIT_COUNT - 1) := (others => (others => '0'));
-  signal products          : product_list                          := (others => (others => '0'));
-  signal unit_sums         : sum_list(0 to UNIT_COUNT - 1)         := (others => (others => '0'));
+  signal arriving          : sample_list_t(0 to UNIT_COUNT - 1)      := (others => (others => '0'));
+  signal sample_words      : sample_list_t(0 to UNIT_COUNT - 1)      := (others => (others => '0'));
+  signal coefficient_words : coefficient_list_t(0 to UNIT_COUNT - 1) := (others => (others => '0'));
+  signal samples           : sample_list_t(0 to UNIT_COUNT - 1)      := (others => (others => '0'));
+  signal factors           : coefficient_list_t(0 to UNIT_COUNT - 1) := (others => (others => '0'));
+  signal products          : product_list_t                          := (others => (others => '0'));
+  signal unit_sums         : sum_list_t(0 to UNIT_COUNT - 1)         := (others => (others => '0'));
   signal total             : signed(FULL_WIDTH - 1 downto 0);
   signal result            : signed(OUTPUT_WIDTH - 1 downto 0)     := (others => '0');
 
   -- begin tree signals
-  signal level_1 : sum_list(0 to 1) := (others => (others => '0'));
-  signal level_2 : sum_list(0 to 0) := (others => (others => '0'));
+  signal level_1 : sum_list_t(0 to 1) := (others => (others => '0'));
+  signal level_2 : sum_list_t(0 to 0) := (others => (others => '0'));
   -- end tree signals
 
   signal pattern : std_logic_vector(15 downto 0) := AUX_PATTERN;
@@ -197,9 +197,9 @@ begin
   end process arrival;
 
   mac_units : for unit in 0 to UNIT_COUNT - 1 generate
-    constant own_coefficients : coefficient_list(0 to LAST_STEP) := coefficients(unit);
+    constant own_coefficients : coefficient_list_t(0 to LAST_STEP) := coefficients(unit);
 
-    signal memory : sample_list(0 to LAST_STEP) := (others => (others => '0'));
+    signal memory : sample_list_t(0 to LAST_STEP) := (others => (others => '0'));
   begin
 
     -- Nothing reads the word that is written, so the memory needs no rule for that.

@@ -42,12 +42,12 @@ architecture rtl of mac_fir_parallel is
 
   constant OUTPUT_MSB : natural := TRUNCATED_BITS + OUTPUT_WIDTH - 1;
 
-  type coefficient_list is array (0 to UNIT_COUNT - 1) of signed(COEFFICIENT_WIDTH - 1 downto 0);
-  type product_list is array (0 to UNIT_COUNT - 1) of signed(PRODUCT_WIDTH - 1 downto 0);
-  type sum_list is array (0 to UNIT_COUNT - 1) of signed(SUM_WIDTH - 1 downto 0);
+  type coefficient_list_t is array (0 to UNIT_COUNT - 1) of signed(COEFFICIENT_WIDTH - 1 downto 0);
+  type product_list_t is array (0 to UNIT_COUNT - 1) of signed(PRODUCT_WIDTH - 1 downto 0);
+  type sum_list_t is array (0 to UNIT_COUNT - 1) of signed(SUM_WIDTH - 1 downto 0);
 
   -- begin coefficients
-  constant coefficients : coefficient_list := (
+  constant coefficients : coefficient_list_t := (
     0 => "0000101101", -- tap 0: 45
     1 => "0011100111", -- tap 1: 231
     2 => "0101100001", -- tap 2: 353
@@ -58,8 +58,8 @@ architecture rtl of mac_fir_parallel is
   -- The flags go with the sample, its products, the sums that they enter and the result.
   signal valid    : std_logic_vector(0 to 3)          := (others => '0');
   signal sample   : signed(INPUT_WIDTH - 1 downto 0)  := (others => '0');
-  signal products : product_list                      := (others => (others => '0'));
-  signal sums     : sum_list                          := (others => (others => '0'));
+  signal products : product_list_t                      := (others => (others => '0'));
+  signal sums     : sum_list_t                          := (others => (others => '0'));
   signal total    : signed(FULL_WIDTH - 1 downto 0);
   signal result   : signed(OUTPUT_WIDTH - 1 downto 0) := (others => '0');
 

@@ -36,13 +36,13 @@ architecture rtl of systolic_fir is
   constant SUM_WIDTH         : positive := 22; -- holds what can reach the output
   constant FULL_WIDTH        : positive := 22; -- of the last sum, extended to the output's highest bit
 
-  type sample_list is array (natural range <>) of signed(INPUT_WIDTH - 1 downto 0);
-  type coefficient_list is array (0 to TAP_COUNT - 1) of signed(COEFFICIENT_WIDTH - 1 downto 0);
-  type product_list is array (0 to TAP_COUNT - 1) of signed(PRODUCT_WIDTH - 1 downto 0);
-  type sum_list is array (0 to TAP_COUNT - 1) of signed(SUM_WIDTH - 1 downto 0);
+  type sample_list_t is array (natural range <>) of signed(INPUT_WIDTH - 1 downto 0);
+  type coefficient_list_t is array (0 to TAP_COUNT - 1) of signed(COEFFICIENT_WIDTH - 1 downto 0);
+  type product_list_t is array (0 to TAP_COUNT - 1) of signed(PRODUCT_WIDTH - 1 downto 0);
+  type sum_list_t is array (0 to TAP_COUNT - 1) of signed(SUM_WIDTH - 1 downto 0);
 
   -- begin coefficients
-  constant coefficients : coefficient_list := (
+  constant coefficients : coefficient_list_t := (
     0 => "0000101101", -- tap 0: 45
     1 => "0011100111", -- tap 1: 231
     2 => "0101100001", -- tap 2: 353
@@ -52,10 +52,10 @@ architecture rtl of systolic_fir is
 
   -- valid(k) goes with arrived(k); the last two flags go with the product and the sum of the last tap.
   signal valid    : std_logic_vector(0 to TAP_COUNT + 1) := (others => '0');
-  signal arrived  : sample_list(0 to TAP_COUNT - 1)      := (others => (others => '0'));
-  signal previous : sample_list(0 to TAP_COUNT - 2)      := (others => (others => '0'));
-  signal products : product_list                         := (others => (others => '0'));
-  signal sums     : sum_list                             := (others => (others => '0'));
+  signal arrived  : sample_list_t(0 to TAP_COUNT - 1)      := (others => (others => '0'));
+  signal previous : sample_list_t(0 to TAP_COUNT - 2)      := (others => (others => '0'));
+  signal products : product_list_t                         := (others => (others => '0'));
+  signal sums     : sum_list_t                             := (others => (others => '0'));
   signal full_sum : signed(FULL_WIDTH - 1 downto 0);
 
 begin

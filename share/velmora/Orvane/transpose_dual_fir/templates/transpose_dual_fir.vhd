@@ -38,12 +38,12 @@ architecture rtl of transpose_dual_fir is
   constant SUM_WIDTH         : positive := 22; -- holds what can reach the output
   constant FULL_WIDTH        : positive := 22; -- of the last sum, extended to the output's highest bit
 
-  type coefficient_list is array (0 to TAP_COUNT - 1) of signed(COEFFICIENT_WIDTH - 1 downto 0);
-  type product_list is array (0 to TAP_COUNT - 1) of signed(PRODUCT_WIDTH - 1 downto 0);
-  type sum_list is array (natural range <>) of signed(SUM_WIDTH - 1 downto 0);
+  type coefficient_list_t is array (0 to TAP_COUNT - 1) of signed(COEFFICIENT_WIDTH - 1 downto 0);
+  type product_list_t is array (0 to TAP_COUNT - 1) of signed(PRODUCT_WIDTH - 1 downto 0);
+  type sum_list_t is array (natural range <>) of signed(SUM_WIDTH - 1 downto 0);
 
   -- begin coefficients
-  constant coefficients : coefficient_list := (
+  constant coefficients : coefficient_list_t := (
     0 => "0000101101", -- tap 0: 45
     1 => "0011100111", -- tap 1: 231
     2 => "0101100001", -- tap 2: 353
@@ -54,9 +54,9 @@ architecture rtl of transpose_dual_fir is
   -- The flags go with the sample, its products and the sums that they enter.
   signal valid          : std_logic_vector(0 to 2)         := (others => '0');
   signal sample         : signed(INPUT_WIDTH - 1 downto 0) := (others => '0');
-  signal products       : product_list                     := (others => (others => '0'));
-  signal sums           : sum_list(0 to TAP_COUNT - 1)     := (others => (others => '0'));
-  signal waiting        : sum_list(1 to TAP_COUNT - 1)     := (others => (others => '0'));
+  signal products       : product_list_t                     := (others => (others => '0'));
+  signal sums           : sum_list_t(0 to TAP_COUNT - 1)     := (others => (others => '0'));
+  signal waiting        : sum_list_t(1 to TAP_COUNT - 1)     := (others => (others => '0'));
   signal full_sum       : signed(FULL_WIDTH - 1 downto 0);
   signal input_channel  : std_logic := '0';
   signal output_channel : std_logic := '0';

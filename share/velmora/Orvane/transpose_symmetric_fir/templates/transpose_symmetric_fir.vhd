@@ -43,14 +43,14 @@ architecture rtl of transpose_symmetric_fir is
   constant SUM_WIDTH         : positive := 23; -- holds what can reach the output
   constant FULL_WIDTH        : positive := 23; -- of the last sum, extended to the output's highest bit
 
-  type sample_list is array (0 to TAP_COUNT - 1) of signed(INPUT_WIDTH - 1 downto 0);
-  type coefficient_list is array (0 to PAIR_COUNT - 1) of signed(COEFFICIENT_WIDTH - 1 downto 0);
-  type pair_sum_list is array (0 to PAIR_COUNT - 1) of signed(INPUT_WIDTH downto 0);
-  type product_list is array (0 to PAIR_COUNT - 1) of signed(PRODUCT_WIDTH - 1 downto 0);
-  type sum_list is array (0 to PAIR_COUNT - 1) of signed(SUM_WIDTH - 1 downto 0);
+  type sample_list_t is array (0 to TAP_COUNT - 1) of signed(INPUT_WIDTH - 1 downto 0);
+  type coefficient_list_t is array (0 to PAIR_COUNT - 1) of signed(COEFFICIENT_WIDTH - 1 downto 0);
+  type pair_sum_list_t is array (0 to PAIR_COUNT - 1) of signed(INPUT_WIDTH downto 0);
+  type product_list_t is array (0 to PAIR_COUNT - 1) of signed(PRODUCT_WIDTH - 1 downto 0);
+  type sum_list_t is array (0 to PAIR_COUNT - 1) of signed(SUM_WIDTH - 1 downto 0);
 
   -- begin coefficients
-  constant coefficients : coefficient_list := (
+  constant coefficients : coefficient_list_t := (
     0 => "0000101101", -- taps 0 and 3: 45
     1 => "1110000101"  -- taps 1 and 2: -123
   );
@@ -58,10 +58,10 @@ architecture rtl of transpose_symmetric_fir is
 
   -- The flags go with the newest sample, its pair sums, their products and the sums that those enter.
   signal valid     : std_logic_vector(0 to 3) := (others => '0');
-  signal history   : sample_list              := (others => (others => '0'));
-  signal pair_sums : pair_sum_list            := (others => (others => '0'));
-  signal products  : product_list             := (others => (others => '0'));
-  signal sums      : sum_list                 := (others => (others => '0'));
+  signal history   : sample_list_t              := (others => (others => '0'));
+  signal pair_sums : pair_sum_list_t            := (others => (others => '0'));
+  signal products  : product_list_t             := (others => (others => '0'));
+  signal sums      : sum_list_t                 := (others => (others => '0'));
   signal full_sum  : signed(FULL_WIDTH - 1 downto 0);
 
 begin
