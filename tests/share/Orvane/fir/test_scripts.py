@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Checks the filters' generator scripts themselves: errors, remarks, names and templates."""
 
+import dataclasses
 import pathlib
 import re
 import sys
@@ -9,8 +10,10 @@ import unittest
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "support"))
 
 # pylint: disable=wrong-import-position
+import pages
 import script_tests
 from parameter_sets import KINDS, MacForm, StreamingForm
+from program import arguments_of
 
 FOUR_TAPS = "45, 231, 353, -123"
 STREAMING_SIZE = {"input_width": 12, "output_width": 14, "coefficient_width": 10, "truncation": 6}
@@ -70,6 +73,16 @@ class FirTests(script_tests.TextTests):
             for (keys, parts), result in zip(chosen, results):
                 with self.subTest(kind=kind, keys=keys):
                     expectation(result, *map(re.escape, parts))
+
+    def test_instances_of_the_pages(self):
+        """They are of the designs that the templates are."""
+        for kind in KINDS:
+            instance = pages.example(kind, "instance")
+            name = re.search(r"work\.(\w+)", instance).group(1)
+            form = dataclasses.replace(self.template_forms[kind, kind], entity=name)
+            result, = self.scripts[kind].results(arguments_of(kind, [form]))
+            for standard in script_tests.STANDARDS:
+                pages.check_instance(self.analysed(f"page_{kind}", standard, result.text), instance, result.text)
 
     def test_errors(self):
         self.expect(ERRORS, self.expect_errors)
