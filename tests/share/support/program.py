@@ -38,6 +38,8 @@ def configuration(ip, form):
 
 def tell(prefix, command, files):
     """What the program tells of each configuration, called with a command and the files."""
+    if not files:
+        return []
     command = [BUILD / "bin/velmora-generate", command, "--json", *files]
     outcome = subprocess.run(command, env={**ENVIRONMENT, "ORVANE_PREFIX": str(prefix)}, stdout=subprocess.PIPE,
                              stderr=subprocess.DEVNULL, text=True, check=False)
