@@ -3,7 +3,7 @@
 
 Counts are made without a device library; for designs with multipliers, what a family with multiplier blocks makes of them stands
 in place of look-up tables. The table is printed as HTML; --write puts it into the pages, between the comments that mark its
-place, and --check only tells which pages hold another one.
+place. --check tells which pages hold another one; it measures the rows of the placed configurations only and believes the others.
 
     bench/hardware/resources.py --only scope --write
 """
@@ -17,12 +17,14 @@ import re
 import sys
 import tempfile
 import textwrap
+from concurrent.futures import ThreadPoolExecutor
 
 from generation import generate
 from synthesis import cells_by_type, memories, to_verilog, total  # before hdl_tools, whose folder it adds
 from hdl_tools import CheckFailed, run
 
 HERE = pathlib.Path(__file__).resolve().parent
+PLACED = HERE / "configurations"
 CATALOGUE = HERE.parents[1] / "share/velmora/Orvane"
 BEGIN, END = "<!-- begin resources -->\n", "<!-- end resources -->\n"
 
@@ -31,6 +33,8 @@ PASSES = ["proc", "flatten", "opt", "wreduce", "peepopt", "opt -full", "memory -
           "opt -full"]
 TABLE_PASSES = ["abc -lut 4", "abc -lut 6"]
 BLOCK_PASSES = "synth_xilinx -family xc7 -noiopad"
+# The same without the cells that Yosys only knows the ports of, which take longer to read than all the rest.
+BLOCK_COMMANDS = ["read_verilog -lib +/xilinx/cells_sim.v", f"{BLOCK_PASSES} -run prepare:check"]
 
 Row = collections.namedtuple("Row", "title flip_flops memories multipliers tables blocks")
 
@@ -42,25 +46,30 @@ def field(path, key):
 
 def pages():
     """(folder of the IP, its reference configurations), the placed ones first."""
-    configurations = sorted(HERE.glob("configurations/*.velmora")) + sorted(HERE.glob("page-configurations/*.velmora"))
+    configurations = sorted(PLACED.glob("*.velmora")) + sorted(HERE.glob("page-configurations/*.velmora"))
     for folder in sorted(path.parent for path in CATALOGUE.glob("*/config")):
         name = field(folder / "config", "name")
         yield folder, [path for path in configurations if field(path, "name") == name]
 
 
+def title_of(configuration):
+    """The title of its row: the comment in its first line."""
+    return configuration.read_text().splitlines()[0].lstrip("# ")
+
+
 def measure(configuration, build, folder):
-    """The row of one configuration, whose first line is a comment with the row's title."""
+    """The row of one configuration."""
     entity, files = generate(build, configuration, folder / "generated")
     to_verilog(files, entity, folder)
-    common, = cells_by_type(entity, [*PASSES, "write_json common.json"], [""], folder)
-    multipliers, tables, blocks = total(common, r"\$mul"), [], []
-    if multipliers:
-        family, = cells_by_type(entity, [f"{BLOCK_PASSES} -top {entity}"], ["flatten"], folder)
+    has_multipliers = ") * $signed(" in (folder / "netlist.v").read_text()
+    common, *others = cells_by_type(entity, [*PASSES, "write_json common.json"], ["", *([] if has_multipliers else TABLE_PASSES)],
+                                    folder)
+    tables, blocks = [total(cells, r"\$lut") for cells in others], []
+    if has_multipliers:
+        family, = cells_by_type(entity, BLOCK_COMMANDS, ["flatten"], folder)
         blocks = [total(family, kind) for kind in ("DSP48E1", "LUT[1-6]", "FD[RSCP]E(_1)?")]
-    else:
-        tables = [total(cells, r"\$lut") for cells in cells_by_type(entity, PASSES, TABLE_PASSES, folder)]
-    title = configuration.read_text().splitlines()[0].lstrip("# ")
-    return Row(title, total(common, r".*DFF.*"), memories(entity, folder / "common.json"), multipliers, tables, blocks)
+    return Row(title_of(configuration), total(common, r".*DFF.*"), memories(entity, folder / "common.json"),
+               total(common, r"\$mul"), tables, blocks)
 
 
 def columns(rows):
@@ -89,15 +98,14 @@ def versions():
     return [re.search(r"\d+\.\d+", text).group(0) for text in texts]
 
 
-def table_lines(rows):
+def row_texts(rows):
+    """The HTML of the rows by their titles, behind that of the titles of the columns."""
     shown = list(columns(rows))
-    yield "<table>"
-    yield "<tr><th>Configuration</th>"
-    yield from (f'<th class="number">{title}</th>' for title, _ in shown)
+    texts = {None: "\n".join(["<tr><th>Configuration</th>", *(f'<th class="number">{title}</th>' for title, _ in shown)])}
     for number, row in enumerate(rows):
-        yield f"</tr>\n<tr><td>{row.title}</td>"
-        yield from (f'<td class="number">{texts[number]}</td>' for _, texts in shown)
-    yield "</tr>\n</table>"
+        cells = [f'<td class="number">{column[number]}</td>' for _, column in shown]
+        texts[row.title] = "\n".join([f"<tr><td>{row.title}</td>", *cells])
+    return texts
 
 
 def remark(rows):
@@ -116,16 +124,31 @@ def remark(rows):
     return "<p>" + " ".join([*words, "Nothing was placed or timed.</p>"])
 
 
-def html(rows):
-    """The table of a page and how it was measured, in short lines."""
+def html(rows, titles, believed):
+    """The table of a page and how it was measured, in short lines; rows that were not measured come from 'believed'."""
+    measured = row_texts(rows)
+    texts = [measured.get(title, believed.get(title, "")) for title in (None, *titles)]
     wrapped = textwrap.wrap(remark(rows), 120, break_long_words=False, break_on_hyphens=False)
-    return "\n".join([*table_lines(rows), *wrapped]) + "\n"
+    return "\n</tr>\n".join(["<table>\n" + texts[0], *texts[1:], "</table>"]) + "\n" + "\n".join(wrapped) + "\n"
+
+
+def rows_of(page):
+    """The HTML of the rows that stand in a page, by their titles."""
+    table = page.read_text().split(BEGIN)[1].split(END)[0]
+    return {title: f"<tr><td>{title}</td>{cells}" for title, cells in re.findall(r"(?s)<tr><td>(.*?)</td>(.*?)\n</tr>", table)}
 
 
 def replaced(page, table):
     """The page's text with this table."""
     before, rest = page.read_text().split(BEGIN)
     return before + BEGIN + table + END + rest.split(END)[1]
+
+
+def made_table(page, configurations, measured, build):
+    """The page's table, of which these configurations are measured, two at once."""
+    with tempfile.TemporaryDirectory(prefix="velmora-resources-") as scratch, ThreadPoolExecutor(2) as pool:
+        rows = list(pool.map(lambda path: measure(path, build, pathlib.Path(scratch) / path.stem), measured))
+    return html(rows, [title_of(path) for path in configurations], rows_of(page))
 
 
 def main():
@@ -141,9 +164,9 @@ def main():
     for folder, configurations in pages():
         if options.only and folder.name not in options.only:
             continue
-        with tempfile.TemporaryDirectory(prefix="velmora-resources-") as scratch:
-            table = html([measure(path, options.build, pathlib.Path(scratch) / path.stem) for path in configurations])
         page = folder / "description.html"
+        measured = [path for path in configurations if not options.check or path.parent == PLACED]
+        table = made_table(page, configurations, measured, options.build)
         if options.write:
             page.write_text(replaced(page, table))
         elif options.check:
