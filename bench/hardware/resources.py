@@ -33,8 +33,8 @@ PASSES = ["proc", "flatten", "opt", "wreduce", "peepopt", "opt -full", "memory -
           "opt -full"]
 TABLE_PASSES = ["abc -lut 4", "abc -lut 6"]
 BLOCK_PASSES = "synth_xilinx -family xc7 -noiopad"
-# The same without the cells that Yosys only knows the ports of, which take longer to read than all the rest.
-BLOCK_COMMANDS = ["read_verilog -lib +/xilinx/cells_sim.v", f"{BLOCK_PASSES} -run prepare:check"]
+# The parts of these passes; the mapping of memories takes longer than all the rest, also where there are none.
+WITH_MEMORIES, WITHOUT_MEMORIES = ["prepare:check"], ["prepare:map_memory", "map_ffram:check"]
 
 Row = collections.namedtuple("Row", "title flip_flops memories multipliers tables blocks")
 
@@ -65,11 +65,12 @@ def measure(configuration, build, folder):
     common, *others = cells_by_type(entity, [*PASSES, "write_json common.json"], ["", *([] if has_multipliers else TABLE_PASSES)],
                                     folder)
     tables, blocks = [total(cells, r"\$lut") for cells in others], []
+    words = memories(entity, folder / "common.json")
     if has_multipliers:
-        family, = cells_by_type(entity, BLOCK_COMMANDS, ["flatten"], folder)
+        parts = [f"{BLOCK_PASSES} -run {part}" for part in (WITH_MEMORIES if words else WITHOUT_MEMORIES)]
+        family, = cells_by_type(entity, ["read_verilog -lib +/xilinx/cells_sim.v", *parts], ["flatten"], folder)
         blocks = [total(family, kind) for kind in ("DSP48E1", "LUT[1-6]", "FD[RSCP]E(_1)?")]
-    return Row(title_of(configuration), total(common, r".*DFF.*"), memories(entity, folder / "common.json"),
-               total(common, r"\$mul"), tables, blocks)
+    return Row(title_of(configuration), total(common, r".*DFF.*"), words, total(common, r"\$mul"), tables, blocks)
 
 
 def columns(rows):
