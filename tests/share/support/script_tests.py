@@ -10,6 +10,8 @@ from hdl_rules import check_text, without_attributes
 from hdl_tools import Ghdl
 from program import arguments_of
 
+STANDARDS = ("93", "08")
+
 # Entity names that no IP takes, by what the error says.
 BAD_NAMES = {
     "is empty": [""],
