@@ -14,6 +14,7 @@ QString getName(Brindle::ConsoleLineKind kind) {
         return QStringLiteral("error");
     case Brindle::ConsoleLineKind::Remark:
         return QStringLiteral("remark");
+    case Brindle::ConsoleLineKind::Failure:
     case Brindle::ConsoleLineKind::Text:
         break;
     }

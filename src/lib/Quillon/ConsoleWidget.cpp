@@ -19,6 +19,7 @@ constexpr int fewestLines = 3; // that stay visible in the smallest pane
 const char* colorOf(Brindle::ConsoleLineKind kind) {
     switch (kind) {
     case Brindle::ConsoleLineKind::Error:
+    case Brindle::ConsoleLineKind::Failure:
         return "error";
     case Brindle::ConsoleLineKind::Remark:
         return "remark";
@@ -40,6 +41,7 @@ ConsoleWidget::ConsoleWidget(QWidget* parent) : QPlainTextEdit(parent) {
     setAccessibleDescription(tr("Progress and errors"));
     setPlaceholderText(tr("Progress and errors are shown here."));
     addMenuActions();
+    followEnd();
     Brindle::console.attach(*this);
 }
 
@@ -50,7 +52,7 @@ QSize ConsoleWidget::minimumSizeHint() const {
 
 void ConsoleWidget::onConsoleLine(Brindle::ConsoleLineKind kind, const std::string& line) {
     QScrollBar* bar = verticalScrollBar();
-    const bool isFollowing = bar->value() == bar->maximum();
+    const bool isFollowing = _isFollowing || kind == Brindle::ConsoleLineKind::Error;
     const int droppedLines = blockCount() == historyLength ? document()->firstBlock().lineCount() : 0;
     const int place = bar->value() - droppedLines;
     QTextCharFormat format;
@@ -63,6 +65,22 @@ void ConsoleWidget::onConsoleLine(Brindle::ConsoleLineKind kind, const std::stri
     cursor.insertText(Brindle::toQString(line), format);
     cursor.endEditBlock();
     bar->setValue(isFollowing ? bar->maximum() : place);
+    _isFollowing = isFollowing;
+}
+
+void ConsoleWidget::onConsoleBreak() {
+    if (!document()->lastBlock().text().isEmpty())
+        onConsoleLine(Brindle::ConsoleLineKind::Text, {});
+}
+
+/// What the pane shows does not move when its height changes, which takes it off the end without the user's doing.
+void ConsoleWidget::followEnd() {
+    QScrollBar* bar = verticalScrollBar();
+    connect(bar, &QScrollBar::valueChanged, this, [this, bar] { _isFollowing = bar->value() == bar->maximum(); });
+    connect(bar, &QScrollBar::rangeChanged, this, [this, bar] {
+        if (_isFollowing)
+            bar->setValue(bar->maximum());
+    });
 }
 
 QAction* ConsoleWidget::addMenuAction(const QString& text, const char* iconName, const QKeySequence& shortcut) {

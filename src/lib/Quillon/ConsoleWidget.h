@@ -12,8 +12,8 @@ QT_END_NAMESPACE
 namespace Quillon {
 
 /// The pane that shows what the console prints from the pane's construction on: errors and remarks in the theme's
-/// colours, the last 10,000 lines. It follows the end unless the user has scrolled up. Its context menu copies, selects
-/// and clears.
+/// colours, a blank line before what is apart, the last 10,000 lines. It follows the end unless the user has scrolled
+/// up since the last error, whatever its height becomes. Its context menu copies, selects and clears.
 class ConsoleWidget : public QPlainTextEdit, private Brindle::ConsoleObserver {
     Q_OBJECT
 
@@ -27,8 +27,12 @@ public:
 
 private:
     void onConsoleLine(Brindle::ConsoleLineKind kind, const std::string& line) override;
+    void onConsoleBreak() override;
+    void followEnd();
     QAction* addMenuAction(const QString& text, const char* iconName, const QKeySequence& shortcut);
     void addMenuActions();
+
+    bool _isFollowing = true; // the end
 };
 
 } // namespace Quillon

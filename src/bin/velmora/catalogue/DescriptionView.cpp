@@ -1,6 +1,8 @@
 #include <velmora/catalogue/DescriptionView.h>
 
+#include <velmora/catalogue/FindBar.h>
 #include <velmora/catalogue/LocalAccessManager.h>
+#include <velmora/catalogue/PageZoom.h>
 
 #include <Brindle/core/Console.h>
 #include <Brindle/core/Exception.h>
@@ -10,11 +12,16 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QFileInfo>
 #include <QFontDatabase>
 #include <QFontInfo>
+#include <QKeyEvent>
+#include <QMenu>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QWebElement>
+#include <QWebFrame>
 #include <QWebPage>
 #include <QWebSettings>
 
@@ -28,6 +35,7 @@ namespace Velmora {
 namespace {
 
 constexpr int textSize = 14;                       // pixels
+constexpr double zoomStep = 1.1;
 constexpr std::size_t largestPage = 1024UL * 1024; // bytes
 constexpr std::ptrdiff_t mostTags = 20'000;
 
@@ -44,11 +52,17 @@ QString getStyleSheet() {
                                        "th, td, hr, pre, code { border-color: @border@; }"
                                        "th { background: @row_hover@; }"
                                        "pre, code { background: @background_text@; }"
+                                       "p.sections { font-size: 0.9em; }"
+                                       "img { -webkit-user-drag: none; }"
+                                       "::selection { background: @accent@; color: @accent_text@; }"
                                        "::-webkit-scrollbar { width: 12px; height: 12px; background: @surface@; }"
                                        "::-webkit-scrollbar-thumb { background: @outline@; border: 2px solid @surface@;"
                                        " border-radius: 6px; min-height: 24px; }"
                                        "::-webkit-scrollbar-corner { background: @surface@; }");
-    return Brindle::ThemeColors(Brindle::theme.getCode()).fillIn(css);
+    const QString figures = // which are drawn once for both grounds
+        Brindle::theme == Brindle::Theme::Dark ? QStringLiteral("img { -webkit-filter: brightness(1.45); }")
+                                               : QStringLiteral("img { -webkit-filter: brightness(0.7); }");
+    return Brindle::ThemeColors(Brindle::theme.getCode()).fillIn(css) + figures;
 }
 
 /// A ".." in the name is resolved as the file system does it, with symbolic links followed; the web page would not.
@@ -76,6 +90,8 @@ void applyGlobalSettings() {
 
 DescriptionView::DescriptionView(const QString& htmlFilename, QWidget* parent) : QWebView(parent) {
     setAccessibleName(tr("Description of the IP"));
+    addViewActions();
+    connect(this, &QWebView::loadFinished, this, &DescriptionView::addSectionLinks);
     if (!htmlFilename.isEmpty() && QFileInfo::exists(htmlFilename))
         _pendingUrl = getUrl(htmlFilename);
     else
@@ -83,14 +99,9 @@ DescriptionView::DescriptionView(const QString& htmlFilename, QWidget* parent) :
 }
 
 void DescriptionView::preparePage() {
-    [[maybe_unused]] static const bool applied = (applyGlobalSettings(), true);
+    applyGlobalSettings();
     page()->setNetworkAccessManager(new LocalAccessManager(page()));
     page()->setLinkDelegationPolicy(QWebPage::DelegateAllLinks);
-    // These entries of the context menu would leave the description or do nothing.
-    for (const auto action : {QWebPage::OpenLink, QWebPage::OpenLinkInNewWindow, QWebPage::DownloadLinkToDisk,
-                              QWebPage::OpenImageInNewWindow, QWebPage::DownloadImageToDisk}) {
-        page()->action(action)->setVisible(false);
-    }
 }
 
 void DescriptionView::showMissing() {
@@ -105,8 +116,85 @@ void DescriptionView::showUnusable(const QString& filename, const std::string& r
     setHtml(QStringLiteral("<h2>Description file cannot be shown</h2>"));
 }
 
+QAction* DescriptionView::addViewAction(const QString& text, const QList<QKeySequence>& shortcuts,
+                                        const std::function<void()>& action) {
+    auto* entry = new QAction(text, this);
+    entry->setShortcuts(shortcuts);
+    entry->setShortcutContext(Qt::WidgetShortcut);
+    connect(entry, &QAction::triggered, this, action);
+    addAction(entry);
+    return entry;
+}
+
+/// What the context menu offers.
+void DescriptionView::addViewActions() {
+    addViewAction(tr("&Copy"), {QKeySequence::Copy}, [this] { triggerPageAction(QWebPage::Copy); });
+    addViewAction(tr("Select &all"), {QKeySequence::SelectAll}, [this] { triggerPageAction(QWebPage::SelectAll); });
+    addViewAction(tr("&Find..."), {QKeySequence::Find}, [this] {
+        if (!_findBar)
+            _findBar = new FindBar(this);
+        _findBar->open();
+    });
+    addViewAction(tr("Zoom &in"), {QKeySequence::ZoomIn, QKeySequence(QStringLiteral("Ctrl+="))},
+                  [this] { zoom(PageZoom::get() * zoomStep); });
+    addViewAction(tr("Zoom &out"), {QKeySequence::ZoomOut}, [this] { zoom(PageZoom::get() / zoomStep); });
+    addViewAction(tr("Actual &size"), {QKeySequence(QStringLiteral("Ctrl+0"))}, [this] { zoom(1); });
+}
+
+void DescriptionView::contextMenuEvent(QContextMenuEvent* event) {
+    actions().front()->setEnabled(hasSelection());
+    QMenu::exec(actions(), event->globalPos(), nullptr, this);
+    actions().front()->setEnabled(true);
+}
+
+/// The window has a search of its own, which would get the key otherwise.
+bool DescriptionView::event(QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride && static_cast<QKeyEvent*>(event)->matches(QKeySequence::Find)) {
+        actions().at(2)->trigger();
+        event->accept();
+        return true;
+    }
+    return QWebView::event(event);
+}
+
+void DescriptionView::wheelEvent(QWheelEvent* event) {
+    if (!event->modifiers().testFlag(Qt::ControlModifier)) {
+        QWebView::wheelEvent(event);
+        return;
+    }
+    zoom(event->angleDelta().y() > 0 ? PageZoom::get() * zoomStep : PageZoom::get() / zoomStep);
+    event->accept();
+}
+
+void DescriptionView::zoom(double factor) {
+    PageZoom::set(factor);
+    setZoomFactor(PageZoom::get());
+}
+
+bool DescriptionView::goTo(const QUrl& link) {
+    if (!link.hasFragment() || link.adjusted(QUrl::RemoveFragment) != url().adjusted(QUrl::RemoveFragment))
+        return false;
+    page()->mainFrame()->scrollToAnchor(link.fragment());
+    return true;
+}
+
+void DescriptionView::addSectionLinks() {
+    QStringList links;
+    for (QWebElement title : page()->mainFrame()->findAllElements(QStringLiteral("h2"))) {
+        if (!title.hasAttribute(QStringLiteral("id")))
+            title.setAttribute(QStringLiteral("id"), QStringLiteral("section-%1").arg(links.size()));
+        links += "<a href=\"#" + title.attribute(QStringLiteral("id")) + "\">" + title.toInnerXml() + "</a>";
+    }
+    QWebElement head = page()->mainFrame()->findFirstElement(QStringLiteral("p.summary"));
+    if (head.isNull())
+        head = page()->mainFrame()->findFirstElement(QStringLiteral("h1"));
+    if (links.size() > 1 && !head.isNull())
+        head.appendOutside("<p class=\"sections\">" + links.join(QStringLiteral(" &middot; ")) + "</p>");
+}
+
 void DescriptionView::showEvent(QShowEvent* event) {
     QWebView::showEvent(event);
+    setZoomFactor(PageZoom::get());
     if (_pendingUrl.isEmpty())
         return;
     const QUrl url = std::exchange(_pendingUrl, QUrl());

@@ -5,6 +5,7 @@
 #include <velmora/catalogue/GeneratorLeaf.h>
 #include <velmora/catalogue/IPForms.h>
 #include <velmora/configuration/FormConfiguration.h>
+#include <velmora/form/Form.h>
 #include <velmora/form/FormArea.h>
 #include <velmora/settings/SettingsKeys.h>
 
@@ -15,6 +16,8 @@
 #include <Brindle/widgets/Theme.h>
 
 #include <QDesktopServices>
+#include <QEvent>
+#include <QScrollBar>
 #include <QSettings>
 #include <QVBoxLayout>
 
@@ -22,6 +25,12 @@
 #include <tuple>
 
 namespace Velmora {
+
+namespace {
+
+constexpr int whole = 1000; // of which a share is a part
+
+} // namespace
 
 IPLeaf::IPLeaf(const std::string& descriptionFilename, Content content)
     : _descriptionFilename(descriptionFilename),
@@ -38,9 +47,9 @@ void IPLeaf::createDescriptionView() {
     _splitter = new QSplitter(Qt::Vertical);
     layout->addWidget(_splitter);
 
-    auto* view = new DescriptionView(QString::fromStdString(_description.htmlFilename));
-    connect(view, &DescriptionView::linkClicked, this, &IPLeaf::onLinkClicked);
-    _splitter->addWidget(Brindle::theme.getCapWidget(view));
+    _view = new DescriptionView(QString::fromStdString(_description.htmlFilename));
+    connect(_view, &DescriptionView::linkClicked, this, &IPLeaf::onLinkClicked);
+    _splitter->addWidget(Brindle::theme.getCapWidget(_view));
     setLayout(layout);
 }
 
@@ -48,6 +57,8 @@ void IPLeaf::createConfigurationWidget() {
     if (const auto form = makeForm(*this)) {
         _generatorLeaf = form->leaf;
         setConfigurationWidget(form->widget);
+        connect(&getForm()->getEdits(), &EditWatch::edited, this, &IPLeaf::edited);
+        connect(&getForm()->getMark(), &CheckMark::refused, this, &IPLeaf::refused);
     }
 }
 
@@ -62,13 +73,38 @@ void IPLeaf::setConfigurationWidget(QWidget* widget) {
 }
 
 void IPLeaf::showConfigurationWidget() {
-    auto* area = new FormArea(_configurationWidget, this);
-    Brindle::theme.enrich(area);
-    _splitter->addWidget(Brindle::theme.getCapWidget(area));
+    _formArea = new FormArea(_configurationWidget, this);
+    Brindle::theme.enrich(_formArea);
+    _splitter->addWidget(Brindle::theme.getCapWidget(_formArea));
+    _splitter->handle(1)->installEventFilter(this);
+    connect(_splitter, &QSplitter::splitterMoved, this, &IPLeaf::tellFormShare);
 
     const int stored = QSettings().value(SettingsKeys::size, SettingsKeys::defaultSize).toInt();
     const int share = std::clamp(stored, 0, 100); // percent of the height for the form
     _splitter->setSizes({10000 - share * 100, share * 100});
+}
+
+void IPLeaf::setFormShare(int share) {
+    if (_splitter)
+        _splitter->setSizes({(whole - share) * whole, share * whole});
+}
+
+void IPLeaf::tellFormShare() {
+    const QList<int> sizes = _splitter->sizes();
+    Q_EMIT formShareChanged(sizes.at(1) * whole / std::max(1, sizes.at(0) + sizes.at(1)));
+}
+
+bool IPLeaf::eventFilter(QObject* object, QEvent* event) {
+    if (event->type() != QEvent::MouseButtonDblClick)
+        return QWidget::eventFilter(object, event);
+    if (_splitter->sizes().at(0) > 0) {
+        _lastSplit = _splitter->saveState();
+        _splitter->setSizes({0, whole});
+    } else {
+        _splitter->restoreState(_lastSplit);
+    }
+    tellFormShare();
+    return true;
 }
 
 Brindle::strings IPLeaf::getVariants() const {
@@ -82,6 +118,12 @@ std::string IPLeaf::getEscapedName() const {
 
 bool IPLeaf::isForVariant(const std::string& variant) const {
     return std::ranges::find(_description.variants, variant) != _description.variants.end();
+}
+
+bool IPLeaf::isFoundBy(const QString& text) const {
+    if (!_searchTerms)
+        _searchTerms.emplace(_description);
+    return _searchTerms->match(text);
 }
 
 bool IPLeaf::isOurs(const char* name) const {
@@ -115,9 +157,13 @@ void IPLeaf::setConfiguration(const Configuration& configuration) {
                                std::apply(describe, present));
     }
     setFormValues(_generatorLeaf->getForm(), configuration);
+    if (_formArea)
+        _formArea->verticalScrollBar()->setValue(0);
 }
 
 void IPLeaf::onLinkClicked(const QUrl& url) {
+    if ((_view && _view->goTo(url)) || _pageOpener(url))
+        return;
     if (!QDesktopServices::openUrl(url))
         Brindle::console.error("Could not open link " + url.path().toStdString() + ".");
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <velmora/catalogue/SearchTerms.h>
 #include <velmora/form/FormMemory.h>
 #include <velmora/generation/Generation.h>
 #include <velmora/rules/Configuration.h>
@@ -11,11 +12,16 @@
 #include <QUrl>
 #include <QWidget>
 
+#include <functional>
+#include <optional>
 #include <string>
+#include <utility>
 
 namespace Velmora {
 
+class DescriptionView;
 class Form;
+class FormArea;
 class GeneratorLeaf;
 
 /// The page of one IP: its HTML description above, its configuration form (when the IP is one that the program knows)
@@ -50,6 +56,8 @@ public:
     bool isFromCompany(const std::string& company) const { return getCompany() == company; }
     bool isFromCategory(const std::string& category) const { return getCategory() == category; }
     bool isForVariant(const std::string& variant) const;
+    /// Whether the user means the IP by the text, as `SearchTerms` has it. The page is read at the first call.
+    bool isFoundBy(const QString& text) const;
 
     bool isOVSystolic() const { return isOurs("Systolic"); }
     bool isOVTranspose() const { return isOurs("Transpose"); }
@@ -60,6 +68,13 @@ public:
     bool isOVStartupScope() const { return isOurs("Startup Scope"); }
     bool isOVSERDES() const { return isOurs("SER/DES"); }
     bool isAPBToSPW() const { return isOurs("APB slave to serial master"); }
+
+    /// Shows the IP whose description page a link leads to; false when it leads elsewhere.
+    using PageOpener = std::function<bool(const QUrl& link)>;
+    /// At first no link leads to another IP.
+    void setPageOpener(PageOpener opener) { _pageOpener = std::move(opener); }
+    /// How much of the page's height the form takes, in thousandths.
+    void setFormShare(int share);
 
     /// The configuration form of an IP that the program knows; null for another one, for which what follows must not be
     /// called.
@@ -75,15 +90,29 @@ public:
     /// IP (by company, name and uid).
     void setConfiguration(const Configuration& configuration);
 
+Q_SIGNALS:
+    /// A field or a cell of the form has another value.
+    void edited();
+    /// Something in the form is marked as wrong.
+    void refused();
+    /// The user has changed the share of the form.
+    void formShareChanged(int share);
+
 public Q_SLOTS:
-    /// Opens a link of the description page outside the program.
+    /// Goes to a place in the description page, or to the page of another IP; opens any other link outside the program.
     void onLinkClicked(const QUrl& url);
+
+protected:
+    /// A double click on the grip between description and form gives the form all the room, and another one takes it
+    /// back.
+    bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
     bool isOurs(const char* name) const;
     void createDescriptionView();
     void createConfigurationWidget();
     void showConfigurationWidget();
+    void tellFormShare();
 
     const std::string _descriptionFilename;
     const IPDescription _description;
@@ -91,6 +120,11 @@ private:
     QWidget* _configurationWidget = nullptr;
     GeneratorLeaf* _generatorLeaf = nullptr; // the same for an IP that the program knows
     QSplitter* _splitter = nullptr;
+    DescriptionView* _view = nullptr;
+    FormArea* _formArea = nullptr;
+    PageOpener _pageOpener = [](const QUrl&) { return false; };
+    QByteArray _lastSplit;                           // before the form got all the room
+    mutable std::optional<SearchTerms> _searchTerms; // once they were asked for
 };
 
 } // namespace Velmora

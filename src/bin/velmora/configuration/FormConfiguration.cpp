@@ -5,6 +5,8 @@
 
 #include <Brindle/core/Text.h>
 
+#include <QObject>
+
 #include <algorithm>
 #include <utility>
 
@@ -153,8 +155,8 @@ void addFormValues(Configuration& configuration, const Form& form) {
 }
 
 void setFormValues(Form& form, const Configuration& configuration) {
-    FormValues(form, configuration).apply();
-    form.getMark().clear();
+    const FormValues values(form, configuration);
+    form.change(QObject::tr("Load configuration"), [&values] { values.apply(); });
 }
 
 } // namespace Velmora

@@ -45,6 +45,9 @@ public:
             setValue(widget, *value);
     }
 
+    /// What the widget shows cannot be taken back in it.
+    virtual void forgetEdits(QWidget*) const {}
+
 protected:
     template <class Widget, class Base>
     static Widget& widgetAs(Base* widget) {

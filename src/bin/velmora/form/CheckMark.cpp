@@ -1,16 +1,15 @@
 #include <velmora/form/CheckMark.h>
 
+#include <velmora/form/EditWatch.h>
 #include <velmora/tables/LineTableModel.h>
 #include <velmora/tables/LineTableView.h>
 #include <velmora/widgets/FoldWidget.h>
 
-#include <QAbstractItemView>
-#include <QMetaMethod>
-#include <QMetaProperty>
 #include <QScrollArea>
 #include <QStyle>
 
-#include <utility>
+#include <algorithm>
+#include <iterator>
 
 namespace Velmora {
 
@@ -20,6 +19,7 @@ namespace {
 void mark(QWidget* widget, const QString& problem) {
     widget->setProperty("refused", !problem.isEmpty());
     widget->setAccessibleDescription(problem);
+    widget->setToolTip(problem);
     widget->style()->unpolish(widget); // the style sheet looks at properties only when it is applied
     widget->style()->polish(widget);
 }
@@ -40,12 +40,16 @@ void scrollTo(const QWidget* widget, const QRect& part) {
     }
 }
 
-void scrollTo(const QWidget* widget) {
+/// Scrolls to the part and gives it the focus, as if the user had come there by Tab.
+void show(QWidget* widget) {
+    widget->setFocus(Qt::TabFocusReason);
     scrollTo(widget, widget->rect());
 }
 
-void scrollTo(const CheckedCell& cell) {
+void show(const CheckedCell& cell) {
     const QModelIndex index = cell.table->toShown(cell.item->index());
+    cell.table->setFocus(Qt::TabFocusReason);
+    cell.table->setCurrentIndex(index);
     cell.table->scrollTo(index);
     scrollTo(cell.table->viewport(), cell.table->visualRect(index));
 }
@@ -56,6 +60,14 @@ QString keyOf(const QWidget* widget) {
 
 QString keyOf(const CheckedCell& cell) {
     return cell.table->objectName() + "/" + QString::number(cell.item->row());
+}
+
+void watch(const QWidget* editor, EditWatch& watch) {
+    watch.add(editor);
+}
+
+void watch(const CheckedCell& cell, EditWatch& watch) {
+    watch.add(cell.item->model(), cell.item->index());
 }
 
 const QWidget* widgetOf(const QWidget* widget) {
@@ -70,19 +82,34 @@ const QWidget* widgetOf(const CheckedCell& cell) {
 
 void CheckMark::set(const CheckedParts& parts, const QString& problem) {
     clear();
-    _parts = parts;
-    _problem = problem;
-    for (const CheckedPart& part : _parts) {
+    add(parts, problem);
+}
+
+void CheckMark::add(const CheckedParts& parts, const QString& problem) {
+    CheckedParts unmarked;
+    std::ranges::copy_if(parts, std::back_inserter(unmarked),
+                         [this](const CheckedPart& part) { return !isMarked(part); });
+    if (unmarked.empty())
+        return;
+    const auto refusal = _refusals.insert(_refusals.end(), {unmarked, problem, new EditWatch(this)});
+    connect(refusal->watch, &EditWatch::edited, this, [this, refusal] { remove(refusal); });
+    for (const CheckedPart& part : unmarked) {
         std::visit(
             [&](const auto& marked) {
                 mark(marked, problem);
-                watch(marked);
+                watch(marked, *refusal->watch);
+                openSections(widgetOf(marked));
             },
             part);
     }
-    for (const CheckedPart& part : _parts)
-        std::visit([this](const auto& marked) { openSections(widgetOf(marked)); }, part);
-    scrollToFirst();
+    showFirst();
+    Q_EMIT refused();
+}
+
+bool CheckMark::isMarked(const CheckedPart& part) const {
+    return std::ranges::any_of(_refusals, [&part](const Refusal& refusal) {
+        return std::ranges::find(refusal.parts, part) != refusal.parts.end();
+    });
 }
 
 void CheckMark::openSections(const QWidget* widget) {
@@ -92,53 +119,40 @@ void CheckMark::openSections(const QWidget* widget) {
             continue;
         connect(section, &FoldWidget::opened, this, [this, section] {
             disconnect(section, &FoldWidget::opened, this, nullptr);
-            scrollToFirst();
+            showFirst();
         });
         section->open();
     }
 }
 
-void CheckMark::scrollToFirst() {
-    if (!_parts.empty())
-        std::visit([](const auto& marked) { scrollTo(marked); }, _parts.front());
+void CheckMark::showFirst() {
+    if (isSet())
+        std::visit([](const auto& marked) { show(marked); }, _refusals.front().parts.front());
 }
 
 void CheckMark::clear() {
-    for (const QMetaObject::Connection& watch : std::exchange(_watches, {}))
-        disconnect(watch);
-    _problem.clear();
-    for (const CheckedPart& part : std::exchange(_parts, {}))
-        std::visit([](const auto& marked) { mark(marked, QString()); }, part);
+    while (isSet())
+        remove(_refusals.begin());
+}
+
+QString CheckMark::getProblem() const {
+    return isSet() ? _refusals.front().problem : QString();
 }
 
 QStringList CheckMark::getKeys() const {
     QStringList keys;
-    for (const CheckedPart& part : _parts)
+    for (const CheckedPart& part : isSet() ? _refusals.front().parts : CheckedParts())
         keys += std::visit([](const auto& marked) { return keyOf(marked); }, part);
     keys.removeDuplicates();
     return keys;
 }
 
-void CheckMark::watch(QWidget* editor) {
-    if (const auto* view = qobject_cast<QAbstractItemView*>(editor)) {
-        watchCells(view->model(), [](const QModelIndex&) { return true; });
-        return;
-    }
-    const QMetaMethod edited = editor->metaObject()->userProperty().notifySignal(); // of its text, value or choice
-    _watches.push_back(connect(editor, edited, this, metaObject()->method(metaObject()->indexOfSlot("clear()"))));
-}
-
-void CheckMark::watch(const CheckedCell& cell) {
-    watchCells(cell.item->model(), [item = cell.item](const QModelIndex& index) { return index == item->index(); });
-}
-
-void CheckMark::watchCells(const QAbstractItemModel* model, const std::function<bool(const QModelIndex&)>& isWatched) {
-    const auto onDataChanged = [this, isWatched](const QModelIndex& index, const QModelIndex&,
-                                                 const QVector<int>& roles) {
-        if (roles.contains(Qt::EditRole) && isWatched(index)) // and not the mark itself
-            clear();
-    };
-    _watches.push_back(connect(model, &QAbstractItemModel::dataChanged, this, onDataChanged));
+void CheckMark::remove(Place refusal) {
+    disconnect(refusal->watch, nullptr, this, nullptr);
+    refusal->watch->deleteLater(); // it may be what tells of the edit
+    for (const CheckedPart& part : refusal->parts)
+        std::visit([](const auto& marked) { mark(marked, QString()); }, part);
+    _refusals.erase(refusal);
 }
 
 } // namespace Velmora

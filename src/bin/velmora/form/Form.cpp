@@ -13,12 +13,15 @@
 #include <QSettings>
 
 #include <algorithm>
-#include <exception>
 #include <utility>
 
 namespace Velmora {
 
 namespace {
+
+// Pixels.
+constexpr int buttonSpacing = 24; // nobody is to hit Reset for Generate
+constexpr int numberWidth = 120;  // enough for any number, however wide the form
 
 /// Alt and the first letter, which the text of the button does not underline.
 QKeySequence getShortcut(const QString& button) {
@@ -36,17 +39,22 @@ Form::Form(QWidget* widget, const QString& className, FormMemory memory, AbsentV
       _memory(memory),
       _absentValue(absentValue),
       _mark(new CheckMark(widget)),
+      _edits(new EditWatch(widget)),
+      _history(new FormHistory(_fields, _tables, widget)),
       _grid(new QGridLayout),
       _buttons(new QHBoxLayout) {
     widget->setObjectName(className);
+    _buttons->setSpacing(buttonSpacing);
     _grid->setContentsMargins(5, 5, 5, 5);
     _grid->setColumnStretch(1, 1);
     _grid->setColumnStretch(2, 1);
     widget->setLayout(_grid);
+    QObject::connect(_history, &QUndoStack::indexChanged, _mark, &CheckMark::clear);
 }
 
 void Form::addSection(const QString& title, const QString& subgroup, const std::function<void()>& addRows) {
     _section = new FoldWidget(title, nullptr);
+    _sectionTitle = title;
     _grid->addWidget(_section, _rowCount, 0, 1, -1);
     for (int column = 0; column < 3; ++column) {
         _grid->setColumnStretch(column, 1);
@@ -57,6 +65,7 @@ void Form::addSection(const QString& title, const QString& subgroup, const std::
     addRows();
     _section->finalize();
     _sections.push_back(std::exchange(_section, nullptr));
+    _sectionTitle.clear();
     _subgroup.clear();
     _rowCount = formRowCount + 1;
 }
@@ -85,7 +94,9 @@ QComboBox* Form::addChoice(const QString& label, const QString& key, const QStri
 
 void Form::addTable(LineTableView* table, const QSpinBox* count) {
     place(table, _rowCount++, 0, 1, 2);
-    _tables.push_back({table, count->objectName()});
+    _edits->add(table->getModel());
+    table->setChange([this](const QString& name, const std::function<void()>& work) { change(name, work); });
+    _tables.push_back({table, count->objectName(), _sectionTitle});
 }
 
 HelpLabel* Form::addHelp(const QString& help, int rowCount) {
@@ -109,18 +120,22 @@ void Form::addRow(const QString& label, const QString& key, QWidget* widget, con
     _labelWidth = std::max(_labelWidth, title->sizeHint().width());
     widget->setObjectName(_subgroup + key);
     widget->setAccessibleName(label);
+    _edits->add(widget);
     place(title, _rowCount, 0);
-    place(widget, _rowCount, 1);
+    const bool isNumber = qobject_cast<QAbstractSpinBox*>(widget);
+    if (isNumber)
+        widget->setMinimumWidth(numberWidth);
+    place(widget, _rowCount, 1, 1, 1, isNumber ? Qt::AlignLeft : Qt::Alignment());
     ++_rowCount;
     if (!help.isEmpty())
         _helpLabels[widget] = addHelp(help, 1);
 }
 
-void Form::place(QWidget* widget, int row, int column, int rowSpan, int columnSpan) {
+void Form::place(QWidget* widget, int row, int column, int rowSpan, int columnSpan, Qt::Alignment alignment) {
     if (_section)
-        _section->addWidget(widget, row, column, rowSpan, columnSpan);
+        _section->addWidget(widget, row, column, rowSpan, columnSpan, alignment);
     else
-        _grid->addWidget(widget, row, column, rowSpan, columnSpan);
+        _grid->addWidget(widget, row, column, rowSpan, columnSpan, alignment);
 }
 
 void Form::alignSections() {
@@ -155,10 +170,13 @@ void Form::load() {
     }
     for (const FormTable& table : _tables)
         table.view->load();
+    for (const FormField& field : _fields)
+        field.editor->forgetEdits(field.widget);
+    _history->clear();
 }
 
 void Form::save() const noexcept {
-    if (_memory == FormMemory::None || std::uncaught_exceptions() > 0)
+    if (_memory == FormMemory::None)
         return;
     QSettings settings;
     settings.beginGroup(_group);
@@ -169,14 +187,20 @@ void Form::save() const noexcept {
         table.view->save();
 }
 
-void Form::reset() {
+void Form::change(const QString& name, const std::function<void()>& work) {
     _mark->clear();
-    for (const FormField& field : _fields) {
-        if (field.resetValue)
-            field.setValue(*field.resetValue);
-    }
-    for (const FormTable& table : _tables)
-        table.view->initialize();
+    _history->change(name, work);
+}
+
+void Form::reset() {
+    change(QObject::tr("Reset"), [this] {
+        for (const FormField& field : _fields) {
+            if (field.resetValue)
+                field.setValue(*field.resetValue);
+        }
+        for (const FormTable& table : _tables)
+            table.view->initialize();
+    });
 }
 
 } // namespace Velmora

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <velmora/form/CheckMark.h>
+#include <velmora/form/EditWatch.h>
 #include <velmora/form/FormField.h>
+#include <velmora/form/FormHistory.h>
 #include <velmora/form/FormMemory.h>
 #include <velmora/form/FormTable.h>
 #include <velmora/widgets/HelpLabel.h>
@@ -81,7 +83,8 @@ public:
                    std::optional<QVariant> resetValue, const QString& help = {}) {
         auto* widget = editor->create(nullptr);
         addRow(label, key, widget, help);
-        _fields.push_back({widget->objectName(), label, widget, std::move(editor), std::move(resetValue)});
+        _fields.push_back(
+            {widget->objectName(), label, _sectionTitle, widget, std::move(editor), std::move(resetValue)});
         return widget;
     }
     /// The same for the usual kinds.
@@ -100,14 +103,14 @@ public:
     void stretchLastRow();
     /// A row of nothing that does.
     void addStretch();
-    /// The last row: the buttons "Reset" and "Generate", which act on being pressed, across all columns. A generation
-    /// stores the form first, so that what the user filled in outlives a script that never ends.
+    /// The last row: the buttons "Reset" and "Generate", which act on being pressed, across all columns.
     template <class Leaf>
     void addButtons(Leaf* leaf, void (Leaf::*onReset)(), void (Leaf::*onGenerate)()) {
         QPushButton* resetButton = addButton("Reset", QObject::tr("Puts every field back to its reset value"));
         QPushButton* generateButton = addButton("Generate", QObject::tr("Checks the form and writes the HDL"));
+        resetButton->setFlat(true);       // as it is to look beside
+        generateButton->setDefault(true); // what the form is for
         QObject::connect(resetButton, &QPushButton::pressed, leaf, onReset);
-        QObject::connect(generateButton, &QPushButton::pressed, leaf, [leaf] { leaf->save(); });
         QObject::connect(generateButton, &QPushButton::pressed, leaf, onGenerate);
         _grid->addLayout(_buttons, _rowCount++, 0, 1, -1);
         alignSections();
@@ -119,15 +122,21 @@ public:
     /// In the order of the rows.
     const std::vector<FormField>& getFields() const { return _fields; }
     const std::vector<FormTable>& getTables() const { return _tables; }
-    /// On what the last check refused. Loading and resetting take it off.
+    /// On what was refused last. Whatever replaces values takes it off.
     CheckMark& getMark() const { return *_mark; }
+    /// Tells when any value changes.
+    const EditWatch& getEdits() const { return *_edits; }
+    /// Of what can be taken back since the form was loaded.
+    FormHistory& getHistory() const { return *_history; }
+    /// Runs work that replaces values, such as a reset, as a step that can be taken back; its name is what follows
+    /// "Undo".
+    void change(const QString& name, const std::function<void()>& work);
 
     /// Gives every field and table its stored values. What is absent reads as empty or 0, or changes nothing; a number
     /// outside the range becomes its nearest end, an index that the choice does not have and a value of another type
-    /// are ignored.
+    /// are ignored. The history begins anew.
     void load();
-    /// Stores the values of every field and table. Never throws; a program that is ending by an exception leaves the
-    /// settings as they were.
+    /// Stores the values of every field and table, also while an exception ends the program. Never throws.
     void save() const noexcept;
     /// Gives the fields their reset values and every table its initial texts.
     void reset();
@@ -135,7 +144,7 @@ public:
 private:
     void addRow(const QString& label, const QString& key, QWidget* widget, const QString& help);
     /// Puts a widget into the grid of the section that is being filled, or else into the form's own.
-    void place(QWidget* widget, int row, int column, int rowSpan = 1, int columnSpan = 1);
+    void place(QWidget* widget, int row, int column, int rowSpan = 1, int columnSpan = 1, Qt::Alignment alignment = {});
     /// Gives the labels of all sections one width.
     void alignSections();
     QPushButton* addButton(const QString& text, const QString& tip);
@@ -143,10 +152,13 @@ private:
     QString _group;
     FormMemory _memory;
     AbsentValue _absentValue;
-    CheckMark* _mark; // the widget's child
+    CheckMark* _mark;      // the widget's child
+    EditWatch* _edits;     // the same
+    FormHistory* _history; // the same
     QGridLayout* _grid;
     QHBoxLayout* _buttons;
     FoldWidget* _section = nullptr; // while it is being filled
+    QString _sectionTitle;          // of it; empty outside
     std::vector<FoldWidget*> _sections;
     int _labelWidth = 0; // pixels, of the widest label
     QString _subgroup;   // of the section, with its "/"

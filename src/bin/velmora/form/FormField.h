@@ -14,6 +14,7 @@ namespace Velmora {
 struct FormField {
     QString key;     ///< In the form's settings group.
     QString label;   ///< As the user reads it.
+    QString section; ///< Title of the section that it stands in; empty outside.
     QWidget* widget; ///< The editor's, in the form.
     std::shared_ptr<const FieldEditor> editor;
     std::optional<QVariant> resetValue; ///< Nothing when a reset leaves the field alone.

@@ -10,6 +10,7 @@ class LineTableView;
 struct FormTable {
     LineTableView* view; ///< Not owned.
     QString countKey;    ///< The field that counts the lines.
+    QString section;     ///< Title of the section that it stands in; empty outside.
 };
 
 } // namespace Velmora

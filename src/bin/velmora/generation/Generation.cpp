@@ -22,10 +22,10 @@ bool Generation::run(const Brindle::Location& caller, const Work& work) const {
     console.indent();
     const bool isChecked = check();
     const bool isDone = isChecked && runGuarded(caller, work);
-    if (!isChecked)
-        console.print("Generating failed");
+    if (isDone)
+        console.print("Generating done");
     else
-        console.print(isDone ? "Generating done" : failureRule.closingLine);
+        console.printFailure(isChecked ? failureRule.closingLine : "Generating failed");
     console.unindent();
     return isDone;
 }

@@ -2,6 +2,7 @@
 
 #include <velmora/generation/HdlFile.h>
 
+#include <Brindle/core/Console.h>
 #include <Brindle/widgets/FileDialog.h>
 
 #include <QDir>
@@ -25,13 +26,19 @@ void generateInto(const QString& directory, const Generation::FilesScript& scrip
 
 } // namespace
 
-InteractiveGeneration::InteractiveGeneration(QWidget* form, QString settingsGroup, Generation generation)
-    : _form(form), _settingsGroup(std::move(settingsGroup)), _generation(std::move(generation)) {}
+InteractiveGeneration::InteractiveGeneration(QWidget* form, QString settingsGroup, Generation generation,
+                                             std::function<void()> storeForm)
+    : _form(form),
+      _settingsGroup(std::move(settingsGroup)),
+      _generation(std::move(generation)),
+      _storeForm(std::move(storeForm)) {}
 
 void InteractiveGeneration::run(const Brindle::Location& caller) const {
     const QString path = choosePath();
     if (path.isEmpty())
         return;
+    _storeForm();
+    Brindle::console.separate();
     _generation.run(caller, [&] {
         std::visit([&](const auto& script) { generateInto(path, script); }, _generation.script);
         return true;

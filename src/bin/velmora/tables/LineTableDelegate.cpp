@@ -2,9 +2,11 @@
 
 #include <Brindle/widgets/Theme.h>
 
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QTableView>
+#include <QToolTip>
 
 namespace Velmora {
 
@@ -41,12 +43,25 @@ void LineTableDelegate::setModelData(QWidget* editor, QAbstractItemModel* model,
 
 void LineTableDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
     Brindle::TableDelegate::paint(painter, option, index);
-    if (!index.data(LineTableModel::ProblemRole).isValid())
+    if (getProblem(index).isEmpty())
         return;
     const bool hasFocus = option.state.testFlag(QStyle::State_HasFocus);
     const int inset = hasFocus ? 1 : 0; // the frame of the focus lies around it
     painter->setPen(Brindle::theme.getColor("error"));
     painter->drawRect(option.rect.adjusted(inset, inset, -inset - 1, -inset - 1));
+}
+
+QString LineTableDelegate::getProblem(const QModelIndex& index) const {
+    return index.data(LineTableModel::ProblemRole).toString();
+}
+
+bool LineTableDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                                  const QModelIndex& index) {
+    const QString problem = event->type() == QEvent::ToolTip ? getProblem(index) : QString();
+    if (problem.isEmpty())
+        return Brindle::TableDelegate::helpEvent(event, view, option, index);
+    QToolTip::showText(event->globalPos(), problem, view);
+    return true;
 }
 
 bool LineTableDelegate::eventFilter(QObject* object, QEvent* event) {

@@ -22,13 +22,18 @@ public:
     QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     void setEditorData(QWidget* editor, const QModelIndex& index) const override;
     void setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const override;
-    /// Frames a cell that the last check of the form refused.
+    /// Frames a cell that something is wrong with.
     void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    /// Tells what is wrong with a cell.
+    bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                   const QModelIndex& index) override;
 
 protected:
     bool eventFilter(QObject* object, QEvent* event) override;
     /// How the cell is filled in as the form now stands; null for a cell that is not.
     virtual const FieldEditor* getEditor(const QModelIndex& index) const;
+    /// What is wrong with the cell: what the last check of the form refused, unless a table knows more; else empty.
+    virtual QString getProblem(const QModelIndex& index) const;
 
 private:
     const FieldEditor& requireEditor(const QModelIndex& index) const;

@@ -3,7 +3,6 @@
 #include <QSettings>
 
 #include <algorithm>
-#include <exception>
 
 namespace Velmora {
 
@@ -34,8 +33,12 @@ bool LineTableModel::canHold(int column, const QString& text) const {
 void LineTableModel::initialize() {
     for (int row = 0; row < lineCount; ++row) {
         for (int column = 1; column < columnCount(); ++column)
-            item(row, column)->setText(_columns.at(static_cast<std::size_t>(column - 1)).initialText);
+            clearCell(row, column);
     }
+}
+
+void LineTableModel::clearCell(int row, int column) {
+    item(row, column)->setText(_columns.at(static_cast<std::size_t>(column - 1)).initialText);
 }
 
 QStringList LineTableModel::getTexts(int column, int rowCount) const {
@@ -71,8 +74,6 @@ void LineTableModel::load(const QString& group) {
 }
 
 void LineTableModel::save(const QString& group) const noexcept {
-    if (std::uncaught_exceptions() > 0)
-        return;
     QSettings settings;
     settings.beginGroup(group);
     for (int row = 0; row < lineCount; ++row) {

@@ -32,6 +32,8 @@ public:
     bool canHold(int column, const QString& text) const;
     /// Gives every cell that can be filled in its initial text.
     void initialize();
+    /// Gives a cell that can be filled in its initial text.
+    void clearCell(int row, int column);
     /// The texts of a column in the first rows.
     QStringList getTexts(int column, int rowCount) const;
     /// The texts of a row that can be filled in, from its second column on.
@@ -42,8 +44,7 @@ public:
     /// Takes the rows stored in the settings group. A name, and a text that could not have been filled in, is passed
     /// over.
     void load(const QString& group);
-    /// Stores every row in the settings group, its texts below its number. Never throws; a program that is ending by an
-    /// exception leaves the settings as they were.
+    /// Stores every row in the settings group, its texts below its number. Never throws.
     void save(const QString& group) const noexcept;
 
 private:

@@ -3,9 +3,16 @@
 #include <velmora/tables/LineCountProxyModel.h>
 #include <velmora/tables/LineTableDelegate.h>
 
+#include <Brindle/core/Console.h>
 #include <Brindle/widgets/Theme.h>
 
+#include <QAction>
+#include <QClipboard>
+#include <QComboBox>
+#include <QGuiApplication>
 #include <QHeaderView>
+
+#include <vector>
 
 namespace Velmora {
 
@@ -40,6 +47,61 @@ void LineTableView::setUp(LineCountProxyModel* proxy, LineTableDelegate* delegat
     verticalHeader()->setDefaultSectionSize(lineHeight);
     horizontalHeader()->setStretchLastSection(true);
     setMinimumHeight(leastHeight);
+
+    setContextMenuPolicy(Qt::ActionsContextMenu);
+    QAction* pasteAction = addMenuAction(tr("&Paste"), [this] { paste(); });
+    pasteAction->setShortcut(QKeySequence::Paste);
+    pasteAction->setShortcutContext(Qt::WidgetShortcut);
+    addMenuAction(tr("C&lear column"), [this] { clearColumn(); });
+}
+
+QAction* LineTableView::addMenuAction(const QString& text, const std::function<void()>& work) {
+    auto* action = new QAction(text, this);
+    connect(action, &QAction::triggered, this, [this, action, work] { _change(action->text().remove('&'), work); });
+    addAction(action);
+    return action;
+}
+
+bool LineTableView::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) {
+    const bool isEditing = QTableView::edit(index, trigger, event);
+    auto* combo = isEditing && trigger != AnyKeyPressed ? qobject_cast<QComboBox*>(indexWidget(index)) : nullptr;
+    if (combo)
+        combo->showPopup();
+    return isEditing;
+}
+
+/// The lines of the clipboard go into the visible rows from the current cell on, their columns, which tabs separate, to
+/// its right. Nothing changes when a cell cannot hold its text.
+void LineTableView::paste() {
+    struct Cell {
+        QStandardItem* item;
+        QString text;
+    };
+    std::vector<Cell> cells;
+    const QModelIndex start = currentIndex();
+    int row = start.row();
+    for (const QString& line : QGuiApplication::clipboard()->text().remove('\r').split('\n')) {
+        int column = start.column();
+        for (const QString& part : line.split('\t')) {
+            const QString text = part.trimmed();
+            if (row < 0 || row >= getRowCount() || column < 1 || column >= _model->columnCount())
+                continue;
+            if (!_model->canHold(column, text)) {
+                Brindle::console.error("'" + text.toStdString() + "' cannot be pasted, expected " +
+                                       _model->getEditor(column)->getExpectation().toStdString());
+                return;
+            }
+            cells.push_back({_model->item(row, column++), text});
+        }
+        ++row;
+    }
+    for (const Cell& cell : cells)
+        cell.item->setText(cell.text);
+}
+
+void LineTableView::clearColumn() {
+    for (int row = 0; row < getRowCount() && currentIndex().column() > 0; ++row)
+        _model->clearCell(row, currentIndex().column());
 }
 
 void LineTableView::shareFreeWidth() {

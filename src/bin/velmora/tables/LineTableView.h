@@ -5,6 +5,9 @@
 #include <QStringList>
 #include <QTableView>
 
+#include <functional>
+#include <utility>
+
 namespace Velmora {
 
 class LineCountProxyModel;
@@ -23,6 +26,9 @@ public:
     /// The view's index of a cell of `getModel`; invalid while its row is not shown.
     QModelIndex toShown(const QModelIndex& index) const;
 
+    using Change = std::function<void(const QString& name, const std::function<void()>& work)>;
+    /// How work that fills in many cells is run, so that it can be taken back; at first it just runs.
+    void setChange(Change change) { _change = std::move(change); }
     /// Gives every cell that can be filled in its initial text.
     void initialize();
     void load();
@@ -40,13 +46,21 @@ protected:
     /// numbers, the last column as wide as it can be, arrows to move, typing, F2 or a click on the current cell to
     /// edit, Tab to leave.
     void setUp(LineCountProxyModel* proxy, LineTableDelegate* delegate);
+    /// An entry of the context menu, whose work can be taken back as a whole.
+    QAction* addMenuAction(const QString& text, const std::function<void()>& work);
+    /// The list of a choice opens with its cell, unless the user types into it.
+    bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;
     /// From now on the column after the names shares the free width with the last one.
     void shareFreeWidth();
     /// The texts of a column in the visible rows.
     QStringList getTexts(int column) const;
 
 private:
+    void paste();
+    void clearColumn();
+
     const QString _group;
+    Change _change = [](const QString&, const std::function<void()>& work) { work(); };
     LineTableModel* const _model;
     LineCountProxyModel* _proxy = nullptr;
 };

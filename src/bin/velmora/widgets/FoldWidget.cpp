@@ -34,7 +34,9 @@ FoldWidget::FoldWidget(const QString& title, QWidget* parent) : QWidget(parent),
     _toggle->setCheckable(true);
     _toggle->setChecked(false);
     layout->addWidget(_toggle, 0, 0);
-    layout->addWidget(new QLabel(QStringLiteral("<hr />"), this), 0, 1);
+    auto* rule = new QLabel(QStringLiteral("<hr />"), this);
+    rule->installEventFilter(this);
+    layout->addWidget(rule, 0, 1);
 
     _body = new QWidget(this);
     _body->setMaximumHeight(0);
@@ -100,6 +102,13 @@ void FoldWidget::changeEvent(QEvent* event) {
     if (event->type() == QEvent::StyleChange)
         _isMeasured = false; // and anew at the next opening, when the fields have got the style as well
     QWidget::changeEvent(event);
+}
+
+bool FoldWidget::eventFilter(QObject* object, QEvent* event) {
+    if (event->type() != QEvent::MouseButtonPress)
+        return QWidget::eventFilter(object, event);
+    _toggle->click();
+    return true;
 }
 
 void FoldWidget::onTogglePressed(bool checked) {

@@ -8,7 +8,7 @@
 namespace Velmora {
 
 /// A titled section of a form that opens and closes, at first closed. It is filled with `addWidget` and completed,
-/// once, with `finalize`, which fixes the height that it opens to; only a change of style brings another. What is in a
+/// once, with `finalize`, which takes the height that it opens to; a change of style brings another. What is in a
 /// closed section cannot get the focus.
 class FoldWidget : public QWidget {
     Q_OBJECT
@@ -38,6 +38,8 @@ public Q_SLOTS:
 
 protected:
     void changeEvent(QEvent* event) override;
+    /// A click on the rule beside the title is one on the title.
+    bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
     void measure();

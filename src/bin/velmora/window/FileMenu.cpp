@@ -5,16 +5,16 @@
 #include <velmora/catalogue/IPLeaf.h>
 #include <velmora/configuration/ConfigurationFile.h>
 #include <velmora/settings/SettingsKeys.h>
+#include <velmora/widgets/CellEdit.h>
 #include <velmora/window/Folio.h>
 
 #include <Brindle/core/Console.h>
 #include <Brindle/core/Exception.h>
 #include <Brindle/widgets/FileDialog.h>
 
-#include <QAbstractItemView>
-#include <QApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QSettings>
 
 #include <algorithm>
 #include <functional>
@@ -27,21 +27,24 @@ namespace {
 
 using Brindle::console;
 
+const QString recentKey = QStringLiteral("recentConfigurations");
+constexpr int mostRecent = 8;
+
+/// The configurations that come with the installation.
+QStringList getExamples() {
+    const QDir folder(qEnvironmentVariable("ORVANE_PREFIX") + "/share/doc/velmora/docs/examples");
+    QStringList filenames;
+    for (const QString& name : folder.entryList({QStringLiteral("*.velmora")}, QDir::Files, QDir::Name))
+        filenames += folder.filePath(name);
+    return filenames;
+}
+
 /// Shows what goes wrong in the work.
 void runShowingErrors(const std::function<void()>& work) {
     try {
         work();
     } catch (const Brindle::Exception& exception) {
         console.error(exception);
-    }
-}
-
-/// A cell that is being edited takes what was typed, as if the user had clicked elsewhere: a shortcut does not end it.
-void finishCellEdit() {
-    const QWidget* editor = QApplication::focusWidget();
-    for (QWidget* ancestor = editor ? editor->parentWidget() : nullptr; ancestor; ancestor = ancestor->parentWidget()) {
-        if (qobject_cast<QAbstractItemView*>(ancestor))
-            ancestor->setFocus();
     }
 }
 
@@ -64,15 +67,18 @@ IPLeaf& findIP(const Configuration& configuration) {
 FileMenu::FileMenu(Folio* folio, QWidget* window)
     : QMenu(tr("&File"), window), _folio(folio), _window(window), _folder(QDir::currentPath()) {
     setObjectName(QStringLiteral("fileMenu"));
-    _loadAction = addEntry(tr("&Load configuration..."), "loadConfiguration", QKeySequence::Open);
+    const QAction* loadAction = addEntry(tr("&Load configuration..."), "loadConfiguration", QKeySequence::Open);
+    addFiles(tr("Open &recent"), "recentMenu", [this] { return _recentFilenames; });
+    addFiles(tr("&Examples"), "examplesMenu", getExamples);
     _saveAction = addEntry(tr("&Save configuration..."), "saveConfiguration", QKeySequence::Save);
     addSeparator();
     const QAction* quitAction = addEntry(tr("&Quit"), "quit", QKeySequence(tr("Ctrl+Q")));
-    connect(_loadAction, &QAction::triggered, this, &FileMenu::onLoad);
+    connect(loadAction, &QAction::triggered, this, &FileMenu::onLoad);
     connect(_saveAction, &QAction::triggered, this, &FileMenu::onSave);
     connect(quitAction, &QAction::triggered, window, &QWidget::close);
     connect(folio, &Folio::shownIPChanged, this, &FileMenu::onShownIPChanged);
     onShownIPChanged();
+    _recentFilenames = QSettings().value(recentKey).toStringList().mid(0, mostRecent);
 }
 
 QAction* FileMenu::addEntry(const QString& text, const char* name, const QKeySequence& shortcut) {
@@ -82,19 +88,42 @@ QAction* FileMenu::addEntry(const QString& text, const char* name, const QKeySeq
     return action;
 }
 
+/// A menu of files, which are looked for whenever it opens; each entry loads one.
+QMenu* FileMenu::addFiles(const QString& title, const char* name, const std::function<QStringList()>& getFilenames) {
+    QMenu* menu = addMenu(title);
+    menu->setObjectName(QLatin1String(name));
+    menu->setToolTipsVisible(true);
+    const auto fill = [this, menu, getFilenames] {
+        menu->clear();
+        for (const QString& filename : getFilenames()) {
+            QAction* action = menu->addAction(QFileInfo(filename).fileName().replace('&', QLatin1String("&&")));
+            action->setToolTip(filename);
+            connect(action, &QAction::triggered, this, [this, filename] { open({filename}); });
+        }
+        if (menu->isEmpty())
+            menu->addAction(tr("None"))->setEnabled(false);
+    };
+    connect(menu, &QMenu::aboutToShow, this, fill);
+    return menu;
+}
+
+void FileMenu::save(QSettings& settings) const {
+    if (!_recentFilenames.isEmpty())
+        settings.setValue(recentKey, _recentFilenames);
+}
+
 void FileMenu::onShownIPChanged() {
     const IPLeaf* leaf = _folio->getShownIP();
-    for (QAction* action : {_loadAction, _saveAction})
-        action->setEnabled(leaf && leaf->getForm());
+    _saveAction->setEnabled(leaf && leaf->getForm());
 }
 
 void FileMenu::onLoad() {
-    IPLeaf& leaf = *_folio->getShownIP();
-    const QString filename =
-        Brindle::FileDialog::getOpenFileName(_window, tr("Load configuration"), proposeFilename(leaf),
-                                             getConfigurationFilter() + ";;" + tr("All files (*)"));
+    const IPLeaf* leaf = _folio->getShownIP();
+    const QString proposal = leaf && leaf->getForm() ? proposeFilename(*leaf) : _folder + "/";
+    const QString filename = Brindle::FileDialog::getOpenFileName(
+        _window, tr("Load configuration"), proposal, getConfigurationFilter() + ";;" + tr("All files (*)"));
     if (!filename.isEmpty())
-        runShowingErrors([&] { load(leaf, readConfigurationFile(filename), filename); });
+        open({filename});
 }
 
 void FileMenu::onSave() {
@@ -124,7 +153,6 @@ void FileMenu::openFile(const QString& filename) {
 }
 
 void FileMenu::load(IPLeaf& leaf, const Configuration& configuration, const QString& filename) {
-    finishCellEdit();
     leaf.setConfiguration(configuration);
     remember(leaf, filename);
     console.print("Configuration loaded from %", filename.toStdString());
@@ -143,7 +171,12 @@ QString FileMenu::proposeFilename(const IPLeaf& leaf) const {
 
 void FileMenu::remember(const IPLeaf& leaf, const QString& filename) {
     _filenames[&leaf] = filename;
-    _folder = QFileInfo(filename).absolutePath();
+    const QFileInfo file(filename);
+    _folder = file.absolutePath();
+    _recentFilenames.removeAll(file.absoluteFilePath());
+    _recentFilenames.prepend(file.absoluteFilePath());
+    _recentFilenames = _recentFilenames.mid(0, mostRecent);
+    Q_EMIT filenameChanged();
 }
 
 } // namespace Velmora

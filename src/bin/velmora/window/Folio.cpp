@@ -146,6 +146,10 @@ void Folio::showIP(IPLeaf* leaf) {
     _ipsLeaf->showLeaf(leaf);
 }
 
+void Folio::save(QSettings& settings) const {
+    _ipsLeaf->save(settings);
+}
+
 void Folio::setTitle(const QString& title) {
     _titleLabel->setText(QStringLiteral("<b>") + title + QStringLiteral("</b>"));
 }

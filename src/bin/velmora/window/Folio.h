@@ -10,6 +10,10 @@
 
 #include <string>
 
+QT_BEGIN_NAMESPACE
+class QSettings;
+QT_END_NAMESPACE
+
 namespace Velmora {
 
 class IPLeaf;
@@ -39,6 +43,9 @@ public:
     void showIP(IPLeaf* leaf);
 
     void setTitle(const QString& title) override;
+
+    /// Stores how the user wants to see the pages of the IPs.
+    void save(QSettings& settings) const;
 
 Q_SIGNALS:
     /// The user sees the page of another IP, or none any more.

@@ -5,6 +5,7 @@
 #include <Brindle/widgets/Theme.h>
 
 #include <QItemSelectionModel>
+#include <QPainter>
 #include <QSignalBlocker>
 
 #include <functional>
@@ -100,6 +101,18 @@ void IPTreeView::restoreNodes() {
         collapse(_proxy->mapFromSource(node));
 }
 
+void IPTreeView::paintEvent(QPaintEvent* event) {
+    QTreeView::paintEvent(event);
+    if (_proxy->rowCount() > 0)
+        return;
+    const bool isEmptyCatalogue = getModel()->rowCount() == 0;
+    QPainter painter(viewport());
+    painter.setPen(Brindle::theme.getColor("muted"));
+    painter.drawText(viewport()->rect().adjusted(8, 8, -8, -8), Qt::AlignHCenter | Qt::TextWordWrap,
+                     isEmptyCatalogue ? tr("No IP is installed.")
+                                      : tr("No IP matches. Search for another word, or choose All in the boxes."));
+}
+
 // Constant for the view, but not for who looks at it.
 void IPTreeView::initialize() { // NOLINT(readability-make-member-function-const)
     for (int row = 0; row < getModel()->rowCount(); ++row)
@@ -123,8 +136,8 @@ bool IPTreeView::SortFilterProxyModel::filterAcceptsRow(int sourceRow, const QMo
 bool IPTreeView::SortFilterProxyModel::passesSearch(const QModelIndex& index) const {
     if (!isSearching())
         return true;
-    if (leafOf(index))
-        return index.data().toString().contains(_filter.text, Qt::CaseInsensitive);
+    if (const IPLeaf* leaf = leafOf(index))
+        return leaf->isFoundBy(_filter.text);
     for (int row = 0; row < sourceModel()->rowCount(index); ++row) {
         if (filterAcceptsRow(row, index))
             return true;

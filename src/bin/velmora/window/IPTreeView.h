@@ -31,7 +31,7 @@ public:
     struct Filter {
         QString variant;
         QString category; ///< The beginning of the path.
-        QString text;     ///< What the names hold, in any letter case.
+        QString text;     ///< What the IPs are found by.
     };
 
     explicit IPTreeView(IPsLeaf* parent);
@@ -41,7 +41,7 @@ public:
     /// The parent; null when it is no browser.
     IPsLeaf* getIPsLeaf() const;
 
-    /// Hides what the filter excludes.
+    /// Hides what the filter excludes; when nothing is left it says so.
     void setFilter(const Filter& filter);
 
     /// Adds the item's row to the selection; the current index stays.
@@ -56,6 +56,9 @@ public:
 
 public Q_SLOTS:
     void invalidateFilter();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     class SortFilterProxyModel;

@@ -2,14 +2,18 @@
 
 #include <velmora/catalogue/IPHandler.h>
 #include <velmora/catalogue/IPLeaf.h>
+#include <velmora/catalogue/PageZoom.h>
+#include <velmora/settings/SettingsKeys.h>
 #include <velmora/widgets/SearchEdit.h>
 #include <velmora/window/IPTreeView.h>
 #include <velmora/window/TitleLine.h>
 
 #include <Brindle/widgets/Theme.h>
 
+#include <QFileInfo>
 #include <QGridLayout>
 #include <QItemSelectionModel>
+#include <QSettings>
 #include <QShortcut>
 #include <QStandardItem>
 
@@ -20,6 +24,10 @@ namespace {
 constexpr int treeWidth = 272; // pixels; the longest name beside a scroll bar
 
 const QString everything = QStringLiteral("All");
+
+// Of the settings: the preference "size" and the share of the form that was chosen under it; the zoom of the pages.
+const QString formShareKey = QStringLiteral("formShare");
+const QString zoomKey = QStringLiteral("pageZoom");
 
 /// A filter that offers everything first, apart from the rest.
 QComboBox* createFilter(const char* name, const QString& toolTip, QWidget* parent) {
@@ -51,6 +59,7 @@ IPsLeaf::IPsLeaf(QWidget* parent, TitleLine* titleLine) : QWidget(parent), _titl
     createWidgets();
     fillTree();
     fillCategories();
+    load();
     for (const QComboBox* combo : {_variantCombo, _categoryCombo})
         connect(combo, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &IPsLeaf::filterTree);
 }
@@ -98,9 +107,10 @@ void IPsLeaf::createWidgets() {
 void IPsLeaf::createSearch() {
     _searchEdit = new SearchEdit(this);
     _searchEdit->setObjectName(QStringLiteral("searchEdit"));
-    _searchEdit->setPlaceholderText(tr("Search by name"));
-    _searchEdit->setToolTip(tr("Show the IPs whose name holds this text (Ctrl+F); Enter opens the first one"));
-    _searchEdit->setAccessibleName(tr("Search by name"));
+    _searchEdit->setPlaceholderText(tr("Search"));
+    _searchEdit->setToolTip(
+        tr("Show the IPs with these words in name, category, title or keywords (Ctrl+F); Enter opens the first one"));
+    _searchEdit->setAccessibleName(tr("Search"));
     connect(_searchEdit, &SearchEdit::textChanged, this, &IPsLeaf::narrowTree);
     connect(_searchEdit, &SearchEdit::returnPressed, this, &IPsLeaf::openFound);
     connect(_searchEdit, &SearchEdit::left, this, [this] {
@@ -138,6 +148,8 @@ void IPsLeaf::fillTree() {
         if (!firstItem)
             firstItem = item;
         _leafStack->addWidget(leaf);
+        leaf->setPageOpener([this](const QUrl& link) { return showPage(link); });
+        connect(leaf, &IPLeaf::formShareChanged, this, [this](int share) { _formShare = share; });
         getCategoryNode(leaf->getCategory(), nodes)->appendRow(item);
     }
     _treeView->expandAll();
@@ -190,6 +202,41 @@ IPLeaf* IPsLeaf::getShownLeaf() const {
 void IPsLeaf::showLeaf(IPLeaf* leaf) {
     _leafStack->setCurrentWidget(leaf);
     _treeView->setCurrentLeaf(leaf);
+}
+
+bool IPsLeaf::showPage(const QUrl& link) {
+    const QFileInfo page(link.toLocalFile());
+    for (IPLeaf* leaf : ipHandler->getIPLeaves()) {
+        if (page.isFile() && page == QFileInfo(QString::fromStdString(leaf->getDescription().htmlFilename))) {
+            showLeaf(leaf);
+            return true;
+        }
+    }
+    return false;
+}
+
+/// The share counts as long as the preference for it is what it was.
+void IPsLeaf::load() {
+    const QSettings settings;
+    const QStringList share = settings.value(formShareKey).toStringList();
+    if (share.size() == 2 && share.first() == settings.value(SettingsKeys::size, SettingsKeys::defaultSize).toString())
+        _formShare = share.last().toInt();
+    PageZoom::set(settings.value(zoomKey, 1).toDouble());
+    connect(_leafStack, &QStackedWidget::currentChanged, this, &IPsLeaf::applyFormShare);
+    applyFormShare();
+}
+
+void IPsLeaf::save(QSettings& settings) const {
+    const QString size = settings.value(SettingsKeys::size, SettingsKeys::defaultSize).toString();
+    if (_formShare)
+        settings.setValue(formShareKey, QStringList{size, QString::number(*_formShare)});
+    if (settings.contains(zoomKey) || PageZoom::get() != 1)
+        settings.setValue(zoomKey, PageZoom::get());
+}
+
+void IPsLeaf::applyFormShare() {
+    if (IPLeaf* leaf = getShownLeaf(); leaf && _formShare)
+        leaf->setFormShare(*_formShare);
 }
 
 void IPsLeaf::showEvent(QShowEvent* event) {

@@ -6,9 +6,11 @@
 #include <QWidget>
 
 #include <map>
+#include <optional>
 #include <string>
 
 QT_BEGIN_NAMESPACE
+class QSettings;
 class QStandardItem;
 QT_END_NAMESPACE
 
@@ -32,6 +34,9 @@ public:
     IPLeaf* getShownLeaf() const;
     /// Shows the page of an IP of the browser, whatever the filters hide.
     void showLeaf(IPLeaf* leaf);
+
+    /// Stores the zoom of the pages, and the share of the form if the user has changed it.
+    void save(QSettings& settings) const;
 
 Q_SIGNALS:
     /// Another page is on the right.
@@ -58,7 +63,13 @@ private:
     QStandardItem* createItem(IPLeaf& leaf) const;
     QStandardItem* getCategoryNode(const std::string& category, CategoryNodes& nodes);
 
+    void load();
+    void applyFormShare();
+    /// Shows the IP whose description page that is; false when there is none.
+    bool showPage(const QUrl& link);
+
     TitleLine* const _titleLine;
+    std::optional<int> _formShare; // of all pages, as the user has chosen it
     QComboBox* _variantCombo = nullptr;
     IPTreeView* _treeView = nullptr;
     QComboBox* _categoryCombo = nullptr;

@@ -1,7 +1,9 @@
 #include <velmora/window/MainWindow.h>
 
+#include <velmora/catalogue/IPLeaf.h>
 #include <velmora/widgets/FileDrop.h>
 #include <velmora/widgets/StyleSheetPause.h>
+#include <velmora/window/EditMenu.h>
 #include <velmora/window/FileMenu.h>
 #include <velmora/window/Folio.h>
 
@@ -10,6 +12,7 @@
 #include <Quillon/ConsoleWidget.h>
 
 #include <QCloseEvent>
+#include <QFileInfo>
 #include <QIcon>
 #include <QMenuBar>
 #include <QPixmap>
@@ -51,6 +54,26 @@ MainWindow::MainWindow() {
     loadSettings();
     show();
     connect(new FileDrop(this), &FileDrop::dropped, _fileMenu, &FileMenu::open);
+    _folio->setLeaf(_folio->getCurrentIndex()); // the focus is on the button of the page that is shown
+    connect(_folio, &Folio::shownIPChanged, this, &MainWindow::updateTitle);
+    connect(_fileMenu, &FileMenu::filenameChanged, this, &MainWindow::updateTitle);
+}
+
+/// The IP and its file, if the user sees one.
+void MainWindow::updateTitle() {
+    const IPLeaf* leaf = _folio->getShownIP();
+    QStringList parts;
+    if (leaf)
+        parts << QString::fromStdString(leaf->getName()) << QFileInfo(_fileMenu->getFilename(*leaf)).fileName();
+    parts << Quillon::application->applicationName();
+    parts.removeAll(QString());
+    setWindowTitle(parts.join(QStringLiteral(" - ")));
+}
+
+bool MainWindow::event(QEvent* event) {
+    if (event->type() == QEvent::WindowActivate)  // the window has got the size that it starts with
+        _consoleSplitter->setStretchFactor(0, 1); // the console keeps its height from now on
+    return QMainWindow::event(event);
 }
 
 void MainWindow::createWidgets() {
@@ -70,6 +93,7 @@ void MainWindow::createWidgets() {
 
     _fileMenu = new FileMenu(_folio, this);
     menuBar()->addMenu(_fileMenu);
+    menuBar()->addMenu(new EditMenu(_folio, this));
 }
 
 void MainWindow::loadSettings() {
@@ -98,6 +122,8 @@ void MainWindow::saveSettings() {
     settings.setValue(windowStateKey, saveState(0));
     settings.setValue(maximizedKey, isMaximized());
     settings.setValue(splitterKey, _consoleSplitter->saveState());
+    _folio->save(settings);
+    _fileMenu->save(settings);
     settings.sync();
     if (settings.status() == QSettings::AccessError)
         Brindle::console.error("Unable to store the settings in " + settings.fileName().toStdString());

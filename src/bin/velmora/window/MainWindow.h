@@ -10,8 +10,8 @@ namespace Velmora {
 class FileMenu;
 class Folio;
 
-/// The program's window: the folio of pages above the console, and the File menu, whose configurations can also be
-/// dropped on the window. It keeps its geometry, state and splitter between runs.
+/// The program's window: the folio of pages above the console, and the menus; configurations can also be dropped on the
+/// window. It keeps its geometry, state and splitter between runs.
 class MainWindow : public QMainWindow {
     Q_OBJECT
 
@@ -21,11 +21,13 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    bool event(QEvent* event) override;
 
 private:
     void createWidgets();
     void loadSettings();
     void saveSettings();
+    void updateTitle();
 
     Quillon::Owned<IPHandler> _ipHandler;
     Folio* _folio = nullptr;

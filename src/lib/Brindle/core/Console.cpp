@@ -70,6 +70,14 @@ void Console::remark(const std::string& text) {
     show(ConsoleLineKind::Remark, text);
 }
 
+void Console::printFailure(const std::string& text) {
+    show(ConsoleLineKind::Failure, text);
+}
+
+void Console::separate() {
+    tell([](ConsoleObserver& observer) { observer.onConsoleBreak(); });
+}
+
 void Console::error(const std::string& text) {
     ++_errorCount;
     show(ConsoleLineKind::Error, text);
@@ -147,10 +155,14 @@ void Console::showLine(ConsoleLineKind kind, const std::string& text) {
         std::cout << line << std::endl;
     if (_logFile.is_open())
         _logFile << line << std::endl;
+    tell([&](ConsoleObserver& observer) { observer.onConsoleLine(kind, line); });
+}
+
+void Console::tell(const std::function<void(ConsoleObserver&)>& what) const {
     const auto observers = _observers; // while it is told, an observer may take itself or another one off
     for (ConsoleObserver* observer : observers) {
         if (std::ranges::find(_observers, observer) != _observers.end())
-            observer->onConsoleLine(kind, line);
+            what(*observer);
     }
 }
 

@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <fstream>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,6 +33,8 @@ public:
     void print(const std::string& text, const std::string& argument = {});
     /// Shows something that the user should know but need not act upon.
     void remark(const std::string& text);
+    /// Shows a text that tells what came of errors, in the colour of an error where there are colours.
+    void printFailure(const std::string& text);
     /// Shows an error and counts it.
     void error(const std::string& text);
     /// Shows an exception's message and named fields, whose line breaks become blanks, in a debugging build its
@@ -39,6 +42,9 @@ public:
     void error(const Exception& exception);
     /// Shows a line that belongs to the error before and is not counted.
     void continueError(const std::string& text);
+
+    /// Tells the observers that something else begins; no line is shown.
+    void separate();
 
     void indent() { ++_level; }
     /// Takes one level back; at the first level nothing happens.
@@ -59,6 +65,7 @@ public:
 private:
     void show(ConsoleLineKind kind, std::string_view text);
     void showLine(ConsoleLineKind kind, const std::string& text);
+    void tell(const std::function<void(ConsoleObserver&)>& what) const;
 
     bool _isQuiet = false;
     unsigned _level = 0;

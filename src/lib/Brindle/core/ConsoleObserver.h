@@ -6,8 +6,8 @@ namespace Brindle {
 
 class Console;
 
-/// What a console line is, which decides how it is shown.
-enum class ConsoleLineKind { Text, Remark, Error };
+/// What a console line is, which decides how it is shown. A failure is what errors have led to.
+enum class ConsoleLineKind { Text, Remark, Error, Failure };
 
 /// Someone who sees every line of a console, such as the console pane. An observer takes itself off the console that it
 /// was attached to in its destructor.
@@ -20,6 +20,8 @@ public:
 
     /// One line as it is shown: indented, in UTF-8, without its line end.
     virtual void onConsoleLine(ConsoleLineKind kind, const std::string& line) = 0;
+    /// What comes next is apart from what was shown.
+    virtual void onConsoleBreak() {}
 
 private:
     friend class Console;

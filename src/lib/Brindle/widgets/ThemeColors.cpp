@@ -18,7 +18,7 @@ struct NamedColor {
 constexpr std::array namedColors{
     NamedColor{"window", "#f6f7f9", "#1b1f26"},      NamedColor{"surface", "#ffffff", "#23282f"},
     NamedColor{"row_hover", "#e9eef6", "#2d3540"},   NamedColor{"background_text", "#fbfcfd", "#1f242b"},
-    NamedColor{"selected", "#dae6fb", "#263753"},    NamedColor{"section", "#dae6fb", "#afbfda"},
+    NamedColor{"selected", "#dae6fb", "#263753"},    NamedColor{"section", "#dae6fb", "#8793a6"},
     NamedColor{"text", "#1b2330", "#e4e8ee"},        NamedColor{"muted", "#5c6675", "#9aa4b2"},
     NamedColor{"disabled", "#5e6776", "#98a2b0"},    NamedColor{"link", "#2459b8", "#7aa7f5"},
     NamedColor{"error", "#b3261e", "#ff8a80"},       NamedColor{"remark", "#8a5000", "#f0b45a"},

@@ -70,7 +70,7 @@ private Q_SLOTS:
     void init() { begin(); }
     void cleanup() { end(); }
 
-    void resetReachesHiddenRows();
+    void resetReachesHiddenRowsAndCanBeTakenBack();
     void valuesAreStored();
     void absentValues();
     void everyStoredValueOpens_data() { Examples::addRows(); }
@@ -91,15 +91,36 @@ private Q_SLOTS:
     void wrongDate();
 };
 
-void FormsTest::resetReachesHiddenRows() {
+void FormsTest::resetReachesHiddenRowsAndCanBeTakenBack() {
     const auto configuration = openFor("serdes_link");
     const QStringList initial = cells();
     page().setConfiguration(configuration);
     set("SERCount=1;DESCount=0");
+    const auto filled = std::pair(content(), cells());
     press("Reset");
     QCOMPARE(cells(), initial);
     QVERIFY(editor<QLineEdit>("Entity")->isUndoAvailable());
     QVERIFY(!QSettings().contains("SERDESLeaf/Entity")); // until the form goes
+
+    Velmora::FormHistory& history = page().getForm()->getHistory();
+    QCOMPARE(history.undoText(), "Reset");
+    set("Entity=later");
+    const QString edited = content();
+    history.undo();
+    QCOMPARE(std::pair(content(), cells()), filled);
+    history.redo();
+    QCOMPARE(content(), edited); // and not as the reset left it
+    QCOMPARE(cells(), initial);
+
+    openFilled("fir_mac");
+    auto* list = editor<QTextEdit>("Coefficients");
+    const QString coefficients = list->toPlainText();
+    press("Reset");
+    list->undo();
+    QCOMPARE(list->toPlainText(), coefficients);
+    openFor("fir_mac"); // the list is what the page begins with
+    QVERIFY(!coefficients.isEmpty() && !editor<QTextEdit>("Coefficients")->document()->isUndoAvailable());
+    QVERIFY(!page().getForm()->getHistory().canUndo());
 }
 
 /// A choice by its index, a pad type by its place in their catalogue, a row of a table as a list of its cells.
@@ -354,7 +375,7 @@ void FormsTest::generates() {
     const QString answer = std::exchange(_dialog.answer, QString());
     openFilled("fir_systolic");
     QCOMPARE(generate(), QStringList()); // cancelled
-    QVERIFY(!QSettings().contains("SystolicLeaf/Filepath"));
+    QVERIFY(QSettings().childGroups().isEmpty());
 
     _dialog.answer = answer;
     const QString title = "Generating systolic filter";
@@ -364,6 +385,7 @@ void FormsTest::generates() {
     const QByteArray output = readFile(answer);
     QVERIFY(output.contains("%%ENTITY_NAME%%=fir_systolic\n") && output.endsWith("\n"));
     QCOMPARE(QSettings().value("SystolicLeaf/Filepath").toString(), answer);
+    QCOMPARE(QSettings().value("SystolicLeaf/Entity").toString(), "fir_systolic");
 
     set("Entity=");
     QCOMPARE(generate(), QStringList({title, "E:   Entity name not specified!", "  Generating failed"}));

@@ -76,7 +76,8 @@ private Q_SLOTS:
     void rowGoesWhileItIsEdited_data();
     void rowGoesWhileItIsEdited();
     void unsupportedValueStays();
-    void refusedPartComesIntoView();
+    void refusedPartIsShown_data();
+    void refusedPartIsShown();
     void sectionsAreInLine();
     void openSectionIsHighEnough();
     void tabPassesOverClosedSections();
@@ -280,12 +281,12 @@ void TablesTest::unsupportedValueStays() {
     open("Scope");
     set("TriggerMode=Basic & Edges;TriggerTableView 2=Both edges;MultipleLevelTrigger=Enable");
     auto* view = showTable(table("TriggerTableView"));
-    const QImage known = view->grab().toImage();
     const QModelIndex value = view->model()->index(0, 2);
     QWidget parent;
     auto* first = qobject_cast<QComboBox*>(view->itemDelegate()->createEditor(&parent, {}, value.siblingAtColumn(3)));
     set("TriggerMode=Basic;MultipleLevelTrigger=Disable");
-    QVERIFY(view->grab().toImage() != known); // the edge stands out
+    QCOMPARE(view->viewport()->grab().toImage().pixelColor(view->visualRect(value).topLeft()),
+             Brindle::theme.getColor("error"));
     QWidget* combo = view->itemDelegate()->createEditor(&parent, {}, value);
     view->itemDelegate()->setEditorData(combo, value);
     view->itemDelegate()->setModelData(combo, view->model(), value); // nothing was chosen
@@ -295,23 +296,82 @@ void TablesTest::unsupportedValueStays() {
     QCOMPARE(value.siblingAtColumn(3).data().toString(), QString("1"));
 }
 
-/// The first of two, also when its section has to open for it.
-void TablesTest::refusedPartComesIntoView() {
+void TablesTest::refusedPartIsShown_data() {
+    const TestTable<QString, QString, QByteArray, QString, QString> table("ip", "values", "printed", "part", "reason");
+    const QString link = "Entity=top;Prefix=P;SER/TrainingValue=011;DES/TrainingValue=011;SERCount=2;LocationTableView/"
+                         "SER 1=01P,01N;LocationTableView/DES 1=02P";
+    table.row("check, also in two sections", "SER/DES", link + ";SER/PadType=LVCMOS_1.8V", "", "SER/PadType",
+              "Pad type of SER and DES must have the same voltage!");
+    table.row("check of a cell", "SER/DES", link + ";LocationTableView/SER 1=02P,03P", "", "LocationTableView/SER 0,1",
+              "DES location '02P' is already used!");
+    const QString filter = "Entity=fir;Coefficients=1,2,3,4;CoefficientWidth=8";
+    table.row("coefficient", "Mac fir", filter + ";Coefficients=1,2,3,0x1F", "", "Coefficients",
+              "Invalid coefficient (coefficient: 0x1F)");
+    table.row("large coefficient", "Systolic", filter + ";Coefficients=1,2,300", "", "Coefficients",
+              "Value too high for specified width (value: 300, bitCount: 8)");
+    table.row("character", "SER/DES", link + ";DES/TrainingValue=0'1", "", "DES/TrainingValue",
+              "Unsupported character in value (value: \"0'1\")");
+    table.row("edge", "Scope", "Entity=la;TriggerCount=3;TriggerTableView 2=1,Rising edge", "", "TriggerTableView 1,2",
+              "Unsupported value in basic trigger mode (input: Trig1, value: Rising edge)");
+    for (const char* told : {"Coefficient width: 8|CoefficientWidth", "Coefficients: 4|Coefficients"}) {
+        const QString reason = QString(told).section('|', 0, 0);
+        table.row(told, "Mac fir", filter, reason.toUtf8(), QString(told).section('|', 1), reason);
+    }
+    for (const char* told : {"Training value (DES parameters) \"x\" is bad|DES/TrainingValue",
+                             "Output delay line (SER parameters) of line 1 is bad|LocationTableView/SER 1,2",
+                             "Location (DES parameters) is bad|LocationTableView/DES"}) {
+        const QString reason = QString(told).section('|', 0, 0);
+        table.row(told, "SER/DES", link, reason.toUtf8(), QString(told).section('|', 1), reason);
+    }
+}
+
+/// The first of them has the focus and can be seen, also after the window has become active again.
+void TablesTest::refusedPartIsShown() {
+    QFETCH(QString, ip);
+    QFETCH(QString, values);
+    QFETCH(QByteArray, printed);
+    QFETCH(QString, part);
     QSettings().setValue("animations", "Always");
-    open("SER/DES");
-    set("SER/TrainingValue=011;Entity=top;Prefix=P;DES/TrainingValue=011;SER/PadType=LVCMOS_1.8V");
+    open(ip, "def generate(argDict):\n  if '" + printed + "':\n    printError('" + printed + "')\n  return ''\n");
+    set(values);
     page().resize(600, 500);
     page().show();
-    const auto sections = page().findChildren<Velmora::FoldWidget*>();
-    sections.at(1)->open(); // that of the DES is still closed
-    page().findChild<QScrollArea*>()->ensureWidgetVisible(editor<QPushButton>("Reset"));
-    press("Generate");
-    QTRY_VERIFY(!editor<QWidget>("DES/PadType")->isHidden() && editor<QWidget>("DES/PadType")->isVisible());
-    QTRY_VERIFY(!editor<QWidget>("SER/PadType")->visibleRegion().isEmpty());
-    set("SER/PadType=LVDS_2.5V");
-    page().findChild<QScrollArea*>()->ensureWidgetVisible(editor<QPushButton>("Reset"));
-    press("Generate");
-    QTRY_VERIFY(!table("LocationTableView/SER")->visibleRegion().isEmpty());
+    const auto activate = [](QWidget& window) {
+        window.activateWindow();
+        return QTest::qWaitForWindowActive(&window);
+    };
+    QVERIFY(activate(page()));
+    auto* button = editor<QPushButton>("Generate");
+    for (const QString way : {"mouse", "keyboard", "shortcut"}) {
+        page().findChild<QScrollArea*>()->ensureWidgetVisible(button);
+        QWidget dialog; // whose end brings the window back
+        dialog.show();
+        if (way == "mouse") {
+            press("Generate");
+        } else if (way == "keyboard") {
+            button->setFocus();
+            QTest::keyPress(button, Qt::Key_Space);
+        } else {
+            QVERIFY(activate(page()));
+            QTest::keyClick(page().windowHandle(), Qt::Key_G, Qt::AltModifier);
+        }
+        QVERIFY(activate(dialog));
+        dialog.close();
+        QVERIFY(activate(page()));
+        auto* field = editor<QWidget>(part.section(' ', 0, 0));
+        QTRY_COMPARE(QApplication::focusWidget(), field);
+        QTRY_VERIFY(!field->visibleRegion().isEmpty());
+        QTest::keyRelease(button, Qt::Key_Space);
+        const auto* view = qobject_cast<QTableView*>(field);
+        if (part.contains(' ')) {
+            const QModelIndex cell = view->currentIndex();
+            QCOMPARE(QString("%1,%2").arg(cell.row()).arg(cell.column()), part.section(' ', 1));
+            QTRY_VERIFY(view->viewport()->visibleRegion().contains(view->visualRect(cell).center()));
+            QTEST(cell.data(Velmora::LineTableModel::ProblemRole).toString(), "reason");
+        } else {
+            QTEST(field->toolTip(), "reason");
+        }
+    }
 }
 
 /// Also where a label is wider than its share.

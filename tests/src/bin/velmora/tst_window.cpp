@@ -225,6 +225,16 @@ void WindowTest::dropSaveAndLoad() {
     trigger("loadConfiguration");
     QCOMPARE(recorder.take(), QStringList("Configuration loaded from " + saved));
     QCOMPARE(contentOf(*leaf), content);
+
+    const QByteArray before = contentOf(*findLeaf("Mac fir"));
+    drop("other.velmora", Examples::content("fir_mac"));
+    trigger("undo");
+    QCOMPARE(contentOf(*findLeaf("Mac fir")), before);
+    QCOMPARE(contentOf(*leaf), content);
+    trigger("redo");
+    QCOMPARE(contentOf(*findLeaf("Mac fir")), Examples::content("fir_mac"));
+    folio()->raiseLeaf(2);
+    QVERIFY(!_window->findChild<QAction*>("undo")->isEnabled());
 }
 
 void WindowTest::refusedFilesChangeNothing() {

@@ -47,9 +47,13 @@ void ConsoleWidgetTest::showsKindsInColors() {
     Brindle::console.remark("c");
     Brindle::console.unindent();
     Brindle::console.print("d");
-    QCOMPARE(widget.toPlainText(), "a <b>\u00e9</b> & b\n  c\nd");
+    Brindle::console.printFailure("e");
+    Brindle::console.separate();
+    Brindle::console.separate();
+    Brindle::console.print("f");
+    QCOMPARE(widget.toPlainText(), "a <b>\u00e9</b> & b\n  c\nd\ne\n\nf");
     int line = 0;
-    for (const char* color : {"error", "remark", "text"}) {
+    for (const char* color : {"error", "remark", "text", "error"}) {
         const QTextBlock block = widget.document()->findBlockByNumber(line++);
         QCOMPARE(block.begin().fragment().charFormat().foreground().color(), Brindle::theme.getColor(color));
     }
@@ -72,6 +76,14 @@ void ConsoleWidgetTest::followsTheEndUnlessScrolledUp() {
 
     bar->setValue(bar->maximum());
     print(251, 50);
+    widget.resize(400, 60);
+    QCOMPARE(bar->value(), bar->maximum());
+
+    bar->setValue(0);
+    {
+        const Captured errors(std::cerr);
+        Brindle::console.error("error");
+    }
     QCOMPARE(bar->value(), bar->maximum());
 
     print(301, ConsoleWidget::historyLength);

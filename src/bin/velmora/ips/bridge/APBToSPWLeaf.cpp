@@ -1,6 +1,7 @@
 #include <velmora/ips/bridge/APBToSPWLeaf.h>
 
 #include <velmora/catalogue/IPLeaf.h>
+#include <velmora/form/GenerationMarks.h>
 #include <velmora/generation/GeneratorScript.h>
 #include <velmora/generation/InteractiveGeneration.h>
 #include <velmora/settings/SettingsKeys.h>
@@ -54,11 +55,11 @@ Generation APBToSPWLeaf::getGeneration() const {
             FailureRules::bridge,
             [this] { return isFullyConfigured(); },
             [this] { return getArguments(); },
-            [this] { return getIP(); }};
+            [this] { return markRefusals(_form, [this] { return getIP(); }); }};
 }
 
 void APBToSPWLeaf::onGenerate() {
-    InteractiveGeneration(this, _form.getGroup(), getGeneration()).run(BRINDLE_HERE);
+    InteractiveGeneration(this, _form.getGroup(), getGeneration(), [this] { save(); }).run(BRINDLE_HERE);
 }
 
 } // namespace Velmora

@@ -7,6 +7,7 @@
 
 #include <QObject>
 #include <QStringList>
+#include <QTextCursor>
 
 namespace Velmora {
 
@@ -40,8 +41,17 @@ QVariant CoefficientsEditor::getValue(const QWidget* widget) const {
 
 void CoefficientsEditor::setValue(QWidget* widget, const QVariant& value) const {
     auto& textEdit = widgetAs<QTextEdit>(widget);
-    if (const auto text = readText(value))
-        textEdit.setPlainText(*text);
+    const auto text = readText(value);
+    if (!text || *text == textEdit.toPlainText())
+        return;
+    QTextCursor cursor(textEdit.document());
+    cursor.select(QTextCursor::Document);
+    cursor.insertText(*text);
+    textEdit.moveCursor(QTextCursor::Start);
+}
+
+void CoefficientsEditor::forgetEdits(QWidget* widget) const {
+    widgetAs<QTextEdit>(widget).document()->clearUndoRedoStacks();
 }
 
 } // namespace Velmora

@@ -16,7 +16,9 @@ public:
     std::optional<QVariant> toValue(const QString& text) const override { return text; }
     QTextEdit* create(QWidget* parent) const override;
     QVariant getValue(const QWidget* widget) const override;
+    /// As an edit of the user, which can be taken back.
     void setValue(QWidget* widget, const QVariant& value) const override;
+    void forgetEdits(QWidget* widget) const override;
     /// As it was typed.
     QString getText(const QWidget* widget) const override { return getValue(widget).toString(); }
 };

@@ -54,7 +54,8 @@ unsigned long FilterForm::getNormalizedCoefficientWidth() const {
 }
 
 std::string FilterForm::getCoefficientString() const {
-    return renderCoefficients(getCoefficientList(), getNormalizedCoefficientWidth());
+    return markRefused(_form, {_coefficientsEdit},
+                       [this] { return renderCoefficients(getCoefficientList(), getNormalizedCoefficientWidth()); });
 }
 
 void FilterForm::check(FormCheck& check, bool needsCoefficients) const {

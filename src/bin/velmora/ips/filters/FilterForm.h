@@ -2,6 +2,7 @@
 
 #include <velmora/form/Form.h>
 #include <velmora/form/FormCheck.h>
+#include <velmora/form/GenerationMarks.h>
 #include <velmora/generation/Generation.h>
 #include <velmora/rules/ArgumentDictionary.h>
 
@@ -54,7 +55,7 @@ public:
                     return isGood;
                 },
                 [&leaf] { return leaf.getArguments(); },
-                [&leaf] { return leaf.getFilter(); }};
+                [this, &leaf] { return markRefusals(_form, [&leaf] { return leaf.getFilter(); }); }};
     }
 
     /// Append arguments: the data widths with "-1" and truncation, then the coefficient width.

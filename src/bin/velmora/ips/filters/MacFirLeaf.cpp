@@ -81,7 +81,7 @@ Generation MacFirLeaf::getGeneration() const {
 }
 
 void MacFirLeaf::onGenerate() {
-    InteractiveGeneration(this, getForm().getGroup(), getGeneration()).run(BRINDLE_HERE);
+    InteractiveGeneration(this, getForm().getGroup(), getGeneration(), [this] { save(); }).run(BRINDLE_HERE);
 }
 
 } // namespace Velmora

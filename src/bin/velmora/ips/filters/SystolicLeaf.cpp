@@ -30,7 +30,7 @@ Generation SystolicLeaf::getGeneration() const {
 }
 
 void SystolicLeaf::onGenerate() {
-    InteractiveGeneration(this, getForm().getGroup(), getGeneration()).run(BRINDLE_HERE);
+    InteractiveGeneration(this, getForm().getGroup(), getGeneration(), [this] { save(); }).run(BRINDLE_HERE);
 }
 
 } // namespace Velmora

@@ -30,7 +30,7 @@ Generation TransposeDualLeaf::getGeneration() const {
 }
 
 void TransposeDualLeaf::onGenerate() {
-    InteractiveGeneration(this, getForm().getGroup(), getGeneration()).run(BRINDLE_HERE);
+    InteractiveGeneration(this, getForm().getGroup(), getGeneration(), [this] { save(); }).run(BRINDLE_HERE);
 }
 
 } // namespace Velmora

@@ -30,7 +30,7 @@ Generation TransposeLeaf::getGeneration() const {
 }
 
 void TransposeLeaf::onGenerate() {
-    InteractiveGeneration(this, getForm().getGroup(), getGeneration()).run(BRINDLE_HERE);
+    InteractiveGeneration(this, getForm().getGroup(), getGeneration(), [this] { save(); }).run(BRINDLE_HERE);
 }
 
 } // namespace Velmora

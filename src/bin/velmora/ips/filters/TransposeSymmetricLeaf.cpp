@@ -41,7 +41,7 @@ Generation TransposeSymmetricLeaf::getGeneration() const {
 }
 
 void TransposeSymmetricLeaf::onGenerate() {
-    InteractiveGeneration(this, getForm().getGroup(), getGeneration()).run(BRINDLE_HERE);
+    InteractiveGeneration(this, getForm().getGroup(), getGeneration(), [this] { save(); }).run(BRINDLE_HERE);
 }
 
 } // namespace Velmora

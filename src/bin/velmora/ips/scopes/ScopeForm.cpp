@@ -1,6 +1,7 @@
 #include <velmora/ips/scopes/ScopeForm.h>
 
 #include <velmora/form/FormCheck.h>
+#include <velmora/form/GenerationMarks.h>
 #include <velmora/settings/SettingsKeys.h>
 
 #include <algorithm>
@@ -89,7 +90,7 @@ Generation ScopeForm::getGeneration(const std::function<ArgumentDictionary()>& g
             FailureRules::lineTable,
             [this] { return isFullyConfigured(); },
             getArguments,
-            script};
+            [this, script] { return markRefusals(_form, script); }};
 }
 
 } // namespace Velmora

@@ -27,6 +27,7 @@ public:
     ScopeForm(QWidget* widget, const QString& className, FormMemory memory);
 
     Form& getForm() { return _form; }
+    const Form& getForm() const { return _form; }
     const QString& getGroup() const { return _form.getGroup(); }
 
     void addEntityName();

@@ -1,6 +1,7 @@
 #include <velmora/ips/scopes/ScopeLeaf.h>
 
 #include <velmora/catalogue/IPLeaf.h>
+#include <velmora/form/GenerationMarks.h>
 #include <velmora/generation/Clock.h>
 #include <velmora/generation/GeneratorScript.h>
 #include <velmora/generation/InteractiveGeneration.h>
@@ -100,17 +101,24 @@ std::string ScopeLeaf::getTriggerValueString(const QStringList& values) const {
     return getAssociations(codes);
 }
 
+std::string ScopeLeaf::getUsedValueString(const QStringList& values) const {
+    CheckedParts unsupported;
+    for (QStandardItem* item : _triggerTable->getUnsupportedCells())
+        unsupported.emplace_back(CheckedCell{_triggerTable, item});
+    return markRefused(_scope.getForm(), unsupported, [&] { return getTriggerValueString(values); });
+}
+
 ArgumentDictionary ScopeLeaf::makeArguments() const {
     const std::string noLevels = "(others => \"00\")";
     const std::string noEdges = "(others => \"000\")";
-    const std::string values = getTriggerValueString(_triggerTable->getTriggerValueList());
+    const std::string values = getUsedValueString(_triggerTable->getTriggerValueList());
     std::string levels = noLevels;
     std::string firstLevels = noLevels;
     std::string edges = noEdges;
     std::string firstEdges = noEdges;
     (hasEdges() ? edges : levels) = values;
     if (isMultipleLevel())
-        (hasEdges() ? firstEdges : firstLevels) = getTriggerValueString(_triggerTable->getFirstTriggerValueList());
+        (hasEdges() ? firstEdges : firstLevels) = getUsedValueString(_triggerTable->getFirstTriggerValueList());
 
     ArgumentDictionary arguments;
     arguments.add("%%STORE_WINDOW%%", isChosen(_storeWindowCombo) ? 4 : 0)
@@ -163,7 +171,7 @@ Generation ScopeLeaf::getGeneration() const {
 }
 
 void ScopeLeaf::onGenerate() {
-    InteractiveGeneration(this, getSettingsGroup(), getGeneration()).run(BRINDLE_HERE);
+    InteractiveGeneration(this, getSettingsGroup(), getGeneration(), [this] { save(); }).run(BRINDLE_HERE);
 }
 
 } // namespace Velmora

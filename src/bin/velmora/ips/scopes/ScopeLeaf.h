@@ -58,6 +58,8 @@ public Q_SLOTS:
     void onGenerate();
 
 private:
+    /// `getTriggerValueString` of values that are in use.
+    std::string getUsedValueString(const QStringList& values) const;
     ArgumentDictionary makeArguments() const;
     void addCaptureConfiguration();
     void addTriggerConfiguration();

@@ -78,7 +78,7 @@ Generation StartupScopeLeaf::getGeneration() const {
 }
 
 void StartupScopeLeaf::onGenerate() {
-    InteractiveGeneration(this, getSettingsGroup(), getGeneration()).run(BRINDLE_HERE);
+    InteractiveGeneration(this, getSettingsGroup(), getGeneration(), [this] { save(); }).run(BRINDLE_HERE);
 }
 
 } // namespace Velmora

@@ -11,8 +11,6 @@
 
 #include <QAbstractItemView>
 #include <QComboBox>
-#include <QHelpEvent>
-#include <QToolTip>
 
 namespace Velmora {
 
@@ -59,15 +57,6 @@ public:
         return editor;
     }
 
-    bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
-                   const QModelIndex& index) override {
-        if (event->type() != QEvent::ToolTip || !isUnsupported(index))
-            return LineTableDelegate::helpEvent(event, view, option, index);
-        QToolTip::showText(event->globalPos(),
-                           TriggerTableView::tr("Basic triggers know no edges, choose another value."), view);
-        return true;
-    }
-
     void setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const override {
         const auto* combo = qobject_cast<QComboBox*>(editor);
         if (combo && combo->currentIndex() < 0)
@@ -83,20 +72,21 @@ protected:
         return isValue && !_view->_form.hasEdges() ? &_levels : LineTableDelegate::getEditor(index);
     }
 
+    QString getProblem(const QModelIndex& index) const override {
+        if (_view->isUnsupported(index.row(), index.column()))
+            return TriggerTableView::tr("Basic triggers know no edges, choose another value.");
+        return LineTableDelegate::getProblem(index);
+    }
+
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
         LineTableDelegate::initStyleOption(option, index);
         if (index.column() == firstLevelColumn && !getEditor(index))
             option->state.setFlag(QStyle::State_Enabled, false);
-        if (isUnsupported(index))
+        if (_view->isUnsupported(index.row(), index.column()))
             option->palette.setColor(QPalette::Text, Brindle::theme.getColor("error"));
     }
 
 private:
-    bool isUnsupported(const QModelIndex& index) const {
-        const FieldEditor* editor = getEditor(index);
-        return editor && !editor->canHold(index.data().toString());
-    }
-
     const ChoiceEditor _levels{getTriggerValues(false)};
     TriggerTableView* const _view;
 };
@@ -118,6 +108,22 @@ const QStringList& TriggerTableView::getHeaderList() {
 
 QStringList TriggerTableView::getTriggerValueList() const {
     return getTexts(valueColumn);
+}
+
+bool TriggerTableView::isUnsupported(int row, int column) const {
+    const bool isInUse = column == valueColumn || (column == firstLevelColumn && _form.isMultipleLevel());
+    return isInUse && !getTriggerCode(getModel()->item(row, column)->text(), _form.hasEdges());
+}
+
+std::vector<QStandardItem*> TriggerTableView::getUnsupportedCells() const {
+    std::vector<QStandardItem*> cells;
+    for (int row = 0; row < getRowCount(); ++row) {
+        for (const int column : {valueColumn, firstLevelColumn}) {
+            if (isUnsupported(row, column))
+                cells.push_back(getModel()->item(row, column));
+        }
+    }
+    return cells;
 }
 
 QStringList TriggerTableView::getFirstTriggerValueList() const {

@@ -21,12 +21,15 @@ public:
     QStringList getTriggerValueList() const;
     /// The values of the first level in the visible rows.
     QStringList getFirstTriggerValueList() const;
+    /// The cells of visible rows whose value the trigger mode does not know, such as an edge without edges.
+    std::vector<QStandardItem*> getUnsupportedCells() const;
 
 private:
     class SortFilterProxyModel;
     class TableViewDelegate;
 
     explicit TriggerTableView(const TriggerForm& form);
+    bool isUnsupported(int row, int column) const;
 
     const TriggerForm& _form;
 };

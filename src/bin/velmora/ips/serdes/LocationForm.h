@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 namespace Velmora {
 
@@ -14,6 +15,8 @@ public:
     virtual int getSERCount() const = 0;
     virtual int getDESCount() const = 0;
     virtual QString getBankNumber() const = 0;
+    /// The pads of all lines that are counted; an empty text for a line without one.
+    virtual QStringList getLocations() const = 0;
 
 protected:
     LocationForm() = default;

@@ -6,6 +6,10 @@
 #include <velmora/tables/LineCountProxyModel.h>
 #include <velmora/tables/LineTableDelegate.h>
 
+#include <Brindle/widgets/Theme.h>
+
+#include <QComboBox>
+
 namespace Velmora {
 
 namespace {
@@ -62,11 +66,28 @@ public:
                           const QModelIndex& index) const override {
         QWidget* editor = LineTableDelegate::createEditor(parent, option, index);
         if (index.column() == locationColumn)
-            editor->setToolTip(LocationTableView::tr("Pad of bank %1").arg(_view->_form.getBankNumber()));
+            completePads(*qobject_cast<QComboBox*>(editor));
         return editor;
     }
 
+    QString getProblem(const QModelIndex& index) const override {
+        const QString pad = index.data().toString();
+        if (index.column() == locationColumn && !pad.isEmpty() && _view->_form.getLocations().count(pad) > 1)
+            return LocationTableView::tr("Another line has this pad, choose a free one.");
+        return LineTableDelegate::getProblem(index);
+    }
+
 private:
+    /// Pads that lines have already are grey, but can be chosen.
+    void completePads(QComboBox& combo) const {
+        combo.setToolTip(LocationTableView::tr("Pad of bank %1").arg(_view->_form.getBankNumber()));
+        const QStringList used = _view->_form.getLocations();
+        for (int pad = 0; pad < combo.count(); ++pad) {
+            if (used.contains(combo.itemText(pad)))
+                combo.setItemData(pad, Brindle::theme.getColor("border"), Qt::ForegroundRole);
+        }
+    }
+
     LocationTableView* const _view;
 };
 
@@ -76,6 +97,18 @@ LocationTableView::LocationTableView(Mode mode, const LocationForm& form)
       _form(form) {
     setAccessibleName(tr("Locations of the %1 lines").arg(getModeName(mode)));
     setUp(new SortFilterProxyModel(this), new TableViewDelegate(this, getModel()));
+    addMenuAction(tr("&Assign free pads in order"), [this] { assignFreePads(); });
+}
+
+void LocationTableView::assignFreePads() {
+    const QStringList used = _form.getLocations();
+    QStringList free = getPadNames();
+    for (const QString& pad : used)
+        free.removeAll(pad);
+    for (QStandardItem* cell : getLocationCells()) {
+        if (cell->text().isEmpty() && !free.isEmpty())
+            cell->setText(free.takeFirst());
+    }
 }
 
 QStringList LocationTableView::getHeaderList(Mode mode) {

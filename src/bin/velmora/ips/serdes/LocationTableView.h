@@ -34,6 +34,8 @@ private:
     class TableViewDelegate;
 
     LocationTableView(Mode mode, const LocationForm& form);
+    /// Places the visible lines that have no pad.
+    void assignFreePads();
 
     const Mode _mode;
     const LocationForm& _form;

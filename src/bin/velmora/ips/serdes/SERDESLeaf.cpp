@@ -2,6 +2,7 @@
 
 #include <velmora/catalogue/IPLeaf.h>
 #include <velmora/form/FormCheck.h>
+#include <velmora/form/GenerationMarks.h>
 #include <velmora/generation/Clock.h>
 #include <velmora/generation/GeneratorScript.h>
 #include <velmora/generation/InteractiveGeneration.h>
@@ -86,6 +87,8 @@ SERDESLeaf::SERDESLeaf(IPLeaf* ipLeaf)
     _form.addButtons(this, &SERDESLeaf::onReset, &SERDESLeaf::onGenerate);
     connect(_serCount, qOverload<int>(&QSpinBox::valueChanged), this, &SERDESLeaf::onSERCountChanged);
     connect(_desCount, qOverload<int>(&QSpinBox::valueChanged), this, &SERDESLeaf::onDESCountChanged);
+    for (const auto* table : {_serTable, _desTable}) // a pad in one may be one too many in the other
+        connect(&_form.getEdits(), &EditWatch::edited, table->viewport(), qOverload<>(&QWidget::update));
     onReset();
     load();
 }
@@ -139,6 +142,10 @@ QComboBox* SERDESLeaf::addPadType() {
 QLineEdit* SERDESLeaf::addTrainingValue() {
     return _form.addLine(tr("Training value"), "TrainingValue", tr("Length must match data size."),
                          LineReset::KeepsText);
+}
+
+QStringList SERDESLeaf::getLocations() const {
+    return _serTable->getLocationList() + _desTable->getLocationList();
 }
 
 bool SERDESLeaf::isFullyConfigured() const {
@@ -237,11 +244,11 @@ Generation SERDESLeaf::getGeneration() const {
             FailureRules::lineTable,
             [this] { return isFullyConfigured(); },
             [this] { return getArguments(); },
-            [this] { return getIP(); }};
+            [this] { return markRefusals(_form, [this] { return getIP(); }); }};
 }
 
 void SERDESLeaf::onGenerate() {
-    InteractiveGeneration(this, getSettingsGroup(), getGeneration()).run(BRINDLE_HERE);
+    InteractiveGeneration(this, getSettingsGroup(), getGeneration(), [this] { save(); }).run(BRINDLE_HERE);
 }
 
 } // namespace Velmora

@@ -29,6 +29,7 @@ public:
     int getSERCount() const override { return _serCount->value(); }
     int getDESCount() const override { return _desCount->value(); }
     QString getBankNumber() const override { return _bankCombo->currentText(); }
+    QStringList getLocations() const override;
     const QString& getSettingsGroup() const override { return _form.getGroup(); }
 
     /// VHDL aggregates by line number from 0, such as `(0 => "03P", 1 => "03N")`; `(others => "XXX")` for no line.
