@@ -19,6 +19,7 @@ class LineTableView : public QTableView {
     Q_OBJECT
 
 public:
+    using QTableView::edit;
     /// All rows, the hidden ones too.
     LineTableModel* getModel() const { return _model; }
     /// Number of visible rows.

@@ -1,4 +1,5 @@
 #include <support/ConsoleRecorder.h>
+#include <support/Contrast.h>
 #include <support/Examples.h>
 #include <support/TestMain.h>
 #include <support/TestPrefix.h>
@@ -13,22 +14,28 @@
 #include <velmora/window/MainWindow.h>
 
 #include <Brindle/core/Exception.h>
+#include <Brindle/widgets/Theme.h>
 
 #include <QAbstractItemModelTester>
 #include <QComboBox>
 #include <QDir>
+#include <QDirIterator>
 #include <QLineEdit>
+#include <QRegularExpression>
+#include <QSet>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QTcpServer>
+#include <QWebElement>
 #include <QWebFrame>
 #include <QWebView>
 
 #include <memory>
 #include <optional>
 #include <sys/stat.h>
+#include <utility>
 
 using Velmora::IPHandler;
 using Velmora::IPLeaf;
@@ -130,6 +137,9 @@ private Q_SLOTS:
     void unusableDescriptions();
     void formShareComesFromTheSettings();
     void descriptionPage();
+    void pagesAreLegible_data();
+    void pagesAreLegible();
+    void pagesAreRead();
     void treeFollowsTheCatalogue();
     void selectionAndSearchShowPages();
     void filters_data();
@@ -337,6 +347,91 @@ void CatalogueTest::descriptionPage() {
     QCOMPARE(recorder.lines(), QStringList({"E: Could not open link /some/where."}));
 }
 
+void CatalogueTest::pagesAreLegible_data() {
+    const TestTable<int> table("theme");
+    for (const Brindle::Theme& theme : Brindle::Theme::getThemes())
+        table.row(qPrintable(theme.getName()), theme.getCode());
+}
+
+/// The colours of the shipped figures, which hold texts, and what is selected, as they are shown.
+void CatalogueTest::pagesAreLegible() {
+    QFETCH(int, theme);
+    const auto earlier = std::exchange(Brindle::theme, static_cast<Brindle::Theme::Code>(theme));
+    QSet<QString> fills;
+    for (QDirIterator figures(VELMORA_EXAMPLES "/../../share/velmora", {"*.svg"}, QDir::Files,
+                              QDirIterator::Subdirectories);
+         figures.hasNext();) {
+        static const QRegularExpression fill(R"(fill(?:: |=")(#\w{6}))");
+        for (auto found = fill.globalMatch(readFile(figures.next())); found.hasNext();)
+            fills += found.next().captured(1);
+    }
+    QVERIFY(!fills.isEmpty());
+    QByteArray html = "<p style='margin-top: 60px'>selected text</p>";
+    for (const QString& fill : fills) {
+        html += QString("<img src='%1.svg' style='position: absolute; top: 0; left: %2px'>")
+                    .arg(fill.mid(1))
+                    .arg(50 * html.count("<img"))
+                    .toLatin1();
+        _prefix->write("share/velmora/X/y/" + fill.mid(1) + ".svg",
+                       "<svg xmlns='http://www.w3.org/2000/svg' width='50' height='50'>"
+                       "<rect width='50' height='50' fill='" +
+                           fill.toLatin1() + "'/></svg>");
+    }
+    _prefix->write("share/velmora/X/y/page.html", html);
+    const auto leaf = open("Orvane", "Any", "html page.html\n");
+    auto* view = leaf->findChild<QWebView*>();
+    const QSignalSpy loaded(view, &QWebView::loadFinished);
+    leaf->resize(600, 400);
+    leaf->show();
+    QTRY_COMPARE(loaded.count(), 1);
+    const auto colorAt = [view](int x, int y) { return view->grab().toImage().pixelColor(x, y); };
+    for (int place = 0; place < fills.size(); ++place)
+        QTRY_VERIFY(Contrast::between(colorAt(50 * place + 25, 25), Brindle::theme.getColor("surface")) >=
+                    Contrast::legibleText);
+    view->triggerPageAction(QWebPage::SelectAll);
+    const QImage image = view->grab().toImage();
+    int selected = 0; // pixels of the ground that the theme has for accent_text
+    for (int x = 0; x < image.width(); ++x)
+        selected += image.pixelColor(x, 64) == Brindle::theme.getColor("accent") ? 1 : 0;
+    QVERIFY(selected > 20);
+    Brindle::theme = earlier;
+}
+
+/// Links to sections and other IPs, zoom, and finding a text.
+void CatalogueTest::pagesAreRead() {
+    const QByteArray sections = "<h1>One</h1><h2>First</h2><div style='height:2000px'>word</div><h2>Second</h2>";
+    _prefix->write("share/velmora/X/One/page.html", sections + "<a href='../Two/page.html'>Two</a>");
+    _prefix->write("share/velmora/X/Two/page.html", "<h1>Two</h1>");
+    for (const char* name : {"One", "Two"})
+        _prefix->addIP(QString("X/") + name, description(name, "C", "X", "V") + "html page.html\n");
+    browse({});
+    IPLeaf* leaf = nullptr;
+    for (IPLeaf* candidate : _handler->getIPLeaves())
+        leaf = candidate->getName() == "One" ? candidate : leaf;
+    _folio->showIP(leaf);
+    show();
+    auto* view = leaf->findChild<QWebView*>();
+    const QWebFrame* frame = view->page()->mainFrame();
+    QTRY_COMPARE(frame->findAllElements("p.sections a").count(), 2);
+    const QWebElement link = frame->findAllElements("p.sections a").last();
+    leaf->onLinkClicked(frame->baseUrl().resolved(QUrl(link.attribute("href"))));
+    QVERIFY(frame->scrollPosition().y() > 1000);
+    view->setFocus();
+    QTest::keyClick(view, Qt::Key_F, Qt::ControlModifier);
+    auto* find = view->findChild<QLineEdit*>("findBar");
+    QVERIFY(find && find->hasFocus());
+    QTest::keyClicks(find, "WORD");
+    QCOMPARE(view->selectedText(), QString("word"));
+    QTest::keyClick(find, Qt::Key_Escape);
+    QVERIFY(view->hasFocus());
+    QTest::keyClick(view, Qt::Key_Plus, Qt::ControlModifier);
+    QVERIFY(view->zoomFactor() > 1);
+    QTest::keyClick(view, Qt::Key_0, Qt::ControlModifier);
+    QCOMPARE(view->zoomFactor(), 1.0);
+    leaf->onLinkClicked(QUrl::fromLocalFile(_prefix->path("share/velmora/X/Two/page.html")));
+    QCOMPARE(shown().section('|', 0, 0), QString("Two"));
+}
+
 void CatalogueTest::treeFollowsTheCatalogue() {
     browse({"One|DSP/Filters/FIR|B A", "Two|Interface|A", "Three|DSP|C", "Four|DSP/Filters/FIR|C"});
     QAbstractItemModelTester tester(tree()->model());
@@ -372,9 +467,10 @@ void CatalogueTest::filters_data() {
     row("", "C", "All", "DSP Filters DSP2 dsp Debug scope");                    // hides IPs but no node
     row("", "All", "DSP", "DSP Filters mac_fir systolic FIR_tools DSP2 other"); // a beginning
     row("", "All", "dsp", "dsp last");
-    row(" c f", "All", "All", "DSP Filters mac_fir");
-    row("filters", "All", "All", ""); // a category's name
-    row(".*", "All", "All", "");      // the text itself, no pattern
+    row(" FIR mac", "All", "All", "DSP Filters mac_fir");      // every word
+    row("filt", "All", "All", "DSP Filters mac_fir systolic"); // begins a word of the category
+    row("ilt", "All", "All", "");
+    row(".*", "All", "All", ""); // the text itself, no pattern
 }
 
 void CatalogueTest::filters() {

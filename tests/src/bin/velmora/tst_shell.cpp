@@ -61,6 +61,10 @@ void ShellTest::firstStart() {
     QCOMPARE(splitter->widget(1)->objectName(), QStringLiteral("Console"));
     const QList<int> sizes = splitter->sizes();
     QVERIFY(qAbs(sizes.at(0) - 3 * sizes.at(1)) <= 4);
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QCOMPARE(QApplication::focusWidget()->objectName(), QStringLiteral("About"));
+    window.resize(1000, 900);
+    QCOMPARE(splitter->sizes().at(1), sizes.at(1)); // the console keeps its height
 }
 
 void ShellTest::geometryIsKept() {
@@ -183,7 +187,7 @@ void ShellTest::foldWidget() {
     QCOMPARE(toggle->arrowType(), Qt::DownArrow);
     QCOMPARE(body->maximumHeight() < contentHeight, isAnimated);
     QTRY_COMPARE(body->maximumHeight(), contentHeight);
-    QTest::mouseClick(toggle, Qt::LeftButton);
+    QTest::mouseClick(fold->findChild<QLabel*>(QString(), Qt::FindDirectChildrenOnly), Qt::LeftButton); // the rule
     QCOMPARE(toggle->arrowType(), Qt::RightArrow);
     QTRY_COMPARE(body->maximumHeight(), 0);
     QTRY_VERIFY(body->isHidden()); // or Tab would reach the field

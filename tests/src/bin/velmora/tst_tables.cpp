@@ -14,6 +14,8 @@
 #include <Brindle/widgets/Theme.h>
 
 #include <QAbstractItemModelTester>
+#include <QAction>
+#include <QClipboard>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -72,6 +74,7 @@ private Q_SLOTS:
     void triggerCodes();
     void valueSets();
     void padIsChosenByMouse();
+    void columnsAreFilled();
     void tabGoesThroughCells();
     void rowGoesWhileItIsEdited_data();
     void rowGoesWhileItIsEdited();
@@ -235,6 +238,38 @@ void TablesTest::padIsChosenByMouse() {
     QCOMPARE(combo->geometry(), cell);
     QCOMPARE(combo->toolTip(), QStringLiteral("Pad of bank 11"));
     QCOMPARE(combo->currentIndex(), -1);
+    QVERIFY(combo->view()->isVisible());
+}
+
+void TablesTest::columnsAreFilled() {
+    open("SER/DES");
+    set("SERCount=4;DESCount=2;LocationTableView/DES 1=01P;LocationTableView/SER 1=02N");
+    auto* view = showTable(locations("SER"));
+    const auto run = [view](const char* text) {
+        for (QAction* action : view->actions()) {
+            if (action->text().remove('&') == text)
+                action->trigger();
+        }
+        return view->getLocationList().join(',');
+    };
+    QCOMPARE(run("Assign free pads in order"), "02N,01N,02P,03P");
+    const auto frame = [this](const auto* table) {
+        const QPoint corner = table->visualRect(table->model()->index(0, 1)).topLeft();
+        return table->viewport()->grab().toImage().pixelColor(corner);
+    };
+    QVERIFY(frame(locations("DES")) != Brindle::theme.getColor("error"));
+    set("LocationTableView/SER 1=01P"); // which a line in the other table has
+    QCOMPARE(frame(locations("DES")), Brindle::theme.getColor("error"));
+    QCOMPARE(run("Clear column"), ",,,");
+    ConsoleRecorder recorder;
+    QApplication::clipboard()->setText("04P\t7\r\n04N\n05P\n05N\n06P\n");
+    QCOMPARE(run("Paste"), "04P,04N,05P,05N");
+    QCOMPARE(view->getOutputDelayList().first(), "07");
+    QApplication::clipboard()->setText("05P\n99P");
+    QCOMPARE(run("Paste"), "04P,04N,05P,05N");
+    QVERIFY(recorder.lines().first().startsWith("E: '99P' cannot be pasted, expected one of 01P, "));
+    page().getForm()->getHistory().undo();
+    QCOMPARE(view->getLocationList().join(','), ",,,");
 }
 
 void TablesTest::rowGoesWhileItIsEdited_data() {
