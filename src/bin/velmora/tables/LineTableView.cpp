@@ -64,8 +64,8 @@ QAction* LineTableView::addMenuAction(const QString& text, const std::function<v
 
 bool LineTableView::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) {
     const bool isEditing = QTableView::edit(index, trigger, event);
-    auto* combo = isEditing && trigger != AnyKeyPressed ? qobject_cast<QComboBox*>(indexWidget(index)) : nullptr;
-    if (combo)
+    auto* combo = isEditing ? qobject_cast<QComboBox*>(indexWidget(index)) : nullptr;
+    if (combo && (trigger == DoubleClicked || trigger == SelectedClicked || trigger == EditKeyPressed))
         combo->showPopup();
     return isEditing;
 }

@@ -49,7 +49,7 @@ protected:
     void setUp(LineCountProxyModel* proxy, LineTableDelegate* delegate);
     /// An entry of the context menu, whose work can be taken back as a whole.
     QAction* addMenuAction(const QString& text, const std::function<void()>& work);
-    /// The list of a choice opens with its cell, unless the user types into it.
+    /// The list of a choice opens with its cell when the user asks for the cell, by mouse or F2.
     bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;
     /// From now on the column after the names shares the free width with the last one.
     void shareFreeWidth();

@@ -71,8 +71,10 @@ void MainWindow::updateTitle() {
 }
 
 bool MainWindow::event(QEvent* event) {
-    if (event->type() == QEvent::WindowActivate)  // the window has got the size that it starts with
+    if (event->type() == QEvent::WindowActivate) { // the window has the size that it starts with
+        _consoleSplitter->setSizes(_consoleSplitter->sizes());
         _consoleSplitter->setStretchFactor(0, 1); // the console keeps its height from now on
+    }
     return QMainWindow::event(event);
 }
 

@@ -85,6 +85,7 @@ class WindowTest : public QObject {
 private:
     /// The window with the shipped catalogue.
     void openWindow() {
+        _window.reset();
         qputenv("ORVANE_PREFIX", VELMORA_PREFIX);
         _window = std::make_unique<MainWindow>();
     }
@@ -284,7 +285,9 @@ void WindowTest::formShareIsKept() {
     QTest::mouseDClick(grip, Qt::LeftButton);
     QVERIFY(qAbs(share() - 50) < 3);
     QTest::mousePress(grip, Qt::LeftButton);
-    QTest::mouseMove(grip, QPoint(5, -60));
+    QMouseEvent drag(QEvent::MouseMove, QPoint(5, -60), grip->mapToGlobal(QPoint(5, -60)), Qt::NoButton, Qt::LeftButton,
+                     Qt::NoModifier);
+    QApplication::sendEvent(grip, &drag);
     QTest::mouseRelease(grip, Qt::LeftButton, {}, QPoint(5, -60));
     const int chosen = share();
     QVERIFY(chosen > 55);
