@@ -41,7 +41,6 @@ ConsoleWidget::ConsoleWidget(QWidget* parent) : QPlainTextEdit(parent) {
     setAccessibleDescription(tr("Progress and errors"));
     setPlaceholderText(tr("Progress and errors are shown here."));
     addMenuActions();
-    followEnd();
     Brindle::console.attach(*this);
 }
 
@@ -52,7 +51,7 @@ QSize ConsoleWidget::minimumSizeHint() const {
 
 void ConsoleWidget::onConsoleLine(Brindle::ConsoleLineKind kind, const std::string& line) {
     QScrollBar* bar = verticalScrollBar();
-    const bool isFollowing = _isFollowing || kind == Brindle::ConsoleLineKind::Error;
+    const bool isFollowing = isAtEnd() || kind == Brindle::ConsoleLineKind::Error;
     const int droppedLines = blockCount() == historyLength ? document()->firstBlock().lineCount() : 0;
     const int place = bar->value() - droppedLines;
     QTextCharFormat format;
@@ -65,7 +64,6 @@ void ConsoleWidget::onConsoleLine(Brindle::ConsoleLineKind kind, const std::stri
     cursor.insertText(Brindle::toQString(line), format);
     cursor.endEditBlock();
     bar->setValue(isFollowing ? bar->maximum() : place);
-    _isFollowing = isFollowing;
 }
 
 void ConsoleWidget::onConsoleBreak() {
@@ -73,14 +71,16 @@ void ConsoleWidget::onConsoleBreak() {
         onConsoleLine(Brindle::ConsoleLineKind::Text, {});
 }
 
-/// What the pane shows does not move when its height changes, which takes it off the end without the user's doing.
-void ConsoleWidget::followEnd() {
-    QScrollBar* bar = verticalScrollBar();
-    connect(bar, &QScrollBar::valueChanged, this, [this, bar] { _isFollowing = bar->value() == bar->maximum(); });
-    connect(bar, &QScrollBar::rangeChanged, this, [this, bar] {
-        if (_isFollowing)
-            bar->setValue(bar->maximum());
-    });
+bool ConsoleWidget::isAtEnd() const {
+    return verticalScrollBar()->value() == verticalScrollBar()->maximum();
+}
+
+/// A lower pane shows the same first line, and would be off the end without the user's doing.
+void ConsoleWidget::resizeEvent(QResizeEvent* event) {
+    const bool isFollowing = isAtEnd();
+    QPlainTextEdit::resizeEvent(event);
+    if (isFollowing)
+        verticalScrollBar()->setValue(verticalScrollBar()->maximum());
 }
 
 QAction* ConsoleWidget::addMenuAction(const QString& text, const char* iconName, const QKeySequence& shortcut) {

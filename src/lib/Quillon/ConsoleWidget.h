@@ -25,14 +25,15 @@ public:
 
     QSize minimumSizeHint() const override;
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
     void onConsoleLine(Brindle::ConsoleLineKind kind, const std::string& line) override;
     void onConsoleBreak() override;
-    void followEnd();
+    bool isAtEnd() const;
     QAction* addMenuAction(const QString& text, const char* iconName, const QKeySequence& shortcut);
     void addMenuActions();
-
-    bool _isFollowing = true; // the end
 };
 
 } // namespace Quillon

@@ -44,6 +44,12 @@ bool isBearable(std::string_view page) {
     return page.size() <= largestPage && std::ranges::count(page, '<') <= mostTags;
 }
 
+/// The accent, by a hair not opaque: the ground of a selection that is opaque gets another colour.
+QString getSelectionGround() {
+    const QColor accent = Brindle::theme.getColor("accent");
+    return QStringLiteral("rgba(%1, %2, %3, 0.99)").arg(accent.red()).arg(accent.green()).arg(accent.blue());
+}
+
 /// The theme's colours, and scroll bars as the rest of the window has them, as a user style sheet.
 QString getStyleSheet() {
     const QString css = QStringLiteral("html { background: @surface@; }"
@@ -54,7 +60,7 @@ QString getStyleSheet() {
                                        "pre, code { background: @background_text@; }"
                                        "p.sections { font-size: 0.9em; }"
                                        "img { -webkit-user-drag: none; }"
-                                       "::selection { background: @accent@; color: @accent_text@; }"
+                                       "::selection { background: %1; color: @accent_text@; }"
                                        "::-webkit-scrollbar { width: 12px; height: 12px; background: @surface@; }"
                                        "::-webkit-scrollbar-thumb { background: @outline@; border: 2px solid @surface@;"
                                        " border-radius: 6px; min-height: 24px; }"
@@ -62,7 +68,7 @@ QString getStyleSheet() {
     const QString figures = // which are drawn once for both grounds
         Brindle::theme == Brindle::Theme::Dark ? QStringLiteral("img { -webkit-filter: brightness(1.45); }")
                                                : QStringLiteral("img { -webkit-filter: brightness(0.7); }");
-    return Brindle::ThemeColors(Brindle::theme.getCode()).fillIn(css) + figures;
+    return Brindle::ThemeColors(Brindle::theme.getCode()).fillIn(css.arg(getSelectionGround())) + figures;
 }
 
 /// A ".." in the name is resolved as the file system does it, with symbolic links followed; the web page would not.

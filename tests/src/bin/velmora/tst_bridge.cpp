@@ -58,7 +58,7 @@ private Q_SLOTS:
     void init();
     void cleanup() { end(); }
 
-    void abandonedFormStoresNothing();
+    void abandonedFormIsStored();
     void pathIsRemembered();
     void generatesFiles();
     void directoriesFollowTheRemovalRule_data();
@@ -77,7 +77,7 @@ void BridgeTest::init() {
     _dialog.acceptsProposal = false;
 }
 
-void BridgeTest::abandonedFormStoresNothing() {
+void BridgeTest::abandonedFormIsStored() {
     QSettings().setValue("APBToSPWLeaf/Entity", "before");
     const std::string filename = _prefix->addBridge("").toStdString();
     try {
@@ -86,7 +86,7 @@ void BridgeTest::abandonedFormStoresNothing() {
         throw 7;
     } catch (int) {
     }
-    QCOMPARE(QSettings().value("APBToSPWLeaf/Entity").toString(), QStringLiteral("before"));
+    QCOMPARE(QSettings().value("APBToSPWLeaf/Entity").toString(), QStringLiteral("after"));
 }
 
 void BridgeTest::pathIsRemembered() {
