@@ -34,7 +34,7 @@ namespace Velmora {
 
 namespace {
 
-constexpr int textSize = 14;                       // pixels
+constexpr int textSize = 14; // pixels
 constexpr double zoomStep = 1.1;
 constexpr std::size_t largestPage = 1024UL * 1024; // bytes
 constexpr std::ptrdiff_t mostTags = 20'000;
