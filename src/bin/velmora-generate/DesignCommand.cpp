@@ -41,8 +41,8 @@ none, standard error tells what was reached, and what to relax.
       --taps N            That many taps; ripple and attenuation may be missing.
       --most N            At most that many taps, 56 unless given; the Mac fir
                           takes 160.
-      --even, --odd       An even or odd number of taps. The symmetric filter
-                          takes even ones.
+      --even              An even number of taps, as the symmetric filter takes.
+      --odd               An odd number of taps.
       --symbol-samples N  Samples of a symbol of the root raised cosine,
       --rolloff FACTOR    its roll-off, 0 to 1,
       --span N            its length in symbols: it has span times samples and

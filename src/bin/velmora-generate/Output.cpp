@@ -81,7 +81,7 @@ QString Output::take(const QString& configurationFilename, const QString& entity
                                               Brindle::inQuotes(_path->toStdString()) + " takes one text"),
                                BRINDLE_HERE);
     }
-    const QString givenPath = getPath(configurationFilename, entityName, isDirectory);
+    QString givenPath = getPath(configurationFilename, entityName, isDirectory);
     if (_isStream)
         return givenPath;
     if (!isDirectory && givenPath.endsWith('/')) {

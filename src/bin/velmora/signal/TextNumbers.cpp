@@ -50,10 +50,10 @@ Cells getCells(std::string_view line) {
     return cells;
 }
 
-/// No cell of a header is a number, and it assigns nothing.
+/// No cell of a header begins with a number, and it assigns nothing.
 bool isHeader(std::string_view line) {
-    const auto isNumber = [](std::string_view cell) { return parseReal(withoutQuotes(cell)).has_value(); };
-    return line.find('=') == line.npos && std::ranges::none_of(split(line, ",\t"), isNumber);
+    const auto beginsWithNumber = [](std::string_view cell) { return parseReal(getCells(cell).front()).has_value(); };
+    return line.find('=') == line.npos && std::ranges::none_of(split(line, ",\t"), beginsWithNumber);
 }
 
 /// Programs that separate numbers by semicolons would lose all but the first of a line.
