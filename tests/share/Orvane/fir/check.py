@@ -34,7 +34,7 @@ def check_rules(design, described):
     check_design(content, ip_name, described.entity, shown, ["entity", "architecture"],
                  {"clk": None, **described.inputs()}, described.outputs())
     sum_width = int(re.search(rb"SUM_WIDTH +: positive := (\d+);", content).group(1))
-    require(sum_width <= described.sum_width, f"sums have {sum_width} bits, not at most {described.sum_width}")
+    require(sum_width == described.sum_width, f"sums have {sum_width} bits, not {described.sum_width}")
     tap_count = len(re.findall(rb"(?m)^-- Coefficient \d+ ", content))
     require(tap_count == len(described.coefficients or ()), f"{tap_count} coefficients in the header")
     return "text, header and ports"

@@ -2,6 +2,7 @@
 
 import collections
 import dataclasses
+import itertools
 import re
 
 from clocked_bench import binary
@@ -99,10 +100,16 @@ class Filter:
 
     @property
     def sum_width(self):
-        """The most bits that sums need: those of any sum, of which a result that wraps shows the low ones."""
+        """Bits of the sums: as many as the farthest one needs, of a result that wraps those that it shows; a product's at least."""
         product = self.input_width + self.coefficient_width
-        widest = product + ceiling_log2(self.tap_count)
-        return widest if self.is_limited else max(product + self.is_symmetric, min(widest, self.truncation + self.output_width))
+        if self.coefficients is None:
+            widest = product + ceiling_log2(self.tap_count)
+        else:
+            samples = -1 << (self.input_width - 1), (1 << (self.input_width - 1)) - 1
+            ends = [sum(end(sample * value for sample in samples) for value in self.coefficients) for end in (min, max)]
+            widest = next(width for width in itertools.count(1) if all(signed_value(end, width) == end for end in ends))
+        return max(product + self.is_symmetric,
+                   widest if self.is_limited else min(widest, self.truncation + self.output_width))
 
     @property
     def latency(self):
