@@ -100,7 +100,7 @@ class Filter:
 
     @property
     def sum_width(self):
-        """Bits of the sums: as many as the farthest one needs, of a result that wraps those that it shows; a product's at least."""
+        """Bits of the sums: what the farthest one needs, of a result that wraps what it shows; a product's at least."""
         product = self.input_width + self.coefficient_width
         if self.coefficients is None:
             widest = product + ceiling_log2(self.tap_count)

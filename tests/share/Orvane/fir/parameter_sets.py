@@ -54,7 +54,7 @@ def mirrored(kind, values):
 def streaming_forms(kind):
     """The fixed forms of a streaming kind, each for a limit of its own."""
     is_symmetric = kind == "transpose_symmetric_fir"
-    # Here the lowest sum takes one bit more than the highest, and the highest of the negative coefficients more than their lowest.
+    # Here the lowest sum takes one bit more than the highest; with negative coefficients the highest does.
     lowest = [127, 127, 4, 4, 127, 127] if is_symmetric else [127, 127, 3]
     plain = [2749, -3811, 1003, -77, 4091, -4096, 19, 1234, -2222, 3333]
     negative = [-3, -5000001, 99, -8388607, -7, 11]
