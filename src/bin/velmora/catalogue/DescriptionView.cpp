@@ -104,6 +104,11 @@ DescriptionView::DescriptionView(const QString& htmlFilename, QWidget* parent) :
         showMissing();
 }
 
+/// The end of the page is the end of its loading, too.
+DescriptionView::~DescriptionView() {
+    disconnect(this, &QWebView::loadFinished, this, nullptr);
+}
+
 void DescriptionView::preparePage() {
     applyGlobalSettings();
     page()->setNetworkAccessManager(new LocalAccessManager(page()));

@@ -24,6 +24,7 @@ public:
     /// not exist now, or is gone by then, is told of in its place; one that is no regular file or too large to be
     /// shown in time is an error on the console, too.
     explicit DescriptionView(const QString& htmlFilename, QWidget* parent = nullptr);
+    ~DescriptionView() override;
 
     /// Scrolls to the place of the page that the link names; false when it leads elsewhere.
     bool goTo(const QUrl& link);

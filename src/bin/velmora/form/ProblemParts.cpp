@@ -89,7 +89,7 @@ QString describe(const Brindle::Exception& exception) {
     QStringList fields;
     for (const auto& [name, value] : exception.getFields()) {
         if (name != "key") // of the script's arguments
-            fields += QString::fromStdString(name + ": " + value);
+            fields += QString::fromStdString(name) + ": " + QString::fromStdString(value);
     }
     return fields.isEmpty() ? text : text + " (" + fields.join(QStringLiteral(", ")) + ")";
 }

@@ -272,6 +272,7 @@ std::optional<std::vector<PyObject*>> toElements(PyObject* list) {
     if (!PyList_CheckExact(list))
         return std::nullopt;
     std::vector<PyObject*> elements;
+    elements.reserve(static_cast<std::size_t>(PyList_GET_SIZE(list)));
     for (Py_ssize_t index = 0; index < PyList_GET_SIZE(list); ++index)
         elements.push_back(PyList_GET_ITEM(list, index));
     return elements;

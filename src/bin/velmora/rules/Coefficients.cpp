@@ -61,7 +61,7 @@ std::vector<std::string> getRangeRemarks(const std::vector<std::string>& coeffic
     for (const std::string& coefficient : coefficients) {
         const auto value = findInteger(coefficient);
         if (value && (*value < -limit || *value >= limit))
-            remarks.push_back("Coefficient " + coefficient + range);
+            remarks.emplace_back("Coefficient ").append(coefficient).append(range);
     }
     return remarks;
 }

@@ -111,7 +111,7 @@ private:
         auto error = Brindle::withFields(Brindle::Critical(std::move(message)), {{"filename", _filename}});
         if (_lineNumber > 0)
             error.addField("line", Brindle::getLabel(_lineNumber));
-        throw error;
+        throw Brindle::Critical(error);
     }
 
     const std::string& onlyValue(const std::vector<std::string>& words, const std::string& line) const {

@@ -93,7 +93,7 @@ std::optional<double> parseCNumber(std::string_view text, std::optional<int> wid
     const bool isNegative = text.starts_with('-');
     if (isNegative || text.starts_with('+'))
         text = trimmed(text.substr(1), asciiSpaces);
-    if (text.empty() || !(isDigit(text.front()) || text.front() == '.'))
+    if (text.empty() || (!isDigit(text.front()) && text.front() != '.'))
         return std::nullopt;
     const bool isHexadecimal = text.starts_with("0x") || text.starts_with("0X");
     const bool isReal = !isHexadecimal && text.find_first_of(".eE") != text.npos;

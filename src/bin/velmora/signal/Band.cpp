@@ -69,7 +69,8 @@ double getPeak(const Amplitude& amplitude, double place, double step) {
     for (int round = 0; round < 4; ++round, step /= 4) {
         const double vertex = getVertex(amplitude(place - step), middle, amplitude(place + step));
         const double peak = amplitude(place + vertex * step);
-        if (!(std::abs(vertex) <= 1 && std::abs(peak) != std::abs(middle)))
+        const bool isNearer = std::abs(vertex) <= 1 && std::abs(peak) != std::abs(middle);
+        if (!isNearer)
             break;
         place += vertex * step;
         middle = peak;
@@ -79,11 +80,14 @@ double getPeak(const Amplitude& amplitude, double place, double step) {
 
 Extremes getExtremes(const Amplitude& amplitude, std::size_t tapCount, double begin, double end) {
     constexpr double pointsPerLobe = 16; // of those in the middle of a band
-    const double count = std::max(std::ceil((end - begin) * static_cast<double>(tapCount) * pointsPerLobe), 4.0);
-    const double step = (end - begin) / count;
+    const double width = (end - begin) * static_cast<double>(tapCount) * pointsPerLobe;
+    const auto count = static_cast<std::size_t>(std::max(std::ceil(width), 4.0));
+    const double step = (end - begin) / static_cast<double>(count);
     std::vector<double> values;
-    for (double index = 0; index <= count; ++index)
-        values.push_back(amplitude(index == count ? end : begin + index * step));
+    values.reserve(count + 1);
+    for (std::size_t index = 0; index < count; ++index)
+        values.push_back(amplitude(begin + static_cast<double>(index) * step));
+    values.push_back(amplitude(end));
     Extremes extremes;
     extremes.take(std::abs(values.front()));
     for (std::size_t index = 1; index < values.size(); ++index) {

@@ -121,7 +121,7 @@ public:
         const auto value = parse(text);
         if (!value)
             return std::nullopt;
-        const double number = static_cast<double>(*value);
+        const auto number = static_cast<double>(*value);
         if (_areSigned && _width > 0 && *value >> (_width - 1) != 0)
             return number - std::ldexp(1.0, static_cast<int>(_width));
         return isNegative ? -number : number;

@@ -17,6 +17,8 @@
 #include <QShortcut>
 #include <QStandardItem>
 
+#include <algorithm>
+
 namespace Velmora {
 
 namespace {
@@ -206,13 +208,16 @@ void IPsLeaf::showLeaf(IPLeaf* leaf) {
 
 bool IPsLeaf::showPage(const QUrl& link) {
     const QFileInfo page(link.toLocalFile());
-    for (IPLeaf* leaf : ipHandler->getIPLeaves()) {
-        if (page.isFile() && page == QFileInfo(QString::fromStdString(leaf->getDescription().htmlFilename))) {
-            showLeaf(leaf);
-            return true;
-        }
-    }
-    return false;
+    if (!page.isFile())
+        return false;
+    const auto leaves = ipHandler->getIPLeaves();
+    const auto leaf = std::ranges::find_if(leaves, [&](const IPLeaf* each) {
+        return page == QFileInfo(QString::fromStdString(each->getDescription().htmlFilename));
+    });
+    if (leaf == leaves.end())
+        return false;
+    showLeaf(*leaf);
+    return true;
 }
 
 /// The share counts as long as the preference for it is what it was.

@@ -102,8 +102,10 @@ void OutputFiles::stage(const fs::path& path, const fs::path& target, FileAccess
 }
 
 void OutputFiles::commit() {
-    for (auto& [name, descriptor, content] : _streams)
-        reporting(name, [&] { require(descriptor.write(toBytes(content)) && descriptor.close()); });
+    for (auto& stream : _streams) {
+        reporting(stream.name,
+                  [&] { require(stream.descriptor.write(toBytes(stream.content)) && stream.descriptor.close()); });
+    }
     const SignalDelay delay;
     try {
         auto name = _names.begin();

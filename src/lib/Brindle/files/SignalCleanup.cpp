@@ -10,7 +10,7 @@ namespace Brindle {
 namespace {
 
 struct Handled {
-    int number;
+    int number = 0;
     struct sigaction earlier {};
 };
 

@@ -37,7 +37,7 @@ def check_rules(design, described):
     ip_name = re.search(r"(?m)^name (.+)$", (CATALOGUE / design.ip / "config").read_text()).group(1)
     check_design(content, ip_name, design.entity, shown, ["entity", "architecture"], described.inputs, described.outputs)
     sum_width = int(re.search(rb"SUM_WIDTH +: positive := (\d+);", content).group(1))
-    require(sum_width <= described.sum_width(), f"sums have {sum_width} bits, not at most {described.sum_width()}")
+    require(sum_width == described.sum_width(), f"sums have {sum_width} bits, not {described.sum_width()}")
     require(design.facts == described.facts(), f"the program tells {design.facts} instead of {described.facts()}")
     return "text, header, ports and facts"
 

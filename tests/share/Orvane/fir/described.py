@@ -22,9 +22,10 @@ class Filter:
         aggregate = arguments.get("%%COEFS%%") or arguments["%%COEFS_PKG_HEXA_CONSTANT%%"]
         self.literals = [] if self.has_port else re.findall(r'[xX]"[0-9a-fA-F]+"', aggregate)
         self.coefficients = [signed_value(int(literal[2:-1], 16), self.widths[2]) for literal in self.literals]
+        self.is_symmetric = kind == "transpose_symmetric_fir"
         self.is_limited = arguments.get("%%SATURATION_STAGE%%") == "true"
         self.clocks = -(-self.tap_count // int(arguments.get("%%DSP_COUNT%%", self.tap_count)))
-        self.multipliers = -(-self.tap_count // self.clocks) // (2 if kind == "transpose_symmetric_fir" else 1)
+        self.multipliers = -(-self.tap_count // self.clocks) // (2 if self.is_symmetric else 1)
         self.latency = {
             "mac_fir": self.clocks + (self.multipliers - 1).bit_length() + 5 if self.clocks > 1 else 4,
             "systolic_fir": self.tap_count + 2, "transpose_symmetric_fir": 4}.get(kind, 3)
@@ -44,9 +45,9 @@ class Filter:
         return max(sum(map(max, products)).bit_length(), (~sum(map(min, products))).bit_length()) + 1
 
     def sum_width(self):
-        """The most bits that the sums in the text need, which have no less than those of a product of a pair."""
+        """Bits of the sums in the text: what the farthest one needs, of a result that wraps what leaves; a product's at least."""
         needed = self.reached_width() if self.is_limited else min(self.reached_width(), self.output_end)
-        return max(needed, self.widths[0] + self.widths[2] + 1)
+        return max(needed, self.widths[0] + self.widths[2] + self.is_symmetric)
 
     def facts(self):
         facts = {

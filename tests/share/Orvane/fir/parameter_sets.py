@@ -54,15 +54,14 @@ def mirrored(kind, values):
 def streaming_forms(kind):
     """The fixed forms of a streaming kind, each for a limit of its own."""
     is_symmetric = kind == "transpose_symmetric_fir"
-    small = [1, -128, -1, 127] if is_symmetric else [1, -128, -1]
-    # Here the lowest sum takes one bit more than the highest.
+    # Here the lowest sum takes one bit more than the highest; with negative coefficients the highest does.
     lowest = [127, 127, 4, 4, 127, 127] if is_symmetric else [127, 127, 3]
     plain = [2749, -3811, 1003, -77, 4091, -4096, 19, 1234, -2222, 3333]
     negative = [-3, -5000001, 99, -8388607, -7, 11]
     digits = ['x"7"', 'x"fffe"', 'X"2DF2"', 'x"00000000000000000a5"', "-1024", "1023"]
     extremes = [-2**23, 2**23 - 1, -2**23, -2**23, 2**23 - 1, -1, 0] * 8
     forms = {
-        "smallest": StreamingForm("e", coefficients=joined(mirrored(kind, small), ";")),
+        "highest_sum": StreamingForm("e", 8, 17 + is_symmetric, 8, coefficients=joined([-value for value in lowest], ";")),
         "lowest_sum": StreamingForm("lowest_sum", 8, 17 + is_symmetric, 8, coefficients=joined(lowest)),
         "wide_negative": StreamingForm("wide_negative", 18, 45, 24, coefficients=joined(mirrored(kind, negative))),
         "low_bits": StreamingForm("wrapping", 11, 8, 13, coefficients=joined(mirrored(kind, plain))),
@@ -71,7 +70,7 @@ def streaming_forms(kind):
         "beyond_the_sum": StreamingForm("Shifts", 10, 14, 8, truncation=36,
                                         coefficients=joined(mirrored(kind, [0, 1, -1, 64, 0, -128, 3, 3]))),
         "largest": StreamingForm("largest_fir", 18, 50, 24, coefficients=joined(mirrored(kind, extremes))),
-        "input_many": StreamingForm("loadable", 18, 33, 21, "Input", 8, "7, 8", 8),
+        "input_many": StreamingForm("loadable", 18, 35, 21, "Input", 8, "7, 8", 8),
     }
     if kind == "transpose_fir":
         forms["widest_input"] = StreamingForm("wide_input", 24, 36, 18, truncation=12,

@@ -287,7 +287,7 @@ void GenerateTest::previewsOfWhatFails() {
     const auto verify = [this](const QByteArray& content, const QString& error, const QJsonValue& checked) {
         _prefix->write("a.velmora", content);
         const QJsonObject told = preview("a.velmora");
-        QCOMPARE(told["errors"].toArray()[0].toString().section(" (filename", 0, 0), error);
+        QVERIFY2(told["errors"].toArray()[0].toString().startsWith(error), qPrintable(told["errors"].toString()));
         QCOMPARE(told["checked"], checked);
         QVERIFY(!told["succeeded"].toBool() && told["entity"].isNull() && told["instantiation"].isNull());
         for (const char* list : {"facts", "generics", "ports", "files"})

@@ -144,17 +144,21 @@ void ApplicationTest::exceptionsLeaveEveryLoop() {
     QPushButton button;
     QObject::connect(&button, &QPushButton::pressed, &button, throwIt);
     bool wentOn = false;
-    if (place == BeforeTheLoop)
+    if (place == BeforeTheLoop) {
         throwing.show();
-    else if (place == InSlot)
+        QDialog dialog; // which is not what is left
+        QTimer::singleShot(0, &dialog, &QDialog::accept);
+        QCOMPARE(dialog.exec(), int(QDialog::Accepted));
+    } else if (place == InSlot) {
         QTimer::singleShot(0, qApp, throwIt);
-    else if (place == InPressedButton)
+    } else if (place == InPressedButton) {
         QTimer::singleShot(0, qApp, [&button] { QTest::mousePress(&button, Qt::LeftButton); });
-    else
+    } else {
         QTimer::singleShot(0, qApp, [&] {
             QTimer::singleShot(0, qApp, throwIt);
             wentOn = QDialog().exec() == QDialog::Rejected;
         });
+    }
     QCOMPARE(caughtFromExec(), caught);
     QCOMPARE(wentOn, place == InModalDialog);
 
