@@ -150,6 +150,7 @@ void SealToolEnvelopeTest::unsealing() {
     QVERIFY(run("unseal - --verify", good).output.startsWith("-: unaltered, signed by "));
     verifyRefused(altered, 5, "altered after it was sealed\n"); // the signature tells first
     verifyRefused(bare, 6, "not signed\n");
+    verifyRefused(script, 6, "not a sealed script\n");
     verifyRefused(good.left(good.size() / 2), 3, "truncated or malformed\n");
     QVERIFY(QDir(_installation->path("scripts")).removeRecursively() && QDir().mkdir(_installation->path("scripts")));
     verifyRefused(good, 4, "its key is not installed (keyId ");
@@ -175,20 +176,20 @@ void SealToolEnvelopeTest::addedRecipients() {
     const auto pem = toBytes(Installation::rsaKey(2304).getPublicPem());
     const auto base64 = QByteArray(pem).remove(pem.size() - 25, 25).remove(0, 27);
     _installation->write("key.pem", "A tool maker's key\n" + pem);
-    _installation->write("key.v", "`pragma protect key_keyowner = \"Tool Maker\", key_keyname= \"k 2\"\r\n"
+    _installation->write("key.v", "`pragma protect key_keyowner = \"Tool Maker\", key_keyname= \"k 1\"\r\n"
                                   "`pragma protect key_public_key\r\n" +
                                       QByteArray(base64).replace("\n", "\r\n") + "\r\n");
     for (const char* line : {"recipients add @/key.pem --owner Maker --name k/1", "recipients add @/key.v",
-                             "recipients add @/key.pem --force --owner O --name k_2", // another one of that file name
+                             "recipients add @/key.pem --force --owner O --name k/1", // of that name, but not the same
                              "recipients add @/recipients/a.pem --recipients @/new/place"})
         QCOMPARE(run(line).errors, QByteArray());
     QCOMPARE(read("recipients/k_1.pem"), "Key-Owner: Maker\nKey-Name: k/1\n" + pem);
-    QCOMPARE(read("recipients/k_2.pem"), "Key-Owner: Tool Maker\nKey-Name: k 2\n" + pem);
+    QCOMPARE(read("recipients/k_1-2.pem"), "Key-Owner: Tool Maker\nKey-Name: k 1\n" + pem);
     QCOMPARE(read("new/place/a.pem"), read("recipients/a.pem"));
     QCOMPARE(run("recipients list").output, QByteArray("@/recipients/a.pem: Velmora / a, 2048 bits\n"
-                                                       "@/recipients/k_1.pem: Maker / k/1, 2304 bits\n"
-                                                       "@/recipients/k_2-2.pem: O / k_2, 2304 bits\n"
-                                                       "@/recipients/k_2.pem: Tool Maker / k 2, 2304 bits\n"));
+                                                       "@/recipients/k_1-2.pem: Tool Maker / k 1, 2304 bits\n"
+                                                       "@/recipients/k_1-3.pem: O / k/1, 2304 bits\n"
+                                                       "@/recipients/k_1.pem: Maker / k/1, 2304 bits\n"));
     const auto text = run("protect - --language vhdl", region).output;
     QCOMPARE(run("open - --key @/b.private.pem", text).output, regionText);
 }

@@ -38,9 +38,12 @@ class Terminal {
 public:
     explicit Terminal(const QString& directory) : _child(forkpty(&_master, nullptr, nullptr, nullptr)) {
         const auto base = directory.toLocal8Bit() + "/s";
-        if (_child == 0)
+        if (_child == 0) {
+            for (const int number : {SIGINT, SIGHUP}) // ignored where the tests run in the background
+                std::signal(number, SIG_DFL);
             execl(VELMORA_SEAL_PROGRAM, VELMORA_SEAL_PROGRAM, "keygen", "signer", "-o", base.data(), "--passphrase",
                   nullptr);
+        }
         QCOMPARE(readUntil(": "), QByteArray("New passphrase: "));
         QVERIFY(!hasEcho());
     }

@@ -53,6 +53,7 @@ void LazinessTest::elementsAreAskedWhenNeeded() {
         QCOMPARE(calls, expectedCalls);
     };
     verify(0, [&] { return reduce(copies)._getLabel() == "Reduce(Flatten(Associates(List)))"; });
+    verify(1, [&] { return !subset(numbers, &Number::isAtLeast, 0).isEmpty(); });
     verify(8, [&] { return !subset(numbers, &Number::isAtLeast, 6).hasCount(1); });
     verify(0, [&] { return !halves.hasCount(2); });
     verify(1, [&] { return halves.getAt(7) == 3; });
