@@ -45,7 +45,7 @@ architecture bench of probe_tb is
   signal is_busy  : boolean := false; -- what busy has to be at the next rising edge
   signal finished : boolean := false;
 
-  -- The number behind one from 1 to 2**31 - 2 in the sequence of Park and Miller, Communications of the ACM 31 (1988), 1195.
+  -- The number behind one from 1 to 2**31 - 2 in the sequence of Park and Miller, Communications of the ACM 31 (1988).
   function following(number : positive) return positive is
     constant DIFFERENCE : integer := 16807 * (number mod 127773) - 2836 * (number / 127773);
   begin
@@ -302,7 +302,7 @@ begin
     variable calm           : natural  := 0;     -- clocks from the start on in which trig_in gives no trigger
     variable is_second      : boolean  := false; -- of the two clocks of an edge
     variable wants_first    : boolean  := false; -- the lines are to show the first level, not the trigger
-    variable flaw           : natural  := 0;     -- 1: a line is wrong at the first clock, 2: at the second; from 4 on all may be
+    variable flaw           : natural  := 0;     -- 1, 2: a line is wrong at the first, second clock; above 3 all may be
 
     impure function random(limit : positive) return natural is
     begin
