@@ -354,7 +354,11 @@ begin
       rest := random_vector(TRIGGER_LINES);
       is_second := not is_second or age < calm;
       if age < calm then
-        return spoilt(fitting(TRIGGER_VALUES, rest));
+        lines := fitting(FIRST_LEVEL_VALUES, rest);
+        if random(2) = 0 or holds(TRIGGER_VALUES, trig_in, lines) then
+          lines := spoilt(fitting(TRIGGER_VALUES, rest));
+        end if;
+        return lines;
       end if;
       if not is_second then
         wants_first := HAS_FIRST_LEVEL and random(3) = 0;
@@ -421,7 +425,7 @@ begin
     reset_clocks(4);
     for number in 1 to CAPTURES loop
       for attempt in 1 to random(4) loop -- that a reset ends
-        start(random(2) * random(40));
+        start(random(3) * SAMPLES_TO_FILL + random(2) * random(40));
         pass_clocks(random(2) * SAMPLES_TO_FILL + random(60));
         reset_clocks(1 + random(3));
         pass_clocks(random(4));

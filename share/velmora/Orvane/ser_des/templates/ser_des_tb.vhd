@@ -114,8 +114,8 @@ begin
 
   -- Follows the inputs at the rising edges of both clocks, and compares all outputs at each falling edge of bit_clk.
   model : process
-    -- One bit edge of each word is the transfer edge: D/2 (rounded down) bit edges behind the word edge, or one more. Which
-    -- of both is open where edges of both clocks coincide: then the outputs tell, and from each reset on it stays.
+    -- One bit edge of each word is the transfer edge: D/2 (rounded down) bit edges behind the word edge, or one more.
+    -- Which of both is open where edges of both clocks coincide: then the outputs tell, and from each reset on it stays.
     type latencies_t is array (0 to 1) of boolean;
     variable fits : latencies_t := (others => true);
 
