@@ -45,7 +45,7 @@ architecture bench of probe_tb is
   signal is_busy  : boolean := false; -- what busy has to be at the next rising edge
   signal finished : boolean := false;
 
-  -- The number behind one from 1 to 2**31 - 2 in the sequence of Park and Miller, Communications of the ACM 31 (1988), 1195.
+  -- The number behind one from 1 to 2**31 - 2 in the sequence of Park and Miller, Communications of the ACM 31 (1988).
   function following(number : positive) return positive is
     constant DIFFERENCE : integer := 16807 * (number mod 127773) - 2836 * (number / 127773);
   begin
@@ -302,7 +302,7 @@ begin
     variable calm           : natural  := 0;     -- clocks from the start on in which trig_in gives no trigger
     variable is_second      : boolean  := false; -- of the two clocks of an edge
     variable wants_first    : boolean  := false; -- the lines are to show the first level, not the trigger
-    variable flaw           : natural  := 0;     -- 1: a line is wrong at the first clock, 2: at the second; from 4 on all may be
+    variable flaw           : natural  := 0;     -- 1, 2: a line is wrong at the first, second clock; above 3 all may be
 
     impure function random(limit : positive) return natural is
     begin
@@ -354,7 +354,11 @@ begin
       rest := random_vector(TRIGGER_LINES);
       is_second := not is_second or age < calm;
       if age < calm then
-        return spoilt(fitting(TRIGGER_VALUES, rest));
+        lines := fitting(FIRST_LEVEL_VALUES, rest);
+        if random(2) = 0 or holds(TRIGGER_VALUES, trig_in, lines) then
+          lines := spoilt(fitting(TRIGGER_VALUES, rest));
+        end if;
+        return lines;
       end if;
       if not is_second then
         wants_first := HAS_FIRST_LEVEL and random(3) = 0;
@@ -421,7 +425,7 @@ begin
     reset_clocks(4);
     for number in 1 to CAPTURES loop
       for attempt in 1 to random(4) loop -- that a reset ends
-        start(random(2) * random(40));
+        start(random(3) * SAMPLES_TO_FILL + random(2) * random(40));
         pass_clocks(random(2) * SAMPLES_TO_FILL + random(60));
         reset_clocks(1 + random(3));
         pass_clocks(random(4));

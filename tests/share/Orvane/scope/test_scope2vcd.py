@@ -203,13 +203,14 @@ class Pages(ConverterTest):
                 self.assertTrue((page.parent / name).is_file(), name)
 
     def read_out(self, kind):
-        """Of the reference scope, as the page instantiates it: what it has to be, the capture that the page's process writes, its wave."""
+        """Of the reference scope, as the page instantiates it: what is asked of it, the capture of the page's process, its wave."""
         chosen, = [each for each in parameter_sets(kind, 1, False) if each.name == "reference"]
         ghdl, entity = Ghdl(DIRECTORY / kind, "08"), chosen.form.entity
         design, = program.generate(kind, [chosen.form], ghdl.directory)
         described = Described(kind, design.arguments)
         (ghdl.directory / "page.vhd").write_text(PAGE_BENCH.format(
-            entity=entity, sample_width=described.sample_width, instance=example(kind, "instance").replace("work.E", f"work.{entity}"),
+            entity=entity, sample_width=described.sample_width,
+            instance=example(kind, "instance").replace("work.E", f"work.{entity}"),
             process=example(kind, "read-out").replace("entity E", f"entity {entity}")))
         ghdl.analyse([design.path, "page.vhd"])
         self.assertNotIn("warning", ghdl("-r", "page", "--stop-time=60us", "--ieee-asserts=disable-at-0"))
@@ -228,7 +229,8 @@ class Pages(ConverterTest):
                 # The scope's data count up at each clock, so that each sample follows from the one before.
                 numbers = [sum(int(wave.at(f"in{line}", tick)) << line for line in range(described.input_count))
                            for tick in range(first, described.depth)]
-                self.assertEqual({(after - before) % 2**described.input_count for before, after in zip(numbers, numbers[1:])}, {1})
+                steps = {(after - before) % 2**described.input_count for before, after in zip(numbers, numbers[1:])}
+                self.assertEqual(steps, {1})
 
 
 if __name__ == "__main__":

@@ -18,7 +18,7 @@ architecture bench of ser_des_tb is
 
   signal reset             : std_logic := '1';
   signal word_clk, bit_clk : std_logic := '0';
-  signal phase             : natural   := 0; -- from an edge of word_clk to the next one of bit_clk, in ns; a bit has 8 ns
+  signal phase             : natural   := 0; -- from an edge of word_clk to that of bit_clk, in ns; a bit has 8
   signal finished          : boolean   := false;
   -- begin ser signals
   signal ser_training : std_logic := '0';
@@ -114,8 +114,8 @@ begin
 
   -- Follows the inputs at the rising edges of both clocks, and compares all outputs at each falling edge of bit_clk.
   model : process
-    -- One bit edge of each word is the transfer edge, the D/2-th or the one behind it after the word edge (rounded down).
-    -- Which of them is open where edges of both clocks coincide: then the outputs tell, and from each reset on it stays.
+    -- One bit edge of each word is the transfer edge: D/2 (rounded down) bit edges behind the word edge, or one more.
+    -- Which of both is open where edges of both clocks coincide: then the outputs tell, and from each reset on it stays.
     type latencies_t is array (0 to 1) of boolean;
     variable fits : latencies_t := (others => true);
 
@@ -130,7 +130,7 @@ begin
       word       : word_t;                 -- on des_data
       slip       : natural range 0 to WORD_SIZE - 1;
       matches    : natural range 0 to 8;   -- in a row
-      is_moved   : boolean;                -- by the last edge: the word is still the one at the position before
+      is_moved   : boolean;                -- by the last edge: word is still at the position before
       is_aligned : boolean;
     end record;
     type lines_t is array (des_in'range) of line_t;
@@ -194,8 +194,8 @@ begin
     -- end ser model
 
     -- begin des model
-    -- The word at a slip position, at a word edge. At slip position 0 its last bit is the one in front of the transfer edge
-    -- in the third word before.
+    -- The word at a slip position, at a word edge. At position 0 its last bit is the one in front of the transfer edge
+    -- of the third word before.
     impure function word_at(line, slip, late : natural) return word_t is
       constant LAST : natural := 3 * WORD_SIZE + 1 + position - WORD_SIZE / 2 - late - slip;
     begin
@@ -326,7 +326,7 @@ begin
     variable offset : offsets_t := (others => 0); -- of the words from the word edges, in bits
     -- end des stimulus
 
-    -- Park and Miller, Communications of the ACM 31 (1988), 1195.
+    -- Park and Miller, Communications of the ACM 31 (1988).
     impure function random(limit : positive) return natural is
       variable difference : integer;
     begin
