@@ -290,7 +290,7 @@ void RulesTest::headsOfUnits_data() {
     const TestTable<QByteArray, QStringList> table("text", "heads");
     table.row(
         "entity",
-        "library ieee; architecture a of b is begin x <= c when '(', character'('(') when '\"'; end;\n"
+        "library ieee; architecture a of b is begin x <= c when '(', '\"' & character'('\"'); end;\n"
         "Library ieee; -- use it\nuse ieee.std_logic_1164.all;\n"
         "ENTITY Top Is Generic (N, M : positive := 2 ** (3);T:string:=\";)\");\n"
         "port (signal a,b : bit := '1'; -- ; c : in bit\n  c:OUT std_logic_vector ( N - 1\tdownto/*0*/0 ));\nend;",
