@@ -1,6 +1,7 @@
 #include <velmora/rules/HdlInstantiation.h>
 
 #include <velmora/rules/HdlTokens.h>
+#include <velmora/rules/VhdlReservedWords.h>
 
 #include <Brindle/core/Text.h>
 
@@ -14,26 +15,6 @@
 namespace Velmora {
 
 namespace {
-
-// VHDL-2008 (IEEE Std 1076-2008, 15.10) without the words of PSL.
-constexpr std::array<std::string_view, 102> reservedWords{
-    "abs",          "access",    "after",      "alias",      "all",       "and",
-    "architecture", "array",     "assert",     "attribute",  "begin",     "block",
-    "body",         "buffer",    "bus",        "case",       "component", "configuration",
-    "constant",     "context",   "default",    "disconnect", "downto",    "else",
-    "elsif",        "end",       "entity",     "exit",       "file",      "for",
-    "force",        "function",  "generate",   "generic",    "group",     "guarded",
-    "if",           "impure",    "in",         "inertial",   "inout",     "is",
-    "label",        "library",   "linkage",    "literal",    "loop",      "map",
-    "mod",          "nand",      "new",        "next",       "nor",       "not",
-    "null",         "of",        "on",         "open",       "or",        "others",
-    "out",          "package",   "parameter",  "port",       "postponed", "procedure",
-    "process",      "protected", "pure",       "range",      "record",    "register",
-    "reject",       "release",   "rem",        "report",     "return",    "rol",
-    "ror",          "select",    "severity",   "shared",     "signal",    "sla",
-    "sll",          "sra",       "srl",        "subtype",    "then",      "to",
-    "transport",    "type",      "unaffected", "units",      "until",     "use",
-    "variable",     "wait",      "when",       "while",      "with",      "xor"};
 
 /// The name of a type or subtype without library, package and constraint, in lower case.
 std::string getMark(const HdlObject& object) {
@@ -134,7 +115,7 @@ std::string toVhdlName(const std::string& name) {
         std::isalpha(static_cast<unsigned char>(plain.empty() ? '\0' : plain.front())) && !plain.ends_with('_') &&
         plain.find("__") == plain.npos &&
         std::ranges::all_of(plain, [](char c) { return std::isalnum(static_cast<unsigned char>(c)) || c == '_'; }) &&
-        std::ranges::find(reservedWords, Brindle::toLower(plain)) == reservedWords.end();
+        !isVhdlReservedWord(plain);
     return isBasic ? std::string(plain) : "\\" + std::string(plain) + "\\";
 }
 

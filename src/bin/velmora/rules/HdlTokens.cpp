@@ -1,5 +1,7 @@
 #include <velmora/rules/HdlTokens.h>
 
+#include <velmora/rules/VhdlReservedWords.h>
+
 #include <Brindle/core/Text.h>
 
 #include <algorithm>
@@ -106,9 +108,9 @@ std::size_t getVhdlNumberSize(const Scanner& scanner) {
     }
 }
 
-/// In front of a parenthesis, a quote that follows a name or a bracket is that of a qualified expression.
+/// A quote that follows a name is that of an attribute or a qualified expression.
 bool isTick(std::string_view last) {
-    return last == ")" || last == "]" || (!last.empty() && (isHdlName(last)));
+    return isHdlName(last) && !isVhdlReservedWord(last);
 }
 
 std::size_t getSymbolSize(const Scanner& scanner, const std::vector<std::string_view>& symbols) {
@@ -134,7 +136,7 @@ void scanVhdl(Scanner& scanner) {
         scanner.take(getVhdlNumberSize(scanner));
     } else if (character == '"' || character == '\\') {
         scanner.takeQuoted(character);
-    } else if (character == '\'' && scanner.peek(2) == '\'' && (scanner.peek(1) != '(' || !isTick(scanner.getLast()))) {
+    } else if (character == '\'' && scanner.peek(2) == '\'' && !isTick(scanner.getLast())) {
         scanner.take(3);
     } else {
         scanner.take(getSymbolSize(scanner, symbols));

@@ -290,18 +290,21 @@ void RulesTest::headsOfUnits_data() {
     const TestTable<QByteArray, QStringList> table("text", "heads");
     table.row(
         "entity",
-        "library ieee; architecture a of b is begin x : if c = '(' generate end generate; end;\n"
+        "library ieee; architecture a of b is begin x <= c when '(', '\"' & character'('\"'); end;\n"
         "Library ieee; -- use it\nuse ieee.std_logic_1164.all;\n"
         "ENTITY Top Is Generic (N, M : positive := 2 ** (3);T:string:=\";)\");\n"
         "port (signal a,b : bit := '1'; -- ; c : in bit\n  c:OUT std_logic_vector ( N - 1\tdownto/*0*/0 ));\nend;",
         {"Top", "Library ieee;", "use ieee.std_logic_1164.all;", "N,in,positive,2 ** (3)", "M,in,positive,2 ** (3)",
          "T,in,string,\";)\"", "a,in,bit,'1'", "b,in,bit,'1'", "c,OUT,std_logic_vector ( N - 1 downto 0 ),"});
     table.row("two entities, one of them cut", "entity a is port (x : ; entity b is end; entity c is end c;", {});
-    table.row("module",
-              "`ifdef A\nmodule no;\n`else\nmodule m #(parameter W = 8, localparam L = 1, parameter [1:0] P = 2'b01)\n"
-              "(input wire [W-1:0] d /* , e */, f, output \\q; = 0);\n`endif endmodule module n(x); inout [1:0] x;",
-              {"m", "W,,,8", "P,,[1:0],2'b01", "d,input,wire [W-1:0],", "f,input,wire [W-1:0],", "\\q;,output,,0", "n",
-               "x,inout,[1:0],"});
+    table.row(
+        "module",
+        "`define B\n`ifdef A\nmodule no;\n`elsif B\nmodule m #(parameter W = 8, localparam L = 1, parameter "
+        "[1:0] P = 2'b01)\n"
+        "(input wire [W-1:0] d /* , e */, f, output \\q; = 0);\n`else endmodule module no(input x);\n`endif endmodule "
+        "module n(x); inout [1:0] x;",
+        {"m", "W,,,8", "P,,[1:0],2'b01", "d,input,wire [W-1:0],", "f,input,wire [W-1:0],", "\\q;,output,,0", "n",
+         "x,inout,[1:0],"});
 }
 
 void RulesTest::headsOfUnits() {

@@ -241,7 +241,9 @@ void RunnerTest::wrongAnswers() {
         exception = fatal.what();
     }
     QTEST(exception, "exception");
-    QCOMPARE(run(returning("{}")).exception, QString()); // and the next generation works
+    const QString next = _prefix->writeScript("next.py", returning("{}"));
+    QVERIFY(!Velmora::GeneratorScript(next.toStdString()).describe(arguments)); // which is not taken for its own
+    QCOMPARE(run(returning("{}")).exception, QString());
 }
 
 void RunnerTest::scriptFileErrors() {
