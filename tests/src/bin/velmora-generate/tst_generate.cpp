@@ -287,7 +287,8 @@ void GenerateTest::previewsOfWhatFails() {
     const auto verify = [this](const QByteArray& content, const QString& error, const QJsonValue& checked) {
         _prefix->write("a.velmora", content);
         const QJsonObject told = preview("a.velmora");
-        QVERIFY2(told["errors"].toArray()[0].toString().startsWith(error), qPrintable(told["errors"].toString()));
+        const QString first = told["errors"].toArray()[0].toString();
+        QVERIFY2(first.startsWith(error), qPrintable(first));
         QCOMPARE(told["checked"], checked);
         QVERIFY(!told["succeeded"].toBool() && told["entity"].isNull() && told["instantiation"].isNull());
         for (const char* list : {"facts", "generics", "ports", "files"})
