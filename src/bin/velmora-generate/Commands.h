@@ -12,5 +12,8 @@ extern const Brindle::Command runCommand;         ///< Generates from configurat
 extern const Brindle::Command previewCommand;     ///< Shows what would be generated.
 extern const Brindle::Command instantiateCommand; ///< Shows how a design uses it.
 extern const Brindle::Command benchCommand;       ///< Writes test benches.
+extern const Brindle::Command designCommand;      ///< Designs the coefficients of a filter.
+extern const Brindle::Command importCommand;      ///< Makes coefficients from the numbers of a file.
+extern const Brindle::Command responseCommand;    ///< Tells what the filter of a configuration does to sines.
 
 } // namespace GenerateTool

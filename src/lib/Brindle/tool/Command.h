@@ -9,7 +9,7 @@ namespace Brindle {
 
 /// One thing that a command-line program does.
 struct Command {
-    std::string_view name;
+    std::string_view name;    ///< Of one word, or of two with a blank between them.
     std::string_view summary; ///< Half a line for the list of commands.
     std::string_view help;    ///< What `--help` shows.
     std::vector<Option> options;

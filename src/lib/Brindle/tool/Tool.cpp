@@ -26,24 +26,48 @@ std::string getHelp(const Tool& tool) {
            " --version tells the version.\n\n" + std::string(tool.closing);
 }
 
-const Command* findCommand(const Tool& tool, const std::vector<std::string>& arguments) {
-    if (arguments.empty())
-        return nullptr;
-    const auto command = std::ranges::find(tool.commands, arguments.front(), &Command::name);
-    return command == tool.commands.end() ? nullptr : *command;
+/// A command that was called, and what follows its name.
+struct Call {
+    const Command* command = nullptr;
+    std::vector<std::string> arguments; ///< The last word of the name in front.
+};
+
+/// The command whose words the arguments begin with; none when there is no such command.
+Call findCommand(const Tool& tool, const std::vector<std::string>& arguments) {
+    std::string name;
+    constexpr std::ptrdiff_t mostWords = 2;
+    const auto end = arguments.begin() + std::min(std::ssize(arguments), mostWords);
+    for (auto word = arguments.begin(); word != end; ++word) {
+        name += (name.empty() ? "" : " ") + *word;
+        if (const auto command = std::ranges::find(tool.commands, name, &Command::name); command != tool.commands.end())
+            return {*command, {word, arguments.end()}};
+    }
+    return {};
+}
+
+/// Why the arguments are no command.
+std::string getProblem(const Tool& tool, const std::string& first) {
+    if (first.starts_with('-'))
+        return "Unknown option " + first;
+    std::string rest; // of the commands whose name begins so
+    for (const Command* command : tool.commands) {
+        if (command->name.starts_with(first + " "))
+            rest += (rest.empty() ? "" : ", ") + std::string(command->name.substr(first.size() + 1));
+    }
+    return rest.empty() ? "Unknown command " + inQuotes(first)
+                        : "Behind " + inQuotes(first) + " should stand one of these: " + rest;
 }
 
 int run(const Tool& tool, const std::vector<std::string>& arguments) {
-    const Command* const command = findCommand(tool, arguments);
-    if (answerQuestion(arguments, tool.name, tool.version, command ? std::string(command->help) : getHelp(tool)))
+    const Call call = findCommand(tool, arguments);
+    if (answerQuestion(arguments, tool.name, tool.version,
+                       call.command ? std::string(call.command->help) : getHelp(tool)))
         return 0;
     if (arguments.empty())
         throw located(UsageError("No command given"), BRINDLE_HERE);
-    if (!command && arguments.front().starts_with('-'))
-        throw located(UsageError("Unknown option " + arguments.front()), BRINDLE_HERE);
-    if (!command)
-        throw located(UsageError("Unknown command " + inQuotes(arguments.front())), BRINDLE_HERE);
-    return tool.run(*command, CommandLine(arguments, command->options));
+    if (!call.command)
+        throw located(UsageError(getProblem(tool, arguments.front())), BRINDLE_HERE);
+    return tool.run(*call.command, CommandLine(call.arguments, call.command->options));
 }
 
 } // namespace

@@ -1,0 +1,126 @@
+#include <velmora/signal/Band.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <numbers>
+
+namespace Velmora {
+
+namespace {
+
+/// The real amplitude of symmetric coefficients: their response without its linear phase.
+class Amplitude {
+public:
+    explicit Amplitude(const std::vector<double>& coefficients)
+        : _half(coefficients.begin(),
+                coefficients.begin() + static_cast<std::ptrdiff_t>((coefficients.size() + 1) / 2)),
+          _isOdd(coefficients.size() % 2 == 1) {
+        std::ranges::reverse(_half); // the middle first
+        for (std::size_t index = _isOdd ? 1 : 0; index < _half.size(); ++index)
+            _half[index] *= 2;
+    }
+
+    double operator()(double frequency) const {
+        const double angle = 2 * std::numbers::pi * frequency;
+        // cos((n + 1) x) = 2 cos(x) cos(n x) - cos((n - 1) x), from n = 0, or from n = 1/2 for an even count
+        double cosine = std::cos(_isOdd ? 0 : angle / 2);
+        double last = std::cos(_isOdd ? angle : angle / 2);
+        const double factor = 2 * std::cos(angle);
+        double sum = 0;
+        for (const double coefficient : _half) {
+            sum += coefficient * cosine;
+            const double next = factor * cosine - last;
+            last = cosine;
+            cosine = next;
+        }
+        return sum;
+    }
+
+private:
+    std::vector<double> _half;
+    const bool _isOdd;
+};
+
+/// Smallest and largest magnitude.
+struct Extremes {
+    double smallest = std::numeric_limits<double>::infinity();
+    double largest = 0;
+
+    void take(double magnitude) {
+        smallest = std::min(smallest, magnitude);
+        largest = std::max(largest, magnitude);
+    }
+    void take(const Extremes& other) {
+        smallest = std::min(smallest, other.smallest);
+        largest = std::max(largest, other.largest);
+    }
+};
+
+/// Where the parabola through three values at -1, 0 and 1 has its peak.
+double getVertex(double before, double middle, double after) {
+    return 0.5 * (before - after) / (before - 2 * middle + after);
+}
+
+Extremes getExtremes(const Amplitude& amplitude, std::size_t tapCount, double begin, double end) {
+    constexpr double pointsPerLobe = 16; // the steps at which a parabola is as good as the cosine
+    const double count = std::max(std::ceil((end - begin) * static_cast<double>(tapCount) * pointsPerLobe), 4.0);
+    const double step = (end - begin) / count;
+    std::vector<double> values;
+    for (double index = 0; index <= count; ++index)
+        values.push_back(amplitude(index == count ? end : begin + index * step));
+    Extremes extremes;
+    extremes.take(std::abs(values.front()));
+    for (std::size_t index = 1; index < values.size(); ++index) {
+        extremes.take(std::abs(values[index]));
+        if (values[index] * values[index - 1] < 0)
+            extremes.smallest = 0; // it goes through zero
+        if (index + 1 == values.size() || (values[index] > values[index - 1]) == (values[index + 1] > values[index]))
+            continue;
+        const double vertex = getVertex(values[index - 1], values[index], values[index + 1]);
+        if (std::abs(vertex) <= 1)
+            extremes.take(std::abs(amplitude(begin + (static_cast<double>(index) + vertex) * step)));
+    }
+    return extremes;
+}
+
+double toDecibels(double ratio) {
+    return std::clamp(20 * std::log10(ratio), -bestFigure, bestFigure);
+}
+
+} // namespace
+
+std::vector<Band> getBands(const DesignWish& wish) {
+    const auto& pass = wish.passEdges;
+    const auto& stop = wish.stopEdges;
+    switch (wish.kind) {
+    case DesignWish::Kind::LowPass:
+        return {{0, pass[0], true}, {stop[0], 0.5, false}};
+    case DesignWish::Kind::HighPass:
+        return {{0, stop[0], false}, {pass[0], 0.5, true}};
+    case DesignWish::Kind::BandPass:
+        return {{0, stop[0], false}, {pass[0], pass[1], true}, {stop[1], 0.5, false}};
+    default:
+        return {{0, pass[0], true}, {stop[0], stop[1], false}, {pass[1], 0.5, true}};
+    }
+}
+
+BandFigures getBandFigures(const std::vector<double>& coefficients, const std::vector<Band>& bands) {
+    const Amplitude amplitude(coefficients);
+    Extremes pass;
+    Extremes stop;
+    Extremes transition;
+    double end = 0;
+    for (const Band& band : bands) {
+        if (band.begin > end)
+            transition.take(getExtremes(amplitude, coefficients.size(), end, band.begin));
+        (band.isPass ? pass : stop).take(getExtremes(amplitude, coefficients.size(), band.begin, band.end));
+        end = band.end;
+    }
+    if (pass.largest == 0)
+        return {bestFigure, -bestFigure, 0};
+    return {toDecibels(pass.largest / pass.smallest), toDecibels(pass.largest / stop.largest),
+            toDecibels(std::max(transition.largest, pass.largest) / pass.largest)};
+}
+
+} // namespace Velmora
