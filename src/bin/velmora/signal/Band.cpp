@@ -105,6 +105,27 @@ std::vector<Band> getBands(const DesignWish& wish) {
     }
 }
 
+Transitions getTransitions(const std::vector<Band>& bands) {
+    Transitions transitions{1, 0};
+    for (std::size_t band = 0; band + 1 < bands.size(); ++band) {
+        const double width = bands[band + 1].begin - bands[band].end;
+        transitions = {std::min(transitions.narrowest, width), std::max(transitions.widest, width)};
+    }
+    return transitions;
+}
+
+std::vector<Band> narrowTransitions(std::vector<Band> bands, double width) {
+    for (std::size_t index = 0; index + 1 < bands.size(); ++index) {
+        Band& band = bands[index];
+        Band& next = bands[index + 1];
+        if (band.isPass)
+            next.begin = std::min(next.begin, band.end + width);
+        else
+            band.end = std::max(band.end, next.begin - width);
+    }
+    return bands;
+}
+
 BandFigures getBandFigures(const std::vector<double>& coefficients, const std::vector<Band>& bands) {
     const Amplitude amplitude(coefficients);
     Extremes pass;

@@ -17,6 +17,16 @@ struct Band {
 /// raised cosine.
 std::vector<Band> getBands(const DesignWish& wish);
 
+/// The widths of the narrowest and the widest transition between bands.
+struct Transitions {
+    double narrowest = 0;
+    double widest = 0;
+};
+Transitions getTransitions(const std::vector<Band>& bands);
+
+/// The same with stop bands that reach to that distance from the pass bands.
+std::vector<Band> narrowTransitions(std::vector<Band> bands, double width);
+
 /// What a linear-phase filter does in its bands, in dB, `bestFigure` at most.
 struct BandFigures {
     double ripple = 0;      ///< Largest over smallest magnitude in all pass bands.

@@ -52,19 +52,25 @@ std::vector<double> getOrderedEdges(const DesignWish& wish) {
     }
 }
 
+constexpr double closestEdges = 0.0001;
+
 void checkEdges(const DesignWish& wish) {
     const bool hasTwo = wish.kind == Kind::BandPass || wish.kind == Kind::BandStop;
     require(wish.passEdges.size() == (hasTwo ? 2 : 1) && wish.stopEdges.size() == wish.passEdges.size(),
             hasTwo ? "The pass band and the stop band should have two edges each, LOW,HIGH"
                    : "The pass band and the stop band should have one edge each");
-    const std::vector<double> edges = getOrderedEdges(wish);
-    require(edges.front() > 0 && edges.back() < 0.5, "The edges should lie between 0 and half the sample rate");
+    std::vector<double> edges = getOrderedEdges(wish);
     constexpr std::array<const char*, 4> orders{
         "The edge of the pass band should lie below that of the stop band",
         "The edge of the stop band should lie below that of the pass band",
         "The edges of the pass band should lie between those of the stop band, in ascending order",
         "The edges of the stop band should lie between those of the pass band, in ascending order"};
-    require(std::ranges::is_sorted(edges, std::ranges::less_equal()), orders.at(static_cast<std::size_t>(wish.kind)));
+    require(std::ranges::is_sorted(edges), orders.at(static_cast<std::size_t>(wish.kind)));
+    edges.insert(edges.begin(), 0);
+    edges.push_back(0.5);
+    const auto areNear = [](double left, double right) { return right - left < closestEdges; };
+    require(std::ranges::is_sorted(edges) && std::ranges::adjacent_find(edges, areNear) == edges.end(),
+            "The edges should lie between 0 and half the sample rate, 0.0001 of it apart or more");
 }
 
 void checkRootRaisedCosine(const DesignWish& wish) {

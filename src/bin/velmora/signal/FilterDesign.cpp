@@ -29,17 +29,36 @@ double getExcess(const DesignWish& wish, const BandFigures& figures) {
     return std::max(ofPass, ofStop);
 }
 
+/// Transitions of different widths can leave a peak in the wider one.
+bool hasOvershoot(const BandFigures& figures) {
+    constexpr double unremarkable = 0.5; // dB
+    return figures.overshoot > unremarkable;
+}
+
 /// One of several roundings of a number of taps.
 struct Candidate {
     FilterDesign design;
     BandFigures unroundedFigures;
     double unroundedExcess = 0;
     double excess = 0;
+
+    /// Nothing to be said against it.
+    bool isGood() const { return design.isMet && !hasOvershoot(*design.figures); }
+    bool isBetterThan(const Candidate& other) const {
+        return isGood() != other.isGood() ? isGood() : excess < other.excess;
+    }
 };
 
 class Search {
 public:
-    explicit Search(const DesignWish& wish) : _wish(wish), _bands(getBands(wish)), _prototype(wish) {}
+    explicit Search(const DesignWish& wish) : _wish(wish), _bands(getBands(wish)) {
+        _prototypes.emplace_back(wish, _bands);
+        const auto [narrowest, widest] = getTransitions(_bands);
+        if (widest - narrowest < 1e-6)
+            return;
+        for (const double part : {0.5, 0.25, 0.0})
+            _prototypes.emplace_back(wish, narrowTransitions(_bands, std::lerp(narrowest, widest, part)));
+    }
 
     /// The numbers of taps that can be, in ascending order.
     std::vector<int> getTapCounts() const {
@@ -54,29 +73,41 @@ public:
         return counts;
     }
 
-    /// The best of the roundings, as far as they are worth trying. None where the method finds no filter.
+    /// The best filter of that many taps. None where the method finds none.
     std::optional<Candidate> getBest(int tapCount) const {
-        std::optional<Candidate> best = getCandidate(tapCount, 0);
+        std::optional<Candidate> best;
+        for (const Prototype& prototype : _prototypes) {
+            auto candidate = getBest(prototype, tapCount);
+            if (candidate && (!best || candidate->isBetterThan(*best)))
+                best = std::move(candidate);
+            if (best && best->isGood())
+                break;
+        }
+        return best;
+    }
+
+    /// A number of taps that might do (Kaiser, 1974).
+    int estimateTapCount() const {
+        const AllowedErrors allowed = getAllowedErrors(_wish);
+        const bool isKaiser = _wish.method == DesignWish::Method::Kaiser;
+        const double error = isKaiser ? std::min(allowed.pass, allowed.stop) : std::sqrt(allowed.pass * allowed.stop);
+        const double width = getTransitions(_bands).narrowest;
+        const double estimate = (-20 * std::log10(error) - (isKaiser ? 8 : 13)) / (14.4 * width) + 1;
+        return static_cast<int>(std::ceil(std::clamp(estimate, 1.0, 1e6)));
+    }
+
+private:
+    /// The best of the roundings, as far as they are worth trying.
+    std::optional<Candidate> getBest(const Prototype& prototype, int tapCount) const {
+        std::optional<Candidate> best = getCandidate(prototype, tapCount, 0);
         for (int variant = 1; variant < Prototype::variantCount && isWorthTrying(best); ++variant) {
-            auto candidate = getCandidate(tapCount, variant);
-            if (candidate && (!best || candidate->excess < best->excess))
+            auto candidate = getCandidate(prototype, tapCount, variant);
+            if (candidate && (!best || candidate->isBetterThan(*best)))
                 best = std::move(candidate);
         }
         return best;
     }
 
-    /// A number of taps that might do, by Kaiser's estimate.
-    int estimateTapCount() const {
-        double narrowest = 1;
-        for (std::size_t band = 0; band + 1 < _bands.size(); ++band)
-            narrowest = std::min(narrowest, _bands[band + 1].begin - _bands[band].end);
-        const double ratio = std::pow(10, _wish.ripple.value_or(1) / 20);
-        const double deviation = -20 * std::log10((ratio - 1) / (ratio + 1));
-        const double product = (deviation + _wish.attenuation.value_or(0)) / 2;
-        return static_cast<int>(std::min((product - 13) / (14.6 * narrowest) + 2, 1e6));
-    }
-
-private:
     /// An equiripple filter has the smallest error there is, which rounding can only make larger.
     bool isWorthTrying(const std::optional<Candidate>& best) const {
         constexpr double closeEnough = 2;
@@ -86,8 +117,8 @@ private:
         return _wish.tapCount || _wish.method == DesignWish::Method::Kaiser || best->unroundedExcess <= slack;
     }
 
-    std::optional<Candidate> getCandidate(int tapCount, int variant) const {
-        auto taps = _prototype.design(tapCount, variant);
+    std::optional<Candidate> getCandidate(const Prototype& prototype, int tapCount, int variant) const {
+        auto taps = prototype.design(tapCount, variant);
         if (!taps)
             return std::nullopt;
         Candidate candidate;
@@ -104,7 +135,7 @@ private:
 
     const DesignWish& _wish;
     const std::vector<Band> _bands;
-    const Prototype _prototype;
+    std::vector<Prototype> _prototypes; // those after the first against overshoot
 };
 
 std::string getReached(const DesignWish& wish, const BandFigures& figures) {
@@ -132,13 +163,10 @@ std::string getAdvice(const DesignWish& wish, const Search& search, const Candid
     return text + "Allow more taps" + (isHelpful ? " (about " + getLabel(estimate) + ")" : "") + ", or " + relax + ".";
 }
 
-/// Transitions of different widths can leave a peak in the wider one.
 std::string getOvershootRemark(const BandFigures& figures) {
-    constexpr double unremarkable = 0.5; // dB
-    return figures.overshoot <= unremarkable
-               ? ""
-               : "Between the bands the magnitude is up to " + getFixedText(figures.overshoot, 1) +
-                     " dB above that of the pass band; transitions of the same width avoid that.";
+    return hasOvershoot(figures) ? "Between the bands the magnitude is up to " + getFixedText(figures.overshoot, 1) +
+                                       " dB above that of the pass band; transitions of the same width avoid that."
+                                 : "";
 }
 
 FilterDesign designRootRaisedCosine(const DesignWish& wish) {
@@ -169,19 +197,22 @@ FilterDesign designFilter(const DesignWish& wish) {
     }
     // The estimate is within some taps of the truth, but for very short filters.
     const int hopeless = search.estimateTapCount() / 2;
-    std::optional<Candidate> longest;
+    std::optional<Candidate> best;
     for (const int tapCount : tapCounts) {
         if (tapCount < hopeless && tapCount != tapCounts.back())
             continue;
         auto candidate = search.getBest(tapCount);
-        if (candidate && candidate->design.isMet)
-            return finish(wish, search, std::move(*candidate));
-        if (candidate)
-            longest = std::move(candidate);
+        if (!candidate)
+            continue;
+        const bool isGood = candidate->isGood();
+        if (isGood || !best || !best->design.isMet) // with overshoot only when there is no other
+            best = std::move(candidate);
+        if (isGood)
+            break;
     }
-    if (!longest)
+    if (!best)
         throw Brindle::located(Brindle::Critical("No filter of so many taps was found for these bands"), BRINDLE_HERE);
-    return finish(wish, search, std::move(*longest));
+    return finish(wish, search, std::move(*best));
 }
 
 } // namespace Velmora

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <utility>
 
 namespace Velmora {
 
@@ -20,16 +21,19 @@ const VelmoraDesignModule& getModule() {
     return *module;
 }
 
-// What stands for a wish that is left out, which then only sets the balance of the other.
-constexpr double usualRipple = 1;       // dB
-constexpr double usualAttenuation = 40; // dB
-
 } // namespace
 
-Prototype::Prototype(const DesignWish& wish) : _method(wish.method), _bands(getBands(wish)) {
+AllowedErrors getAllowedErrors(const DesignWish& wish) {
+    // What stands for a wish that is left out only sets the balance.
+    constexpr double usualRipple = 1;       // dB
+    constexpr double usualAttenuation = 40; // dB
     const double ratio = std::pow(10, wish.ripple.value_or(usualRipple) / 20);
-    _passError = (ratio - 1) / (ratio + 1);
-    _stopError = (1 + _passError) * std::pow(10, -wish.attenuation.value_or(usualAttenuation) / 20);
+    const double pass = (ratio - 1) / (ratio + 1);
+    return {pass, (1 + pass) * std::pow(10, -wish.attenuation.value_or(usualAttenuation) / 20)};
+}
+
+Prototype::Prototype(const DesignWish& wish, std::vector<Band> bands)
+    : _method(wish.method), _bands(std::move(bands)), _allowed(getAllowedErrors(wish)) {
     getModule();
 }
 
@@ -38,8 +42,8 @@ std::optional<Taps> Prototype::design(int tapCount, int variant) const {
     const int offset = (variant + 1) / 2 * (variant % 2 == 1 ? 1 : -1);
     const auto count = static_cast<std::size_t>(tapCount);
     if (_method == DesignWish::Method::Equiripple)
-        return designEquiripple(count, _passError / _stopError * std::exp2(0.5 * offset));
-    return designKaiser(count, -20 * std::log10(std::min(_passError, _stopError)) + offset);
+        return designEquiripple(count, _allowed.pass / _allowed.stop * std::exp2(0.5 * offset));
+    return designKaiser(count, -20 * std::log10(std::min(_allowed.pass, _allowed.stop)) + offset);
 }
 
 std::optional<Taps> Prototype::designEquiripple(std::size_t tapCount, double stopWeight) const {
