@@ -57,13 +57,28 @@ struct Extremes {
     }
 };
 
-/// Where the parabola through three values at -1, 0 and 1 has its peak.
+/// Where the parabola through three values at -1, 0 and 1 has its vertex.
 double getVertex(double before, double middle, double after) {
     return 0.5 * (before - after) / (before - 2 * middle + after);
 }
 
+/// The amplitude at the peak that lies within a step of the place, by ever smaller parabolas: beside the edge of a band
+/// the ripples are narrow.
+double getPeak(const Amplitude& amplitude, double place, double step) {
+    double middle = amplitude(place);
+    for (int round = 0; round < 4; ++round, step /= 4) {
+        const double vertex = getVertex(amplitude(place - step), middle, amplitude(place + step));
+        const double peak = amplitude(place + vertex * step);
+        if (!(std::abs(vertex) <= 1 && std::abs(peak) != std::abs(middle)))
+            break;
+        place += vertex * step;
+        middle = peak;
+    }
+    return middle;
+}
+
 Extremes getExtremes(const Amplitude& amplitude, std::size_t tapCount, double begin, double end) {
-    constexpr double pointsPerLobe = 16; // the steps at which a parabola is as good as the cosine
+    constexpr double pointsPerLobe = 16; // of those in the middle of a band
     const double count = std::max(std::ceil((end - begin) * static_cast<double>(tapCount) * pointsPerLobe), 4.0);
     const double step = (end - begin) / count;
     std::vector<double> values;
@@ -75,11 +90,14 @@ Extremes getExtremes(const Amplitude& amplitude, std::size_t tapCount, double be
         extremes.take(std::abs(values[index]));
         if (values[index] * values[index - 1] < 0)
             extremes.smallest = 0; // it goes through zero
-        if (index + 1 == values.size() || (values[index] > values[index - 1]) == (values[index + 1] > values[index]))
+        if (index + 1 == values.size())
+            break;
+        // A peak in the first or the last step stands beside no value that is larger than both its neighbours.
+        const bool isAtEnd = index == 1 || index + 2 == values.size();
+        if (!isAtEnd && (values[index] > values[index - 1]) == (values[index + 1] > values[index]))
             continue;
-        const double vertex = getVertex(values[index - 1], values[index], values[index + 1]);
-        if (std::abs(vertex) <= 1)
-            extremes.take(std::abs(amplitude(begin + (static_cast<double>(index) + vertex) * step)));
+        if (std::abs(getVertex(values[index - 1], values[index], values[index + 1])) <= 1)
+            extremes.take(std::abs(getPeak(amplitude, begin + static_cast<double>(index) * step, step)));
     }
     return extremes;
 }

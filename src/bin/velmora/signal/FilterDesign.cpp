@@ -47,6 +47,11 @@ struct Candidate {
     bool isBetterThan(const Candidate& other) const {
         return isGood() != other.isGood() ? isGood() : excess < other.excess;
     }
+    /// The same where the other one has fewer taps, of which those that are of use count for something.
+    bool isPreferredTo(const Candidate& shorter) const {
+        constexpr double useless = 1.5; // an iteration may go astray with more taps than it needs
+        return isGood() || (!shorter.design.isMet && (design.isMet || excess < useless * shorter.excess));
+    }
 };
 
 class Search {
@@ -80,7 +85,8 @@ public:
             auto candidate = getBest(prototype, tapCount);
             if (candidate && (!best || candidate->isBetterThan(*best)))
                 best = std::move(candidate);
-            if (best && best->isGood())
+            constexpr double hopeful = 0.8; // of the estimate: narrower transitions are not easier
+            if ((best && best->isGood()) || tapCount < hopeful * estimateTapCount())
                 break;
         }
         return best;
@@ -205,7 +211,7 @@ FilterDesign designFilter(const DesignWish& wish) {
         if (!candidate)
             continue;
         const bool isGood = candidate->isGood();
-        if (isGood || !best || !best->design.isMet) // with overshoot only when there is no other
+        if (!best || candidate->isPreferredTo(*best))
             best = std::move(candidate);
         if (isGood)
             break;
