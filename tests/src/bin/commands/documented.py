@@ -18,7 +18,7 @@ def help_of(*command):
 
 
 def commands_of(text):
-    return re.findall(r'^  ([a-z]+) {2,}\S', text.split('tells more about')[0], re.MULTILINE)
+    return re.findall(r'^  ([a-z]+(?: [a-z]+)*) {2,}\S', text.split('tells more about')[0], re.MULTILINE)
 
 
 def calls_in(text):
@@ -73,14 +73,14 @@ def main():
     assert commands
     with open(PAGE, encoding='utf-8') as file:
         page = file.read()
-    helps = {command: help_of(command) for command in commands}
+    helps = {command: help_of(*command.split()) for command in commands}
     usages = ' '.join(text.split('\n\n')[0].replace('Usage:', '') for text in helps.values())
     compare('synopsis', calls_in(plain(section_of(page, 'SYNOPSIS'))), calls_in(usages))
     described = options_in(plain(section_of(page, 'OPTIONS')))
     compare('options of the page', described, set().union(*map(options_of, helps.values())) | {'--help', '--version'})
-    compare('commands completed', completed(''), {*commands, '--help', '--version'})
+    compare('commands completed', completed(''), {*(command.split()[0] for command in commands), '--help', '--version'})
     for command, text in helps.items():
-        compare(f'options completed for {command}', completed(command, '-'), options_of(text) | {'--help'})
+        compare(f'options completed for {command}', completed(*command.split(), '-'), options_of(text) | {'--help'})
     print(*faults, f'{len(commands)} commands looked at, {len(faults)} faults', sep='\n')
     return 1 if faults else 0
 
