@@ -15,6 +15,7 @@ def check_mode(name, mode):
 def check_names(names):
     """The programs are there, and the carried interpreter has what it needs and nothing beside."""
     needed = {f"bin/velmora{tool}" for tool in ("", "-generate", "-seal")}
+    needed.add("lib/velmora/velmora_design.so")
     needed |= {f"{CARRIED_PYTHON}/lib/{name}" for name in ("libpython2.7.so.1.0", "python2.7/os.pyc")}
     assert needed <= names, f"missing: {needed - names}"
     needless = [name for name in names if re.search(rf"^{CARRIED_PYTHON}/.*(\.py$|/(_ssl|_ctypes|_hashlib)\.|/test/)", name)]
