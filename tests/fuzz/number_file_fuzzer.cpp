@@ -39,7 +39,8 @@ void checkScaling(const std::vector<double>& numbers, unsigned width) {
     require(full.coefficients.size() == numbers.size() && full.largestError <= 0.5, "rounding is to nearest");
     const auto isZero = [](double number) { return number == 0; };
     const bool isZeroAlone = std::ranges::all_of(numbers, isZero);
-    require(isZeroAlone || (power.scale <= full.scale && power.scale * 2 > full.scale), "a power is the largest that fits");
+    require(isZeroAlone || (power.scale <= full.scale && power.scale * 2 > full.scale),
+            "a power is the largest that fits");
 }
 
 } // namespace
@@ -50,8 +51,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     const unsigned width = data[0] % Velmora::widestCoefficient + 1;
     try {
-        const auto numbers =
-            Velmora::readNumbers({reinterpret_cast<const char*>(data) + 1, size - 1}, filename, width);
+        const auto numbers = Velmora::readNumbers({reinterpret_cast<const char*>(data) + 1, size - 1}, filename, width);
         require(!numbers.empty(), "what is accepted holds a number");
         require(std::ranges::all_of(numbers, [](double number) { return std::isfinite(number); }), "it is finite");
         checkFormats(numbers, width);

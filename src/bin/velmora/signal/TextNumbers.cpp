@@ -50,10 +50,20 @@ Cells getCells(std::string_view line) {
     return cells;
 }
 
-/// No cell of a header is a number, and it assigns nothing.
+/// True for what might be meant as a number, though it cannot be read as one.
+bool isLikeNumber(std::string_view word) {
+    word = word.substr(std::min(word.find_first_not_of("+-"), word.size()));
+    const std::string text = Brindle::toLower(word.substr(0, word.find_first_of(asciiSpaces)));
+    return text.find_first_of("0123456789.") == 0 || text == "nan" || text == "inf" || text == "infinity";
+}
+
+/// No cell of a header is like a number, nor is a word of the only one, and it assigns nothing.
 bool isHeader(std::string_view line) {
-    const auto isNumber = [](std::string_view cell) { return parseReal(withoutQuotes(cell)).has_value(); };
-    return line.find('=') == line.npos && std::ranges::none_of(split(line, ",\t"), isNumber);
+    Cells cells = split(line, ",\t");
+    if (cells.size() == 1 && !cells.front().starts_with('"'))
+        cells = getCells(line);
+    const auto isText = [](std::string_view cell) { return !isLikeNumber(withoutQuotes(cell)); };
+    return line.find('=') == line.npos && std::ranges::all_of(cells, isText);
 }
 
 /// Programs that separate numbers by semicolons would lose all but the first of a line.
