@@ -29,10 +29,15 @@ bool designEquiripple(std::size_t tapCount, std::size_t bandCount, const double*
     std::vector<float> floatGains = toFloats(gains, bandCount);
     std::vector<float> floatWeights = toFloats(weights, bandCount);
     std::vector<float> floats(tapCount);
-    return firdespm_run(static_cast<unsigned>(tapCount), static_cast<unsigned>(bandCount), floatEdges.data(),
-                        floatGains.data(), floatWeights.data(), nullptr, LIQUID_FIRDESPM_BANDPASS,
-                        floats.data()) == LIQUID_OK &&
-           give(floats, 1, coefficients);
+    // the call that does all in one goes on with what could not be made
+    const firdespm design =
+        firdespm_create(static_cast<unsigned>(tapCount), static_cast<unsigned>(bandCount), floatEdges.data(),
+                        floatGains.data(), floatWeights.data(), nullptr, LIQUID_FIRDESPM_BANDPASS);
+    if (!design)
+        return false;
+    const bool isDone = firdespm_execute(design, floats.data()) == LIQUID_OK;
+    firdespm_destroy(design);
+    return isDone && give(floats, 1, coefficients);
 }
 
 bool designKaiserLowPass(std::size_t tapCount, double cutoff, double attenuation, double* coefficients) {
