@@ -80,10 +80,14 @@ class StreamingFir(FirFilter):
             'end process coefficient_input;',
         ]
 
-    def designText(self):
-        text = fillBlocks(filterTemplate(self.templateName, self.entityName), {
+    def blocks(self):
+        """Lines of the template's blocks by their names."""
+        return {
             'ports': portLines(self.ports()),
             'coefficients': self.coefficientLines(),
             'coefficient input': self.coefficientInputLines(),
-        })
+        }
+
+    def designText(self):
+        text = fillBlocks(filterTemplate(self.templateName, self.entityName), self.blocks())
         return setConstants(text, dict(self.constants(), TAP_COUNT=self.tapCount))

@@ -9,6 +9,13 @@ class TransposeFir(StreamingFir):
     def latency(self):
         return 3
 
+    def blocks(self):
+        blocks = StreamingFir.blocks(self)
+        if self.hasInputCoefficients:
+            # Where products are made of look-up tables the first factor drives more of them: not the sample of all taps.
+            blocks['product'] = ['products(tap) <= coefficient * sample;']
+        return blocks
+
 
 def generate(argDict):
     return TransposeFir(argDict).generate()

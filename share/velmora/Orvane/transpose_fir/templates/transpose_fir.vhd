@@ -88,7 +88,9 @@ begin
     multiplier : process (clk)
     begin
       if rising_edge(clk) then
+        -- begin product
         products(tap) <= sample * coefficient;
+        -- end product
       end if;
     end process multiplier;
 
