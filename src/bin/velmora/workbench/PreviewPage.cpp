@@ -24,7 +24,9 @@ namespace Velmora {
 
 namespace {
 
-constexpr int margin = 8; // pixels
+// Pixels.
+constexpr int margin = 8;
+constexpr int narrowSheet = 324; // holds the symbol of a filter
 
 /// That of the bench among the files, if there is one.
 QString getBenchName(const Preview& preview) {
