@@ -14,7 +14,10 @@ namespace {
 /// The widget and all in it that Tab stops at.
 QList<QWidget*> getTabStops(QWidget* widget) {
     QList<QWidget*> stops = QList<QWidget*>{widget} + widget->findChildren<QWidget*>();
-    const auto isPassed = [](const QWidget* each) { return (each->focusPolicy() & Qt::TabFocus) == 0; };
+    const auto isPassed = [widget](const QWidget* each) {
+        return (each->focusPolicy() & Qt::TabFocus) == 0 ||
+               each->window() != widget->window(); // the list of a combo box
+    };
     stops.erase(std::remove_if(stops.begin(), stops.end(), isPassed), stops.end());
     return stops;
 }
