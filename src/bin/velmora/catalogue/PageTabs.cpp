@@ -1,5 +1,6 @@
 #include <velmora/catalogue/PageTabs.h>
 
+#include <QEvent>
 #include <QShortcut>
 #include <QStackedLayout>
 #include <QVBoxLayout>
@@ -44,6 +45,7 @@ PageTabs::PageTabs(QWidget* frame, const QString& title, const QKeySequence& sho
 
 void PageTabs::addPage(const QString& title, const QKeySequence& shortcut, QWidget* page) {
     _pages->addWidget(page);
+    page->installEventFilter(this);
     addTitle(title, shortcut);
 }
 
@@ -61,6 +63,16 @@ void PageTabs::showPage(int index) {
     _pages->setCurrentIndex(index);
     if (isFocusLost)
         setFocus();
+}
+
+/// A page may build what it consists of once it gets the event.
+bool PageTabs::eventFilter(QObject* object, QEvent* event) {
+    if (event->type() == QEvent::Show)
+        QMetaObject::invokeMethod(this, &PageTabs::orderStops, Qt::QueuedConnection);
+    return QTabBar::eventFilter(object, event);
+}
+
+void PageTabs::orderStops() {
     QWidget* last = this;
     for (QWidget* stop : getTabStops(_pages->currentWidget())) { // what was built later would come after the form
         setTabOrder(last, stop);

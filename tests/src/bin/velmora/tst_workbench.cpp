@@ -70,6 +70,7 @@ private Q_SLOTS:
     void protectedTextStaysHidden();
     void summaryLeadsToTheField();
     void copiesAndSaves();
+    void findByKeyboard();
     void writtenFiles();
 };
 
@@ -235,6 +236,27 @@ void WorkbenchTest::copiesAndSaves() {
     click("saveBench");
     QTRY_VERIFY2(message->text().contains("Unable to"), qPrintable(message->text()));
     qunsetenv("SOURCE_DATE_EPOCH");
+}
+
+void WorkbenchTest::findByKeyboard() {
+    open(returning("'one Two three two\\n'"));
+    QTRY_VERIFY(hdl().startsWith("one"));
+    auto* view = _page->findChild<Velmora::HdlView*>();
+    const auto press = [](int key, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::keyClick(QApplication::focusWidget(), static_cast<Qt::Key>(key), modifiers);
+    };
+    press(Qt::Key_P, Qt::AltModifier);
+    for (const char* stop : {"copyHdl", "saveBench", "previewSheet", "hdlView"}) {
+        press(Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget()->objectName(), QString(stop));
+    }
+    press(Qt::Key_F, Qt::ControlModifier);
+    QTest::keyClicks(QApplication::focusWidget(), "two");
+    QCOMPARE(view->textCursor().selectionStart(), 4);
+    for (const int place : {14, 4}) {
+        press(Qt::Key_Return);
+        QCOMPARE(view->textCursor().selectionStart(), place);
+    }
 }
 
 void WorkbenchTest::writtenFiles() {
