@@ -9,6 +9,7 @@
 #include <velmora/window/Folio.h>
 #include <velmora/window/MainWindow.h>
 #include <velmora/workbench/HdlView.h>
+#include <velmora/workbench/TextButton.h>
 
 #include <QElapsedTimer>
 #include <QThread>
@@ -24,7 +25,8 @@ namespace {
 
 constexpr int coefficientCount = 160;
 constexpr int roundCount = 20;
-constexpr int longestPause = 250; // ms after an edit, by the end of which the child has been started
+constexpr int longestWait = 20'000; // ms
+constexpr int longestPause = 250;   // ms after an edit, by the end of which the child has been started
 
 /// The longest turn of the event loop in ms while the condition holds.
 template <class Condition>
@@ -75,12 +77,18 @@ int main(int argc, char** argv) {
     std::vector<double> results;
     for (int round = 0; round < roundCount + 1; ++round) {
         const QString shown = view->toPlainText();
-        FormText::write(*leaf->getForm(), "Entity=mac;Coefficients=" + getCoefficients(round + 1));
+        FormText::write(*leaf->getForm(), "Entity=mac;TapCount=160;CoefficientWidth=10;InputDataWidth=12;"
+                                          "OutputDataWidth=16;DSPCount=2;Coefficients=" +
+                                              getCoefficients(round + 1));
         QElapsedTimer clock;
         clock.start();
         const double start =
             getLongestTurn([&] { return clock.elapsed() < longestPause && view->toPlainText() == shown; });
-        const double result = getLongestTurn([&] { return view->toPlainText() == shown; });
+        const double result = getLongestTurn([&] {
+            if (clock.elapsed() > longestWait)
+                qFatal("no preview comes: %s", qPrintable(leaf->findChild<Velmora::TextButton*>()->getText()));
+            return view->toPlainText() == shown;
+        });
         if (round > 0) { // the first one loads the highlighting
             starts.push_back(start);
             results.push_back(result);
