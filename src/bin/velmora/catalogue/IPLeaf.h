@@ -8,6 +8,7 @@
 
 #include <Brindle/collections/Strings.h>
 
+#include <QKeySequence>
 #include <QSplitter>
 #include <QUrl>
 #include <QWidget>
@@ -23,6 +24,7 @@ class DescriptionView;
 class Form;
 class FormArea;
 class GeneratorLeaf;
+class PageTabs;
 
 /// The page of one IP: its HTML description above, its configuration form (when the IP is one that the program knows)
 /// below.
@@ -76,6 +78,12 @@ public:
     /// How much of the page's height the form takes, in thousandths.
     void setFormShare(int share);
 
+    /// Adds a tab beside the data sheet, which gets one with the first; the page becomes a child of the frame around
+    /// the description.
+    void addTab(const QString& title, const QKeySequence& shortcut, QWidget* page);
+    /// Puts a line below description and form, once; it becomes a child of the page.
+    void setSummary(QWidget* line);
+
     /// The configuration form of an IP that the program knows; null for another one, for which what follows must not be
     /// called.
     Form* getForm() const;
@@ -121,6 +129,7 @@ private:
     GeneratorLeaf* _generatorLeaf = nullptr; // the same for an IP that the program knows
     QSplitter* _splitter = nullptr;
     DescriptionView* _view = nullptr;
+    PageTabs* _tabs = nullptr; // once there is more than the description
     FormArea* _formArea = nullptr;
     PageOpener _pageOpener = [](const QUrl&) { return false; };
     QByteArray _lastSplit;                           // before the form got all the room
