@@ -71,6 +71,11 @@ void IPLeaf::createDescribedForm() {
     }
 }
 
+void IPLeaf::requireGoodForm() const {
+    if (_makeForm)
+        requireFormDescription(_description);
+}
+
 void IPLeaf::completeForm() const {
     if (const auto make = std::exchange(_makeForm, nullptr))
         make();

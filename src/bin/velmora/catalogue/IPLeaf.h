@@ -53,7 +53,9 @@ public:
     /// Absolute path of the generator script; empty when the IP has none.
     const std::string& getScriptFilename() const { return _description.scriptFilename; }
     /// Throws what its constructor throws.
-    GeneratorScript getScript() const { return GeneratorScript(getScriptFilename()); }
+    GeneratorScript getScript() const { return _script ? *_script : GeneratorScript(getScriptFilename()); }
+    /// Of an author who tries it before it is sealed. Only a described form runs it.
+    void setScript(const GeneratorScript& script) { _script = script; }
     /// The name in lower case with every blank replaced by "_".
     std::string getEscapedName() const;
 
@@ -83,6 +85,8 @@ public:
     /// The configuration form; null for an IP that has none, for which what follows must not be called. Of a described
     /// form that is wrong the console is told, once; without a window Brindle::Critical is thrown instead.
     Form* getForm() const;
+    /// Throws Brindle::Critical when the description of the form is wrong. The form itself is not made.
+    void requireGoodForm() const;
     /// Of a form that is made for the page.
     FormMemory getFormMemory() const { return _content == Content::FormOnly ? FormMemory::None : FormMemory::Kept; }
     /// What the form generates.
@@ -125,6 +129,7 @@ private:
     const std::string _descriptionFilename;
     const IPDescription _description;
     const Content _content;
+    std::optional<GeneratorScript> _script;
     QWidget* _configurationWidget = nullptr;
     GeneratorLeaf* _generatorLeaf = nullptr; // the same, unless it was set from outside
     QSplitter* _splitter = nullptr;

@@ -7,6 +7,7 @@
 #include <velmora/generation/InteractiveGeneration.h>
 #include <velmora/ips/described/DescribedEditor.h>
 #include <velmora/ips/described/DescribedTableView.h>
+#include <velmora/ips/described/FormDescriptionFile.h>
 #include <velmora/rules/Coefficients.h>
 
 #include <Brindle/core/Console.h>
@@ -59,6 +60,10 @@ DescribedLeaf::DescribedLeaf(IPLeaf* ipLeaf, FormDescription description)
 
 DescribedLeaf::~DescribedLeaf() {
     save();
+}
+
+std::optional<FormDescription> DescribedLeaf::readDescription(const IPDescription& ip) {
+    return Brindle::locatedAt(BRINDLE_HERE, [&ip] { return readFormDescription(ip); });
 }
 
 void DescribedLeaf::addRow(const DescribedRow& row) {
