@@ -144,7 +144,7 @@ void DescribedTest::rowsFollowTheirChoice() {
     ConsoleRecorder recorder;
     QVERIFY(!reason->isEnabledTo(&page()) && check());
     QCOMPARE(recorder.lines().size(), 1);
-    QVERIFY2(recorder.lines().first().contains("99"), "the width of a coefficient is not remarked");
+    QVERIFY2(recorder.lines().first().contains("99 is beyond 'Width' 6"), "the width of a coefficient is not remarked");
 }
 
 void DescribedTest::filesGoToADirectory() {

@@ -22,14 +22,15 @@ begin
   process (clk)
   begin
     if rising_edge(clk) then
-      tick <= not ACTIVE;
-      if reset = '1' then
-        count <= 0;
-      elsif count = PERIOD - 1 then
-        count <= 0;
-        tick  <= ACTIVE;
-      else
-        count <= count + 1;
+      tick  <= not ACTIVE;
+      count <= 0;
+      if reset = '0' then
+        if count >= PERIOD - 1 then
+          tick <= ACTIVE;
+        end if;
+        if count < PERIOD - 1 then
+          count <= count + 1;
+        end if;
       end if;
     end if;
   end process;

@@ -39,7 +39,7 @@ begin
     for n in 1 to CLOCKS loop
       clock;
       expected := not ACTIVE;
-      if n mod PERIOD = 0 then
+      if (n - 1) mod PERIOD >= PERIOD - 1 then
         expected := ACTIVE;
       end if;
       assert tick = expected

@@ -176,8 +176,10 @@ void DescribedLeaf::remarkCoefficients() const {
         const auto* coefficients = std::get_if<DescribedCoefficients>(&row.kind);
         if (!coefficients || !find<QWidget>(row.key)->isEnabledTo(this))
             return;
-        const auto width = static_cast<unsigned long>(find<QSpinBox>(coefficients->width)->value());
-        for (const std::string& remark : getRangeRemarks(getCoefficients(find<QTextEdit>(row.key)), width))
+        const auto* width = find<QSpinBox>(coefficients->width);
+        const std::string label = width->accessibleName().toStdString();
+        for (const std::string& remark : getRangeRemarks(getCoefficients(find<QTextEdit>(row.key)),
+                                                         static_cast<unsigned long>(width->value()), label))
             Brindle::console.remark(remark);
     });
 }
