@@ -32,7 +32,7 @@ constexpr int longestUID = 25; // characters
 
 /// The name of the IP, which stands in texts of several languages.
 QString getName(const QString& folder) {
-    const QString name = QDir(QDir::cleanPath(folder)).dirName();
+    const QString name = QDir(QDir::cleanPath(QDir(folder).absolutePath())).dirName();
     if (!QRegularExpression(QStringLiteral("\\A[A-Za-z][A-Za-z0-9_-]*\\z")).match(name).hasMatch()) {
         throw Brindle::located(Brindle::UsageError("The name of the folder, " + Brindle::inQuotes(name.toStdString()) +
                                                    ", should be a letter and then letters, digits, '_' and '-'"),
