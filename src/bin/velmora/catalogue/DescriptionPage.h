@@ -8,11 +8,12 @@ class QWidget;
 
 namespace Velmora {
 
-/// The view of an IP's description page as its leaf sees it, so that programs without a window need nothing that draws one.
+/// The view of an IP's description page as its leaf sees it, so that programs without a window need nothing that
+/// draws one.
 class DescriptionPage {
 public:
     using LinkHandler = std::function<void(const QUrl& link)>;
-    using Maker = DescriptionPage* (*)(const QString& htmlFilename, const LinkHandler& onLink);
+    using Maker = DescriptionPage* (*) (const QString& htmlFilename, const LinkHandler& onLink);
 
     virtual ~DescriptionPage() = default;
 
