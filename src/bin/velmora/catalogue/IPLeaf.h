@@ -9,6 +9,7 @@
 
 #include <Brindle/collections/Strings.h>
 
+#include <QKeySequence>
 #include <QSplitter>
 #include <QUrl>
 #include <QWidget>
@@ -24,6 +25,7 @@ class DescriptionView;
 class Form;
 class FormArea;
 class GeneratorLeaf;
+class PageTabs;
 struct IPForm;
 
 /// The page of one IP: its HTML description above, its configuration form (when the IP is one that the program knows,
@@ -82,6 +84,12 @@ public:
     /// How much of the page's height the form takes, in thousandths.
     void setFormShare(int share);
 
+    /// Adds a tab beside the data sheet, which gets one with the first; the page becomes a child of the frame around
+    /// the description.
+    void addTab(const QString& title, const QKeySequence& shortcut, QWidget* page);
+    /// Puts a line below description and form, once; it becomes a child of the page.
+    void setSummary(QWidget* line);
+
     /// The configuration form; null for an IP that has none, for which what follows must not be called. Of a described
     /// form that is wrong the console is told, once; without a window Brindle::Critical is thrown instead.
     Form* getForm() const;
@@ -136,6 +144,7 @@ private:
     GeneratorLeaf* _generatorLeaf = nullptr; // the same, unless it was set from outside
     QSplitter* _splitter = nullptr;
     DescriptionView* _view = nullptr;
+    PageTabs* _tabs = nullptr; // once there is more than the description
     FormArea* _formArea = nullptr;
     mutable std::function<void()> _makeForm; // until the form is needed
     std::optional<int> _formShare;           // that the form is to have when it is made
