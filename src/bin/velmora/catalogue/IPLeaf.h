@@ -3,6 +3,7 @@
 #include <velmora/catalogue/SearchTerms.h>
 #include <velmora/form/FormMemory.h>
 #include <velmora/generation/Generation.h>
+#include <velmora/generation/GeneratorScript.h>
 #include <velmora/rules/Configuration.h>
 #include <velmora/rules/IPDescription.h>
 
@@ -23,9 +24,10 @@ class DescriptionView;
 class Form;
 class FormArea;
 class GeneratorLeaf;
+struct IPForm;
 
-/// The page of one IP: its HTML description above, its configuration form (when the IP is one that the program knows)
-/// below.
+/// The page of one IP: its HTML description above, its configuration form (when the IP is one that the program knows,
+/// or describes its form itself) below. A described form is read and made when it is first needed.
 class IPLeaf : public QWidget {
     Q_OBJECT
 
@@ -50,6 +52,8 @@ public:
     Brindle::strings getVariants() const;
     /// Absolute path of the generator script; empty when the IP has none.
     const std::string& getScriptFilename() const { return _description.scriptFilename; }
+    /// Throws what its constructor throws.
+    GeneratorScript getScript() const { return GeneratorScript(getScriptFilename()); }
     /// The name in lower case with every blank replaced by "_".
     std::string getEscapedName() const;
 
@@ -76,11 +80,11 @@ public:
     /// How much of the page's height the form takes, in thousandths.
     void setFormShare(int share);
 
-    /// The configuration form of an IP that the program knows; null for another one, for which what follows must not be
-    /// called.
+    /// The configuration form; null for an IP that has none, for which what follows must not be called. Of a described
+    /// form that is wrong the console is told, once; without a window Brindle::Critical is thrown instead.
     Form* getForm() const;
     /// Of a form that is made for the page.
-    FormMemory getFormMemory() const { return _formMemory; }
+    FormMemory getFormMemory() const { return _content == Content::FormOnly ? FormMemory::None : FormMemory::Kept; }
     /// What the form generates.
     Generation getGeneration() const;
     /// The IP and what its form holds.
@@ -103,6 +107,7 @@ public Q_SLOTS:
     void onLinkClicked(const QUrl& url);
 
 protected:
+    void showEvent(QShowEvent* event) override;
     /// A double click on the grip between description and form gives the form all the room, and another one takes it
     /// back.
     bool eventFilter(QObject* object, QEvent* event) override;
@@ -110,18 +115,23 @@ protected:
 private:
     bool isOurs(const char* name) const;
     void createDescriptionView();
-    void createConfigurationWidget();
+    void createForm();
+    void createDescribedForm();
+    void completeForm() const;
+    void setForm(const IPForm& form);
     void showConfigurationWidget();
     void tellFormShare();
 
     const std::string _descriptionFilename;
     const IPDescription _description;
-    const FormMemory _formMemory;
+    const Content _content;
     QWidget* _configurationWidget = nullptr;
-    GeneratorLeaf* _generatorLeaf = nullptr; // the same for an IP that the program knows
+    GeneratorLeaf* _generatorLeaf = nullptr; // the same, unless it was set from outside
     QSplitter* _splitter = nullptr;
     DescriptionView* _view = nullptr;
     FormArea* _formArea = nullptr;
+    mutable std::function<void()> _makeForm; // until the form is needed
+    std::optional<int> _formShare;           // that the form is to have when it is made
     PageOpener _pageOpener = [](const QUrl&) { return false; };
     QByteArray _lastSplit;                           // before the form got all the room
     mutable std::optional<SearchTerms> _searchTerms; // once they were asked for

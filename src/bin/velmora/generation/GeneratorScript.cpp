@@ -368,12 +368,23 @@ GeneratorScript::GeneratorScript(const std::string& filename) {
         throw Brindle::withFields(Brindle::Fatal("Unable to open script file"), {{"scriptFilename", filename}});
     try {
         _source = getDecrypted(file.text);
+        requireNoNul();
     } catch (Brindle::Exception& exception) {
         exception.addField("scriptFilename", filename);
         throw;
     }
+}
+
+GeneratorScript GeneratorScript::fromPlain(const std::string& source) {
+    GeneratorScript script;
+    script._source = source;
+    script.requireNoNul();
+    return script;
+}
+
+void GeneratorScript::requireNoNul() const {
     if (_source.find('\0') != _source.npos)
-        throw Brindle::withFields(Brindle::Fatal("Script holds a NUL byte"), {{"scriptFilename", filename}});
+        throw Brindle::Fatal("Script holds a NUL byte");
 }
 
 QString GeneratorScript::generateText(const ArgumentDictionary& arguments) const {
