@@ -153,9 +153,9 @@ class RegisterBank(FormDesign):
         return [
             ('Registers', len(self.registers), ''),
             ('Address space', 2 ** ADDRESS_WIDTH, 'bytes'),
-            ('Stored bits', widths['rw'] + widths['w1c'] + widths['pulse'], 'bits'),
+            ('Storage', widths['rw'] + widths['w1c'] + widths['pulse'], 'bits'),
             ('Files', 3, ''),
-            ('Read-only bits', widths['ro'], 'bits'),
+            ('Read only', widths['ro'], 'bits'),
         ]
 
     def headerEntries(self):

@@ -33,7 +33,7 @@ architecture rtl of register_bank is
   signal command_reg : std_logic_vector(1 downto 0);
   -- end registers
 
-  -- The access writes this register in its access cycle.
+  -- The access cycle, which follows at once, writes this register.
   -- begin write signals
   signal control_write : std_logic;
   signal events_write  : std_logic;
@@ -108,19 +108,17 @@ begin
       events_reg  <= events_reg or events_set;
       command_reg <= "00";
       -- end defaults
-      if psel = '1' and penable = '1' then
-        -- begin writes
-        if control_write = '1' then
-          control_reg <= pwdata(7 downto 0);
-        end if;
-        if events_write = '1' then
-          events_reg <= (events_reg and not pwdata(3 downto 0)) or events_set;
-        end if;
-        if command_write = '1' then
-          command_reg <= pwdata(1 downto 0);
-        end if;
-        -- end writes
+      -- begin writes
+      if control_write = '1' then
+        control_reg <= pwdata(7 downto 0);
       end if;
+      if events_write = '1' then
+        events_reg <= (events_reg and not pwdata(3 downto 0)) or events_set;
+      end if;
+      if command_write = '1' then
+        command_reg <= pwdata(1 downto 0);
+      end if;
+      -- end writes
     end if;
   end process access_cycle;
   -- end storage
