@@ -143,7 +143,11 @@ void DescriptionView::addViewActions() {
     addViewAction(tr("Select &all"), {QKeySequence::SelectAll}, [this] { triggerPageAction(QWebPage::SelectAll); });
     addViewAction(tr("&Find..."), {QKeySequence::Find}, [this] {
         if (!_findBar)
-            _findBar = new FindBar(this);
+            _findBar = new FindBar(this, [this](const QString& text, bool isBackward) {
+                QWebPage::FindFlags flags = QWebPage::FindWrapsAroundDocument;
+                flags.setFlag(QWebPage::FindBackward, isBackward);
+                return findText(text, flags);
+            });
         _findBar->open();
     });
     addViewAction(tr("Zoom &in"), {QKeySequence::ZoomIn, QKeySequence(QStringLiteral("Ctrl+="))},

@@ -8,6 +8,7 @@ namespace Velmora {
 
 class GeneratorLeaf;
 class IPLeaf;
+struct IPDescription;
 
 /// The configuration form of an IP: the widget, and the same object as what it offers.
 struct IPForm {
@@ -23,5 +24,11 @@ std::optional<IPForm> makeForm(IPLeaf& page);
 /// The same for another IP, from its own description of the form; nothing when it brings none. Throws
 /// Brindle::Critical, mostly with the fields "filename" and "line", when that is wrong.
 std::optional<IPForm> makeDescribedForm(IPLeaf& page);
+
+/// True for an IP that brings a description of its form, which is not read.
+bool bringsForm(const IPDescription& ip);
+
+/// Throws what `makeDescribedForm` throws.
+void requireFormDescription(const IPDescription& ip);
 
 } // namespace Velmora

@@ -4,6 +4,7 @@
 #include <velmora/catalogue/DescriptionView.h>
 #include <velmora/catalogue/GeneratorLeaf.h>
 #include <velmora/catalogue/IPForms.h>
+#include <velmora/catalogue/PageTabs.h>
 #include <velmora/configuration/FormConfiguration.h>
 #include <velmora/form/Form.h>
 #include <velmora/form/FormArea.h>
@@ -71,6 +72,11 @@ void IPLeaf::createDescribedForm() {
     }
 }
 
+void IPLeaf::requireGoodForm() const {
+    if (_makeForm)
+        requireFormDescription(_description);
+}
+
 void IPLeaf::completeForm() const {
     if (const auto make = std::exchange(_makeForm, nullptr))
         make();
@@ -111,6 +117,16 @@ void IPLeaf::showConfigurationWidget() {
     _splitter->setSizes({10000 - share * 100, share * 100});
     if (_formShare)
         setFormShare(*_formShare);
+}
+
+void IPLeaf::addTab(const QString& title, const QKeySequence& shortcut, QWidget* page) {
+    if (!_tabs)
+        _tabs = new PageTabs(_splitter->widget(0), tr("Data sheet"), QKeySequence(QStringLiteral("Alt+D")));
+    _tabs->addPage(title, shortcut, page);
+}
+
+void IPLeaf::setSummary(QWidget* line) {
+    layout()->addWidget(line);
 }
 
 void IPLeaf::setFormShare(int share) {

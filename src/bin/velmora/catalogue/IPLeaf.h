@@ -9,6 +9,7 @@
 
 #include <Brindle/collections/Strings.h>
 
+#include <QKeySequence>
 #include <QSplitter>
 #include <QUrl>
 #include <QWidget>
@@ -24,6 +25,7 @@ class DescriptionView;
 class Form;
 class FormArea;
 class GeneratorLeaf;
+class PageTabs;
 struct IPForm;
 
 /// The page of one IP: its HTML description above, its configuration form (when the IP is one that the program knows,
@@ -53,7 +55,9 @@ public:
     /// Absolute path of the generator script; empty when the IP has none.
     const std::string& getScriptFilename() const { return _description.scriptFilename; }
     /// Throws what its constructor throws.
-    GeneratorScript getScript() const { return GeneratorScript(getScriptFilename()); }
+    GeneratorScript getScript() const { return _script ? *_script : GeneratorScript(getScriptFilename()); }
+    /// Of an author who tries it before it is sealed. Only a described form runs it.
+    void setScript(const GeneratorScript& script) { _script = script; }
     /// The name in lower case with every blank replaced by "_".
     std::string getEscapedName() const;
 
@@ -80,9 +84,17 @@ public:
     /// How much of the page's height the form takes, in thousandths.
     void setFormShare(int share);
 
+    /// Adds a tab beside the data sheet, which gets one with the first; the page becomes a child of the frame around
+    /// the description.
+    void addTab(const QString& title, const QKeySequence& shortcut, QWidget* page);
+    /// Puts a line below description and form, once; it becomes a child of the page.
+    void setSummary(QWidget* line);
+
     /// The configuration form; null for an IP that has none, for which what follows must not be called. Of a described
     /// form that is wrong the console is told, once; without a window Brindle::Critical is thrown instead.
     Form* getForm() const;
+    /// Throws Brindle::Critical when the description of the form is wrong. The form itself is not made.
+    void requireGoodForm() const;
     /// Of a form that is made for the page.
     FormMemory getFormMemory() const { return _content == Content::FormOnly ? FormMemory::None : FormMemory::Kept; }
     /// What the form generates.
@@ -125,10 +137,12 @@ private:
     const std::string _descriptionFilename;
     const IPDescription _description;
     const Content _content;
+    std::optional<GeneratorScript> _script;
     QWidget* _configurationWidget = nullptr;
     GeneratorLeaf* _generatorLeaf = nullptr; // the same, unless it was set from outside
     QSplitter* _splitter = nullptr;
     DescriptionView* _view = nullptr;
+    PageTabs* _tabs = nullptr; // once there is more than the description
     FormArea* _formArea = nullptr;
     mutable std::function<void()> _makeForm; // until the form is needed
     std::optional<int> _formShare;           // that the form is to have when it is made

@@ -387,6 +387,17 @@ void GeneratorScript::requireNoNul() const {
         throw Brindle::Fatal("Script holds a NUL byte");
 }
 
+void GeneratorScript::requireGenerate() const {
+    Interpreter interpreter;
+    const unsigned long errorCount = Brindle::console.getErrorCount();
+    load(interpreter, _source, ArgumentDictionary().getStatement());
+    if (Brindle::console.getErrorCount() != errorCount)
+        throw Brindle::Fatal("The script failed");
+    if (!interpreter.find("generate"))
+        throw Brindle::Fatal("The script defines no 'generate'");
+    interpreter.finish();
+}
+
 QString GeneratorScript::generateText(const ArgumentDictionary& arguments) const {
     return generate(_source, arguments, "text = generate(argDict)", "text", toText);
 }

@@ -29,6 +29,9 @@ public:
     /// A script that nobody has sealed, of an author who tries it. Throws Brindle::Fatal when it holds a NUL.
     static GeneratorScript fromPlain(const std::string& source);
 
+    /// Runs the script alone. Throws Brindle::Fatal when it fails or defines no `generate`.
+    void requireGenerate() const;
+
     /// Runs "text = generate(argDict)" and returns `text` up to its first NUL, one byte a character (Latin-1).
     QString generateText(const ArgumentDictionary& arguments) const;
     /// Runs "fileDict = generate(argDict)" and returns `fileDict`.

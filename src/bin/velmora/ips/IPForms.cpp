@@ -63,8 +63,16 @@ std::optional<IPForm> makeForm(IPLeaf& page) {
 }
 
 std::optional<IPForm> makeDescribedForm(IPLeaf& page) {
-    auto description = readFormDescription(page.getDescription());
+    auto description = DescribedLeaf::readDescription(page.getDescription());
     return description ? std::optional(makeLeaf<DescribedLeaf>(page, std::move(*description))) : std::nullopt;
+}
+
+bool bringsForm(const IPDescription& ip) {
+    return hasFormDescription(ip);
+}
+
+void requireFormDescription(const IPDescription& ip) {
+    DescribedLeaf::readDescription(ip);
 }
 
 } // namespace Velmora

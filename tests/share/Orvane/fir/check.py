@@ -21,6 +21,9 @@ from structure import check_structure
 # A set for each template, which goes through everything.
 THOROUGH_SETS = {"low_bits", "five_of_eight", "one_clock"}
 
+# Sets whose facts about the sums are compared with what the sums are; those that are limited by the ends of their sums.
+MEASURED_SETS = {"lowest_sum", "highest_sum", "low_bits", "input_many", "reference", "one_clock"}
+
 # A text of the filter is replaced wherever it stands.
 ALTERATIONS = {
     "rst = '1'": "rst = 'U'", "+ products(": "- products(", "dout_valid <= ": "dout_valid <= din_valid and ",
@@ -40,6 +43,26 @@ def check_rules(design, described):
     require(sum_width == described.sum_width(), f"sums have {sum_width} bits, not {described.sum_width()}")
     require(design.facts == described.facts(), f"the program tells {design.facts} instead of {described.facts()}")
     return "text, header, ports and facts"
+
+
+def check_sums(design, described, bench):
+    """The sums of the bench's model, which meets the lowest and the highest, need the bits that the program tells, and wrap only
+    where it says that they can."""
+    line = "    sum := shift_right(sum, TRUNCATED_BITS);"
+    before, after = bench.read_text().split(line)
+    upper, lower = "shift_right(sum, 24)", "resize(unsigned(resize(sum, 64)), 24)"
+    told = f"""    report "sum " & integer'image(to_integer({upper})) & " " & integer'image(to_integer({lower}));\n"""
+    ghdl = Ghdl(design.path.parent / "sums", "08")
+    (ghdl.directory / bench.name).write_text(before + told + line + after)
+    ghdl.analyse([design.path, bench.name])
+    output = ghdl("-r", f"{design.entity}_tb")
+    sums = [int(upper) * 2**24 + int(lower) for upper, lower in re.findall(r"sum (-?\d+) (\d+)\n", output)]
+    width = max(max(sums).bit_length(), (~min(sums)).bit_length()) + 1
+    # The most for any coefficients is told as if the taps were a power of two.
+    told_width = design.facts["Sum width"] - (described.has_port and described.tap_count & (described.tap_count - 1) != 0)
+    can_wrap = "yes" if width > described.output_end and not described.is_limited else "no"
+    require((told_width, design.facts["Can wrap"]) == (width, can_wrap), f"sums need {width} bits: {design.facts}")
+    return f"{width} bits"
 
 
 def check_altered(design, bench):
@@ -68,6 +91,8 @@ def check(design):
     bench = pathlib.Path(told["output"])
     check_text(bench.name, bench.read_bytes())
     step("bench", design.ghdl("93c").run_bench, bench, design.entity)
+    if design.is_long or design.origin.name in MEASURED_SETS:
+        step("sums", check_sums, design, described, bench)
     if design.is_long or design.origin.name in THOROUGH_SETS:
         step("bench", design.ghdl("08").run_bench, bench, design.entity)
         netlist = design.ghdl("93c").netlist(design.entity, design.path.parent / "netlist")

@@ -7,6 +7,7 @@
 #include <velmora/generation/InteractiveGeneration.h>
 #include <velmora/ips/described/DescribedEditor.h>
 #include <velmora/ips/described/DescribedTableView.h>
+#include <velmora/ips/described/FormDescriptionFile.h>
 #include <velmora/rules/Coefficients.h>
 
 #include <Brindle/core/Console.h>
@@ -59,6 +60,10 @@ DescribedLeaf::DescribedLeaf(IPLeaf* ipLeaf, FormDescription description)
 
 DescribedLeaf::~DescribedLeaf() {
     save();
+}
+
+std::optional<FormDescription> DescribedLeaf::readDescription(const IPDescription& ip) {
+    return Brindle::locatedAt(BRINDLE_HERE, [&ip] { return readFormDescription(ip); });
 }
 
 void DescribedLeaf::addRow(const DescribedRow& row) {
@@ -171,8 +176,10 @@ void DescribedLeaf::remarkCoefficients() const {
         const auto* coefficients = std::get_if<DescribedCoefficients>(&row.kind);
         if (!coefficients || !find<QWidget>(row.key)->isEnabledTo(this))
             return;
-        const auto width = static_cast<unsigned long>(find<QSpinBox>(coefficients->width)->value());
-        for (const std::string& remark : getRangeRemarks(getCoefficients(find<QTextEdit>(row.key)), width))
+        const auto* width = find<QSpinBox>(coefficients->width);
+        const std::string label = width->accessibleName().toStdString();
+        for (const std::string& remark : getRangeRemarks(getCoefficients(find<QTextEdit>(row.key)),
+                                                         static_cast<unsigned long>(width->value()), label))
             Brindle::console.remark(remark);
     });
 }

@@ -12,12 +12,14 @@
 #include <QHash>
 #include <QWidget>
 
+#include <optional>
 #include <string>
 
 namespace Velmora {
 
 class DescribedTableView;
 class IPLeaf;
+struct IPDescription;
 
 /// The form of an IP that brings its description as data.
 class DescribedLeaf : public QWidget, public GeneratorLeaf {
@@ -27,6 +29,9 @@ public:
     /// The IP leaf, kept and not owned, gives the script.
     DescribedLeaf(IPLeaf* ipLeaf, FormDescription description);
     ~DescribedLeaf() override;
+
+    /// What the IP tells of its form. Throws what `readFormDescription` throws.
+    static std::optional<FormDescription> readDescription(const IPDescription& ip);
 
     Form& getForm() final { return _form; }
     /// Tells the first thing that is wrong with the form, of which the script may know more; true when nothing is.

@@ -25,9 +25,13 @@ FormDescription read(const std::string& filename, const IPDescription& ip) {
 
 } // namespace
 
-std::optional<FormDescription> readFormDescription(const IPDescription& ip) {
+bool hasFormDescription(const IPDescription& ip) {
     const QFileInfo file(QString::fromStdString(ip.formFilename));
-    if (!file.exists() && !file.isSymLink())
+    return file.exists() || file.isSymLink();
+}
+
+std::optional<FormDescription> readFormDescription(const IPDescription& ip) {
+    if (!hasFormDescription(ip))
         return std::nullopt;
     try {
         return read(ip.formFilename, ip);

@@ -1,0 +1,62 @@
+#include <velmora/workbench/TextButton.h>
+
+#include <Brindle/widgets/Theme.h>
+
+#include <QFontMetrics>
+#include <QKeyEvent>
+#include <QPainter>
+
+namespace Velmora {
+
+namespace {
+
+constexpr int margin = 4;         // pixels, at the sides of the text
+constexpr int longestText = 1000; // characters
+
+} // namespace
+
+TextButton::TextButton(QWidget* parent) : QAbstractButton(parent) {
+    setObjectName(QStringLiteral("summaryText"));
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+void TextButton::show(const QString& text, const std::string& colorName, bool leadsSomewhere) {
+    _colorName = colorName;
+    _text = text.left(longestText).simplified();
+    setAccessibleName(_text);
+    setToolTip("<p>" + _text.toHtmlEscaped() + "</p>"); // so that it is broken into lines
+    setEnabled(leadsSomewhere);
+    setFocusPolicy(leadsSomewhere ? Qt::StrongFocus : Qt::NoFocus);
+    setCursor(leadsSomewhere ? Qt::PointingHandCursor : Qt::ArrowCursor);
+    update();
+}
+
+QSize TextButton::sizeHint() const {
+    return {0, fontMetrics().height() + margin};
+}
+
+QSize TextButton::minimumSizeHint() const {
+    return sizeHint();
+}
+
+void TextButton::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    if (hasFocus() || (isEnabled() && underMouse())) {
+        painter.setPen(hasFocus() ? Brindle::theme.getColor("accent") : Qt::transparent);
+        painter.setBrush(Brindle::theme.getColor("row_hover"));
+        painter.drawRoundedRect(rect().adjusted(0, 0, -1, -1), margin, margin);
+    }
+    painter.setPen(Brindle::theme.getColor(_colorName));
+    const QRect inside = rect().adjusted(margin, 0, -margin, 0);
+    painter.drawText(inside, Qt::AlignLeft | Qt::AlignVCenter,
+                     fontMetrics().elidedText(_text, Qt::ElideRight, inside.width()));
+}
+
+void TextButton::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        click();
+    else
+        QAbstractButton::keyPressEvent(event);
+}
+
+} // namespace Velmora
