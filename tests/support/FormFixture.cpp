@@ -53,7 +53,8 @@ void FormFixture::end() {
 void FormFixture::open(const QString& ipName, const QByteArray& script, const QByteArray& uid) {
     _page.reset();
     const QString description = _prefix->addKnownIP(ipName, script, "uid " + uid + "\n");
-    QFile::copy(findShippedForm(ipName), QFileInfo(description).path() + "/form.json");
+    if (const QString form = findShippedForm(ipName); !form.isEmpty())
+        QFile::copy(form, QFileInfo(description).path() + "/form.json");
     _page = std::make_unique<Velmora::IPLeaf>(description.toStdString());
 }
 

@@ -72,6 +72,10 @@ void IPLeaf::createDescribedForm() {
     }
 }
 
+bool IPLeaf::mayHaveForm() const {
+    return _generatorLeaf || (_makeForm && bringsForm(_description));
+}
+
 void IPLeaf::requireGoodForm() const {
     if (_makeForm)
         requireFormDescription(_description);

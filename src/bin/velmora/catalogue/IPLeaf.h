@@ -93,6 +93,8 @@ public:
     /// The configuration form; null for an IP that has none, for which what follows must not be called. Of a described
     /// form that is wrong the console is told, once; without a window Brindle::Critical is thrown instead.
     Form* getForm() const;
+    /// True for an IP whose form is there or described, rightly or not: the description is not read.
+    bool mayHaveForm() const;
     /// Throws Brindle::Critical when the description of the form is wrong. The form itself is not made.
     void requireGoodForm() const;
     /// Of a form that is made for the page.

@@ -3,6 +3,10 @@
 #include <support/TestMain.h>
 #include <support/TestTable.h>
 
+#include <velmora/window/FileMenu.h>
+#include <velmora/window/Folio.h>
+#include <velmora/window/MainWindow.h>
+
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -40,6 +44,7 @@ private Q_SLOTS:
     void rowsFollowTheirChoice();
     void filesGoToADirectory();
     void wrongFormIsToldWhenItIsNeeded();
+    void windowReadsTheFormsThatItNeeds();
 };
 
 std::unique_ptr<Velmora::IPLeaf> DescribedTest::makePage(const QByteArray& form, const QByteArray& script) const {
@@ -176,6 +181,31 @@ void DescribedTest::wrongFormIsToldWhenItIsNeeded() {
     open("Scope");
     QVERIFY(editor<QWidget>("CaptureDepth"));
     QCOMPARE(recorder.lines().size(), 1);
+}
+
+void DescribedTest::windowReadsTheFormsThatItNeeds() {
+    openFilled();
+    const QByteArray configuration = QByteArray::fromStdString(page().getConfiguration().getContent());
+    close();
+    QSettings().clear();
+    for (const QByteArray& uid : {QByteArray("ONE"), QByteArray("TWO"), QByteArray("THREE")}) {
+        const QByteArray lines = "name " + uid + "\ncategory C\nuid " + uid + "\ncompany Test\nvariants V\nscript s\n";
+        _prefix->write("share/velmora/Test/" + uid + "/form.json", "[]");
+        _prefix->addIP("Test/" + uid, lines);
+    }
+    ConsoleRecorder recorder;
+    const Velmora::MainWindow window;
+    const auto errorCount = recorder.take().size();
+    QVERIFY2(errorCount <= 1, "more forms were read than that of the page that is shown");
+    auto* menu = window.findChild<Velmora::FileMenu*>();
+    menu->open({_prefix->write("a.velmora", configuration)});
+    QCOMPARE(recorder.take(), QStringList{"Configuration loaded from " + _prefix->path("a.velmora")});
+    const Velmora::IPLeaf* shown = window.findChild<Velmora::Folio*>()->getShownIP();
+    QCOMPARE(QByteArray::fromStdString(shown->getConfiguration().getContent()), configuration);
+    menu->open(
+        {_prefix->write("b.velmora", QByteArray(configuration).replace("Thing", "ONE").replace("THING", "ONE"))});
+    QVERIFY(recorder.lines().last().startsWith("E: No installed IP with a form is 'ONE' of Test"));
+    QCOMPARE(window.findChild<Velmora::Folio*>()->getShownIP(), shown);
 }
 
 VELMORA_TEST_MAIN(DescribedTest)
