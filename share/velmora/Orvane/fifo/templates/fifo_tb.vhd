@@ -260,7 +260,7 @@ begin
       pass_clock(false, true);
     end loop;
     reset_clocks(1);
-    for number in 1 to 1 + 400 / (CAPACITY + 2) loop
+    for number in 1 to 1 + 100 / (CAPACITY + 2) loop
       stay_near(0);
       stay_near(ALMOST_EMPTY_AT);
       stay_near(ALMOST_FULL_AT);
