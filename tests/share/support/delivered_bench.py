@@ -20,7 +20,7 @@ def write(design):
 
 def check_altered(design, bench, alterations):
     """Every alteration that the text has a place for stops the bench with a message that tells what differs."""
-    text, stopped = design.path.read_text(), 0
+    text, stopped = design.vhdl.read_text(), 0
     for old, new in alterations.items():
         if old not in text:
             continue
