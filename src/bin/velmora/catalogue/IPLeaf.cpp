@@ -1,7 +1,7 @@
 #include <velmora/catalogue/IPLeaf.h>
 
 #include <velmora/catalogue/DescriptionFile.h>
-#include <velmora/catalogue/DescriptionView.h>
+#include <velmora/catalogue/DescriptionPage.h>
 #include <velmora/catalogue/GeneratorLeaf.h>
 #include <velmora/catalogue/IPForms.h>
 #include <velmora/catalogue/PageTabs.h>
@@ -38,19 +38,19 @@ IPLeaf::IPLeaf(const std::string& descriptionFilename, Content content)
       _description(Brindle::locatedAt(BRINDLE_HERE, [&] { return readDescriptionFile(descriptionFilename); })),
       _content(content) {
     if (content == Content::DescriptionAndForm)
-        createDescriptionView();
+        createDescriptionPage();
     createForm();
 }
 
-void IPLeaf::createDescriptionView() {
+void IPLeaf::createDescriptionPage() {
     auto* layout = new QVBoxLayout;
     layout->setContentsMargins(0, 0, 0, 0);
     _splitter = new QSplitter(Qt::Vertical);
     layout->addWidget(_splitter);
 
-    _view = new DescriptionView(QString::fromStdString(_description.htmlFilename));
-    connect(_view, &DescriptionView::linkClicked, this, &IPLeaf::onLinkClicked);
-    _splitter->addWidget(Brindle::theme.getCapWidget(_view));
+    _page = DescriptionPage::maker(QString::fromStdString(_description.htmlFilename),
+                                   [this](const QUrl& link) { onLinkClicked(link); });
+    _splitter->addWidget(Brindle::theme.getCapWidget(_page->getWidget()));
     setLayout(layout);
 }
 
@@ -216,7 +216,7 @@ void IPLeaf::setConfiguration(const Configuration& configuration) {
 }
 
 void IPLeaf::onLinkClicked(const QUrl& url) {
-    if ((_view && _view->goTo(url)) || _pageOpener(url))
+    if ((_page && _page->goTo(url)) || _pageOpener(url))
         return;
     if (!QDesktopServices::openUrl(url))
         Brindle::console.error("Could not open link " + url.path().toStdString() + ".");

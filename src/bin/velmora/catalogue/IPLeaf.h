@@ -21,7 +21,7 @@
 
 namespace Velmora {
 
-class DescriptionView;
+class DescriptionPage;
 class Form;
 class FormArea;
 class GeneratorLeaf;
@@ -128,7 +128,7 @@ protected:
 
 private:
     bool isOurs(const char* name) const;
-    void createDescriptionView();
+    void createDescriptionPage();
     void createForm();
     void createDescribedForm();
     void completeForm() const;
@@ -143,7 +143,7 @@ private:
     QWidget* _configurationWidget = nullptr;
     GeneratorLeaf* _generatorLeaf = nullptr; // the same, unless it was set from outside
     QSplitter* _splitter = nullptr;
-    DescriptionView* _view = nullptr;
+    DescriptionPage* _page = nullptr;
     PageTabs* _tabs = nullptr; // once there is more than the description
     FormArea* _formArea = nullptr;
     mutable std::function<void()> _makeForm; // until the form is needed

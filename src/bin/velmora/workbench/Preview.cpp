@@ -16,6 +16,16 @@ QStringList toTexts(const QJsonValue& array) {
     return texts;
 }
 
+/// The first error; of a script's trace, the line that says what was raised.
+QString getFirst(QStringList errors) {
+    if (errors.value(0).startsWith(QLatin1String("Traceback"))) {
+        do
+            errors.removeFirst();
+        while (errors.value(0).startsWith(QLatin1String("File ")));
+    }
+    return errors.value(0);
+}
+
 QString joinInstantiation(const QJsonObject& parts) {
     if (parts.isEmpty())
         return QString();
@@ -30,8 +40,7 @@ QString joinInstantiation(const QJsonObject& parts) {
 Preview read(const QJsonObject& object) {
     Preview preview;
     const QJsonObject check = object["checked"].toObject();
-    const QStringList errors = toTexts(object["errors"]);
-    preview.error = !check.isEmpty() ? check["message"].toString() : errors.value(0);
+    preview.error = check.isEmpty() ? getFirst(toTexts(object["errors"])) : check["message"].toString();
     preview.failedFields = toTexts(check["fields"]);
     preview.remarks = toTexts(object["remarks"]);
     for (const QJsonValue& fact : object["facts"].toArray()) {

@@ -72,6 +72,7 @@ void PreviewPage::createWidgets() {
     _hdl = new HdlView(nullptr);
     _hdl->setMinimumSize(120, 40);
     splitter->addWidget(_hdl);
+    _hdl->raise(); // last for Tab, too
     splitter->setStretchFactor(1, 1);
     const int sheetWidth = std::min(_sheet->sizeHint().width(), std::max(narrowSheet, width() / 2));
     splitter->setSizes({sheetWidth, width() - sheetWidth});

@@ -29,7 +29,7 @@ protected:
 
 private:
     QString _text;
-    std::string _colorName = "muted";
+    std::string _colorName;
 };
 
 } // namespace Velmora
