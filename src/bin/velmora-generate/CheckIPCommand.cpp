@@ -97,8 +97,10 @@ private:
     }
 
     void checkScript() {
-        if (_description.scriptFilename.empty())
-            return console.remark("The IP has no script");
+        if (_description.scriptFilename.empty()) {
+            console.remark("The IP has no script");
+            return;
+        }
         _script = joinScript(_description.scriptFilename, _supportFolder);
         Brindle::locatedAt(BRINDLE_HERE, [this] { Velmora::GeneratorScript::fromPlain(_script).requireGenerate(); });
     }

@@ -40,10 +40,12 @@ void checkReferences(const QString& html, const std::string& filename) {
 
 void checkPage(const std::string& filename) {
     const auto file = Brindle::RegularFile::read(filename, largestPage);
-    if (!file.isRead())
-        return tell("Unable to open the description page", filename, {"reason", file.reason});
+    if (!file.isRead()) {
+        tell("Unable to open the description page", filename, {"reason", file.reason});
+        return;
+    }
     if (const auto line = Brindle::findLineOutsideUtf8(file.text))
-        return tell("Line is not UTF-8, save the file in this encoding", filename, {"line", std::to_string(*line)});
+        tell("Line is not UTF-8, save the file in this encoding", filename, {"line", std::to_string(*line)});
     const QString html = QString::fromStdString(file.text);
     if (!html.contains(
             QRegularExpression(QStringLiteral("<title>\\s*[^<\\s]"), QRegularExpression::CaseInsensitiveOption)))

@@ -8,8 +8,8 @@ class QWidget;
 
 namespace Velmora {
 
-/// The view of an IP's description page as its leaf sees it, so that programs without a window need nothing that draws
-/// one.
+/// The view of an IP's description page as its leaf sees it, so that programs without a window need nothing that
+/// draws one.
 class DescriptionPage {
 public:
     using LinkHandler = std::function<void(const QUrl& link)>;

@@ -66,7 +66,7 @@ SCHEMA_CASES = [
     ('"enabled": {"key": "Mode", ', '"enabled": {', "Member 'key' of 'enabled' of the row 'Almost' is missing"),
     ('["R & D"]', '[]', 'a list of 1 to 1000 elements'),
     ('"section": "Storage", ', '"section": "Storage", "key": "Storage", ', "Unknown member 'key' of the section 'Storage'"),
-    ('{"text": "<b>", "value": ""}', '"<b>"', 'should be an object'),
+    ('{"text": "<b>", "value": ""}', '"<b>"', 'An object should stand here: an item of'),
     (', "value": ""', '', "Member 'value'"),
     ('"reset": 1.0', '"reset": -1', 'a whole number from 0 to 1'),
     ('"decimals": 1, "step"', '"step"', "Member 'decimals' of the row 'Rate' is missing"),
@@ -91,13 +91,15 @@ WHOLE_CASES = [
     ('["R & D"]', '["r & d"]', "no text of the choice 'Mode'", 7),
     ('{"text": "<b>"', '{"text": "R & D"', "there is a 'R & D' already"),
     ('"reset": 1.0', '"reset": 2', 'a whole number from 0 to 1'),
+    ('"reset": 1.0', '"enabled": {"key": "Mode", "is": ["<b>"]}, "reset": 1.0', 'another row, a choice', 10),
+    ('"maximum": 5e2', '"maximum": 1e-999', "Number '1e-999' cannot be held"),
     ('"step": 0.5', '"step": 0.25', 'a multiple of 0.1'),
     ('"title": "Access"', '"title": "Name"', 'another one than those before'),
     ('"Two\\nlines."', '"\\ud800"', 'No JSON'),
     ('"files",', '"files"', 'No JSON', 5),
     ('"files",', '"files", // a comment', 'No JSON'),
     ('"label": "Width"', '"label": "\udcff"', 'No JSON'),
-    ('"label": "Width"', '"label": ' + 13 * '[', 'nested deeper than 16'),
+    ('"label": "Width"', '"label": ' + 12 * '[', 'nested deeper than 16'),
     ('"label": "Width"', '"label": "\0"', 'NUL byte'),
     (GOOD, '\ufeff' + GOOD, 'byte order mark', 1),
     (GOOD, '', 'No JSON', 1),
@@ -108,10 +110,10 @@ ODD_FILES = {'pipe': os.mkfifo, 'folder': os.mkdir, 'device': lambda path: os.sy
              'terminal': lambda path: os.symlink('/dev/tty', path), 'nothing': lambda path: os.symlink('nowhere', path)}
 
 
-def add_ip(prefix, uid):
+def add_ip(prefix, uid, company='Test'):
     folder = prefix / 'share/velmora/Test' / uid
     folder.mkdir(parents=True)
-    (folder / 'config').write_text(f'name {uid}\ncategory Test\nuid {uid}\ncompany Test\nvariants V\nscript g.py\n', encoding='utf-8')
+    (folder / 'config').write_text(f'name {uid}\ncategory Test\nuid {uid}\ncompany {company}\nvariants V\nscript g.py\n', encoding='utf-8')
     return folder / 'form.json'
 
 
@@ -135,6 +137,7 @@ def main():
     with tempfile.TemporaryDirectory() as directory:
         prefix = pathlib.Path(directory)
         add_ip(prefix, 'GOOD').write_text(GOOD, encoding='utf-8')
+        add_ip(prefix, 'Scope', 'Orvane').write_text('{', encoding='utf-8')  # which the program knows
         shipped = list(pathlib.Path(CATALOGUE).glob('*/*/form.json'))
         for text in [GOOD, *(path.read_text(encoding='utf-8') for path in shipped)]:
             expect(VALIDATOR.is_valid(json.loads(text)), 'the schema refuses', text[:60])
@@ -152,7 +155,7 @@ def main():
             told[str(path)] = ('Unable to open form description', None)
 
         listed = call(prefix, 'list', '--json')
-        expect(listed.returncode == 1 and len(json.loads(listed.stdout)) == 1 + len(told), 'the list is not whole')
+        expect(listed.returncode == 1 and len(json.loads(listed.stdout)) == 2 + len(told), 'the list is not whole')
         errors = listed.stderr.splitlines()
         expect(len(errors) == len(told), len(errors), 'errors for', len(told), 'wrong forms')
         for path, (message, line) in told.items():

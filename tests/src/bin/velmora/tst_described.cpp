@@ -3,6 +3,10 @@
 #include <support/TestMain.h>
 #include <support/TestTable.h>
 
+#include <velmora/window/FileMenu.h>
+#include <velmora/window/Folio.h>
+#include <velmora/window/MainWindow.h>
+
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -40,6 +44,7 @@ private Q_SLOTS:
     void rowsFollowTheirChoice();
     void filesGoToADirectory();
     void wrongFormIsToldWhenItIsNeeded();
+    void windowReadsTheFormsThatItNeeds();
 };
 
 std::unique_ptr<Velmora::IPLeaf> DescribedTest::makePage(const QByteArray& form, const QByteArray& script) const {
@@ -59,7 +64,7 @@ void DescribedTest::openFilled(const QByteArray& script, const QByteArray& form)
 void DescribedTest::looksAndRemembers() {
     open(makePage(description));
     QCOMPARE(values(), FormText::parse("Entity=;Count=1;Rate=100.0;Reason=;Mode=First;Width=6;List="));
-    QCOMPARE(cells(1), QStringList{"0||Read|0.5"});
+    QCOMPARE(cells(1), (QStringList{"0||Read|0.5", "0|"}));
     QCOMPARE(group(), QStringLiteral("IP/Test/THING"));
     QVERIFY(page().findChild<QWidget*>("DescribedLeaf"));
     const auto helpOf = [this](const QString& key) { return page().getForm()->getHelp(editor<QWidget>(key)); };
@@ -73,7 +78,7 @@ void DescribedTest::looksAndRemembers() {
     QCOMPARE(QSettings().value("IP/Test/THING/Mode").toInt(), 2);
     open(makePage(description));
     QCOMPARE(values(), earlier);
-    QCOMPARE(cells(2), (QStringList{"0||Read|0.5", "1||Read & write|0.5"}));
+    QCOMPARE(cells(2).mid(0, 2), (QStringList{"0||Read|0.5", "1||Read & write|0.5"}));
     press("Reset");
     QCOMPARE(values()["Rate"], QStringLiteral("100.0"));
 }
@@ -81,15 +86,18 @@ void DescribedTest::looksAndRemembers() {
 void DescribedTest::scriptReceivesValues() {
     openFilled(returnsRegisters);
     set("Count=2;Mode=Second;Registers 1=a\"b\\c'd,é;Registers 2=Read,Read & write;Registers 3=7,0.25");
-    QCOMPARE(statement(), QStringLiteral(R"(argDict = {  '%%REGISTERS%%': '[("a\\"b\\\\c\'d", "r\\"o\\\\", 7.0), )"
-                                         R"(("é", "rw", 0.25)]', '%%ENTITY_NAME%%': 'thing', '%%COUNT%%': '2', )"
-                                         R"('%%RATE%%': '100.0', '%%REASON%%': '', '%%MODE%%': '\\', )"
-                                         R"('%%WIDTH%%': '6', '%%LIST%%': '(x"01", x"fe")', )"
-                                         R"('%%APPLICATION%%': 'Velmora', '%%DATE%%': 'DATE'})"));
+    QCOMPARE(statement(),
+             QStringLiteral(R"(argDict = {  '%%REGISTERS%%': '[("a\\"b\\\\c\'d", "r\\"o\\\\", 7.0), )"
+                            R"(("é", "rw", 0.25)]', '%%ENTITY_NAME%%': 'thing', '%%COUNT%%': '2', )"
+                            R"('%%RATE%%': '100.0', '%%REASON%%': '', '%%MODE%%': '\\', )"
+                            R"('%%WIDTH%%': '6', '%%LIST%%': '(x"01", x"fe")', '%%NAMES%%': '[("",), ("",)]', )"
+                            R"('%%APPLICATION%%': 'Velmora', '%%DATE%%': 'DATE'})"));
     set("Reason=why");
     QCOMPARE(generate(), (QStringList{"Generating thing", "  Generating done"}));
     QCOMPARE(readFile(_dialog.answer),
              QByteArray("[('a\"b\\\\c\\'d', 'r\"o\\\\', 7.0), ('\\xc3\\xa9', 'rw', 0.25)]\n"));
+    set("Count=1;Names 1=x");
+    QVERIFY(statement().contains("'%%NAMES%%': '[(\"x\",)]'"));
     set("Count=0");
     QVERIFY(statement().contains("'%%REGISTERS%%': '[]'"));
 }
@@ -172,10 +180,40 @@ void DescribedTest::wrongFormIsToldWhenItIsNeeded() {
     QCOMPARE(wrong->findChild<QSplitter*>()->count(), 1);
 
     _prefix->addKnownIP("Scope", echo, "uid UID\n");
+    const auto filled = makePage(description);
+    filled->setConfigurationWidget(new QWidget); // somebody else's form
+    filled->show();
+    QVERIFY(!filled->getForm());
+
     _prefix->write("share/velmora/Orvane/Scope/form.json", "{"); // of an IP that the program knows
     open("Scope");
     QVERIFY(editor<QWidget>("CaptureDepth"));
     QCOMPARE(recorder.lines().size(), 1);
+}
+
+void DescribedTest::windowReadsTheFormsThatItNeeds() {
+    openFilled();
+    const QByteArray configuration = QByteArray::fromStdString(page().getConfiguration().getContent());
+    close();
+    QSettings().clear();
+    for (const QByteArray& uid : {QByteArray("ONE"), QByteArray("TWO"), QByteArray("THREE")}) {
+        const QByteArray lines = "name " + uid + "\ncategory C\nuid " + uid + "\ncompany Test\nvariants V\nscript s\n";
+        _prefix->write("share/velmora/Test/" + uid + "/form.json", "[]");
+        _prefix->addIP("Test/" + uid, lines);
+    }
+    ConsoleRecorder recorder;
+    const Velmora::MainWindow window;
+    const auto errorCount = recorder.take().size();
+    QVERIFY2(errorCount <= 1, "more forms were read than that of the page that is shown");
+    auto* menu = window.findChild<Velmora::FileMenu*>();
+    menu->open({_prefix->write("a.velmora", configuration)});
+    QCOMPARE(recorder.take(), QStringList{"Configuration loaded from " + _prefix->path("a.velmora")});
+    const Velmora::IPLeaf* shown = window.findChild<Velmora::Folio*>()->getShownIP();
+    QCOMPARE(QByteArray::fromStdString(shown->getConfiguration().getContent()), configuration);
+    menu->open(
+        {_prefix->write("b.velmora", QByteArray(configuration).replace("Thing", "ONE").replace("THING", "ONE"))});
+    QVERIFY(recorder.lines().last().startsWith("E: No installed IP with a form is 'ONE' of Test"));
+    QCOMPARE(window.findChild<Velmora::Folio*>()->getShownIP(), shown);
 }
 
 VELMORA_TEST_MAIN(DescribedTest)

@@ -44,7 +44,7 @@ const std::string& requireText(const JsonValue& value, const std::string& what, 
 
 JsonObject::JsonObject(const JsonValue& value, std::string what) : _value(value), _what(std::move(what)) {
     if (value.kind != JsonValue::Kind::Object)
-        refuseLine(_what + " should be an object", value.line);
+        refuseLine("An object should stand here: " + _what, value.line);
 }
 
 std::string JsonObject::getName(std::string_view member) const {

@@ -4,9 +4,10 @@
 #include <Brindle/core/Text.h>
 
 #include <algorithm>
+#include <charconv>
 #include <cstddef>
-#include <optional>
 #include <string>
+#include <utility>
 
 #include <rapidjson/error/en.h>
 #include <rapidjson/reader.h>
@@ -57,16 +58,19 @@ public:
 
     bool Null() { return add(makeValue(JsonValue::Kind::Null)); }
     bool Bool(bool) { return add(makeValue(JsonValue::Kind::Boolean)); }
-    bool Int(int number) { return Double(number); }
-    bool Uint(unsigned number) { return Double(number); }
-    bool Int64(std::int64_t number) { return Double(static_cast<double>(number)); }
-    bool Uint64(std::uint64_t number) { return Double(static_cast<double>(number)); }
-    bool Double(double number) {
+    // Numbers come as texts: the reader's own conversion of zeros with many digits is undefined.
+    bool RawNumber(const char* text, rapidjson::SizeType size, bool) {
         JsonValue value = makeValue(JsonValue::Kind::Number);
-        value.number = number;
+        const auto result = std::from_chars(text, text + size, value.number);
+        if (result.ec != std::errc())
+            refuse("Number " + Brindle::inQuotes({text, size}) + " cannot be held", _stream.getLine());
         return add(std::move(value));
     }
-    bool RawNumber(const char*, rapidjson::SizeType, bool) { return false; } // for which the reader is not asked
+    bool Int(int) { return false; }
+    bool Uint(unsigned) { return false; }
+    bool Int64(std::int64_t) { return false; }
+    bool Uint64(std::uint64_t) { return false; }
+    bool Double(double) { return false; }
     bool String(const char* text, rapidjson::SizeType size, bool) {
         JsonValue value = makeValue(JsonValue::Kind::Text);
         value.text.assign(text, size);
@@ -141,7 +145,7 @@ JsonValue parseJson(std::string_view text) {
     LineCountingStream stream(text);
     ValueBuilder builder(stream);
     rapidjson::Reader reader;
-    constexpr unsigned flags = rapidjson::kParseValidateEncodingFlag | rapidjson::kParseFullPrecisionFlag;
+    constexpr unsigned flags = rapidjson::kParseValidateEncodingFlag | rapidjson::kParseNumbersAsStringsFlag;
     if (const auto result = reader.Parse<flags>(stream, builder); result.IsError())
         refuse(std::string("No JSON: ") + rapidjson::GetParseError_En(result.Code()), lineAt(text, result.Offset()));
     return builder.takeResult();
