@@ -34,7 +34,8 @@ void FormFixture::end() {
 
 void FormFixture::open(const QString& ipName, const QByteArray& script, const QByteArray& uid) {
     _page.reset();
-    _page = std::make_unique<Velmora::IPLeaf>(_prefix->addKnownIP(ipName, script, "uid " + uid + "\n").toStdString());
+    const QString description = _prefix->addKnownIP(ipName, script, "uid " + uid + "\n");
+    _page = std::make_unique<Velmora::IPLeaf>(description.toStdString());
 }
 
 Velmora::Configuration FormFixture::openFor(const QString& example, const QByteArray& script) {

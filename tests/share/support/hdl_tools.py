@@ -53,19 +53,12 @@ class Ghdl:
         output = self("-m", top)
         require("warning" not in output, f"ghdl -m --std={self.standard} {top}:\n{output}")
 
-    def simulate(self, top, stop_time):
-        """What the simulation printed; it must end by itself before the stop time and without a warning."""
-        output = self("-r", top, f"--stop-time={stop_time}")
-        require("stopped by" not in output, f"{top} does not end within {stop_time}:\n{output[-4000:]}")
-        require("warning" not in output, f"{top} gives warnings:\n{output[:4000]}")
-        return output
-
-    def run_bench(self, bench, entity, *options):
+    def run_bench(self, bench, *options):
         """Runs the delivered bench of an analysed entity; it must say no more than that it has passed."""
         self.analyse([bench])
-        self("-e", f"{entity}_tb")
-        output = self("-r", f"{entity}_tb", *options)
-        passed = re.fullmatch(rf"[^\n]*note\): {entity}_tb: PASSED \(([1-9]\d*) checks\)\n", output)
+        self("-e", bench.stem)
+        output = self("-r", bench.stem, *options)
+        passed = re.fullmatch(rf"[^\n]*note\): {bench.stem}: PASSED \(([1-9]\d*) checks\)\n", output)
         require(passed, f"the bench does not end as it should:\n{output[-4000:]}")
         return f"{passed.group(1)} checks, standard {self.standard}"
 
@@ -108,6 +101,18 @@ def synthesise(ghdl, top, commands, edited=str):
     warnings = [line for line in output.splitlines() if line.startswith("Warning")]
     require(not warnings, "Yosys warns:\n" + "\n".join(warnings))
     return remarks, output
+
+
+def check_one_memory(ghdl, top, width, depth):
+    """The memory is one RAM of these words with a clocked port for each direction, and there is no latch."""
+    notes, _ = synthesise(ghdl, top, [
+        "proc", "opt", "memory -nomap", "check -assert", "select -assert-none t:$dlatch t:$adlatch t:$dlatchsr t:$sr",
+        "select -assert-count 1 t:$mem_v2",
+        f"select -assert-count 1 t:$mem_v2 r:WIDTH={width} %i r:SIZE={depth} %i "
+        "r:RD_PORTS=1 %i r:RD_CLK_ENABLE=1'1 %i r:WR_PORTS=1 %i r:WR_CLK_ENABLE=1'1 %i"])
+    memories = re.findall(r"found RAM.*width: (\d+) bits, depth: (\d+)", notes)
+    require(memories == [(str(width), str(depth))], f"memories found: {memories}\n{notes}")
+    return "1 memory, no latch"
 
 
 def synthesised_module(ghdl, top):

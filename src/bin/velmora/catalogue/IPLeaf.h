@@ -3,6 +3,7 @@
 #include <velmora/catalogue/SearchTerms.h>
 #include <velmora/form/FormMemory.h>
 #include <velmora/generation/Generation.h>
+#include <velmora/generation/GeneratorScript.h>
 #include <velmora/rules/Configuration.h>
 #include <velmora/rules/IPDescription.h>
 
@@ -20,20 +21,22 @@
 
 namespace Velmora {
 
-class DescriptionView;
+class DescriptionPage;
 class Form;
 class FormArea;
 class GeneratorLeaf;
 class PageTabs;
+struct IPForm;
 
-/// The page of one IP: its HTML description above, its configuration form (when the IP is one that the program knows)
-/// below.
+/// The page of one IP: its HTML description above, its configuration form (when the IP is one that the program knows,
+/// or describes its form itself) below. A described form is read and made when it is first needed, and so is all of a
+/// page of a catalogue that may have a thousand of them: when it is shown, or asked for its form or what that holds.
 class IPLeaf : public QWidget {
     Q_OBJECT
 
 public:
-    /// What the page is made of. A program without a window needs no description, and its forms no memory.
-    enum class Content { DescriptionAndForm, FormOnly };
+    /// What the page is made of, and when. A program without a window needs no description, and its forms no memory.
+    enum class Content { DescriptionAndForm, WhenNeeded, FormOnly };
 
     /// Reads the description file and builds the page. Throws Brindle::Critical when the file cannot be read or is
     /// wrong.
@@ -52,6 +55,10 @@ public:
     Brindle::strings getVariants() const;
     /// Absolute path of the generator script; empty when the IP has none.
     const std::string& getScriptFilename() const { return _description.scriptFilename; }
+    /// Throws what its constructor throws.
+    GeneratorScript getScript() const { return _script ? *_script : GeneratorScript(getScriptFilename()); }
+    /// Of an author who tries it before it is sealed. Only a described form runs it.
+    void setScript(const GeneratorScript& script) { _script = script; }
     /// The name in lower case with every blank replaced by "_".
     std::string getEscapedName() const;
 
@@ -84,11 +91,15 @@ public:
     /// Puts a line below description and form, once; it becomes a child of the page.
     void setSummary(QWidget* line);
 
-    /// The configuration form of an IP that the program knows; null for another one, for which what follows must not be
-    /// called.
+    /// The configuration form; null for an IP that has none, for which what follows must not be called. Of a described
+    /// form that is wrong the console is told, once; without a window Brindle::Critical is thrown instead.
     Form* getForm() const;
+    /// True for an IP whose form is there or described, rightly or not: the description is not read.
+    bool mayHaveForm() const;
+    /// Throws Brindle::Critical when the description of the form is wrong. The form itself is not made.
+    void requireGoodForm() const;
     /// Of a form that is made for the page.
-    FormMemory getFormMemory() const { return _formMemory; }
+    FormMemory getFormMemory() const { return _content == Content::FormOnly ? FormMemory::None : FormMemory::Kept; }
     /// What the form generates.
     Generation getGeneration() const;
     /// The IP and what its form holds.
@@ -111,26 +122,37 @@ public Q_SLOTS:
     void onLinkClicked(const QUrl& url);
 
 protected:
+    void showEvent(QShowEvent* event) override;
     /// A double click on the grip between description and form gives the form all the room, and another one takes it
     /// back.
     bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
     bool isOurs(const char* name) const;
-    void createDescriptionView();
-    void createConfigurationWidget();
+    void createPage();
+    void completePage() const;
+    void orderStops();
+    void createDescriptionPage();
+    void createForm();
+    void createDescribedForm();
+    void completeForm() const;
+    void setForm(const IPForm& form);
     void showConfigurationWidget();
     void tellFormShare();
 
     const std::string _descriptionFilename;
     const IPDescription _description;
-    const FormMemory _formMemory;
+    const Content _content;
+    std::optional<GeneratorScript> _script;
     QWidget* _configurationWidget = nullptr;
-    GeneratorLeaf* _generatorLeaf = nullptr; // the same for an IP that the program knows
+    GeneratorLeaf* _generatorLeaf = nullptr; // the same, unless it was set from outside
     QSplitter* _splitter = nullptr;
-    DescriptionView* _view = nullptr;
+    DescriptionPage* _page = nullptr;
     PageTabs* _tabs = nullptr; // once there is more than the description
     FormArea* _formArea = nullptr;
+    mutable std::function<void()> _makePage; // until the page is needed
+    mutable std::function<void()> _makeForm; // until the form is needed
+    std::optional<int> _formShare;           // that the form is to have when it is made
     PageOpener _pageOpener = [](const QUrl&) { return false; };
     QByteArray _lastSplit;                           // before the form got all the room
     mutable std::optional<SearchTerms> _searchTerms; // once they were asked for

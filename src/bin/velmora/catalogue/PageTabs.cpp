@@ -1,5 +1,6 @@
 #include <velmora/catalogue/PageTabs.h>
 
+#include <QEvent>
 #include <QShortcut>
 #include <QStackedLayout>
 #include <QVBoxLayout>
@@ -11,12 +12,11 @@ namespace Velmora {
 
 namespace {
 
-/// The widget and all in it that Tab stops at.
+/// The widget and all in it that Tab stops at; the list of a combo box is in a window of its own.
 QList<QWidget*> getTabStops(QWidget* widget) {
     QList<QWidget*> stops = QList<QWidget*>{widget} + widget->findChildren<QWidget*>();
     const auto isPassed = [widget](const QWidget* each) {
-        return (each->focusPolicy() & Qt::TabFocus) == 0 ||
-               each->window() != widget->window(); // the list of a combo box
+        return (each->focusPolicy() & Qt::TabFocus) == 0 || each->window() != widget->window();
     };
     stops.erase(std::remove_if(stops.begin(), stops.end(), isPassed), stops.end());
     return stops;
@@ -31,11 +31,12 @@ PageTabs::PageTabs(QWidget* frame, const QString& title, const QKeySequence& sho
     setDrawBase(false);
     setExpanding(false);
     auto* framed = frame->property("child").value<QWidget*>();
-    setTabOrder(framed->previousInFocusChain(), this);
+    setTabOrder(framed, this); // where it is, and then before it
+    setTabOrder(this, framed);
     auto* layout = static_cast<QVBoxLayout*>(frame->layout());
     layout->setSpacing(0);
     layout->removeWidget(framed);
-    layout->addWidget(this);
+    layout->addWidget(this, 0, Qt::AlignLeft);
     layout->addLayout(_pages, 1);
     _pages->addWidget(framed);
     addTitle(title, shortcut);
@@ -44,6 +45,7 @@ PageTabs::PageTabs(QWidget* frame, const QString& title, const QKeySequence& sho
 
 void PageTabs::addPage(const QString& title, const QKeySequence& shortcut, QWidget* page) {
     _pages->addWidget(page);
+    page->installEventFilter(this);
     addTitle(title, shortcut);
 }
 
@@ -61,6 +63,16 @@ void PageTabs::showPage(int index) {
     _pages->setCurrentIndex(index);
     if (isFocusLost)
         setFocus();
+}
+
+/// A page may build what it consists of once it gets the event.
+bool PageTabs::eventFilter(QObject* object, QEvent* event) {
+    if (event->type() == QEvent::Show)
+        QMetaObject::invokeMethod(this, &PageTabs::orderStops, Qt::QueuedConnection);
+    return QTabBar::eventFilter(object, event);
+}
+
+void PageTabs::orderStops() {
     QWidget* last = this;
     for (QWidget* stop : getTabStops(_pages->currentWidget())) { // what was built later would come after the form
         setTabOrder(last, stop);

@@ -24,9 +24,13 @@ public:
     /// shown.
     void addPage(const QString& title, const QKeySequence& shortcut, QWidget* page);
 
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override;
+
 private:
     void addTitle(const QString& title, const QKeySequence& shortcut);
     void showPage(int index);
+    void orderStops();
 
     QStackedLayout* const _pages;
 };

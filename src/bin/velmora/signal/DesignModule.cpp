@@ -30,7 +30,7 @@ bool designEquiripple(std::size_t tapCount, std::size_t bandCount, const double*
     std::vector<float> floatWeights = toFloats(weights, bandCount);
     std::vector<float> floats(tapCount);
     // the call that does all in one goes on with what could not be made
-    const firdespm design =
+    auto* const design =
         firdespm_create(static_cast<unsigned>(tapCount), static_cast<unsigned>(bandCount), floatEdges.data(),
                         floatGains.data(), floatWeights.data(), nullptr, LIQUID_FIRDESPM_BANDPASS);
     if (!design)

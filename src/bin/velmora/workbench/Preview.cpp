@@ -11,9 +11,19 @@ namespace {
 
 QStringList toTexts(const QJsonValue& array) {
     QStringList texts;
-    for (const QJsonValue& text : array.toArray())
+    for (const QJsonValue text : array.toArray())
         texts += text.toString();
     return texts;
+}
+
+/// The first error; of a script's trace, the line that says what was raised.
+QString getFirst(QStringList errors) {
+    if (errors.value(0).startsWith(QLatin1String("Traceback"))) {
+        do
+            errors.removeFirst();
+        while (errors.value(0).startsWith(QLatin1String("File ")));
+    }
+    return errors.value(0);
 }
 
 QString joinInstantiation(const QJsonObject& parts) {
@@ -30,19 +40,18 @@ QString joinInstantiation(const QJsonObject& parts) {
 Preview read(const QJsonObject& object) {
     Preview preview;
     const QJsonObject check = object["checked"].toObject();
-    const QStringList errors = toTexts(object["errors"]);
-    preview.error = !check.isEmpty() ? check["message"].toString() : errors.value(0);
+    preview.error = check.isEmpty() ? getFirst(toTexts(object["errors"])) : check["message"].toString();
     preview.failedFields = toTexts(check["fields"]);
     preview.remarks = toTexts(object["remarks"]);
-    for (const QJsonValue& fact : object["facts"].toArray()) {
+    for (const QJsonValue fact : object["facts"].toArray()) {
         const QString value = fact["value"].toVariant().toString() + " " + fact["unit"].toString();
         preview.facts.push_back({fact["label"].toString(), value.trimmed()});
     }
     preview.entity = object["entity"].toString();
-    for (const QJsonValue& port : object["ports"].toArray())
+    for (const QJsonValue port : object["ports"].toArray())
         preview.ports.push_back({port["name"].toString(), port["mode"].toString(), port["type"].toString()});
     preview.instantiation = joinInstantiation(object["instantiation"].toObject());
-    for (const QJsonValue& file : object["files"].toArray())
+    for (const QJsonValue file : object["files"].toArray())
         preview.files.push_back({file["name"].toString(), file["text"].toString()});
     return preview;
 }

@@ -72,6 +72,7 @@ void PreviewPage::createWidgets() {
     _hdl = new HdlView(nullptr);
     _hdl->setMinimumSize(120, 40);
     splitter->addWidget(_hdl);
+    _hdl->raise(); // last for Tab, too
     splitter->setStretchFactor(1, 1);
     const int sheetWidth = std::min(_sheet->sizeHint().width(), std::max(narrowSheet, width() / 2));
     splitter->setSizes({sheetWidth, width() - sheetWidth});
@@ -125,7 +126,7 @@ const Preview::File* PreviewPage::getShownFile() const {
 
 void PreviewPage::showFile() {
     const Preview::File* file = getShownFile();
-    _hdl->show(file ? file->name : QString(), file ? file->text : QString());
+    _hdl->setFile(file ? file->name : QString(), file ? file->text : QString());
 }
 
 void PreviewPage::copyInstantiation() {

@@ -10,7 +10,6 @@
 
 #include <QHBoxLayout>
 #include <QMenu>
-#include <QToolButton>
 
 #include <algorithm>
 
@@ -30,34 +29,37 @@ QString joinFacts(const std::vector<Preview::Fact>& facts) {
 } // namespace
 
 SummaryLine::SummaryLine(IPLeaf& leaf)
-    : QWidget(&leaf), _leaf(leaf), _text(new TextButton(this)), _filesButton(new QToolButton(this)) {
+    : QWidget(&leaf),
+      _leaf(leaf),
+      _text(new TextButton(this)),
+      _filesButton(new TextButton(this)),
+      _filesMenu(new QMenu(this)) {
     setObjectName(QStringLiteral("summaryLine"));
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(_text, 1);
     layout->addWidget(_filesButton);
-    _filesButton->setObjectName(QStringLiteral("writtenFiles"));
-    _filesButton->setText(tr("Written files"));
-    _filesButton->setToolTip(tr("What the last generation has written"));
-    _filesButton->setAutoRaise(true);
-    _filesButton->setPopupMode(QToolButton::InstantPopup);
-    _filesButton->setToolButtonStyle(Qt::ToolButtonTextOnly);
-    _filesButton->setFocusPolicy(Qt::StrongFocus);
-    _filesButton->setMenu(new QMenu(_filesButton));
-    _filesButton->hide();
+    _text->setObjectName(QStringLiteral("summaryText"));
     connect(_text, &TextButton::clicked, this, &SummaryLine::goToField);
+    _filesButton->setObjectName(QStringLiteral("writtenFiles"));
+    _filesButton->setLine(tr("Written files..."), "link", true);
+    _filesButton->hide();
+    connect(_filesButton, &TextButton::clicked, this, [this] {
+        const int height = _filesMenu->sizeHint().height();
+        _filesMenu->popup(_filesButton->mapToGlobal(QPoint(0, -height)));
+    });
 }
 
 void SummaryLine::setPreview(const Preview& preview) {
     _preview = preview;
     if (!preview.problem.isEmpty())
-        _text->show(preview.problem, "remark", false);
+        _text->setLine(preview.problem, "remark", false);
     else if (!preview.error.isEmpty())
-        _text->show(preview.error, "error", true);
+        _text->setLine(preview.error, "error", true);
     else if (!preview.remarks.isEmpty())
-        _text->show(preview.remarks.first(), "remark", true);
+        _text->setLine(preview.remarks.first(), "remark", true);
     else
-        _text->show(joinFacts(preview.facts), "text", false);
+        _text->setLine(joinFacts(preview.facts), "text", false);
 }
 
 /// What is wrong is marked there, as by a check.
@@ -75,8 +77,8 @@ void SummaryLine::goToField() {
 }
 
 void SummaryLine::setFiles(const std::vector<std::string>& filenames) {
-    _filesButton->menu()->clear();
-    Brindle::addFileMenus(*_filesButton->menu(), filenames);
+    _filesMenu->clear();
+    Brindle::addFileMenus(*_filesMenu, filenames);
     _filesButton->setVisible(!filenames.empty());
 }
 

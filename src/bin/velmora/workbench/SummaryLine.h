@@ -8,7 +8,7 @@
 #include <vector>
 
 QT_BEGIN_NAMESPACE
-class QToolButton;
+class QMenu;
 QT_END_NAMESPACE
 
 namespace Velmora {
@@ -34,7 +34,8 @@ private:
 
     IPLeaf& _leaf;
     TextButton* _text;
-    QToolButton* _filesButton;
+    TextButton* _filesButton;
+    QMenu* _filesMenu;
     Preview _preview;
 };
 

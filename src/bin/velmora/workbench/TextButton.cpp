@@ -16,11 +16,11 @@ constexpr int longestText = 1000; // characters
 } // namespace
 
 TextButton::TextButton(QWidget* parent) : QAbstractButton(parent) {
-    setObjectName(QStringLiteral("summaryText"));
-    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    setLine({}, "muted", false);
 }
 
-void TextButton::show(const QString& text, const std::string& colorName, bool leadsSomewhere) {
+void TextButton::setLine(const QString& text, const std::string& colorName, bool leadsSomewhere) {
     _colorName = colorName;
     _text = text.left(longestText).simplified();
     setAccessibleName(_text);
@@ -28,15 +28,16 @@ void TextButton::show(const QString& text, const std::string& colorName, bool le
     setEnabled(leadsSomewhere);
     setFocusPolicy(leadsSomewhere ? Qt::StrongFocus : Qt::NoFocus);
     setCursor(leadsSomewhere ? Qt::PointingHandCursor : Qt::ArrowCursor);
+    updateGeometry();
     update();
 }
 
 QSize TextButton::sizeHint() const {
-    return {0, fontMetrics().height() + margin};
+    return {fontMetrics().horizontalAdvance(_text) + 2 * margin, fontMetrics().height() + margin};
 }
 
 QSize TextButton::minimumSizeHint() const {
-    return sizeHint();
+    return {0, sizeHint().height()};
 }
 
 void TextButton::paintEvent(QPaintEvent*) {
