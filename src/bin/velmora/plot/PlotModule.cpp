@@ -2,11 +2,11 @@
 
 #include <QPen>
 
-#include <qwt_legend.h>
 #include <qwt_plot.h>
 #include <qwt_plot_canvas.h>
 #include <qwt_plot_curve.h>
 #include <qwt_plot_grid.h>
+#include <qwt_plot_legenditem.h>
 #include <qwt_plot_renderer.h>
 #include <qwt_plot_zoomer.h>
 #include <qwt_symbol.h>
@@ -63,6 +63,13 @@ public:
         auto* grid = new QwtPlotGrid;
         grid->setPen(QPen(colors.grid, 0));
         grid->attach(this);
+        _legend = new QwtPlotLegendItem;
+        _legend->setTextPen(QPen(colors.text));
+        _legend->setBackgroundMode(QwtPlotLegendItem::LegendBackground);
+        _legend->setBackgroundBrush(colors.ground);
+        _legend->setBorderPen(QPen(colors.grid));
+        _legend->setMaxColumns(1);
+        _legend->attach(this);
         _zoomer = new Zoomer(plotCanvas, colors);
     }
 
@@ -96,10 +103,8 @@ private:
         setTitle(yLeft, isLow ? QString() : _content.yTitle);
         setAxisMaxMajor(yLeft, std::clamp(height() / tickHeight, 1, 8));
         const auto isNamed = [](const VelmoraPlotCurve& curve) { return !curve.title.isEmpty(); };
-        if (isLow || std::count_if(_content.curves.begin(), _content.curves.end(), isNamed) < 2)
-            insertLegend(nullptr);
-        else if (!legend())
-            insertLegend(new QwtLegend, QwtPlot::TopLegend);
+        const auto named = std::count_if(_content.curves.begin(), _content.curves.end(), isNamed);
+        _legend->setVisible(named > 1 && !isLow);
     }
 
     void setTitle(int axis, const QString& title) {
@@ -172,6 +177,7 @@ private:
 
     const VelmoraPlotColors _colors;
     VelmoraPlotContent _content;
+    QwtPlotLegendItem* _legend; // the plot's
     QString _zoomedTitles;
     Zoomer* _zoomer;
 };
