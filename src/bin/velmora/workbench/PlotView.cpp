@@ -42,8 +42,10 @@ PlotView::PlotView(QWidget* parent) : QWidget(parent) {
 }
 
 void PlotView::show(const VelmoraPlotContent& content) {
-    if (_plot)
-        getModule().show(_plot, content);
+    if (!_plot)
+        return;
+    _plot->setVisible(!content.curves.empty()); // rather nothing than axes of nothing
+    getModule().show(_plot, content);
 }
 
 bool PlotView::save(const QString& filename) const {
