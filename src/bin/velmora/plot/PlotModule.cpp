@@ -68,6 +68,7 @@ public:
         _legend->setBackgroundMode(QwtPlotLegendItem::LegendBackground);
         _legend->setBackgroundBrush(colors.ground);
         _legend->setBorderPen(QPen(colors.grid));
+        _legend->setAlignment(Qt::AlignTop | Qt::AlignRight);
         _legend->setMaxColumns(1);
         _legend->attach(this);
         _zoomer = new Zoomer(plotCanvas, colors);
