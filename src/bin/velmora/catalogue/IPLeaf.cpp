@@ -86,7 +86,11 @@ void IPLeaf::createForm() {
     if (const auto form = Velmora::makeForm(*this))
         setForm(*form);
     else
-        _makeForm = [this] { createDescribedForm(); };
+        _makeForm = [this] {
+            createDescribedForm();
+            if (!isWindow())
+                orderStops();
+        };
 }
 
 void IPLeaf::createDescribedForm() {
