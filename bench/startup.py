@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Prints the time from the start of the process to the first painted window, and the peak memory by then, of the program
-with the shipped catalogue and with 1,000 made IPs, each beside an empty Qt window of the same run. Without a display it
+with the shipped catalogue and with 1,000 made IPs, also such as describe forms, each beside an empty Qt window of the same run. Without a display it
 starts one of its own (Xvfb)."""
 
 import argparse
@@ -14,16 +14,25 @@ import time
 MADE_IPS = 1000
 
 
-def make_catalogue(prefix):
-    """A catalogue of IPs that match no known form, with description pages."""
+FORM = """{"title": "Generating", "result": "file", "rows": [
+  {"key": "Entity", "kind": "text", "label": "Entity name", "argument": "%%ENTITY_NAME%%"},
+  {"key": "Depth", "kind": "number", "label": "Depth", "minimum": 2, "maximum": 65536, "argument": "%%DEPTH%%"}]}
+"""
+
+
+def make_catalogue(prefix, form=None):
+    """A catalogue of IPs that match no known form, with description pages and, if there is one, that form."""
     for number in range(MADE_IPS):
         directory = os.path.join(prefix, "share/velmora/Made", "ip%04d" % number)
         os.makedirs(directory)
         with open(os.path.join(directory, "config"), "w") as config:
-            config.write("name Made %d\ncategory Group%d/Sub%d\nuid MADE%04d\ncompany Made\nvariants A%d B%d\nhtml page.html\n"
+            config.write("name Made %d\ncategory Group%d/Sub%d\nuid MADE%04d\ncompany Made\nvariants A%d B%d\nhtml page.html\nscript generator.py\n"
                          % (number, number % 10, number % 50, number, number % 7, number % 3))
         with open(os.path.join(directory, "page.html"), "w") as page:
             page.write("<html><body><h1>Made %d</h1><p>%s</p></body></html>" % (number, "text " * 200))
+        if form:
+            with open(os.path.join(directory, "form.json"), "w") as description:
+                description.write(form)
 
 
 def first_paint(command, environment):
@@ -44,12 +53,15 @@ def first_paint(command, environment):
 def measure(options, folder):
     made_prefix = os.path.join(folder, "made")
     make_catalogue(made_prefix)
+    described_prefix = os.path.join(folder, "described")
+    make_catalogue(described_prefix, FORM)
     base = dict(os.environ, QT_PLUGIN_PATH=options.plugins, QT_QPA_GENERIC_PLUGINS="firstpaint",
                 XDG_CONFIG_HOME=os.path.join(folder, "config"), XDG_RUNTIME_DIR=folder)
     cases = [
         ("empty window", [options.empty], base),
         ("shipped catalogue", [options.program], dict(base, ORVANE_PREFIX=options.prefix)),
         ("%d made IPs" % MADE_IPS, [options.program], dict(base, ORVANE_PREFIX=made_prefix)),
+        ("the same with forms", [options.program], dict(base, ORVANE_PREFIX=described_prefix)),
     ]
     figures = {name: [] for name, _, _ in cases}
     for run in range(options.runs + 1):

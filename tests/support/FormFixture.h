@@ -26,6 +26,8 @@ protected:
 
     /// Opens the page of the IP of that name; the page before, if any, is gone by then.
     void open(const QString& ipName, const QByteArray& script = echo, const QByteArray& uid = "UID");
+    /// Takes a page that was made elsewhere.
+    void open(std::unique_ptr<Velmora::IPLeaf> page) { _page = std::move(page); }
     /// Opens the page of the IP that the example is for, without its values; returns the example.
     Velmora::Configuration openFor(const QString& example, const QByteArray& script = echo);
     /// The same with the values of the example.
@@ -33,9 +35,11 @@ protected:
     void close() { _page.reset(); }
 
     Velmora::IPLeaf& page() const { return *_page; }
-    /// The settings group and object name of the form.
+    /// The settings group, which is the object name of the form unless the IP describes it.
     QString group() const { return _page->getForm()->getGroup(); }
-    QWidget* form() const { return _page->findChild<QWidget*>(group()); }
+    QWidget* form() const {
+        return _page->findChild<QWidget*>(group().startsWith("IP/") ? QStringLiteral("DescribedLeaf") : group());
+    }
     template <class Editor>
     Editor* editor(const QString& name) const {
         return _page->findChild<Editor*>(name);

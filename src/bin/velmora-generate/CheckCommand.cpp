@@ -11,9 +11,10 @@ namespace {
 
 constexpr std::string_view help = R"(Usage: velmora-generate check FILE... [--json] [-q]
 
-Checks configurations as the forms of their IPs do before a generation.
-Scripts, which may refuse more, are not run, and an IP that takes its output's
-name from --output may still be without an entity name. FILE may be a pipe, or -
+Checks configurations as the forms of their IPs do before a generation. Of
+scripts only the function 'check' is run, of an IP that describes its form; the
+rest may refuse more, and an IP that takes its output's name from --output may
+still be without an entity name. FILE may be a pipe, or -
 for standard input.
 
       --json   Write one JSON text, a list with an object for each file: "file",

@@ -15,5 +15,7 @@ extern const Brindle::Command benchCommand;       ///< Writes test benches.
 extern const Brindle::Command designCommand;      ///< Designs the coefficients of a filter.
 extern const Brindle::Command importCommand;      ///< Makes coefficients from the numbers of a file.
 extern const Brindle::Command responseCommand;    ///< Tells what the filter of a configuration does to sines.
+extern const Brindle::Command newIPCommand;       ///< Makes an IP to begin with.
+extern const Brindle::Command checkIPCommand;     ///< Tells what is wrong with an IP that is being written.
 
 } // namespace GenerateTool

@@ -8,9 +8,6 @@
 
 namespace GenerateTool {
 
-namespace {
-
-/// From a file, or to the end of what is none: standard input, a pipe.
 Velmora::Configuration readConfiguration(const QString& filename) {
     const QFileInfo file(filename);
     const bool isStream = filename == Brindle::standardStream || (file.exists() && !file.isFile() && !file.isDir());
@@ -23,8 +20,6 @@ Velmora::Configuration readConfiguration(const QString& filename) {
         throw Brindle::reworded<Brindle::Critical>("Unable to open configuration file", failure);
     }
 }
-
-} // namespace
 
 ConfiguredIP loadConfigured(const Catalogue& catalogue, const QString& filename) {
     Velmora::Configuration configuration = readConfiguration(filename);

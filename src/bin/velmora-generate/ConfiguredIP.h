@@ -11,6 +11,9 @@ struct ConfiguredIP {
     std::unique_ptr<Velmora::IPLeaf> leaf;
 };
 
+/// From a file, a pipe, or "-" for standard input. Throws Brindle::Critical with the field "filename".
+Velmora::Configuration readConfiguration(const QString& filename);
+
 /// The file may be a pipe, or "-" for standard input. Throws Brindle::Critical, mostly with the fields "filename" and
 /// "line", for a file that cannot be read or does not fit an installed IP.
 ConfiguredIP loadConfigured(const Catalogue& catalogue, const QString& filename);

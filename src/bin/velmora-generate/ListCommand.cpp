@@ -5,6 +5,8 @@
 #include <velmora-generate/IPJson.h>
 #include <velmora-generate/JsonOutput.h>
 
+#include <velmora/catalogue/IPForms.h>
+
 #include <Brindle/core/Console.h>
 
 #include <QJsonArray>
@@ -18,7 +20,8 @@ namespace {
 
 constexpr std::string_view help = R"(Usage: velmora-generate list [--json]
 
-Shows the installed IPs: name, category, company and variants.
+Shows the installed IPs: name, category, company and variants. A wrong
+description, of an IP or of its form, is an error.
 
       --json  Write one JSON text, a list of objects that also hold the uid.
 
@@ -47,11 +50,23 @@ void printTable(const std::vector<InstalledIP>& ips) {
     }
 }
 
+/// The console is told of an IP whose description of a form is wrong.
+void checkForm(const InstalledIP& ip) {
+    if (!Velmora::bringsForm(ip.description))
+        return;
+    try {
+        Velmora::IPLeaf(ip.descriptionFilename, Velmora::IPLeaf::Content::FormOnly).requireGoodForm();
+    } catch (const Brindle::Critical& exception) {
+        Brindle::console.error(exception);
+    }
+}
+
 int run(const Brindle::CommandLine& commandLine) {
     commandLine.requireNoOperand();
     const unsigned long errorCount = Brindle::console.getErrorCount();
     const Catalogue catalogue;
     const std::vector<InstalledIP>& ips = catalogue.getAll();
+    std::ranges::for_each(ips, checkForm);
     if (commandLine.has("json")) {
         QJsonArray objects;
         for (const InstalledIP& ip : ips)

@@ -50,7 +50,7 @@ const Brindle::Tool tool{
     "         $EDITOR filter.velmora    # at least Entity and Coefficients\n"
     "         velmora-generate run filter.velmora\n",
     {&listCommand, &describeCommand, &templateCommand, &checkCommand, &runCommand, &previewCommand, &instantiateCommand,
-     &benchCommand, &designCommand, &importCommand, &responseCommand},
+     &benchCommand, &designCommand, &importCommand, &responseCommand, &newIPCommand, &checkIPCommand},
     runWithoutWindow,
     tellFailure};
 

@@ -1,20 +1,36 @@
 #include <Quillon/ConsoleWidget.h>
 
 #include <Brindle/core/Console.h>
+#include <Brindle/widgets/FileMenus.h>
 #include <Brindle/widgets/QtLabel.h>
 #include <Brindle/widgets/Theme.h>
 
 #include <QAction>
+#include <QContextMenuEvent>
 #include <QFontDatabase>
 #include <QKeySequence>
+#include <QMenu>
 #include <QScrollBar>
 #include <QTextBlock>
+#include <QTextBlockUserData>
+
+#include <utility>
 
 namespace Quillon {
 
 namespace {
 
 constexpr int fewestLines = 3; // that stay visible in the smallest pane
+
+/// The files that a line tells of.
+class LineFiles : public QTextBlockUserData {
+public:
+    explicit LineFiles(std::vector<std::string> filenames) : _filenames(std::move(filenames)) {}
+    const std::vector<std::string>& get() const { return _filenames; }
+
+private:
+    const std::vector<std::string> _filenames;
+};
 
 const char* colorOf(Brindle::ConsoleLineKind kind) {
     switch (kind) {
@@ -71,6 +87,10 @@ void ConsoleWidget::onConsoleBreak() {
         onConsoleLine(Brindle::ConsoleLineKind::Text, {});
 }
 
+void ConsoleWidget::onConsoleFiles(const std::vector<std::string>& filenames) {
+    document()->lastBlock().setUserData(new LineFiles(filenames));
+}
+
 bool ConsoleWidget::isAtEnd() const {
     return verticalScrollBar()->value() == verticalScrollBar()->maximum();
 }
@@ -83,6 +103,19 @@ void ConsoleWidget::resizeEvent(QResizeEvent* event) {
         verticalScrollBar()->setValue(verticalScrollBar()->maximum());
 }
 
+/// Of the line below the mouse, or that of the text cursor for a key.
+void ConsoleWidget::contextMenuEvent(QContextMenuEvent* event) {
+    const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
+    const QTextCursor cursor = isByKey ? textCursor() : cursorForPosition(event->pos());
+    QMenu menu(this);
+    if (const auto* files = static_cast<const LineFiles*>(cursor.block().userData())) {
+        Brindle::addFileMenus(menu, files->get());
+        menu.addSeparator();
+    }
+    menu.addActions(actions());
+    menu.exec(isByKey ? viewport()->mapToGlobal(cursorRect(cursor).bottomLeft()) : event->globalPos());
+}
+
 QAction* ConsoleWidget::addMenuAction(const QString& text, const char* iconName, const QKeySequence& shortcut) {
     auto* action = new QAction(Brindle::theme.getIcon(iconName), text, this);
     action->setShortcut(shortcut);
@@ -92,7 +125,6 @@ QAction* ConsoleWidget::addMenuAction(const QString& text, const char* iconName,
 }
 
 void ConsoleWidget::addMenuActions() {
-    setContextMenuPolicy(Qt::ActionsContextMenu);
     QAction* copyAction = addMenuAction(tr("&Copy"), "copy", QKeySequence::Copy);
     copyAction->setEnabled(false);
     connect(copyAction, &QAction::triggered, this, &QPlainTextEdit::copy);

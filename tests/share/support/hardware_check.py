@@ -34,13 +34,18 @@ class Design:
     def entity(self):
         return self.arguments["%%ENTITY_NAME%%"]
 
+    @property
+    def vhdl(self):
+        """The file of the entity."""
+        return self.path / "rtl" / f"{self.entity}.vhd" if self.path.is_dir() else self.path
+
     def ghdl(self, standard):
         """A library in which the design is analysed."""
         return Ghdl(self.path.parent / standard, standard)
 
     def analyse(self):
         for standard in STANDARDS:
-            self.ghdl(standard).analyse([self.path])
+            self.ghdl(standard).analyse([self.vhdl])
         return ", ".join(STANDARDS)
 
 

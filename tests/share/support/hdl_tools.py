@@ -103,6 +103,18 @@ def synthesise(ghdl, top, commands, edited=str):
     return remarks, output
 
 
+def check_one_memory(ghdl, top, width, depth):
+    """The memory is one RAM of these words with a clocked port for each direction, and there is no latch."""
+    notes, _ = synthesise(ghdl, top, [
+        "proc", "opt", "memory -nomap", "check -assert", "select -assert-none t:$dlatch t:$adlatch t:$dlatchsr t:$sr",
+        "select -assert-count 1 t:$mem_v2",
+        f"select -assert-count 1 t:$mem_v2 r:WIDTH={width} %i r:SIZE={depth} %i "
+        "r:RD_PORTS=1 %i r:RD_CLK_ENABLE=1'1 %i r:WR_PORTS=1 %i r:WR_CLK_ENABLE=1'1 %i"])
+    memories = re.findall(r"found RAM.*width: (\d+) bits, depth: (\d+)", notes)
+    require(memories == [(str(width), str(depth))], f"memories found: {memories}\n{notes}")
+    return "1 memory, no latch"
+
+
 def synthesised_module(ghdl, top):
     """The one module of the netlist that Yosys wrote with "write_json netlist.json"."""
     modules = json.loads((ghdl.directory / "netlist.json").read_text())["modules"]

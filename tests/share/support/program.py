@@ -13,10 +13,11 @@ BUILD = pathlib.Path(os.environ.get("VELMORA_BUILD", ROOT / "build/release"))
 ENVIRONMENT = {**os.environ, "SOURCE_DATE_EPOCH": "1767225600"}
 
 ECHO = "import json\n\n\ndef generate(argDict):\n    return json.dumps(argDict)\n"
+ECHO_FILES = ECHO.replace("json.dumps(argDict)", "{'arguments': json.dumps(argDict)}")
 
 
 class Generated(typing.NamedTuple):
-    """A file that the program wrote, the arguments that its script got, the errors that it reported, and the facts."""
+    """A file or directory that the program wrote, the arguments that its script got, the errors that it reported, and the facts."""
 
     path: pathlib.Path
     arguments: dict
@@ -30,7 +31,8 @@ def configuration(ip, form):
     lines = {key: lines[key] for key in ("company", "name", "uid")}
     for key, value in form.fields().items():
         if isinstance(value, list):
-            lines.update((f"{key}/{row}", ", ".join(json.dumps(str(cell)) for cell in cells)) for row, cells in enumerate(value))
+            lines.update((f"{key}/{row}", ", ".join(json.dumps(str(cell), ensure_ascii=False) for cell in cells))
+                         for row, cells in enumerate(value))
         else:
             lines[key] = json.dumps(str(value))
     return "".join(f"{key} = {value}\n" for key, value in lines.items())
@@ -51,7 +53,9 @@ def make_installation(ip, prefix, script=ECHO):
     directory = prefix / "share/velmora/Orvane" / ip
     directory.mkdir(parents=True)
     (prefix / "etc").symlink_to(BUILD / "prefix/etc")
-    (directory / "config").write_bytes((CATALOGUE / ip / "config").read_bytes())
+    for name in ("config", "form.json"):
+        if (CATALOGUE / ip / name).exists():
+            (directory / name).write_bytes((CATALOGUE / ip / name).read_bytes())
     (directory / "plain.py").write_text(script)
     subprocess.run([BUILD / "bin/velmora-seal", "seal", directory / "plain.py", "-o", directory / "generator.py", "--key",
                     BUILD / "keys/scripts", "--signer", BUILD / "keys/signer.private.pem"], check=True, stdout=subprocess.DEVNULL)
@@ -61,11 +65,13 @@ def arguments_of(ip, forms):
     """The argument dictionary of each form."""
     with tempfile.TemporaryDirectory() as folder:
         prefix = pathlib.Path(folder) / "prefix"
-        make_installation(ip, prefix)
+        described = CATALOGUE / ip / "form.json"
+        has_files = described.exists() and json.loads(described.read_text())["result"] == "files"
+        make_installation(ip, prefix, ECHO_FILES if has_files else ECHO)
         told = write_and_run(prefix, ip, forms, prefix.parent)
         refused = [each["messages"] for each in told if "output" not in each]
         assert not refused, f"the form refuses {refused}"
-        return [json.loads(pathlib.Path(each["output"]).read_text()) for each in told]
+        return [json.loads(pathlib.Path(each["output"], "arguments" if has_files else "").read_text()) for each in told]
 
 
 def generate(ip, forms, directory):

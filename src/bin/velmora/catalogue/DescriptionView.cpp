@@ -92,6 +92,15 @@ void applyGlobalSettings() {
         QUrl("data:text/css;charset=utf-8;base64," + QString::fromLatin1(getStyleSheet().toUtf8().toBase64())));
 }
 
+DescriptionPage* makeView(const QString& htmlFilename, const DescriptionPage::LinkHandler& onLink) {
+    auto* view = new DescriptionView(htmlFilename);
+    QObject::connect(view, &DescriptionView::linkClicked, view, onLink);
+    return view;
+}
+
+/// Programs that this is linked into show pages.
+[[maybe_unused]] const auto shownByThis = DescriptionPage::maker = makeView;
+
 } // namespace
 
 DescriptionView::DescriptionView(const QString& htmlFilename, QWidget* parent) : QWebView(parent) {
@@ -143,7 +152,11 @@ void DescriptionView::addViewActions() {
     addViewAction(tr("Select &all"), {QKeySequence::SelectAll}, [this] { triggerPageAction(QWebPage::SelectAll); });
     addViewAction(tr("&Find..."), {QKeySequence::Find}, [this] {
         if (!_findBar)
-            _findBar = new FindBar(this);
+            _findBar = new FindBar(this, [this](const QString& text, bool isBackward) {
+                QWebPage::FindFlags flags = QWebPage::FindWrapsAroundDocument;
+                flags.setFlag(QWebPage::FindBackward, isBackward);
+                return findText(text, flags);
+            });
         _findBar->open();
     });
     addViewAction(tr("Zoom &in"), {QKeySequence::ZoomIn, QKeySequence(QStringLiteral("Ctrl+="))},

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <velmora/catalogue/DescriptionPage.h>
+
 #include <QKeySequence>
 #include <QString>
 #include <QUrl>
@@ -16,7 +18,7 @@ class FindBar;
 /// plugins, storage and everything that is not a file are switched off, and links are only reported. It takes the
 /// theme's colours. Below its summary stands a line of links to its sections. All pages have one zoom (Ctrl and the
 /// wheel or +, - and 0), and Ctrl+F finds a text.
-class DescriptionView : public QWebView {
+class DescriptionView : public QWebView, public DescriptionPage {
     Q_OBJECT
 
 public:
@@ -26,8 +28,8 @@ public:
     explicit DescriptionView(const QString& htmlFilename, QWidget* parent = nullptr);
     ~DescriptionView() override;
 
-    /// Scrolls to the place of the page that the link names; false when it leads elsewhere.
-    bool goTo(const QUrl& link);
+    QWidget* getWidget() override { return this; }
+    bool goTo(const QUrl& link) override;
 
 protected:
     bool event(QEvent* event) override;

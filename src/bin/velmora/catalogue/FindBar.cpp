@@ -3,10 +3,9 @@
 #include <Brindle/widgets/Theme.h>
 
 #include <QKeyEvent>
-#include <QWebPage>
-#include <QWebView>
 
 #include <algorithm>
+#include <utility>
 
 namespace Velmora {
 
@@ -17,7 +16,7 @@ constexpr int margin = 16;    // pixels, beside the scroll bar
 
 } // namespace
 
-FindBar::FindBar(QWebView* view) : QLineEdit(view), _view(view) {
+FindBar::FindBar(QWidget* view, Finder finder) : QLineEdit(view), _view(view), _finder(std::move(finder)) {
     setObjectName(QStringLiteral("findBar"));
     setPlaceholderText(tr("Find in page"));
     setAccessibleName(placeholderText());
@@ -34,9 +33,7 @@ void FindBar::open() {
 }
 
 void FindBar::find(bool isBackward) {
-    QWebPage::FindFlags flags = QWebPage::FindWrapsAroundDocument;
-    flags.setFlag(QWebPage::FindBackward, isBackward);
-    const bool isFound = text().isEmpty() || _view->findText(text(), flags);
+    const bool isFound = text().isEmpty() || _finder(text(), isBackward);
     QPalette colors;
     if (!isFound)
         colors.setColor(QPalette::Text, Brindle::theme.getColor("error"));

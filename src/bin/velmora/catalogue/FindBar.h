@@ -2,20 +2,21 @@
 
 #include <QLineEdit>
 
-QT_BEGIN_NAMESPACE
-class QWebView;
-QT_END_NAMESPACE
+#include <functional>
 
 namespace Velmora {
 
-/// A line in the upper right corner of a web page in which the user types what to find: Enter goes to the next place,
+/// A line in the upper right corner of a page in which the user types what to find: Enter goes to the next place,
 /// with Shift to the last one, Escape back to the page.
 class FindBar : public QLineEdit {
     Q_OBJECT
 
 public:
+    /// Goes to the next place of the text, or to the last one, round the end; false when there is none.
+    using Finder = std::function<bool(const QString& text, bool isBackward)>;
+
     /// The bar is hidden until it is opened.
-    explicit FindBar(QWebView* view);
+    FindBar(QWidget* view, Finder finder);
 
     void open();
 
@@ -28,7 +29,8 @@ private:
     void find(bool isBackward = false);
     void place();
 
-    QWebView* const _view;
+    QWidget* const _view;
+    const Finder _finder;
 };
 
 } // namespace Velmora

@@ -1,9 +1,10 @@
 #include <velmora/catalogue/IPLeaf.h>
 
 #include <velmora/catalogue/DescriptionFile.h>
-#include <velmora/catalogue/DescriptionView.h>
+#include <velmora/catalogue/DescriptionPage.h>
 #include <velmora/catalogue/GeneratorLeaf.h>
 #include <velmora/catalogue/IPForms.h>
+#include <velmora/catalogue/PageTabs.h>
 #include <velmora/configuration/FormConfiguration.h>
 #include <velmora/form/Form.h>
 #include <velmora/form/FormArea.h>
@@ -35,31 +36,66 @@ constexpr int whole = 1000; // of which a share is a part
 IPLeaf::IPLeaf(const std::string& descriptionFilename, Content content)
     : _descriptionFilename(descriptionFilename),
       _description(Brindle::locatedAt(BRINDLE_HERE, [&] { return readDescriptionFile(descriptionFilename); })),
-      _formMemory(content == Content::FormOnly ? FormMemory::None : FormMemory::Kept) {
+      _content(content) {
     if (content == Content::DescriptionAndForm)
-        createDescriptionView();
-    createConfigurationWidget();
+        createDescriptionPage();
+    createForm();
 }
 
-void IPLeaf::createDescriptionView() {
+void IPLeaf::createDescriptionPage() {
     auto* layout = new QVBoxLayout;
     layout->setContentsMargins(0, 0, 0, 0);
     _splitter = new QSplitter(Qt::Vertical);
     layout->addWidget(_splitter);
 
-    _view = new DescriptionView(QString::fromStdString(_description.htmlFilename));
-    connect(_view, &DescriptionView::linkClicked, this, &IPLeaf::onLinkClicked);
-    _splitter->addWidget(Brindle::theme.getCapWidget(_view));
+    _page = DescriptionPage::maker(QString::fromStdString(_description.htmlFilename),
+                                   [this](const QUrl& link) { onLinkClicked(link); });
+    _splitter->addWidget(Brindle::theme.getCapWidget(_page->getWidget()));
     setLayout(layout);
 }
 
-void IPLeaf::createConfigurationWidget() {
-    if (const auto form = makeForm(*this)) {
-        _generatorLeaf = form->leaf;
-        setConfigurationWidget(form->widget);
-        connect(&getForm()->getEdits(), &EditWatch::edited, this, &IPLeaf::edited);
-        connect(&getForm()->getMark(), &CheckMark::refused, this, &IPLeaf::refused);
+void IPLeaf::createForm() {
+    if (const auto form = Velmora::makeForm(*this))
+        setForm(*form);
+    else
+        _makeForm = [this] { createDescribedForm(); };
+}
+
+void IPLeaf::createDescribedForm() {
+    try {
+        if (const auto form = makeDescribedForm(*this))
+            setForm(*form);
+    } catch (const Brindle::Critical& exception) {
+        if (_content == Content::FormOnly)
+            throw;
+        Brindle::console.error(exception);
     }
+}
+
+bool IPLeaf::mayHaveForm() const {
+    return _generatorLeaf || (_makeForm && bringsForm(_description));
+}
+
+void IPLeaf::requireGoodForm() const {
+    if (_makeForm)
+        requireFormDescription(_description);
+}
+
+void IPLeaf::completeForm() const {
+    if (const auto make = std::exchange(_makeForm, nullptr))
+        make();
+}
+
+void IPLeaf::setForm(const IPForm& form) {
+    _generatorLeaf = form.leaf;
+    setConfigurationWidget(form.widget);
+    connect(&form.leaf->getForm().getEdits(), &EditWatch::edited, this, &IPLeaf::edited);
+    connect(&form.leaf->getForm().getMark(), &CheckMark::refused, this, &IPLeaf::refused);
+}
+
+void IPLeaf::showEvent(QShowEvent* event) {
+    completeForm();
+    QWidget::showEvent(event);
 }
 
 void IPLeaf::setConfigurationWidget(QWidget* widget) {
@@ -68,6 +104,7 @@ void IPLeaf::setConfigurationWidget(QWidget* widget) {
     if (_configurationWidget)
         throw Brindle::located(Brindle::Critical("configurationWidget already set"), BRINDLE_HERE);
     _configurationWidget = widget;
+    _makeForm = nullptr;
     if (_splitter)
         showConfigurationWidget();
 }
@@ -82,10 +119,23 @@ void IPLeaf::showConfigurationWidget() {
     const int stored = QSettings().value(SettingsKeys::size, SettingsKeys::defaultSize).toInt();
     const int share = std::clamp(stored, 0, 100); // percent of the height for the form
     _splitter->setSizes({10000 - share * 100, share * 100});
+    if (_formShare)
+        setFormShare(*_formShare);
+}
+
+void IPLeaf::addTab(const QString& title, const QKeySequence& shortcut, QWidget* page) {
+    if (!_tabs)
+        _tabs = new PageTabs(_splitter->widget(0), tr("Data sheet"), QKeySequence(QStringLiteral("Alt+D")));
+    _tabs->addPage(title, shortcut, page);
+}
+
+void IPLeaf::setSummary(QWidget* line) {
+    layout()->addWidget(line);
 }
 
 void IPLeaf::setFormShare(int share) {
-    if (_splitter)
+    _formShare = share;
+    if (_formArea)
         _splitter->setSizes({(whole - share) * whole, share * whole});
 }
 
@@ -131,14 +181,17 @@ bool IPLeaf::isOurs(const char* name) const {
 }
 
 Form* IPLeaf::getForm() const {
+    completeForm();
     return _generatorLeaf ? &_generatorLeaf->getForm() : nullptr;
 }
 
 Generation IPLeaf::getGeneration() const {
+    completeForm();
     return _generatorLeaf->getGeneration();
 }
 
 Configuration IPLeaf::getConfiguration() const {
+    completeForm();
     Configuration configuration(getCompany(), getName(), getUID());
     addFormValues(configuration, _generatorLeaf->getForm());
     return configuration;
@@ -156,13 +209,14 @@ void IPLeaf::setConfiguration(const Configuration& configuration) {
         configuration.refuseIP("Configuration is for " + std::apply(describe, wanted) + ", not for " +
                                std::apply(describe, present));
     }
+    completeForm();
     setFormValues(_generatorLeaf->getForm(), configuration);
     if (_formArea)
         _formArea->verticalScrollBar()->setValue(0);
 }
 
 void IPLeaf::onLinkClicked(const QUrl& url) {
-    if ((_view && _view->goTo(url)) || _pageOpener(url))
+    if ((_page && _page->goTo(url)) || _pageOpener(url))
         return;
     if (!QDesktopServices::openUrl(url))
         Brindle::console.error("Could not open link " + url.path().toStdString() + ".");

@@ -3,11 +3,13 @@
 #include <velmora/catalogue/SearchTerms.h>
 #include <velmora/form/FormMemory.h>
 #include <velmora/generation/Generation.h>
+#include <velmora/generation/GeneratorScript.h>
 #include <velmora/rules/Configuration.h>
 #include <velmora/rules/IPDescription.h>
 
 #include <Brindle/collections/Strings.h>
 
+#include <QKeySequence>
 #include <QSplitter>
 #include <QUrl>
 #include <QWidget>
@@ -19,13 +21,15 @@
 
 namespace Velmora {
 
-class DescriptionView;
+class DescriptionPage;
 class Form;
 class FormArea;
 class GeneratorLeaf;
+class PageTabs;
+struct IPForm;
 
-/// The page of one IP: its HTML description above, its configuration form (when the IP is one that the program knows)
-/// below.
+/// The page of one IP: its HTML description above, its configuration form (when the IP is one that the program knows,
+/// or describes its form itself) below. A described form is read and made when it is first needed.
 class IPLeaf : public QWidget {
     Q_OBJECT
 
@@ -50,6 +54,10 @@ public:
     Brindle::strings getVariants() const;
     /// Absolute path of the generator script; empty when the IP has none.
     const std::string& getScriptFilename() const { return _description.scriptFilename; }
+    /// Throws what its constructor throws.
+    GeneratorScript getScript() const { return _script ? *_script : GeneratorScript(getScriptFilename()); }
+    /// Of an author who tries it before it is sealed. Only a described form runs it.
+    void setScript(const GeneratorScript& script) { _script = script; }
     /// The name in lower case with every blank replaced by "_".
     std::string getEscapedName() const;
 
@@ -76,11 +84,21 @@ public:
     /// How much of the page's height the form takes, in thousandths.
     void setFormShare(int share);
 
-    /// The configuration form of an IP that the program knows; null for another one, for which what follows must not be
-    /// called.
+    /// Adds a tab beside the data sheet, which gets one with the first; the page becomes a child of the frame around
+    /// the description.
+    void addTab(const QString& title, const QKeySequence& shortcut, QWidget* page);
+    /// Puts a line below description and form, once; it becomes a child of the page.
+    void setSummary(QWidget* line);
+
+    /// The configuration form; null for an IP that has none, for which what follows must not be called. Of a described
+    /// form that is wrong the console is told, once; without a window Brindle::Critical is thrown instead.
     Form* getForm() const;
+    /// True for an IP whose form is there or described, rightly or not: the description is not read.
+    bool mayHaveForm() const;
+    /// Throws Brindle::Critical when the description of the form is wrong. The form itself is not made.
+    void requireGoodForm() const;
     /// Of a form that is made for the page.
-    FormMemory getFormMemory() const { return _formMemory; }
+    FormMemory getFormMemory() const { return _content == Content::FormOnly ? FormMemory::None : FormMemory::Kept; }
     /// What the form generates.
     Generation getGeneration() const;
     /// The IP and what its form holds.
@@ -103,25 +121,33 @@ public Q_SLOTS:
     void onLinkClicked(const QUrl& url);
 
 protected:
+    void showEvent(QShowEvent* event) override;
     /// A double click on the grip between description and form gives the form all the room, and another one takes it
     /// back.
     bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
     bool isOurs(const char* name) const;
-    void createDescriptionView();
-    void createConfigurationWidget();
+    void createDescriptionPage();
+    void createForm();
+    void createDescribedForm();
+    void completeForm() const;
+    void setForm(const IPForm& form);
     void showConfigurationWidget();
     void tellFormShare();
 
     const std::string _descriptionFilename;
     const IPDescription _description;
-    const FormMemory _formMemory;
+    const Content _content;
+    std::optional<GeneratorScript> _script;
     QWidget* _configurationWidget = nullptr;
-    GeneratorLeaf* _generatorLeaf = nullptr; // the same for an IP that the program knows
+    GeneratorLeaf* _generatorLeaf = nullptr; // the same, unless it was set from outside
     QSplitter* _splitter = nullptr;
-    DescriptionView* _view = nullptr;
+    DescriptionPage* _page = nullptr;
+    PageTabs* _tabs = nullptr; // once there is more than the description
     FormArea* _formArea = nullptr;
+    mutable std::function<void()> _makeForm; // until the form is needed
+    std::optional<int> _formShare;           // that the form is to have when it is made
     PageOpener _pageOpener = [](const QUrl&) { return false; };
     QByteArray _lastSplit;                           // before the form got all the room
     mutable std::optional<SearchTerms> _searchTerms; // once they were asked for

@@ -127,7 +127,12 @@ void CheckMark::openSections(const QWidget* widget) {
 
 void CheckMark::showFirst() {
     if (isSet())
-        std::visit([](const auto& marked) { show(marked); }, _refusals.front().parts.front());
+        goTo(_refusals.front().parts);
+}
+
+void CheckMark::goTo(const CheckedParts& parts) {
+    if (!parts.empty())
+        std::visit([](const auto& part) { show(part); }, parts.front());
 }
 
 void CheckMark::clear() {

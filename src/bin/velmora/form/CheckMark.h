@@ -39,6 +39,8 @@ public:
     void set(const CheckedParts& parts, const QString& problem);
     /// The same beside what is marked already. What was marked first keeps the focus; a marked part keeps its reason.
     void add(const CheckedParts& parts, const QString& problem);
+    /// Scrolls to the first part and gives it the focus, without a mark.
+    static void goTo(const CheckedParts& parts);
     bool isSet() const { return !_refusals.empty(); }
 
     /// Why parts were marked first; empty when none is.

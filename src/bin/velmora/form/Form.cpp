@@ -34,8 +34,8 @@ QString rangeHelp(const NumberRange& range) {
     return QObject::tr("Range %1 to %2.").arg(range.minimum).arg(range.maximum);
 }
 
-Form::Form(QWidget* widget, const QString& className, FormMemory memory, AbsentValue absentValue)
-    : _group(className),
+Form::Form(QWidget* widget, const QString& className, FormMemory memory, AbsentValue absentValue, const QString& group)
+    : _group(group.isEmpty() ? className : group),
       _memory(memory),
       _absentValue(absentValue),
       _mark(new CheckMark(widget)),
@@ -92,11 +92,11 @@ QComboBox* Form::addChoice(const QString& label, const QString& key, const QStri
     return addField(label, key, std::make_shared<const ChoiceEditor>(items), resetIndex);
 }
 
-void Form::addTable(LineTableView* table, const QSpinBox* count) {
+void Form::addTable(LineTableView* table, const QString& countKey) {
     place(table, _rowCount++, 0, 1, 2);
     _edits->add(table->getModel());
     table->setChange([this](const QString& name, const std::function<void()>& work) { change(name, work); });
-    _tables.push_back({table, count->objectName(), _sectionTitle});
+    _tables.push_back({table, countKey, _sectionTitle});
 }
 
 HelpLabel* Form::addHelp(const QString& help, int rowCount) {
@@ -115,8 +115,10 @@ void Form::addStretch() {
 }
 
 void Form::addRow(const QString& label, const QString& key, QWidget* widget, const QString& help) {
-    auto* title = new QLabel(label);
+    auto* title = new QLabel(QString(label).replace('&', QLatin1String("&&")));
+    title->setTextFormat(Qt::PlainText);
     title->setBuddy(widget);
+    _labels[widget] = title;
     _labelWidth = std::max(_labelWidth, title->sizeHint().width());
     widget->setObjectName(_subgroup + key);
     widget->setAccessibleName(label);
@@ -155,6 +157,13 @@ QPushButton* Form::addButton(const QString& text, const QString& tip) {
     // The shortcut leaves the focus elsewhere; a cell that is being edited counts once it has lost it.
     QObject::connect(button, &QPushButton::pressed, button, [button] { button->setFocus(); });
     return button;
+}
+
+void Form::setEnabled(QWidget* widget, bool enabled) {
+    for (QWidget* part : std::initializer_list<QWidget*>{widget, _labels.value(widget), _helpLabels.value(widget)}) {
+        if (part)
+            part->setEnabled(enabled);
+    }
 }
 
 void Form::load() {

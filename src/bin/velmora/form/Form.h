@@ -64,9 +64,9 @@ enum class LineReset { Clears, KeepsText };
 class Form {
 public:
     /// Installs the grid on the widget, which is kept, not owned, and takes the class name as object name. The class
-    /// name is also the settings group.
+    /// name is also the settings group unless there is another.
     Form(QWidget* widget, const QString& className, FormMemory memory,
-         AbsentValue absentValue = AbsentValue::ReadsAsEmpty);
+         AbsentValue absentValue = AbsentValue::ReadsAsEmpty, const QString& group = {});
     Form(const Form&) = delete;
     Form& operator=(const Form&) = delete;
     ~Form() = default;
@@ -94,9 +94,9 @@ public:
     QDoubleSpinBox* addDecimal(const QString& label, const QString& key, const DecimalRange& range);
     QComboBox* addChoice(const QString& label, const QString& key, const QStringList& items,
                          std::optional<int> resetIndex);
-    /// A row without label that takes the columns of label and editor. The table shows as many lines as the number
-    /// counts, and is loaded, saved and reset with the form.
-    void addTable(LineTableView* table, const QSpinBox* count);
+    /// A row without label that takes the columns of label and editor. The table shows as many lines as the number of
+    /// that key counts, and is loaded, saved and reset with the form.
+    void addTable(LineTableView* table, const QString& countKey);
     /// One help label for the last rows together.
     HelpLabel* addHelp(const QString& help, int rowCount);
     /// The last row takes the free height of the form.
@@ -118,6 +118,8 @@ public:
 
     /// The help label beside the widget of a field; null when it has none.
     HelpLabel* getHelp(QWidget* widget) const { return _helpLabels.value(widget); }
+    /// Whether the user can fill in a field or table; its labels are greyed out with it.
+    void setEnabled(QWidget* widget, bool enabled);
     const QString& getGroup() const { return _group; }
     /// In the order of the rows.
     const std::vector<FormField>& getFields() const { return _fields; }
@@ -165,7 +167,8 @@ private:
     int _rowCount = 0;   // of the grid that is being filled
     std::vector<FormField> _fields;
     std::vector<FormTable> _tables;
-    QHash<QWidget*, HelpLabel*> _helpLabels; // by the widgets of the fields
+    QHash<QWidget*, QLabel*> _labels;        // by the widgets of the fields
+    QHash<QWidget*, HelpLabel*> _helpLabels; // the same
 };
 
 } // namespace Velmora

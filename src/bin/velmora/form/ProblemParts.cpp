@@ -72,6 +72,24 @@ CheckedParts findParts(const Form& form, const QString& problem) {
     return match.getParts();
 }
 
+CheckedParts findPartsOf(const Form& form, const QStringList& keys) {
+    CheckedParts parts;
+    for (const FormField& field : form.getFields()) {
+        if (keys.contains(field.key))
+            parts.emplace_back(field.widget);
+    }
+    for (const FormTable& table : form.getTables()) {
+        const QString name = table.view->objectName();
+        if (keys.contains(name))
+            parts.emplace_back(static_cast<QWidget*>(table.view));
+        for (int row = 0; row < table.view->getRowCount(); ++row) {
+            if (keys.contains(QStringLiteral("%1/%2").arg(name).arg(row)))
+                parts.emplace_back(CheckedCell{table.view, table.view->getModel()->item(row, 1)});
+        }
+    }
+    return parts;
+}
+
 CheckedParts findHolders(const Form& form, const Brindle::Exception& exception) {
     const QString value = QString::fromStdString(exception.getField("value"));
     CheckedParts parts;

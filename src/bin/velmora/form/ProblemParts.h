@@ -17,6 +17,9 @@ class Form;
 /// all. Empty when it begins with no label.
 CheckedParts findParts(const Form& form, const QString& problem);
 
+/// What the keys that `CheckMark::getKeys` gives stand for; a row of a table is its first cell that can be filled in.
+CheckedParts findPartsOf(const Form& form, const QStringList& keys);
+
 /// The fields that hold the text that an exception calls its "value".
 CheckedParts findHolders(const Form& form, const Brindle::Exception& exception);
 

@@ -368,12 +368,34 @@ GeneratorScript::GeneratorScript(const std::string& filename) {
         throw Brindle::withFields(Brindle::Fatal("Unable to open script file"), {{"scriptFilename", filename}});
     try {
         _source = getDecrypted(file.text);
+        requireNoNul();
     } catch (Brindle::Exception& exception) {
         exception.addField("scriptFilename", filename);
         throw;
     }
+}
+
+GeneratorScript GeneratorScript::fromPlain(const std::string& source) {
+    GeneratorScript script;
+    script._source = source;
+    script.requireNoNul();
+    return script;
+}
+
+void GeneratorScript::requireNoNul() const {
     if (_source.find('\0') != _source.npos)
-        throw Brindle::withFields(Brindle::Fatal("Script holds a NUL byte"), {{"scriptFilename", filename}});
+        throw Brindle::Fatal("Script holds a NUL byte");
+}
+
+void GeneratorScript::requireGenerate() const {
+    Interpreter interpreter;
+    const unsigned long errorCount = Brindle::console.getErrorCount();
+    load(interpreter, _source, ArgumentDictionary().getStatement());
+    if (Brindle::console.getErrorCount() != errorCount)
+        throw Brindle::Fatal("The script failed");
+    if (!interpreter.find("generate"))
+        throw Brindle::Fatal("The script defines no 'generate'");
+    interpreter.finish();
 }
 
 QString GeneratorScript::generateText(const ArgumentDictionary& arguments) const {

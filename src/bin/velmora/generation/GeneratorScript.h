@@ -26,6 +26,11 @@ public:
     /// Throws Brindle::Fatal with the field "scriptFilename" when the file cannot be read or holds a NUL once
     /// deciphered, and what Sealwork throws, with that field too, when it was altered.
     explicit GeneratorScript(const std::string& filename);
+    /// A script that nobody has sealed, of an author who tries it. Throws Brindle::Fatal when it holds a NUL.
+    static GeneratorScript fromPlain(const std::string& source);
+
+    /// Runs the script alone. Throws Brindle::Fatal when it fails or defines no `generate`.
+    void requireGenerate() const;
 
     /// Runs "text = generate(argDict)" and returns `text` up to its first NUL, one byte a character (Latin-1).
     QString generateText(const ArgumentDictionary& arguments) const;
@@ -41,6 +46,9 @@ public:
     std::optional<std::vector<FailedCheck>> check(const ArgumentDictionary& arguments) const;
 
 private:
+    GeneratorScript() = default;
+    void requireNoNul() const;
+
     std::string _source;
 };
 

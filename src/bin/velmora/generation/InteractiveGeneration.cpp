@@ -8,20 +8,32 @@
 #include <QDir>
 #include <QSettings>
 
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace Velmora {
 
 namespace {
 
-void generateInto(const QString& path, const Generation::TextScript& script) {
-    HdlFile file(path);
-    file.write(script());
+/// Paths of files that were written.
+using Paths = std::vector<std::string>;
+
+void addPath(Paths& paths, const QString& path) {
+    paths.push_back(QDir::cleanPath(QDir::current().absoluteFilePath(path)).toStdString());
 }
 
-void generateInto(const QString& directory, const Generation::FilesScript& script) {
-    writeGeneratedFiles(directory, script(),
-                        [](const QString& path, const QString& content) { HdlFile(path).write(content); });
+void generateInto(const QString& path, const Generation::TextScript& script, Paths& written) {
+    HdlFile file(path);
+    file.write(script());
+    addPath(written, path);
+}
+
+void generateInto(const QString& directory, const Generation::FilesScript& script, Paths& written) {
+    writeGeneratedFiles(directory, script(), [&written](const QString& path, const QString& content) {
+        HdlFile(path).write(content);
+        addPath(written, path);
+    });
 }
 
 } // namespace
@@ -39,10 +51,13 @@ void InteractiveGeneration::run(const Brindle::Location& caller) const {
         return;
     _storeForm();
     Brindle::console.separate();
-    _generation.run(caller, [&] {
-        std::visit([&](const auto& script) { generateInto(path, script); }, _generation.script);
+    Paths written;
+    const bool isDone = _generation.run(caller, [&] {
+        std::visit([&](const auto& script) { generateInto(path, script, written); }, _generation.script);
         return true;
     });
+    if (isDone)
+        Brindle::console.tellFiles(written);
 }
 
 /// The place that the user chooses and the settings remember; empty when the user cancels.

@@ -21,9 +21,9 @@ public:
 
     /// Asks for a ".vhd" file, which "Filepath" remembers, or for a directory, which "Path" remembers, and writes there
     /// what the script returns, with its protected regions enciphered. A file is emptied once the form has passed its
-    /// check and stays so when the generation fails. Once there is a place the form is stored, so that what the user
-    /// filled in outlives a script that never ends. Nothing happens when the user cancels. Errors that have no location
-    /// are located at `caller`.
+    /// check and stays so when the generation fails. The console is told which files were written. Once there is a
+    /// place the form is stored, so that what the user filled in outlives a script that never ends. Nothing happens
+    /// when the user cancels. Errors that have no location are located at `caller`.
     void run(const Brindle::Location& caller) const;
 
 private:

@@ -2,6 +2,8 @@
 
 #include <velmora/catalogue/IPLeaf.h>
 #include <velmora/ips/bridge/APBToSPWLeaf.h>
+#include <velmora/ips/described/DescribedLeaf.h>
+#include <velmora/ips/described/FormDescriptionFile.h>
 #include <velmora/ips/filters/MacFirLeaf.h>
 #include <velmora/ips/filters/SystolicLeaf.h>
 #include <velmora/ips/filters/TransposeDualLeaf.h>
@@ -13,6 +15,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <utility>
 #include <vector>
 
 namespace Velmora {
@@ -24,10 +27,15 @@ struct KnownForm {
     IPForm (*make)(IPLeaf& page);
 };
 
+template <class Leaf, class... Arguments>
+IPForm makeLeaf(IPLeaf& page, Arguments&&... arguments) {
+    auto* leaf = new Leaf(&page, std::forward<Arguments>(arguments)...);
+    return {leaf, leaf};
+}
+
 template <class Leaf>
 IPForm make(IPLeaf& page) {
-    auto* leaf = new Leaf(&page);
-    return {leaf, leaf};
+    return makeLeaf<Leaf>(page);
 }
 
 /// The first one that fits an IP is its form.
@@ -52,6 +60,19 @@ std::optional<IPForm> makeForm(IPLeaf& page) {
     const std::vector<KnownForm>& forms = getKnownForms();
     const auto form = std::ranges::find_if(forms, [&page](const KnownForm& known) { return known.fits(page); });
     return form != forms.end() ? std::optional(form->make(page)) : std::nullopt;
+}
+
+std::optional<IPForm> makeDescribedForm(IPLeaf& page) {
+    auto description = DescribedLeaf::readDescription(page.getDescription());
+    return description ? std::optional(makeLeaf<DescribedLeaf>(page, std::move(*description))) : std::nullopt;
+}
+
+bool bringsForm(const IPDescription& ip) {
+    return hasFormDescription(ip);
+}
+
+void requireFormDescription(const IPDescription& ip) {
+    DescribedLeaf::readDescription(ip);
 }
 
 } // namespace Velmora

@@ -26,7 +26,7 @@ ArgumentDictionary& ArgumentDictionary::addQuoted(std::string_view key, std::str
 ArgumentDictionary& ArgumentDictionary::addLiteral(std::string_view key, std::string_view text) {
     std::string escaped;
     for (const char character : text) {
-        if (character == '\'')
+        if (character == '\'' || character == '\\')
             escaped += '\\';
         escaped += character;
     }

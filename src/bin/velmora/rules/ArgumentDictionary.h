@@ -17,7 +17,8 @@ public:
     ArgumentDictionary& add(std::string_view key, int value);
     /// Appends an argument between double quotes: the script receives a VHDL string literal.
     ArgumentDictionary& addQuoted(std::string_view key, std::string_view value);
-    /// Appends an argument whose text is the program's own and may hold single quotes.
+    /// Appends an argument whose text is the program's own or was looked at: it may hold single quotes and backslashes,
+    /// but no line break and no NUL.
     ArgumentDictionary& addLiteral(std::string_view key, std::string_view text);
 
     /// The statement, without a line end.

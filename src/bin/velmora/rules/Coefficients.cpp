@@ -53,9 +53,10 @@ std::string renderCoefficients(const std::vector<std::string>& coefficients, uns
     return aggregate + ")";
 }
 
-std::vector<std::string> getRangeRemarks(const std::vector<std::string>& coefficients, unsigned long width) {
+std::vector<std::string> getRangeRemarks(const std::vector<std::string>& coefficients, unsigned long width,
+                                         const std::string& widthLabel) {
     const std::int64_t limit = std::int64_t{1} << (width - 1);
-    const std::string range = " is beyond 'Coefficient width' " + Brindle::getLabel(width) + ", which holds " +
+    const std::string range = " is beyond '" + widthLabel + "' " + Brindle::getLabel(width) + ", which holds " +
                               Brindle::getLabel(-limit) + " to " + Brindle::getLabel(limit - 1);
     std::vector<std::string> remarks;
     for (const std::string& coefficient : coefficients) {

@@ -21,7 +21,8 @@ constexpr unsigned long normalizedCoefficientWidth(unsigned long width) {
 std::string renderCoefficients(const std::vector<std::string>& coefficients, unsigned long width);
 
 /// A line for every decimal coefficient that is no signed number of `width` bits: the rendering takes its lowest bits
-/// or refuses it. What is no decimal integer is passed over.
-std::vector<std::string> getRangeRemarks(const std::vector<std::string>& coefficients, unsigned long width);
+/// or refuses it. What is no decimal integer is passed over. The lines name the field of the width by its label.
+std::vector<std::string> getRangeRemarks(const std::vector<std::string>& coefficients, unsigned long width,
+                                         const std::string& widthLabel = "Coefficient width");
 
 } // namespace Velmora

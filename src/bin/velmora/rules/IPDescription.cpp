@@ -103,6 +103,7 @@ public:
             fail("No variant specified");
         if (!_description.scriptFilename.empty() && _description.uid.empty())
             fail("UID not specified");
+        _description.formFilename = absolute("form.json");
         return std::move(_description);
     }
 

@@ -15,6 +15,7 @@ struct IPDescription {
     std::list<std::string> variants; ///< Device families for which the IP exists, in file order, duplicates kept.
     std::string scriptFilename;      ///< Absolute path of the generator script; empty when the IP has none.
     std::string htmlFilename;        ///< Absolute path of the description page; empty when the IP has none.
+    std::string formFilename;        ///< Absolute path of the description of its form, a file that need not exist.
 };
 
 /// An IP as messages name it: 'Systolic' of Orvane.

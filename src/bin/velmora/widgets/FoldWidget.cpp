@@ -27,7 +27,7 @@ FoldWidget::FoldWidget(const QString& title, QWidget* parent) : QWidget(parent),
     layout->setContentsMargins(0, 0, 0, 0);
 
     _toggle = new QToolButton(this);
-    _toggle->setText(title);
+    _toggle->setText(QString(title).replace('&', QLatin1String("&&")));
     _toggle->setStyleSheet(QStringLiteral("QToolButton { border: none; } QToolButton::checked { color: inherit; }"));
     _toggle->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     _toggle->setArrowType(Qt::RightArrow);

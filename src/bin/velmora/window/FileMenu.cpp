@@ -52,9 +52,9 @@ void runShowingErrors(const std::function<void()>& work) {
 /// when none with a form is.
 IPLeaf& findIP(const Configuration& configuration) {
     std::vector<IPLeaf*> leaves;
-    std::ranges::copy_if(ipHandler->getIPLeaves(), std::back_inserter(leaves), &IPLeaf::getForm);
+    std::ranges::copy_if(ipHandler->getIPLeaves(), std::back_inserter(leaves), &IPLeaf::mayHaveForm);
     const auto owner = findOwner(leaves, configuration, &IPLeaf::getDescription);
-    if (owner == leaves.end()) {
+    if (owner == leaves.end() || !(*owner)->getForm()) {
         configuration.refuseIP("No installed IP with a form is " +
                                getIPLabel(configuration.getName(), configuration.getCompany()) +
                                ", correct the name or install the IP");

@@ -142,8 +142,8 @@ IPLeaf* Folio::getShownIP() const {
 }
 
 void Folio::showIP(IPLeaf* leaf) {
+    _ipsLeaf->showLeaf(leaf); // before, or the page that was shown last would be made for nothing
     raiseLeaf(static_cast<unsigned long>(_stack->indexOf(_ipsLeaf)));
-    _ipsLeaf->showLeaf(leaf);
 }
 
 void Folio::save(QSettings& settings) const {

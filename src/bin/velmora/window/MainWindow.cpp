@@ -6,6 +6,7 @@
 #include <velmora/window/EditMenu.h>
 #include <velmora/window/FileMenu.h>
 #include <velmora/window/Folio.h>
+#include <velmora/workbench/Workbench.h>
 
 #include <Brindle/core/Console.h>
 #include <Quillon/Application.h>
@@ -96,6 +97,10 @@ void MainWindow::createWidgets() {
     _fileMenu = new FileMenu(_folio, this);
     menuBar()->addMenu(_fileMenu);
     menuBar()->addMenu(new EditMenu(_folio, this));
+
+    _workbench = new Workbench(this);
+    connect(_folio, &Folio::shownIPChanged, this, [this] { _workbench->show(_folio->getShownIP()); });
+    _workbench->show(_folio->getShownIP());
 }
 
 void MainWindow::loadSettings() {

@@ -9,6 +9,7 @@ namespace Velmora {
 
 class FileMenu;
 class Folio;
+class Workbench;
 
 /// The program's window: the folio of pages above the console, and the menus; configurations can also be dropped on the
 /// window. It keeps its geometry, state and splitter between runs.
@@ -32,6 +33,7 @@ private:
     Quillon::Owned<IPHandler> _ipHandler;
     Folio* _folio = nullptr;
     FileMenu* _fileMenu = nullptr;
+    Workbench* _workbench = nullptr;
     QSplitter* _consoleSplitter = nullptr;
 };
 

@@ -78,6 +78,10 @@ void Console::separate() {
     tell([](ConsoleObserver& observer) { observer.onConsoleBreak(); });
 }
 
+void Console::tellFiles(const std::vector<std::string>& filenames) {
+    tell([&filenames](ConsoleObserver& observer) { observer.onConsoleFiles(filenames); });
+}
+
 void Console::error(const std::string& text) {
     ++_errorCount;
     show(ConsoleLineKind::Error, text);

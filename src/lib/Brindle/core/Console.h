@@ -46,6 +46,9 @@ public:
     /// Tells the observers that something else begins; no line is shown.
     void separate();
 
+    /// Tells the observers which files came of what the last line tells; no line is shown. Their paths are absolute.
+    void tellFiles(const std::vector<std::string>& filenames);
+
     void indent() { ++_level; }
     /// Takes one level back; at the first level nothing happens.
     void unindent();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace Brindle {
 
@@ -22,6 +23,8 @@ public:
     virtual void onConsoleLine(ConsoleLineKind kind, const std::string& line) = 0;
     /// What comes next is apart from what was shown.
     virtual void onConsoleBreak() {}
+    /// What the last line tells of has written these files, whose paths are absolute.
+    virtual void onConsoleFiles(const std::vector<std::string>&) {}
 
 private:
     friend class Console;

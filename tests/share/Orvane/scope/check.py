@@ -3,7 +3,6 @@
 on what synthesis makes of it, and looks at that. Altered scopes show that the benches can fail."""
 
 import pathlib
-import re
 import sys
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "support"))
@@ -13,7 +12,7 @@ import delivered_bench
 import hardware_check
 from described import Described, bench_values, form_values
 from hdl_rules import check_constants, check_design
-from hdl_tools import require, step, synthesise
+from hdl_tools import check_one_memory, require, step
 from parameter_sets import KINDS, parameter_sets
 
 IP_NAMES = {"scope": "Scope", "startup_scope": "Startup Scope"}
@@ -44,23 +43,11 @@ def check_rules(design, described, bench):
     return "text, header, ports, constants, facts and values"
 
 
-def check_synthesis(ghdl, design, described):
-    """The memory is one RAM of exactly the samples, and there is no latch."""
-    notes, _ = synthesise(ghdl, design.entity, [
-        "proc", "opt", "memory -nomap", "check -assert", "select -assert-none t:$dlatch t:$adlatch t:$dlatchsr t:$sr",
-        "select -assert-count 1 t:$mem_v2",
-        f"select -assert-count 1 t:$mem_v2 r:WIDTH={described.sample_width} %i r:SIZE={described.depth} %i "
-        "r:RD_PORTS=1 %i r:RD_CLK_ENABLE=1'1 %i r:WR_PORTS=1 %i r:WR_CLK_ENABLE=1'1 %i"])
-    memories = re.findall(r"found RAM.*width: (\d+) bits, depth: (\d+)", notes)
-    require(memories == [(str(described.sample_width), str(described.depth))], f"memories found: {memories}\n{notes}")
-    return "1 memory, no latch"
-
-
 def check(design):
     described = Described(design.ip, design.arguments)
     bench = delivered_bench.write(design)
     step("rules", check_rules, design, described, bench)
-    step("synthesis", check_synthesis, design.ghdl("08"), design, described)
+    step("synthesis", check_one_memory, design.ghdl("08"), design.entity, described.sample_width, described.depth)
     if described.depth > LARGEST_SIMULATED and not design.is_long:
         return
     for standard in ("93", "08"):

@@ -18,7 +18,7 @@ def help_of(*command):
 
 
 def commands_of(text):
-    return re.findall(r'^  ([a-z]+(?: [a-z]+)*) {2,}\S', text.split('tells more about')[0], re.MULTILINE)
+    return re.findall(r'^  ([a-z-]+(?: [a-z]+)*) {2,}\S', text.split('tells more about')[0], re.MULTILINE)
 
 
 def calls_in(text):

@@ -17,6 +17,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSettings>
+#include <QTabBar>
 #include <QTableView>
 #include <QTest>
 #include <QTreeView>
@@ -171,16 +172,20 @@ QList<QWidget*> KeyboardTest::walk(int key) {
 }
 
 void KeyboardTest::tabFollowsTheEye_data() {
-    const TestTable<QString> table("page");
+    const TestTable<QString, int> table("page", "tab");
     for (const char* page : {"About", "Settings"})
-        table.row(page, page);
+        table.row(page, page, 0);
     for (const QString& example : Examples::names())
-        table.row(qPrintable(example), nameOf(example));
+        table.row(qPrintable(example), nameOf(example), 0);
+    table.row("preview", nameOf(Examples::names().constFirst()), 1);
 }
 
 void KeyboardTest::tabFollowsTheEye() {
     QFETCH(QString, page);
+    QFETCH(int, tab);
     open(page);
+    if (tab > 0)
+        currentIP()->findChild<QTabBar*>("pageTabs")->setCurrentIndex(tab);
     QList<QWidget*> stops = walk(Qt::Key_Tab);
     for (QWidget* widget : _window->findChildren<QWidget*>()) {
         if (isTabStop(widget))

@@ -52,7 +52,7 @@ void ScopeForm::addTriggerCount(int most) {
 }
 
 void ScopeForm::addTriggerTable(LineTableView* table) {
-    _form.addTable(table, _triggerCount);
+    _form.addTable(table, _triggerCount->objectName());
     _form.addHelp(QObject::tr("The alias is not mandatory,\nit is only an aid to recognize easily a net."), 1);
 }
 

@@ -118,7 +118,7 @@ void SERDESLeaf::addSERParameters() {
     _outputCapacity = _form.addNumber(tr("Output capacity"), "OutputCapacity", {0, 100, 0});
     _serTrainingEdit = addTrainingValue();
     _serTable = new LocationTableView(LocationTableView::SER, this);
-    _form.addTable(_serTable, _serCount);
+    _form.addTable(_serTable, _serCount->objectName());
 }
 
 void SERDESLeaf::addDESParameters() {
@@ -131,7 +131,7 @@ void SERDESLeaf::addDESParameters() {
     _inputSignalSlope = _form.addDecimal(tr("Input signal slope"), "InputSignalSlope", {0.5, 20.0, 0.5, 0.5, 1});
     _desTrainingEdit = addTrainingValue();
     _desTable = new LocationTableView(LocationTableView::DES, this);
-    _form.addTable(_desTable, _desCount);
+    _form.addTable(_desTable, _desCount->objectName());
 }
 
 QComboBox* SERDESLeaf::addPadType() {
