@@ -1,32 +1,14 @@
 #include <support/FormFixture.h>
 
 #include <support/Examples.h>
-#include <support/ReadFile.h>
 
 #include <velmora/tables/LineTableView.h>
 
-#include <QDirIterator>
-#include <QFileInfo>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QSettings>
 #include <QTest>
 #include <QToolButton>
-
-namespace {
-
-/// Where the catalogue describes the form of the IP of that name; empty for an IP that the program knows.
-QString findShippedForm(const QString& ipName) {
-    for (QDirIterator form(VELMORA_CATALOGUE, {"form.json"}, QDir::Files, QDirIterator::Subdirectories);
-         form.hasNext();) {
-        form.next();
-        if (readFile(form.fileInfo().path() + "/config").startsWith("name " + ipName.toUtf8() + "\n"))
-            return form.filePath();
-    }
-    return {};
-}
-
-} // namespace
 
 const QByteArray FormFixture::echo = "def generate(argDict):\n"
                                      "  return '\\n'.join(key + '=' + argDict[key] for key in sorted(argDict))\n";
@@ -53,8 +35,6 @@ void FormFixture::end() {
 void FormFixture::open(const QString& ipName, const QByteArray& script, const QByteArray& uid) {
     _page.reset();
     const QString description = _prefix->addKnownIP(ipName, script, "uid " + uid + "\n");
-    if (const QString form = findShippedForm(ipName); !form.isEmpty())
-        QFile::copy(form, QFileInfo(description).path() + "/form.json");
     _page = std::make_unique<Velmora::IPLeaf>(description.toStdString());
 }
 

@@ -4,6 +4,7 @@
 #include <Sealwork/script/ScriptSealer.h>
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 #include <QSettings>
@@ -14,6 +15,17 @@ namespace {
 const Sealwork::AsymmetricKey& recipientKey() {
     static const Sealwork::AsymmetricKey key = Sealwork::AsymmetricKey::makeRsa(2048);
     return key;
+}
+
+/// Where the catalogue describes the form of the IP of that name; empty for an IP that the program knows.
+QString findShippedForm(const QString& ipName) {
+    for (QDirIterator form(VELMORA_CATALOGUE, {"form.json"}, QDir::Files, QDirIterator::Subdirectories);
+         form.hasNext();) {
+        form.next();
+        if (readFile(form.fileInfo().path() + "/config").startsWith("name " + ipName.toUtf8() + "\n"))
+            return form.filePath();
+    }
+    return {};
 }
 
 } // namespace
@@ -62,6 +74,8 @@ QString TestPrefix::addIP(const QString& directory, const QByteArray& descriptio
 QString TestPrefix::addKnownIP(const QString& name, const QByteArray& script, const QByteArray& furtherLines) const {
     const QString directory = "Orvane/" + QString(name).replace('/', '_');
     writeScript("share/velmora/" + directory + "/generator.py", script);
+    if (const QString form = findShippedForm(name); !form.isEmpty())
+        QFile::copy(form, path("share/velmora/" + directory + "/form.json"));
     return addIP(directory, "name " + name.toUtf8() +
                                 "\ncategory C\nuid UID\ncompany Orvane\nvariants V\nscript generator.py\n" +
                                 furtherLines);

@@ -26,8 +26,8 @@ public:
     QString writeScript(const QString& relativePath, const QByteArray& script) const;
     /// Adds an IP directory with that description file and returns the file's path.
     QString addIP(const QString& directory, const QByteArray& description) const;
-    /// Adds one of the program's own IPs, by its name, with the script and further lines of its description; returns
-    /// the path of its description file.
+    /// Adds one of the shipped IPs, by its name, with the script, further lines of its description and its form;
+    /// returns the path of its description file.
     QString addKnownIP(const QString& name, const QByteArray& script, const QByteArray& furtherLines = {}) const;
     QString addBridge(const QByteArray& script) const { return addKnownIP("APB slave to serial master", script); }
 
