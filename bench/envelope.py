@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Prints how fast `velmora-seal protect` enciphers one region of 100 MB, from a file to nowhere, beside what `openssl speed`
-gives for the cipher alone in the same run, and the peak memory beside the region's size. Speeds are per second of processor
-time, as `openssl speed` counts it; the time of the wall clock is shown too."""
+gives for the cipher alone in the same run, and the peak memory beside the region's size. As the cipher has a thread of its own
+in `velmora-seal`, both are told by the wall clock; its processor time is shown too."""
 
 import argparse
 import os
@@ -26,8 +26,8 @@ def write_region(path, size):
 
 
 def cipher_speed():
-    """MB per second of processor time of AES-256-CBC in blocks of 16 KiB."""
-    output = subprocess.run(["openssl", "speed", "-evp", "aes-256-cbc", "-bytes", "16384", "-seconds", "2"], check=True,
+    """MB per second of AES-256-CBC in blocks of 16 KiB."""
+    output = subprocess.run(["openssl", "speed", "-elapsed", "-evp", "aes-256-cbc", "-bytes", "16384", "-seconds", "1"], check=True,
                             stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, universal_newlines=True).stdout
     return float(re.search(r"^AES-256-CBC\s+([0-9.]+)k", output, re.MULTILINE | re.IGNORECASE).group(1)) / 1000
 
@@ -47,7 +47,7 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--program", required=True, help="velmora-seal")
     parser.add_argument("--size", type=int, default=100, help="of the region, in MB")
-    parser.add_argument("--runs", type=int, default=5)
+    parser.add_argument("--runs", type=int, default=9)
     options = parser.parse_args()
     with tempfile.TemporaryDirectory(prefix="velmora-envelope-") as folder:
         recipient = os.path.join(folder, "recipients", "bench")
@@ -63,12 +63,13 @@ def main():
             speeds.append(size / MB / seconds)
             walls.append(size / MB / wall)
             peaks.append(peak)
-    speed, cipher = statistics.median(speeds), statistics.median(ciphers)
+    ratios = [wall / cipher for wall, cipher in zip(walls, ciphers)]
     print("protected region     %10s" % "median")
-    print("openssl aes-256-cbc  %10.1f MB/s of processor time" % cipher)
-    print("velmora-seal protect %10.1f MB/s of processor time, %.1f MB/s by the wall clock" % (speed, statistics.median(walls)))
-    print("ratio                %10.1f %% (aim: at least 20 %%)" % (100 * speed / cipher))
-    print("peak memory          %10.1f MB, %.2f times the region (aim: at most 4)" % (max(peaks) / MB, max(peaks) / size))
+    print("openssl aes-256-cbc  %10.1f MB/s" % statistics.median(ciphers))
+    print("velmora-seal protect %10.1f MB/s, %.1f MB per second of processor time" % (statistics.median(walls), statistics.median(speeds)))
+    print("ratio                %10.1f %% (%.1f to %.1f; aim: at least 60 %%)"
+          % (100 * statistics.median(ratios), 100 * min(ratios), 100 * max(ratios)))
+    print("peak memory          %10.1f MB, %.2f times the region (aim: at most 2.5)" % (max(peaks) / MB, max(peaks) / size))
 
 
 if __name__ == "__main__":

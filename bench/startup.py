@@ -21,13 +21,13 @@ FORM = """{"title": "Generating", "result": "file", "rows": [
 
 
 def make_catalogue(prefix, form=None):
-    """A catalogue of IPs that match no known form, with description pages and, if there is one, that form."""
+    """A catalogue of IPs in 140 categories that match no known form, with description pages and, if there is one, that form."""
     for number in range(MADE_IPS):
         directory = os.path.join(prefix, "share/velmora/Made", "ip%04d" % number)
         os.makedirs(directory)
         with open(os.path.join(directory, "config"), "w") as config:
             config.write("name Made %d\ncategory Group%d/Sub%d\nuid MADE%04d\ncompany Made\nvariants A%d B%d\nhtml page.html\nscript generator.py\n"
-                         % (number, number % 10, number % 50, number, number % 7, number % 3))
+                         % (number, number % 14, number % 140, number, number % 7, number % 3))
         with open(os.path.join(directory, "page.html"), "w") as page:
             page.write("<html><body><h1>Made %d</h1><p>%s</p></body></html>" % (number, "text " * 200))
         if form:
@@ -84,7 +84,7 @@ def main():
     parser.add_argument("--empty", required=True, help="the program with an empty window")
     parser.add_argument("--prefix", required=True, help="installation prefix with the shipped catalogue")
     parser.add_argument("--plugins", required=True, help="directory with the plugin that tells the first paint")
-    parser.add_argument("--runs", type=int, default=15)
+    parser.add_argument("--runs", type=int, default=9)
     options = parser.parse_args()
     if not os.environ.get("DISPLAY") and not os.environ.get("QT_QPA_PLATFORM"):
         os.execvp("xvfb-run", ["xvfb-run", "-a", "-s", "-screen 0 1280x1024x24"] + [os.path.abspath(sys.argv[0])] + sys.argv[1:])

@@ -1,5 +1,7 @@
 #include <support/TestPrefix.h>
 
+#include <support/ReadFile.h>
+
 #include <Sealwork/keys/AsymmetricKey.h>
 #include <Sealwork/script/ScriptSealer.h>
 

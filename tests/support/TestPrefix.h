@@ -26,7 +26,7 @@ public:
     QString writeScript(const QString& relativePath, const QByteArray& script) const;
     /// Adds an IP directory with that description file and returns the file's path.
     QString addIP(const QString& directory, const QByteArray& description) const;
-    /// Adds one of the shipped IPs, by its name, with the script, further lines of its description and its form;
+    /// Adds one of the shipped IPs, by its name, with its form, the script and further lines of its description;
     /// returns the path of its description file.
     QString addKnownIP(const QString& name, const QByteArray& script, const QByteArray& furtherLines = {}) const;
     QString addBridge(const QByteArray& script) const { return addKnownIP("APB slave to serial master", script); }

@@ -72,7 +72,8 @@ ExitCode runOnFiles(const QStringList& filenames, const Brindle::CommandLine& co
             onWritten(report["output"].toString());
         if (!report["succeeded"].toBool())
             exitCode = ExitCode::Failed;
-        reports += report;
+        if (json) // Of many files, they are much to keep.
+            reports += report;
     }
     if (json)
         json->write(QJsonDocument(reports));

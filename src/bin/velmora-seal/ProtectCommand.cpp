@@ -1,10 +1,12 @@
 #include <velmora-seal/Commands.h>
 
 #include <Brindle/core/Label.h>
+#include <Brindle/core/LargeText.h>
 #include <Brindle/core/Text.h>
 #include <Brindle/core/TextLines.h>
 #include <Brindle/files/InputFile.h>
 #include <Brindle/tool/UsageError.h>
+#include <Sealwork/base/Base64.h>
 #include <Sealwork/envelope/EnvelopeDirective.h>
 #include <Sealwork/envelope/EnvelopeWriter.h>
 #include <Sealwork/envelope/HdlLanguage.h>
@@ -132,6 +134,7 @@ void requireNoForeignMarker(std::string_view text) {
 std::string protectAll(std::string_view text, const std::string& language, const Protection& protection) {
     requireNoForeignMarker(text);
     std::string output;
+    Brindle::reserveMore(output, Sealwork::base64LinesSize(text.size())); // Growing takes room twice.
     bool hasRegion = false;
     RegionWalk walk(text);
     while (const auto piece = takePiece(walk, text)) {

@@ -26,6 +26,11 @@ BAD_NAMES = {
 GOOD_NAMES = ["E", "tb", "Mixed_Case_7", "x" * 200]
 
 
+def without_marks(template):
+    """The template without the marks of its blocks."""
+    return re.sub(r"(?m)^ *-- (begin|end) [a-z ]+\n", "", template).replace("\n\n\n", "\n\n")
+
+
 class NameTests(unittest.TestCase):
     """A family derives from it and tells of its IPs the arguments of a good design, and names that these use themselves."""
 
@@ -131,5 +136,4 @@ class TextTests(NameTests):
             with self.subTest(template=template):
                 _, result = self.scripts[ip].results([self.good[ip], *arguments_of(ip, [form])])
                 lines = (CATALOGUE / ip / f"templates/{template}.vhd").read_text()
-                lines = re.sub(r"(?m)^ *-- (begin|end) [a-z ]+\n", "", lines).replace("\n\n\n", "\n\n")
-                self.assertEqual(result.text.split(f"-- {'=' * 70}\n")[2].strip("\n"), lines.strip("\n"))
+                self.assertEqual(result.text.split(f"-- {'=' * 70}\n")[2].strip("\n"), without_marks(lines).strip("\n"))

@@ -36,7 +36,7 @@ void IPHandler::postCreate(MainWindow*) {
     // Without the variable the program cannot work: a null text throws, which the analyzer takes for undefined.
     const std::string prefix = std::getenv("ORVANE_PREFIX"); // NOLINT(clang-analyzer-cplusplus.StringChecker)
     for (const std::string& descriptionFilename : findDescriptionFiles(prefix))
-        attach(new IPLeaf(descriptionFilename));
+        attach(new IPLeaf(descriptionFilename, IPLeaf::Content::WhenNeeded));
     Object::postCreate();
 }
 

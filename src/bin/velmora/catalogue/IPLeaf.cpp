@@ -36,10 +36,36 @@ constexpr int whole = 1000; // of which a share is a part
 IPLeaf::IPLeaf(const std::string& descriptionFilename, Content content)
     : _descriptionFilename(descriptionFilename),
       _description(Brindle::locatedAt(BRINDLE_HERE, [&] { return readDescriptionFile(descriptionFilename); })),
-      _content(content) {
-    if (content == Content::DescriptionAndForm)
+      _content(content),
+      _makePage([this] { createPage(); }) {
+    if (content != Content::WhenNeeded)
+        completePage();
+}
+
+void IPLeaf::createPage() {
+    if (_content != Content::FormOnly)
         createDescriptionPage();
     createForm();
+    if (!isWindow())
+        orderStops();
+}
+
+void IPLeaf::completePage() const {
+    if (const auto make = std::exchange(_makePage, nullptr))
+        make();
+}
+
+/// Tab comes to what was made late where the page is, not after all that the window had by then.
+void IPLeaf::orderStops() {
+    QList<QWidget*> stops;
+    for (QWidget* each = nextInFocusChain(); each != this; each = each->nextInFocusChain())
+        if (isAncestorOf(each) && each->window() == window() && (each->focusPolicy() & Qt::TabFocus) != 0)
+            stops += each;
+    QWidget* last = previousInFocusChain();
+    for (QWidget* stop : stops) {
+        setTabOrder(last, stop);
+        last = stop;
+    }
 }
 
 void IPLeaf::createDescriptionPage() {
@@ -73,15 +99,17 @@ void IPLeaf::createDescribedForm() {
 }
 
 bool IPLeaf::mayHaveForm() const {
-    return _generatorLeaf || (_makeForm && bringsForm(_description));
+    return _generatorLeaf || (!_configurationWidget && (knowsForm(*this) || bringsForm(_description)));
 }
 
 void IPLeaf::requireGoodForm() const {
+    completePage();
     if (_makeForm)
         requireFormDescription(_description);
 }
 
 void IPLeaf::completeForm() const {
+    completePage();
     if (const auto make = std::exchange(_makeForm, nullptr))
         make();
 }
@@ -95,12 +123,15 @@ void IPLeaf::setForm(const IPForm& form) {
 
 void IPLeaf::showEvent(QShowEvent* event) {
     completeForm();
+    layout()->activate(); // Children that came just now are neither placed nor shown by whoever shows the page.
+    _splitter->show();
     QWidget::showEvent(event);
 }
 
 void IPLeaf::setConfigurationWidget(QWidget* widget) {
     if (!widget)
         throw Brindle::located(Brindle::Critical("Null configurationWidget"), BRINDLE_HERE);
+    completePage();
     if (_configurationWidget)
         throw Brindle::located(Brindle::Critical("configurationWidget already set"), BRINDLE_HERE);
     _configurationWidget = widget;
@@ -124,12 +155,14 @@ void IPLeaf::showConfigurationWidget() {
 }
 
 void IPLeaf::addTab(const QString& title, const QKeySequence& shortcut, QWidget* page) {
+    completePage();
     if (!_tabs)
         _tabs = new PageTabs(_splitter->widget(0), tr("Data sheet"), QKeySequence(QStringLiteral("Alt+D")));
     _tabs->addPage(title, shortcut, page);
 }
 
 void IPLeaf::setSummary(QWidget* line) {
+    completePage();
     layout()->addWidget(line);
 }
 
@@ -216,6 +249,7 @@ void IPLeaf::setConfiguration(const Configuration& configuration) {
 }
 
 void IPLeaf::onLinkClicked(const QUrl& url) {
+    completePage();
     if ((_page && _page->goTo(url)) || _pageOpener(url))
         return;
     if (!QDesktopServices::openUrl(url))

@@ -29,13 +29,14 @@ class PageTabs;
 struct IPForm;
 
 /// The page of one IP: its HTML description above, its configuration form (when the IP is one that the program knows,
-/// or describes its form itself) below. A described form is read and made when it is first needed.
+/// or describes its form itself) below. A described form is read and made when it is first needed, and so is all of a
+/// page of a catalogue that may have a thousand of them: when it is shown, or asked for its form or what that holds.
 class IPLeaf : public QWidget {
     Q_OBJECT
 
 public:
-    /// What the page is made of. A program without a window needs no description, and its forms no memory.
-    enum class Content { DescriptionAndForm, FormOnly };
+    /// What the page is made of, and when. A program without a window needs no description, and its forms no memory.
+    enum class Content { DescriptionAndForm, WhenNeeded, FormOnly };
 
     /// Reads the description file and builds the page. Throws Brindle::Critical when the file cannot be read or is
     /// wrong.
@@ -128,6 +129,9 @@ protected:
 
 private:
     bool isOurs(const char* name) const;
+    void createPage();
+    void completePage() const;
+    void orderStops();
     void createDescriptionPage();
     void createForm();
     void createDescribedForm();
@@ -146,6 +150,7 @@ private:
     DescriptionPage* _page = nullptr;
     PageTabs* _tabs = nullptr; // once there is more than the description
     FormArea* _formArea = nullptr;
+    mutable std::function<void()> _makePage; // until the page is needed
     mutable std::function<void()> _makeForm; // until the form is needed
     std::optional<int> _formShare;           // that the form is to have when it is made
     PageOpener _pageOpener = [](const QUrl&) { return false; };

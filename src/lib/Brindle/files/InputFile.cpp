@@ -2,6 +2,7 @@
 
 #include <Brindle/core/Exception.h>
 #include <Brindle/core/Label.h>
+#include <Brindle/core/LargeText.h>
 #include <Brindle/files/FileDescriptor.h>
 
 #include <algorithm>
@@ -41,7 +42,7 @@ std::string readInputFile(const std::string& filename, std::size_t limit) {
     if (!file.isOpen())
         refuse(filename, std::strerror(errno), BRINDLE_HERE);
     std::string text;
-    text.reserve(std::min(getSizeHint(file), limit));
+    reserveMore(text, std::min(getSizeHint(file), limit));
     std::array<std::uint8_t, 65536> piece{};
     for (;;) {
         const auto size = file.read(piece);

@@ -3,8 +3,39 @@
 #include <Sealwork/base/OpenSsl.h>
 
 #include <algorithm>
+#include <cstring>
+#include <string_view>
 
 namespace Sealwork {
+
+namespace {
+
+using Pair = std::array<char, 2>;
+
+/// The two characters of each twelve bits.
+constexpr auto pairs = [] {
+    constexpr std::string_view alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::array<Pair, 4096> all{};
+    for (std::size_t bits = 0; bits < all.size(); ++bits)
+        all[bits] = {alphabet[bits / alphabet.size()], alphabet[bits % alphabet.size()]};
+    return all;
+}();
+
+/// Encodes a line, the longest that there are in two look-ups for three bytes: twice as quick as OpenSSL. Returns the
+/// number of characters.
+std::size_t encodeLine(char* out, std::span<const std::uint8_t> line) {
+    if (line.size() != base64LineBytes) // OpenSSL adds a NUL, for which the line feed's place is there.
+        return static_cast<std::size_t>(
+            EVP_EncodeBlock(reinterpret_cast<std::uint8_t*>(out), line.data(), toInt(line.size())));
+    for (std::size_t i = 0; i < base64LineBytes; i += 3, out += 4) {
+        const std::uint32_t bits = std::uint32_t{line[i]} << 16U | std::uint32_t{line[i + 1]} << 8U | line[i + 2];
+        std::memcpy(out, pairs[bits >> 12U].data(), sizeof(Pair));
+        std::memcpy(out + 2, pairs[bits & 0xfffU].data(), sizeof(Pair));
+    }
+    return base64LineCharacters;
+}
+
+} // namespace
 
 void Base64LineEncoder::append(std::span<const std::uint8_t> bytes) {
     if (_restSize > 0) {
@@ -30,11 +61,11 @@ void Base64LineEncoder::finish() {
 void Base64LineEncoder::encodeLines(std::span<const std::uint8_t> bytes) {
     const std::size_t begin = _out.size();
     _out.resize(begin + base64LinesSize(bytes.size()));
-    auto* out = reinterpret_cast<std::uint8_t*>(_out.data()) + begin;
+    char* out = _out.data() + begin;
     while (!bytes.empty()) {
         const auto line = bytes.first(std::min(bytes.size(), base64LineBytes));
-        out += EVP_EncodeBlock(out, line.data(), toInt(line.size()));
-        *out++ = '\n'; // In the place of the NUL that OpenSSL writes.
+        out += encodeLine(out, line);
+        *out++ = '\n';
         bytes = bytes.subspan(line.size());
     }
 }

@@ -1,8 +1,8 @@
 #include <Sealwork/envelope/EnvelopeText.h>
 
 #include <Brindle/core/Label.h>
+#include <Brindle/core/LargeText.h>
 #include <Sealwork/base/Base64.h>
-#include <Sealwork/base/LargeText.h>
 #include <Sealwork/envelope/HdlLanguage.h>
 
 namespace Sealwork {
@@ -35,7 +35,7 @@ void EnvelopeText::openKeyBlock(std::string_view owner, std::string_view name, s
 
 void EnvelopeText::openDataBlock(std::string_view method, std::size_t size) {
     const std::size_t directivesSize = 256; // Those that frame the block.
-    reserveMore(_text, base64LinesSize(size) + directivesSize);
+    Brindle::reserveMore(_text, base64LinesSize(size) + directivesSize);
     addDirective("data_method=" + quoted(method));
     addEncoding(size);
     addDirective("data_block");

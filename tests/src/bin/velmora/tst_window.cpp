@@ -24,6 +24,7 @@
 #include <QMenu>
 #include <QMimeData>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QSettings>
 #include <QStackedWidget>
 #include <QToolButton>
@@ -126,7 +127,20 @@ private Q_SLOTS:
     void saveTakesTheEditedCell();
     void uidTellsNamesakesApart();
     void otherDragsAreLeftAlone();
+    void unseenPages();
 };
+
+/// Pages are made when they are first seen; the settings of the others stay what they were.
+void WindowTest::unseenPages() {
+    openWindow();
+    showIP("Transpose");
+    for (const IPLeaf* leaf : Velmora::ipHandler->getIPLeaves()) {
+        const bool isSeen = leaf == shownIP() || leaf == *Velmora::ipHandler->getIPLeaves().begin();
+        QCOMPARE(!leaf->findChildren<QWidget*>().isEmpty(), isSeen);
+    }
+    _window.reset();
+    QCOMPARE(QSettings().allKeys().filter(QRegularExpression(QStringLiteral("/Entity$"))).size(), 2);
+}
 
 void WindowTest::init() {
     _prefix = std::make_unique<TestPrefix>();

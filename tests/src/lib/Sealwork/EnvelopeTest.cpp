@@ -151,6 +151,7 @@ void EnvelopeTest::openedElsewhere() {
     };
     verify("vhdl", "`protect ", "aes256-cbc", 57);           // a line of base64
     verify("vlog", "`pragma protect ", "aes128-cbc", 16385); // more than a chunk
+    verify("vhdl", "`protect ", "aes256-cbc", 1500001);      // by two threads
 }
 
 void EnvelopeTest::refusedRegions() {

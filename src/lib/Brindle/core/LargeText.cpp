@@ -1,10 +1,10 @@
-#include <Sealwork/base/LargeText.h>
+#include <Brindle/core/LargeText.h>
 
 #include <memory>
 
 #include <sys/mman.h>
 
-namespace Sealwork {
+namespace Brindle {
 
 namespace {
 
@@ -21,4 +21,4 @@ void reserveMore(std::string& text, std::size_t size) {
         madvise(begin, space, MADV_HUGEPAGE); // A hint, whose failure is no fault.
 }
 
-} // namespace Sealwork
+} // namespace Brindle
