@@ -99,7 +99,7 @@ void IPLeaf::createDescribedForm() {
 }
 
 bool IPLeaf::mayHaveForm() const {
-    return _generatorLeaf || (_makeForm && bringsForm(_description));
+    return _generatorLeaf || (!_configurationWidget && (knowsForm(*this) || bringsForm(_description)));
 }
 
 void IPLeaf::requireGoodForm() const {
