@@ -46,8 +46,7 @@ def main():
     with tempfile.TemporaryDirectory(prefix="velmora-e2e-") as folder:
         directory = generate([options.program], options.prefix, folder)
         check_files(directory)
-        long_run = ["--long"] if os.environ.get("VELMORA_LONG_TESTS") else []
-        return subprocess.call([sys.executable, options.check, directory, ENTITY] + long_run)
+        return subprocess.call([sys.executable, options.check, directory, ENTITY])
 
 
 if __name__ == "__main__":

@@ -7,7 +7,7 @@ import program
 from hdl_rules import check_text
 from hdl_tools import CheckFailed, Ghdl, require
 
-DIFFERENCE = r"_tb: at \d+ ns \w[\w() ]* is [01UX]+, expected [01UX]+\n"
+DIFFERENCE = r"\w: at \d+ ns \w[\w() ]* is [01UX]+, expected [01UX]+\n"
 
 
 def write(design):
@@ -18,17 +18,19 @@ def write(design):
     return bench
 
 
-def check_altered(design, bench, alterations):
-    """Every alteration that the text has a place for stops the bench with a message that tells what differs."""
-    text, stopped = design.vhdl.read_text(), 0
+def check_altered(sources, bench, alterations, work):
+    """Every alteration that the sources have a place for stops the bench with a message that tells what differs."""
+    texts, stopped = {path.name: path.read_text() for path in sources}, 0
     for old, new in alterations.items():
-        if old not in text:
+        altered = {name: text.replace(old, new) for name, text in texts.items()}
+        if altered == texts:
             continue
-        ghdl = Ghdl(design.path.parent / "altered", "08")
-        (ghdl.directory / "altered.vhd").write_text(text.replace(old, new))
-        ghdl.analyse(["altered.vhd"])
+        ghdl = Ghdl(work / "altered", "08")
+        for name, text in altered.items():
+            (ghdl.directory / name).write_text(text)
+        ghdl.analyse(altered)
         try:
-            ghdl.run_bench(bench, design.entity, "--ieee-asserts=disable-at-0")
+            ghdl.run_bench(bench, "--ieee-asserts=disable-at-0")
         except CheckFailed as fault:
             require(re.search(DIFFERENCE, str(fault)), f"{old} as {new}: {fault}")
             stopped += 1

@@ -32,7 +32,7 @@ def check_vhdl(name, text, entity, is_test_bench=False):
     """Context clauses, names of design units, and what the HDL must not hold."""
     code = re.sub(r"--[^\n]*", "", text).lower()
     entity = entity.lower()
-    allowed = ALLOWED_CONTEXT | {f"work.{entity}_pkg"} | ({"std.textio"} if is_test_bench else set())
+    allowed = ALLOWED_CONTEXT | {f"work.{entity}_pkg"} | ({"ieee.math_real"} if is_test_bench else set())
     for package in re.findall(r"\buse\s+(\w+\.\w+)\.\w+\s*;", code):
         require(package in allowed, f"{name}: uses {package}")
     for unit in re.findall(r"(?m)^\s*(?:entity|package(?:\s+body)?)\s+(\w+)\s+is", code):

@@ -53,19 +53,12 @@ class Ghdl:
         output = self("-m", top)
         require("warning" not in output, f"ghdl -m --std={self.standard} {top}:\n{output}")
 
-    def simulate(self, top, stop_time):
-        """What the simulation printed; it must end by itself before the stop time and without a warning."""
-        output = self("-r", top, f"--stop-time={stop_time}")
-        require("stopped by" not in output, f"{top} does not end within {stop_time}:\n{output[-4000:]}")
-        require("warning" not in output, f"{top} gives warnings:\n{output[:4000]}")
-        return output
-
-    def run_bench(self, bench, entity, *options):
+    def run_bench(self, bench, *options):
         """Runs the delivered bench of an analysed entity; it must say no more than that it has passed."""
         self.analyse([bench])
-        self("-e", f"{entity}_tb")
-        output = self("-r", f"{entity}_tb", *options)
-        passed = re.fullmatch(rf"[^\n]*note\): {entity}_tb: PASSED \(([1-9]\d*) checks\)\n", output)
+        self("-e", bench.stem)
+        output = self("-r", bench.stem, *options)
+        passed = re.fullmatch(rf"[^\n]*note\): {bench.stem}: PASSED \(([1-9]\d*) checks\)\n", output)
         require(passed, f"the bench does not end as it should:\n{output[-4000:]}")
         return f"{passed.group(1)} checks, standard {self.standard}"
 

@@ -61,7 +61,7 @@ HdlView::HdlView(QWidget* parent) : QPlainTextEdit(parent) {
     Brindle::theme.enrich(this);
 }
 
-void HdlView::show(const QString& filename, const QString& text) {
+void HdlView::setFile(const QString& filename, const QString& text) {
     if (text == _text)
         return;
     _text = text;

@@ -15,8 +15,7 @@ public:
     explicit HdlView(QWidget* parent);
 
     /// The text of a file of that name. What the user sees stays in place where the text has that place.
-    void show(const QString& filename, const QString& text);
-    using QPlainTextEdit::show;
+    void setFile(const QString& filename, const QString& text);
 
 protected:
     bool event(QEvent* event) override;

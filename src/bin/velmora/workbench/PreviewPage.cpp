@@ -126,7 +126,7 @@ const Preview::File* PreviewPage::getShownFile() const {
 
 void PreviewPage::showFile() {
     const Preview::File* file = getShownFile();
-    _hdl->show(file ? file->name : QString(), file ? file->text : QString());
+    _hdl->setFile(file ? file->name : QString(), file ? file->text : QString());
 }
 
 void PreviewPage::copyInstantiation() {

@@ -42,7 +42,7 @@ SummaryLine::SummaryLine(IPLeaf& leaf)
     _text->setObjectName(QStringLiteral("summaryText"));
     connect(_text, &TextButton::clicked, this, &SummaryLine::goToField);
     _filesButton->setObjectName(QStringLiteral("writtenFiles"));
-    _filesButton->show(tr("Written files..."), "link", true);
+    _filesButton->setLine(tr("Written files..."), "link", true);
     _filesButton->hide();
     connect(_filesButton, &TextButton::clicked, this, [this] {
         const int height = _filesMenu->sizeHint().height();
@@ -53,13 +53,13 @@ SummaryLine::SummaryLine(IPLeaf& leaf)
 void SummaryLine::setPreview(const Preview& preview) {
     _preview = preview;
     if (!preview.problem.isEmpty())
-        _text->show(preview.problem, "remark", false);
+        _text->setLine(preview.problem, "remark", false);
     else if (!preview.error.isEmpty())
-        _text->show(preview.error, "error", true);
+        _text->setLine(preview.error, "error", true);
     else if (!preview.remarks.isEmpty())
-        _text->show(preview.remarks.first(), "remark", true);
+        _text->setLine(preview.remarks.first(), "remark", true);
     else
-        _text->show(joinFacts(preview.facts), "text", false);
+        _text->setLine(joinFacts(preview.facts), "text", false);
 }
 
 /// What is wrong is marked there, as by a check.

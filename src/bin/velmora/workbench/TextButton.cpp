@@ -17,10 +17,10 @@ constexpr int longestText = 1000; // characters
 
 TextButton::TextButton(QWidget* parent) : QAbstractButton(parent) {
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
-    show({}, "muted", false);
+    setLine({}, "muted", false);
 }
 
-void TextButton::show(const QString& text, const std::string& colorName, bool leadsSomewhere) {
+void TextButton::setLine(const QString& text, const std::string& colorName, bool leadsSomewhere) {
     _colorName = colorName;
     _text = text.left(longestText).simplified();
     setAccessibleName(_text);

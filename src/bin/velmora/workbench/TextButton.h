@@ -15,10 +15,9 @@ public:
     explicit TextButton(QWidget* parent);
 
     /// `colorName` is one of the theme's. What leads nowhere takes no clicks.
-    void show(const QString& text, const std::string& colorName, bool leadsSomewhere);
+    void setLine(const QString& text, const std::string& colorName, bool leadsSomewhere);
 
     const QString& getText() const { return _text; }
-    using QWidget::show;
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;

@@ -14,7 +14,7 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "support"))
 import generator
 import pages
 import script_tests
-from hdl_tools import Ghdl, require
+from hdl_tools import Ghdl
 
 IP = "apb_slave_to_serial_master"
 GOOD_NAMES = ["E", "x" * 200, "sim", "fifo", "tb_tb", "my_apb_serial_master"]
@@ -26,11 +26,10 @@ class BridgeTests(script_tests.NameTests):
     good = {IP: {"%%ENTITY_NAME%%": "good_name"}}
     used_names = {IP: ["pclk", "spi_cs_n", "PADDR", "ctrl_enable", "reg_id", "REG_FIFO_CTRL", "fifo_depth", "clk"]}
 
-    def simulate(self, ghdl, name, directory):
+    def elaborate(self, ghdl, name, directory):
         ghdl.make(sorted(directory.glob("**/*.vhd")), f"tb_{name}")
-        require(f"tb_{name}: PASSED" in ghdl.simulate(f"tb_{name}", "20ms"), "the test bench does not pass")
 
-    def test_good_name_gives_a_design_that_passes_its_test_bench(self):
+    def test_good_name_gives_a_design_and_its_test_bench(self):
         for number, (name, result) in enumerate(self.named(IP, GOOD_NAMES)):
             directory = self.work / str(number)
             generator.write_files(result, directory)
@@ -44,14 +43,14 @@ class BridgeTests(script_tests.NameTests):
                     if "apb_serial_master" not in name:
                         self.assertNotIn("apb_serial_master", content.lower())
                 for standard in script_tests.STANDARDS:
-                    self.simulate(Ghdl(directory / standard, standard), name, directory)
+                    self.elaborate(Ghdl(directory / standard, standard), name, directory)
 
     def test_two_designs_share_a_library(self):
         ghdl = Ghdl(self.work / "shared", "08")
         for name, result in self.named(IP, ["first", "second"]):
             generator.write_files(result, ghdl.directory / name)
         for name in ("first", "second"):
-            self.simulate(ghdl, name, ghdl.directory)
+            self.elaborate(ghdl, name, ghdl.directory)
 
     def test_description_page_shows_the_same_registers_as_the_generated_text(self):
         (_, result), = self.named(IP, ["spi0"])

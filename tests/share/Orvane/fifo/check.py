@@ -42,12 +42,12 @@ def check(design):
     step("rules", check_rules, design)
     step("synthesis", check_one_memory, design.ghdl("08"), design.entity, form.width, form.depth)
     for standard in ("93", "08"):
-        step("bench", design.ghdl(standard).run_bench, bench, design.entity)
+        step("bench", design.ghdl(standard).run_bench, bench)
     if form.width > 1 and form.depth <= 128:  # the VHDL netlists of GHDL are wrong at vectors of one bit
         netlist = design.ghdl("08").netlist(design.entity, design.path.parent / "netlist")
-        step("bench on the netlist", netlist.run_bench, bench, design.entity, "--ieee-asserts=disable")
+        step("bench on the netlist", netlist.run_bench, bench, "--ieee-asserts=disable")
     if design.origin.name in ALTERED_SETS:
-        step("altered", delivered_bench.check_altered, design, bench, ALTERATIONS)
+        step("altered", delivered_bench.check_altered, [design.vhdl], bench, ALTERATIONS, design.path.parent)
 
 
 if __name__ == "__main__":

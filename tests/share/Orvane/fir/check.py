@@ -9,12 +9,12 @@ import sys
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "support"))
 
 # pylint: disable=wrong-import-position
+import delivered_bench
 import hardware_check
-import program
 from described import Filter
 from generator import CATALOGUE
-from hdl_rules import check_design, check_text
-from hdl_tools import CheckFailed, Ghdl, require, step
+from hdl_rules import check_design
+from hdl_tools import Ghdl, require, step
 from parameter_sets import KINDS, parameter_sets
 from structure import check_structure
 
@@ -65,40 +65,19 @@ def check_sums(design, described, bench):
     return f"{width} bits"
 
 
-def check_altered(design, bench):
-    """Every alteration that the text has a place for stops the bench with a message that tells what differs."""
-    text, stopped = design.path.read_text(), 0
-    for old, new in ALTERATIONS.items():
-        if old not in text:
-            continue
-        ghdl = Ghdl(design.path.parent / "altered", "08")
-        (ghdl.directory / "altered.vhd").write_text(text.replace(old, new))
-        ghdl.analyse(["altered.vhd"])
-        try:
-            ghdl.run_bench(bench, design.entity)
-        except CheckFailed as fault:
-            require(re.search(r"_tb: at \d+ ns \w+ is [01UX]+, expected [01]+\n", str(fault)), f"{old} as {new}: {fault}")
-            stopped += 1
-        else:
-            raise CheckFailed(f"the bench lets {new} pass in place of {old}")
-    return f"{stopped} stopped"
-
-
 def check(design):
     described = Filter(design.ip, design.arguments)
     step("rules", check_rules, design, described)
-    told, = program.tell(program.BUILD / "prefix", "bench", [design.path.parent / "design.velmora"])
-    bench = pathlib.Path(told["output"])
-    check_text(bench.name, bench.read_bytes())
-    step("bench", design.ghdl("93c").run_bench, bench, design.entity)
+    bench = delivered_bench.write(design)
+    step("bench", design.ghdl("93c").run_bench, bench)
     if design.is_long or design.origin.name in MEASURED_SETS:
         step("sums", check_sums, design, described, bench)
     if design.is_long or design.origin.name in THOROUGH_SETS:
-        step("bench", design.ghdl("08").run_bench, bench, design.entity)
+        step("bench", design.ghdl("08").run_bench, bench)
         netlist = design.ghdl("93c").netlist(design.entity, design.path.parent / "netlist")
         # The wires of the netlist are unknown until time has passed once.
-        step("bench on the netlist", netlist.run_bench, bench, design.entity, "--ieee-asserts=disable-at-0")
-        step("altered filters", check_altered, design, bench)
+        step("bench on the netlist", netlist.run_bench, bench, "--ieee-asserts=disable-at-0")
+        step("altered", delivered_bench.check_altered, [design.path], bench, ALTERATIONS, design.path.parent)
     step("synthesis", check_structure, design.ghdl("93c"), design.entity, described)
 
 

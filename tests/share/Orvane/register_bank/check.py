@@ -70,12 +70,12 @@ def check(design):
     step("agreement", check_agreement, design)
     step("synthesis", check_synthesis, design)
     for standard in ("93", "08"):
-        step("bench", design.ghdl(standard).run_bench, bench, design.entity)
+        step("bench", design.ghdl(standard).run_bench, bench)
     if min(each.width for each in design.origin.form.registers) > 1:  # the VHDL netlists of GHDL are wrong at vectors of one bit
         netlist = design.ghdl("08").netlist(design.entity, design.path.parent / "netlist")
-        step("bench on the netlist", netlist.run_bench, bench, design.entity)
+        step("bench on the netlist", netlist.run_bench, bench)
     if design.origin.name in ALTERED_SETS:
-        step("altered", delivered_bench.check_altered, design, bench, ALTERATIONS)
+        step("altered", delivered_bench.check_altered, [design.vhdl], bench, ALTERATIONS, design.path.parent)
 
 
 if __name__ == "__main__":

@@ -51,13 +51,13 @@ def check(design):
     if described.depth > LARGEST_SIMULATED and not design.is_long:
         return
     for standard in ("93", "08"):
-        step("bench", design.ghdl(standard).run_bench, bench, design.entity, "--ieee-asserts=disable-at-0")
+        step("bench", design.ghdl(standard).run_bench, bench, "--ieee-asserts=disable-at-0")
     if described.depth <= LARGEST_NETLIST[design.is_long] and (design.is_long or design.origin.name in ALTERED_SETS):
         # Numbers are vectors there, unknown until the capture.
         netlist = design.ghdl("08").netlist(design.entity, design.path.parent / "netlist")
-        step("bench on the netlist", netlist.run_bench, bench, design.entity, "--ieee-asserts=disable")
+        step("bench on the netlist", netlist.run_bench, bench, "--ieee-asserts=disable")
     if design.origin.name in ALTERED_SETS:
-        step("altered", delivered_bench.check_altered, design, bench, ALTERATIONS)
+        step("altered", delivered_bench.check_altered, [design.path], bench, ALTERATIONS, design.path.parent)
 
 
 if __name__ == "__main__":

@@ -131,13 +131,13 @@ def check(design):
     bench = delivered_bench.write(design)
     is_small = design.is_long or interface.size <= 5
     for standard in ("93", "08") if is_small else ("08",):
-        step("bench", design.ghdl(standard).run_bench, bench, design.entity)
+        step("bench", design.ghdl(standard).run_bench, bench)
     # The VHDL netlists of GHDL are wrong at vectors of one bit.
     if is_small and 1 not in interface.counts.values():
         netlist = plain.netlist(interface.entity, design.path.parent / "netlist")
-        step("bench on the netlist", netlist.run_bench, bench, design.entity, "--ieee-asserts=disable-at-0")
+        step("bench on the netlist", netlist.run_bench, bench, "--ieee-asserts=disable-at-0")
     if design.origin.name == ALTERED_SET:
-        step("altered", delivered_bench.check_altered, design, bench, ALTERATIONS)
+        step("altered", delivered_bench.check_altered, [design.path], bench, ALTERATIONS, design.path.parent)
 
 
 if __name__ == "__main__":
