@@ -62,6 +62,8 @@ void IPLeaf::orderStops() {
         if (isAncestorOf(each) && each->window() == window() && (each->focusPolicy() & Qt::TabFocus) != 0)
             stops += each;
     QWidget* last = previousInFocusChain();
+    while ((last->focusPolicy() & Qt::TabFocus) == 0 && last != this) // nothing can be put behind such a one
+        last = last->previousInFocusChain();
     for (QWidget* stop : stops) {
         setTabOrder(last, stop);
         last = stop;
@@ -84,7 +86,11 @@ void IPLeaf::createForm() {
     if (const auto form = Velmora::makeForm(*this))
         setForm(*form);
     else
-        _makeForm = [this] { createDescribedForm(); };
+        _makeForm = [this] {
+            createDescribedForm();
+            if (!isWindow())
+                orderStops();
+        };
 }
 
 void IPLeaf::createDescribedForm() {

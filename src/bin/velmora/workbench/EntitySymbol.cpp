@@ -116,7 +116,7 @@ void EntitySymbol::paintPins(QPainter& painter, const Pins& pins, const QRect& b
     const int otherSide = areLeft ? Qt::AlignRight : Qt::AlignLeft;
     int top = box.top() + margin + getRowHeight();
     for (const Pin& pin : pins) {
-        const double middle = top + getRowHeight() / 2 + 0.5;
+        const double middle = top + (getRowHeight() + 1) / 2.0;
         painter.setPen(Brindle::theme.getColor("outline"));
         painter.drawLine(QPointF(edge, middle), QPointF(edge + outwards * pinLength, middle));
         if (pin.isClock) {

@@ -11,7 +11,7 @@ namespace {
 
 QStringList toTexts(const QJsonValue& array) {
     QStringList texts;
-    for (const QJsonValue& text : array.toArray())
+    for (const QJsonValue text : array.toArray())
         texts += text.toString();
     return texts;
 }
@@ -43,15 +43,15 @@ Preview read(const QJsonObject& object) {
     preview.error = check.isEmpty() ? getFirst(toTexts(object["errors"])) : check["message"].toString();
     preview.failedFields = toTexts(check["fields"]);
     preview.remarks = toTexts(object["remarks"]);
-    for (const QJsonValue& fact : object["facts"].toArray()) {
+    for (const QJsonValue fact : object["facts"].toArray()) {
         const QString value = fact["value"].toVariant().toString() + " " + fact["unit"].toString();
         preview.facts.push_back({fact["label"].toString(), value.trimmed()});
     }
     preview.entity = object["entity"].toString();
-    for (const QJsonValue& port : object["ports"].toArray())
+    for (const QJsonValue port : object["ports"].toArray())
         preview.ports.push_back({port["name"].toString(), port["mode"].toString(), port["type"].toString()});
     preview.instantiation = joinInstantiation(object["instantiation"].toObject());
-    for (const QJsonValue& file : object["files"].toArray())
+    for (const QJsonValue file : object["files"].toArray())
         preview.files.push_back({file["name"].toString(), file["text"].toString()});
     return preview;
 }

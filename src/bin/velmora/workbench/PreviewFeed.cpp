@@ -14,7 +14,7 @@ constexpr int pause = 200; // ms
 
 /// The first error of a report, which says what led to the others.
 QString getProblem(const QByteArray& json) {
-    for (const QJsonValue& message : QJsonDocument::fromJson(json)[0]["messages"].toArray()) {
+    for (const QJsonValue message : QJsonDocument::fromJson(json)[0]["messages"].toArray()) {
         if (message["kind"].toString() == QLatin1String("error"))
             return message["text"].toString();
     }

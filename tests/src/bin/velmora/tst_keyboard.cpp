@@ -195,7 +195,8 @@ void KeyboardTest::tabFollowsTheEye() {
         QVERIFY2(isTabStop(stops.at(index)), qPrintable(describe(stops.at(index))));
         QVERIFY2(!spokenNameOf(stops.at(index)).isEmpty(), qPrintable(describe(stops.at(index)) + " has no name"));
         if (index > 0)
-            QVERIFY2(isInReadingOrder(stops.at(index - 1), stops.at(index)), qPrintable(describe(stops.at(index))));
+            QVERIFY2(isInReadingOrder(stops.at(index - 1), stops.at(index)),
+                     qPrintable(describe(stops.at(index - 1)) + " leads to " + describe(stops.at(index))));
     }
     std::reverse(stops.begin() + 1, stops.end());
     QCOMPARE(walk(Qt::Key_Backtab), stops);
