@@ -25,6 +25,9 @@ std::optional<IPForm> makeForm(IPLeaf& page);
 /// Brindle::Critical, mostly with the fields "filename" and "line", when that is wrong.
 std::optional<IPForm> makeDescribedForm(IPLeaf& page);
 
+/// True for an IP that the program knows.
+bool knowsForm(const IPLeaf& page);
+
 /// True for an IP that brings a description of its form, which is not read.
 bool bringsForm(const IPDescription& ip);
 

@@ -67,6 +67,10 @@ std::optional<IPForm> makeDescribedForm(IPLeaf& page) {
     return description ? std::optional(makeLeaf<DescribedLeaf>(page, std::move(*description))) : std::nullopt;
 }
 
+bool knowsForm(const IPLeaf& page) {
+    return std::ranges::any_of(getKnownForms(), [&page](const KnownForm& known) { return known.fits(page); });
+}
+
 bool bringsForm(const IPDescription& ip) {
     return hasFormDescription(ip);
 }

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Generates parameter sets of the FIFO, and checks every one: it reads the text, runs the test bench delivered with it, also on what
-synthesis makes of it, and looks at that. Altered FIFOs show that the bench can fail."""
+"""Generates parameter sets of the FIFO, and checks every one: it reads the text, runs the test bench delivered with it, also on
+what synthesis makes of it, and looks at that. Altered FIFOs show that the bench can fail."""
 
 import pathlib
 import sys
@@ -20,7 +20,8 @@ ALTERATIONS = {
     "words = ALMOST_EMPTY_UPTO then": "words = ALMOST_EMPTY_UPTO + 1 then", "read and not reset": "rd_en and not reset",
     "to_level(words = 1)": "'1'", "words > 2": "words > 1", "read_index = DEPTH - 2": "read_index = DEPTH - 3",
     "write_at_end <= '0';\n": "\n", "has_next and (is_empty or rd_en)": "has_next and is_empty",
-    "read_index + 1) mod DEPTH": "read_index + 1) mod (DEPTH - 1)", "      if fetch = '1' then\n        rd_data": "      if true then\n        rd_data",
+    "read_index + 1) mod DEPTH": "read_index + 1) mod (DEPTH - 1)",
+    "      if fetch = '1' then\n        rd_data": "      if true then\n        rd_data",
     "        words           <= 0;\n": ""}
 
 

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""Generates register banks, and checks that the three files of each agree with its table: the C header is compiled, the page is read,
-and the bus of the design is. Runs the test bench delivered with it, also on what synthesis makes of it; altered banks show that the
-bench can fail."""
+"""Generates register banks, and checks that the three files of each agree with its table: the C header is compiled, the page
+is read, and the bus of the design is. Runs the test bench delivered with it, also on what synthesis makes of it; altered banks
+show that the bench can fail."""
 
 import pathlib
 import sys
@@ -18,9 +18,11 @@ from parameter_sets import parameter_sets
 
 ALTERED_SETS = {"reference"}
 ALTERATIONS = {
-    "psel = '1' and penable = '0'": "penable = '0'", "refused            := pwrite": "refused := '0'", "refused := '1'": "refused := '0'",
+    "psel = '1' and penable = '0'": "penable = '0'", "refused            := pwrite": "refused := '0'",
+    "refused := '1'": "refused := '0'",
     'x"08"': 'x"09"', "or control_reg": "or not control_reg", "events_reg or events_set": "events_set",
-    "pwdata(3 downto 0)) or events_set": "pwdata(3 downto 0))", "not pwdata": "pwdata", "'0';\n      command_write <= '0';\n      if": "'0';\n      if",
+    "pwdata(3 downto 0)) or events_set": "pwdata(3 downto 0))", "not pwdata": "pwdata",
+    "'0';\n      command_write <= '0';\n      if": "'0';\n      if",
     '"01011010"': '"01011011"', 'command_reg <= "00";\n      if': 'if', "presetn = '0'": "rising_edge(pclk) and presetn = '0'"}
 
 PORTS = {"RW": [("out", "out")], "RO": [("in", "in")], "W1C": [("set", "in"), ("out", "out")], "Pulse": [("pulse", "out")]}
@@ -60,7 +62,8 @@ def check_agreement(design):
 
 
 def check_synthesis(design):
-    synthesise(design.ghdl("08"), design.entity, ["proc", "opt", "check -assert", "select -assert-none t:$dlatch t:$adlatch t:$mem*"])
+    synthesise(design.ghdl("08"), design.entity, [
+        "proc", "opt", "check -assert", "select -assert-none t:$dlatch t:$adlatch t:$mem*"])
     return "no latch, no memory"
 
 

@@ -242,7 +242,7 @@ void CatalogueTest::queries() {
 void CatalogueTest::knownNamesHaveForms() {
     for (const QString& example : Examples::names()) {
         const QByteArray name = Examples::configuration(example).getName().c_str();
-        QVERIFY2(open("Orvane", name)->getForm(), name.constData());
+        QVERIFY2(IPLeaf(_prefix->addKnownIP(name, "").toStdString()).getForm(), name.constData());
         QVERIFY(!open("orvane", name)->getForm());
         QVERIFY(!open("Orvane", name + " 2")->getForm());
     }

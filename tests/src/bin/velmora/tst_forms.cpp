@@ -181,7 +181,7 @@ void FormsTest::everyStoredValueOpens() {
         }
         QStringList expected = initial;
         if (rubbish.type() == QVariant::StringList)
-            expected.replaceInStrings(QRegularExpression("^(Trig\\d+\\|)\\|"), "\\1b|"); // the alias
+            expected.replaceInStrings(QRegularExpression("^((Trig)?\\d+\\|)\\|"), "\\1b|"); // a free text
         QCOMPARE(cells(), expected);
     }
 }
@@ -438,13 +438,15 @@ void FormsTest::refusedArguments() {
     const QStringList filled = cells();
     _prefix->write("out.vhd", "old");
     QCOMPARE(generate().mid(1, 1), QStringList("E:   Processing aborted [" + told));
-    QCOMPARE(readFile(_dialog.answer), QByteArray());
+    const bool isRefusedBefore =
+        form()->objectName() == "DescribedLeaf"; // by the check, which the script has a part in
+    QCOMPARE(readFile(_dialog.answer), QByteArray(isRefusedBefore ? "old" : ""));
     QCOMPARE(cells(), filled);
     try {
         statement();
         QFAIL("nothing thrown");
     } catch (const Brindle::Error& error) {
-        QCOMPARE(error.getLocation().file, "src/bin/velmora/" + group().toStdString());
+        QCOMPARE(error.getLocation().file, "src/bin/velmora/" + form()->objectName().toStdString());
     }
 }
 
@@ -456,7 +458,7 @@ void FormsTest::scriptErrorsNameTheForm() {
         QFAIL("nothing thrown");
     } catch (const Brindle::Fatal& error) {
         QCOMPARE(error.what(), "Should not be here");
-        QCOMPARE(error.getLocation().file, "src/bin/velmora/" + group().toStdString());
+        QCOMPARE(error.getLocation().file, "src/bin/velmora/" + form()->objectName().toStdString());
     }
 }
 
