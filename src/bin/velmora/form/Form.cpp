@@ -22,6 +22,7 @@ namespace {
 
 // Pixels.
 constexpr int buttonSpacing = 24; // nobody is to hit Reset for Generate
+constexpr int labelGap = 4;       // between a label and what stands under it
 constexpr int numberWidth = 120;  // enough for any number, however wide the form
 
 /// Alt and the first letter, which the text of the button does not underline.
@@ -120,7 +121,7 @@ void Form::addUnderLabel(QWidget* field, QLayout* layout) {
         room = std::max(room, layout->itemAt(index)->widget()->sizeHint().height());
     auto* placed = new QVBoxLayout;
     placed->setSpacing(0);
-    placed->addSpacing(room + label->widget()->sizeHint().height());
+    placed->addSpacing(room + label->widget()->sizeHint().height() + 2 * labelGap);
     placed->addLayout(layout);
     grid->addLayout(placed, row, 0, Qt::AlignVCenter | Qt::AlignLeft);
 }

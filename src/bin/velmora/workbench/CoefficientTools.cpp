@@ -25,6 +25,7 @@ namespace Velmora {
 namespace {
 
 constexpr std::size_t largestFile = 16UL * 1024 * 1024; // bytes
+constexpr int buttonGap = 6;                            // pixels
 
 const QString fileKey = QStringLiteral("CoefficientImport/File"); // that was imported last
 
@@ -40,6 +41,7 @@ CoefficientTools::CoefficientTools(IPLeaf& leaf, const QString& program)
     : QObject(&leaf), _leaf(leaf), _program(program), _field(leaf) {
     QWidget* editor = _field.getEditor();
     auto* buttons = new QHBoxLayout;
+    buttons->setSpacing(buttonGap);
     QPushButton* importButton =
         addButton(*buttons, tr("Import..."), "importCoefficients", tr("Takes the coefficients from a file of numbers"));
     connect(importButton, &QPushButton::clicked, this, &CoefficientTools::chooseFile);
