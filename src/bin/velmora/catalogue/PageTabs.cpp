@@ -7,6 +7,7 @@
 #include <QVariant>
 
 #include <algorithm>
+#include <iterator>
 
 namespace Velmora {
 
@@ -14,11 +15,11 @@ namespace {
 
 /// The widget and all in it that Tab stops at; the list of a combo box is in a window of its own.
 QList<QWidget*> getTabStops(QWidget* widget) {
-    QList<QWidget*> stops = QList<QWidget*>{widget} + widget->findChildren<QWidget*>();
-    const auto isPassed = [widget](const QWidget* each) {
-        return (each->focusPolicy() & Qt::TabFocus) == 0 || each->window() != widget->window();
-    };
-    stops.erase(std::remove_if(stops.begin(), stops.end(), isPassed), stops.end());
+    const QList<QWidget*> all = QList<QWidget*>{widget} + widget->findChildren<QWidget*>();
+    QList<QWidget*> stops;
+    std::ranges::copy_if(all, std::back_inserter(stops), [widget](const QWidget* each) {
+        return (each->focusPolicy() & Qt::TabFocus) != 0 && each->window() == widget->window();
+    });
     return stops;
 }
 

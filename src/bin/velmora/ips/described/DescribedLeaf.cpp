@@ -117,7 +117,7 @@ bool DescribedLeaf::isFullyConfigured() const {
 
 /// What cannot be filled in may be empty.
 void DescribedLeaf::checkRow(FormCheck& check, const DescribedRow& row) const {
-    QWidget* widget = find<QWidget>(row.key);
+    auto* widget = find<QWidget>(row.key);
     if (!widget->isEnabledTo(this))
         return;
     if (const auto* table = std::get_if<DescribedTable>(&row.kind)) {
