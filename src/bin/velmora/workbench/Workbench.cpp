@@ -38,7 +38,7 @@ void Workbench::attach(IPLeaf& leaf) {
     leaf.setSummary(parts.summary);
     if (CoefficientField::isIn(leaf)) {
         const auto* tools = new CoefficientTools(leaf, _program);
-        leaf.addTab(tr("Response"), QKeySequence(QStringLiteral("Alt+E")), new ResponsePage(leaf, *tools));
+        leaf.addTab(tr("Response"), QKeySequence(QStringLiteral("Alt+O")), new ResponsePage(leaf, *tools));
     }
     _parts[&leaf] = parts;
 }
