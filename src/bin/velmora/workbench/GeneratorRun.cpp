@@ -60,6 +60,7 @@ GeneratorRun::GeneratorRun(const QString& program, const QString& missing, QObje
 GeneratorRun::~GeneratorRun() {
     _process.disconnect(this);
     _process.endGroup();
+    _process.waitForFinished(); // which it is at once
 }
 
 void GeneratorRun::ask(const QStringList& arguments, const QByteArray& input, const Receiver& receiver) {

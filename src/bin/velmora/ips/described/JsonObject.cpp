@@ -36,7 +36,7 @@ const std::string& requireText(const JsonValue& value, const std::string& what, 
         refuse("a text that is not empty");
     if (countCharacters(value.text) > rule.longest)
         refuse("a text of at most " + std::to_string(rule.longest) + " characters");
-    const auto isForbidden = [&rule](char c) { return Brindle::isControl(c) && !(c == '\n' && rule.mayHaveLineFeeds); };
+    const auto isForbidden = [&rule](char c) { return Brindle::isControl(c) && (c != '\n' || !rule.mayHaveLineFeeds); };
     if (std::ranges::any_of(value.text, isForbidden))
         refuse("a text without control characters");
     return value.text;
