@@ -37,7 +37,8 @@ def check(package):
     configuration = {"/" + name for name, member in members.items() if member.isfile() and name.startswith("etc/")}
     assert set(tell("--info", package, "conffiles").split()) == configuration, configuration
     depends = tell("--field", package, "Depends")
-    for needed in ("libqt5webkit5", "libqt5svg5", "libssl3", "libliquid1", "libkf5syntaxhighlighting5", "fonts-dejavu-core"):
+    for needed in ("libqt5webkit5", "libqt5svg5", "libssl3", "libliquid1", "libkf5syntaxhighlighting5", "libqwt-qt5-6",
+                   "fonts-dejavu-core"):
         assert needed in depends, f"{needed} is missing in: {depends}"
     for impossible in ("python", "libffi7", "libssl1"):
         assert impossible not in depends, f"Debian 12 has no {impossible}: {depends}"

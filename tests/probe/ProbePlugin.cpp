@@ -59,6 +59,7 @@ private:
 
     void generate() {
         const QWidget* window = getMainWindow();
+        window->findChild<QAbstractButton*>(QStringLiteral("IPs"))->click();
         window->findChild<QLineEdit*>(QStringLiteral("Entity"))->setText(QStringLiteral("probed"));
         auto* answering = new QTimer(this);
         connect(answering, &QTimer::timeout, this, &Probe::answerDialog);

@@ -9,6 +9,8 @@
 
 #include <Brindle/tool/UsageError.h>
 
+#include <QJsonArray>
+
 #include <array>
 #include <iostream>
 
@@ -48,8 +50,8 @@ none, standard error tells what was reached, and what to relax.
       --span N            its length in symbols: it has span times samples and
                           one taps.
       --json              Write one JSON text, an object with "coefficients",
-                          "scale", "taps", "roundingError", and "ripple" and
-                          "attenuation" as reached.
+                          "scale", "taps", "roundingError", "ideal" (what was
+                          rounded), and "ripple" and "attenuation" as reached.
 
 Exit status: 0 done, 1 no filter was found, 2 a wrong command line.
 
@@ -148,6 +150,10 @@ Velmora::FilterDesign design(const DesignWish& wish) {
 
 QJsonObject getJson(const Velmora::FilterDesign& design) {
     QJsonObject object = toJson(design.rounded);
+    std::vector<double> ideal = design.unrounded;
+    for (double& coefficient : ideal)
+        coefficient *= design.rounded.scale;
+    object["ideal"] = toJsonArray(ideal);
     const auto& figures = design.figures;
     object["ripple"] = figures ? QJsonValue(figures->ripple) : QJsonValue();
     object["attenuation"] = figures ? QJsonValue(figures->attenuation) : QJsonValue();

@@ -58,7 +58,7 @@ void IPLeaf::completePage() const {
 /// Tab comes to what was made late where the page is, not after all that the window had by then.
 void IPLeaf::orderStops() {
     QList<QWidget*> stops;
-    for (QWidget* each = nextInFocusChain(); each != this; each = each->nextInFocusChain())
+    for (QWidget* each = window()->nextInFocusChain(); each != window(); each = each->nextInFocusChain())
         if (isAncestorOf(each) && each->window() == window() && (each->focusPolicy() & Qt::TabFocus) != 0)
             stops += each;
     QWidget* last = previousInFocusChain();

@@ -11,6 +11,7 @@
 #include <QKeySequence>
 #include <QLabel>
 #include <QSettings>
+#include <QVBoxLayout>
 
 #include <algorithm>
 #include <utility>
@@ -21,6 +22,7 @@ namespace {
 
 // Pixels.
 constexpr int buttonSpacing = 24; // nobody is to hit Reset for Generate
+constexpr int labelGap = 4;       // between a label and what stands under it
 constexpr int numberWidth = 120;  // enough for any number, however wide the form
 
 /// Alt and the first letter, which the text of the button does not underline.
@@ -104,6 +106,24 @@ HelpLabel* Form::addHelp(const QString& help, int rowCount) {
     helpLabel->setWordWrap(true);
     place(helpLabel, _rowCount - rowCount, 2, rowCount);
     return helpLabel;
+}
+
+void Form::addUnderLabel(QWidget* field, QLayout* layout) {
+    auto* grid = qobject_cast<QGridLayout*>(field->parentWidget()->layout());
+    int row = 0;
+    int column = 0;
+    int span = 0;
+    grid->getItemPosition(grid->indexOf(field), &row, &column, &span, &span);
+    QLayoutItem* label = grid->itemAtPosition(row, 0);
+    // The label stands in the middle of the cell: as much room above as below it keeps the layout there too.
+    int room = 0;
+    for (int index = 0; index < layout->count(); ++index) // the layout passes over what was never shown
+        room = std::max(room, layout->itemAt(index)->widget()->sizeHint().height());
+    auto* placed = new QVBoxLayout;
+    placed->setSpacing(0);
+    placed->addSpacing(room + label->widget()->sizeHint().height() + 2 * labelGap);
+    placed->addLayout(layout);
+    grid->addLayout(placed, row, 0, Qt::AlignVCenter | Qt::AlignLeft);
 }
 
 void Form::stretchLastRow() {

@@ -27,6 +27,7 @@
 
 QT_BEGIN_NAMESPACE
 class QHBoxLayout;
+class QLayout;
 QT_END_NAMESPACE
 
 namespace Velmora {
@@ -97,6 +98,8 @@ public:
     /// A row without label that takes the columns of label and editor. The table shows as many lines as the number of
     /// that key counts, and is loaded, saved and reset with the form.
     void addTable(LineTableView* table, const QString& countKey);
+    /// Puts widgets that belong to the label of a field under it, into the cell of the grid that the label stands in.
+    static void addUnderLabel(QWidget* field, QLayout* layout);
     /// One help label for the last rows together.
     HelpLabel* addHelp(const QString& help, int rowCount);
     /// The last row takes the free height of the form.

@@ -1,5 +1,7 @@
 #include <velmora/widgets/FileDrop.h>
 
+#include <velmora/widgets/FileTarget.h>
+
 #include <QApplication>
 #include <QDropEvent>
 #include <QMimeData>
@@ -26,7 +28,7 @@ bool isDrag(const QEvent& event) {
 
 } // namespace
 
-FileDrop::FileDrop(QWidget* window) : QObject(window) {
+FileDrop::FileDrop(QWidget* window) : QObject(window), _window(window) {
     window->setAcceptDrops(true);
     window->installEventFilter(this);
     window->windowHandle()->installEventFilter(this); // which hands drags to the fields before the window
@@ -41,7 +43,11 @@ bool FileDrop::eventFilter(QObject* watched, QEvent* event) {
         return QObject::eventFilter(watched, event);
     drop->setDropAction(Qt::CopyAction); // or the sender might remove the file
     drop->accept();
-    if (event->type() == QEvent::Drop)
+    if (event->type() != QEvent::Drop)
+        return true;
+    if (FileTarget* target = FileTarget::find(_window->childAt(drop->pos()), filenames))
+        Q_EMIT target->dropped(filenames.first());
+    else
         Q_EMIT dropped(filenames);
     return true;
 }

@@ -10,7 +10,7 @@ QT_END_NAMESPACE
 namespace Velmora {
 
 /// Takes the files that the user drops on a window, on whatever place in it. Fields would enter the path as a text and
-/// a web page go there otherwise; what is dragged without a file still belongs to them.
+/// a web page go there otherwise; what is dragged without a file still belongs to them, and a file to a `FileTarget`.
 class FileDrop : public QObject {
     Q_OBJECT
 
@@ -24,6 +24,9 @@ Q_SIGNALS:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    QWidget* const _window;
 };
 
 } // namespace Velmora

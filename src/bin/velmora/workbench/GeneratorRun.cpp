@@ -16,6 +16,7 @@ namespace {
 
 constexpr int longestRun = 5000;               // ms
 constexpr int largestOutput = 4 * 1024 * 1024; // bytes
+constexpr int mostErrors = 64 * 1024;          // bytes
 
 /// Changes when the file does.
 QString getState(const QString& program) {
@@ -37,20 +38,21 @@ void GeneratorRun::Process::endGroup() {
     kill(); // the group may not be there yet
 }
 
-GeneratorRun::GeneratorRun(const QString& program, QObject* parent) : QObject(parent), _program(program) {
-    _process.setStandardErrorFile(QProcess::nullDevice());
+GeneratorRun::GeneratorRun(const QString& program, const QString& missing, QObject* parent)
+    : QObject(parent), _program(program), _missing(missing) {
+    connect(&_process, &QProcess::readyReadStandardError, this, &GeneratorRun::takeErrors);
     connect(&_process, &QProcess::readyReadStandardOutput, this, &GeneratorRun::takeOutput);
     connect(&_process, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this, &GeneratorRun::takeEnd);
     connect(&_process, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
         if (error == QProcess::FailedToStart) {
-            end(tr("No preview: %1 cannot be started.").arg(_program));
+            end(tr("%1 cannot be started.").arg(_program));
             takeEnd();
         }
     });
     _deadline.setSingleShot(true);
     _deadline.setInterval(longestRun);
     connect(&_deadline, &QTimer::timeout, this,
-            [this] { end(tr("No preview: the generator took longer than 5 s and was ended.")); });
+            [this] { end(tr("the generator took longer than 5 s and was ended.")); });
     _start.setSingleShot(true);
     connect(&_start, &QTimer::timeout, this, &GeneratorRun::start);
 }
@@ -77,7 +79,7 @@ void GeneratorRun::cancel() {
 
 void GeneratorRun::start() {
     if (!QFileInfo(_program).isExecutable()) {
-        answer({tr("No preview: there is no %1.").arg(_program), {}, false});
+        answer({getProblem(tr("there is no %1.").arg(_program)), {}, {}, false});
         return;
     }
     _isVersionAsked = _checkedState != getState(_program);
@@ -100,23 +102,33 @@ void GeneratorRun::startProcess(const QStringList& arguments, const QByteArray& 
 void GeneratorRun::takeOutput() {
     _outcome.output += _process.readAllStandardOutput();
     if (_outcome.output.size() > largestOutput) {
-        end(tr("No preview: it is larger than 4 MB."));
+        end(tr("it is larger than 4 MB."));
         _outcome.output.clear();
     }
 }
 
+void GeneratorRun::takeErrors() {
+    const QByteArray errors = _process.readAllStandardError();
+    _outcome.errors += errors.left(mostErrors - _outcome.errors.size());
+}
+
 /// The first reason counts.
-void GeneratorRun::end(const QString& problem) {
+void GeneratorRun::end(const QString& reason) {
     if (_outcome.problem.isEmpty())
-        _outcome.problem = problem;
+        _outcome.problem = getProblem(reason);
     _process.endGroup();
+}
+
+QString GeneratorRun::getProblem(const QString& reason) const {
+    return _missing + ": " + reason;
 }
 
 void GeneratorRun::takeEnd() {
     _deadline.stop();
     takeOutput();
+    takeErrors();
     if (_outcome.problem.isEmpty() && _process.exitStatus() == QProcess::CrashExit)
-        _outcome.problem = tr("No preview: the generator crashed.");
+        _outcome.problem = getProblem(tr("the generator crashed."));
     _outcome.isDone = _outcome.problem.isEmpty() && _process.exitCode() == 0;
     if (std::exchange(_isVersionAsked, false))
         takeVersion();
@@ -131,7 +143,7 @@ void GeneratorRun::takeVersion() {
     const QString own = QString::fromStdString(std::string(version.text));
     if (_outcome.problem.isEmpty() && told != own)
         _outcome.problem =
-            tr("No preview: velmora-generate is of version %1, this program of %2.").arg(told.left(20), own);
+            getProblem(tr("velmora-generate is of version %1, this program of %2.").arg(told.left(20), own));
     if (_outcome.problem.isEmpty())
         _checkedState = getState(_program);
     else

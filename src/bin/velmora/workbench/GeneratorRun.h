@@ -22,12 +22,14 @@ public:
     struct Outcome {
         QString problem;     ///< Why it ended before its time; empty when it did not.
         QByteArray output;   ///< What it wrote to its standard output.
+        QByteArray errors;   ///< What it wrote to its standard error, 64 kB at most.
         bool isDone = false; ///< Its exit status was 0.
     };
     using Receiver = std::function<void(const Outcome& outcome)>;
 
-    /// `program` is the path of velmora-generate. It must have the version of this program.
-    explicit GeneratorRun(const QString& program, QObject* parent = nullptr);
+    /// `program` is the path of velmora-generate. It must have the version of this program. A problem begins with what
+    /// is then missing, such as "No preview".
+    GeneratorRun(const QString& program, const QString& missing, QObject* parent = nullptr);
     ~GeneratorRun() override;
 
     /// Runs it with these arguments and standard input as soon as the run before, which is ended and gets no answer, is
@@ -56,12 +58,15 @@ private:
     void start();
     void startProcess(const QStringList& arguments, const QByteArray& input);
     void takeOutput();
+    void takeErrors();
     void takeEnd();
     void takeVersion();
-    void end(const QString& problem);
+    void end(const QString& reason);
+    QString getProblem(const QString& reason) const;
     void answer(const Outcome& outcome);
 
     const QString _program;
+    const QString _missing;
     Process _process;
     QTimer _deadline;
     QTimer _start;

@@ -23,7 +23,7 @@ QString getProblem(const QByteArray& json) {
 
 } // namespace
 
-PreviewFeed::PreviewFeed(const QString& program, QObject* parent) : QObject(parent), _run(program) {
+PreviewFeed::PreviewFeed(const QString& program, QObject* parent) : QObject(parent), _run(program, tr("No preview")) {
     _pause.setSingleShot(true);
     _pause.setInterval(pause);
     connect(&_pause, &QTimer::timeout, this, &PreviewFeed::ask);

@@ -1,7 +1,9 @@
 #include <velmora/workbench/Workbench.h>
 
 #include <velmora/catalogue/IPLeaf.h>
+#include <velmora/workbench/CoefficientTools.h>
 #include <velmora/workbench/PreviewPage.h>
+#include <velmora/workbench/ResponsePage.h>
 #include <velmora/workbench/SummaryLine.h>
 
 #include <Brindle/core/Console.h>
@@ -10,7 +12,7 @@
 
 namespace Velmora {
 
-Workbench::Workbench(QObject* parent, const QString& program) : QObject(parent), _feed(program) {
+Workbench::Workbench(QObject* parent, const QString& program) : QObject(parent), _program(program), _feed(program) {
     Brindle::console.attach(*this);
     connect(&_feed, &PreviewFeed::found, this, [this](IPLeaf* leaf, const Preview& preview) {
         const Parts& parts = _parts[leaf];
@@ -34,6 +36,10 @@ void Workbench::attach(IPLeaf& leaf) {
     const Parts parts{new PreviewPage(leaf, _feed), new SummaryLine(leaf)};
     leaf.addTab(tr("Preview"), QKeySequence(QStringLiteral("Alt+P")), parts.preview);
     leaf.setSummary(parts.summary);
+    if (CoefficientField::isIn(leaf)) {
+        const auto* tools = new CoefficientTools(leaf, _program);
+        leaf.addTab(tr("Response"), QKeySequence(QStringLiteral("Alt+E")), new ResponsePage(leaf, *tools));
+    }
     _parts[&leaf] = parts;
 }
 

@@ -47,6 +47,7 @@ private:
     void onConsoleLine(Brindle::ConsoleLineKind, const std::string&) override {}
     void onConsoleFiles(const std::vector<std::string>& filenames) override;
 
+    const QString _program;
     PreviewFeed _feed;
     IPLeaf* _shown = nullptr; // null when it has no form
     QHash<IPLeaf*, Parts> _parts;

@@ -43,7 +43,7 @@ private Q_SLOTS:
 
 void ProgramTest::normalClose() {
     _prefix->addBridge("");
-    const Program::Outcome outcome = run("close");
+    const Program::Outcome outcome = run("close", {"-no-about"});
     QCOMPARE(outcome.errors, QStringList());
     QCOMPARE(outcome.status, 0);
     QCOMPARE(outcome.output.size(), 2);
@@ -129,7 +129,7 @@ void ProgramTest::exceptionsFromSlots() {
     QFETCH(QString, error);
     QFETCH(QString, location);
     _prefix->addBridge("");
-    const Program::Outcome outcome = run(probe.toLatin1());
+    const Program::Outcome outcome = run(probe.toLatin1(), {"-no-about"});
     QCOMPARE(outcome.status, 1);
     QCOMPARE(outcome.errors.size(), 1);
     QVERIFY2(outcome.errors.first().startsWith(error), qPrintable(outcome.errors.first()));

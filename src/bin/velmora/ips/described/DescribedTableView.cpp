@@ -72,6 +72,7 @@ private:
 
 DescribedTableView::DescribedTableView(const QString& key, const QString& formGroup, const DescribedTable& description)
     : LineTableView(key, formGroup, createModel(description)), _description(description) {
+    setAccessibleName(key);
     setUp(new CountProxyModel(this), new LineTableDelegate(this, getModel()));
     shareFreeWidth();
 }

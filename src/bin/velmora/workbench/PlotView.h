@@ -1,0 +1,28 @@
+#pragma once
+
+#include <velmora/plot/PlotModule.h>
+
+#include <QWidget>
+
+namespace Velmora {
+
+/// A plot, or, without the module that draws it, a text that says what is missing.
+class PlotView : public QWidget {
+    Q_OBJECT
+
+public:
+    /// Loads the module when it is the first.
+    explicit PlotView(QWidget* parent = nullptr);
+
+    /// Whether there is a plot.
+    bool isDrawn() const { return _plot != nullptr; }
+    /// Does nothing without the module.
+    void show(const VelmoraPlotContent& content);
+    /// Writes a picture, SVG or PNG by the extension. False when it was not written.
+    bool save(const QString& filename) const;
+
+private:
+    QWidget* _plot = nullptr;
+};
+
+} // namespace Velmora
