@@ -38,6 +38,12 @@ std::optional<double> parseReal(std::string_view text) {
     return value && std::isfinite(*value) ? value : std::nullopt;
 }
 
+bool looksLikeNumber(std::string_view text) {
+    const std::size_t start = text.find_first_not_of("+-.");
+    const bool beginsWithDigit = start != text.npos && text[start] >= '0' && text[start] <= '9';
+    return beginsWithDigit || parse<double>(text).has_value();
+}
+
 std::optional<int> parseInteger(std::string_view text) {
     return parse<int>(text);
 }

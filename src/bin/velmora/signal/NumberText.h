@@ -10,7 +10,11 @@ namespace Velmora {
 /// locale; none when it is no such number.
 std::optional<double> parseReal(std::string_view text);
 
-/// The same for an integer that fits; none for anything else.
+/// Whether the text is meant for a number, even for one that `parseReal` refuses: it begins with a digit (signs and
+/// points before it set aside), or spells an infinity or what is not a number.
+bool looksLikeNumber(std::string_view text);
+
+/// The integer that is the whole text and fits an `int`; none for anything else.
 std::optional<int> parseInteger(std::string_view text);
 
 /// The shortest decimal text that reads as this number again.

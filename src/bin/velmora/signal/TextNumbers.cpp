@@ -50,9 +50,9 @@ Cells getCells(std::string_view line) {
     return cells;
 }
 
-/// No cell of a header begins with a number, and it assigns nothing.
+/// No cell of a header begins with what is meant for a number, and it assigns nothing.
 bool isHeader(std::string_view line) {
-    const auto beginsWithNumber = [](std::string_view cell) { return parseReal(getCells(cell).front()).has_value(); };
+    const auto beginsWithNumber = [](std::string_view cell) { return looksLikeNumber(getCells(cell).front()); };
     return line.find('=') == line.npos && std::ranges::none_of(split(line, ",\t"), beginsWithNumber);
 }
 

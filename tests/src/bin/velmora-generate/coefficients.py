@@ -101,6 +101,7 @@ class CoefficientsTest(unittest.TestCase):
     def test_refused_files(self):
         for content, place, options in [
                 ('1\n2x\n', 'line: 2', ''), ('1,,2', 'line: 1', ''), ('h = 1\n2', 'line: 1', ''), ('1\nnan', 'line: 2', ''),
+                *[(f'{first}\n1', f"'{first}' is no number", '') for first in ['nan', '-INF', '1e999', '0x1F', '-.5.']],
                 ('1;2;3', 'line: 1', ''), ('# a\n', 'line: 2', ''), ('1e999', 'line: 1', ''), ('radix=16;\ncoefdata=1,\n1g;', 'line: 3', ''),
                 ('radix=8;coefdata=1;', 'line: 1', ''), ('coefdata=1;\nradix=10;', 'line: 1', ''), ('radix=10;coefdata=1;2', 'line: 1', ''),
                 ('int a[] = {1,\n08}', 'line: 2', ''), ('{1,\n{2}}', 'line: 2', ''), ('{1', 'line: 1', ''), ('[1,\n]', 'line: 2', ''),
