@@ -34,7 +34,7 @@ const QString rootRaisedCosine = QStringLiteral("rootraisedcosine");
 
 std::vector<double> toNumbers(const QJsonValue& array) {
     std::vector<double> numbers;
-    for (const QJsonValue& value : array.toArray())
+    for (const QJsonValue value : array.toArray())
         numbers.push_back(value.toDouble());
     return numbers;
 }
