@@ -45,7 +45,7 @@ std::vector<double> getFrequencyValues(ResponseView view, const FrequencyRespons
     if (view == ResponseView::GroupDelay)
         return response.groupDelay;
     std::vector<double> magnitude = response.magnitude;
-    std::replace(magnitude.begin(), magnitude.end(), noMagnitude, std::numeric_limits<double>::quiet_NaN());
+    std::ranges::replace(magnitude, noMagnitude, std::numeric_limits<double>::quiet_NaN());
     return magnitude;
 }
 
