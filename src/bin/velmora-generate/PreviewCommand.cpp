@@ -13,6 +13,7 @@
 #include <QTextCodec>
 
 #include <algorithm>
+#include <ranges>
 #include <string>
 #include <variant>
 
@@ -51,16 +52,19 @@ QString toText(const Velmora::FactValue& value) {
     return std::get<QString>(value);
 }
 
+/// That of the widest; there is one at least.
+auto getWidth(const auto& list, const auto& widthOf) {
+    return std::ranges::max(list | std::views::transform(widthOf));
+}
+
 void showFact(const Velmora::Fact& fact, int width) {
     const QString line = fact.label.leftJustified(width + 2) + toText(fact.value) + " " + fact.unit;
     console.print(line.trimmed().toStdString());
 }
 
 void showPorts(const Velmora::HdlUnit& unit) {
-    const auto nameWidth =
-        std::ranges::max(unit.ports, {}, [](const auto& port) { return port.name.size(); }).name.size();
-    const auto modeWidth =
-        std::ranges::max(unit.ports, {}, [](const auto& port) { return port.mode.size(); }).mode.size();
+    const auto nameWidth = getWidth(unit.ports, [](const auto& port) { return port.name.size(); });
+    const auto modeWidth = getWidth(unit.ports, [](const auto& port) { return port.mode.size(); });
     for (const HdlObject& port : unit.ports) {
         console.print(port.name + std::string(nameWidth + 2 - port.name.size(), ' ') + port.mode +
                       std::string(modeWidth + 1 - port.mode.size(), ' ') + port.type);
@@ -76,10 +80,10 @@ void showTitled(const std::string& title, const std::function<void()>& showLines
 
 void show(const Preview& preview) {
     if (!preview.facts.empty()) {
-        const auto& widest = std::ranges::max(preview.facts, {}, [](const auto& fact) { return fact.label.size(); });
+        const int width = getWidth(preview.facts, [](const auto& fact) { return fact.label.size(); });
         showTitled("Facts", [&] {
             for (const Velmora::Fact& fact : preview.facts)
-                showFact(fact, widest.label.size());
+                showFact(fact, width);
         });
     }
     if (!preview.remarks.isEmpty()) {
