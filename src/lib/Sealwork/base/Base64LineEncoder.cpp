@@ -12,14 +12,16 @@ namespace {
 
 using Pair = std::array<char, 2>;
 
-/// The two characters of each twelve bits.
-constexpr auto pairs = [] {
+constexpr std::array<Pair, 4096> getPairs() {
     constexpr std::string_view alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
     std::array<Pair, 4096> all{};
     for (std::size_t bits = 0; bits < all.size(); ++bits)
         all[bits] = {alphabet[bits / alphabet.size()], alphabet[bits % alphabet.size()]};
     return all;
-}();
+}
+
+/// The two characters of each twelve bits.
+constexpr auto pairs = getPairs();
 
 /// Encodes a line, the longest that there are in two look-ups for three bytes: twice as quick as OpenSSL. Returns the
 /// number of characters.
