@@ -103,7 +103,7 @@ public:
         std::size_t longest = 0;
         for (const Literal& literal : literals)
             longest = std::max(longest, literal.text.size());
-        _width = static_cast<unsigned>(std::min<std::size_t>(longest, 64)) * digitBits;
+        _width = static_cast<unsigned>(std::min<std::size_t>(longest * digitBits, 64)); // of those parsed none has more
         // Ten bits fill three hexadecimal digits, either with zeros or with their sign in front.
         const bool areInWidth = _width >= width && _width < width + digitBits;
         const auto fits = [this, width](const Literal& literal) {
