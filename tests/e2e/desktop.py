@@ -72,6 +72,7 @@ class Desktop:
         self.key("ctrl+f")
         self.type(name)
         self.key("Return", "Escape")
+        self.wait_for("page of the IP", lambda: self._search("--name", "^%s.* - Velmora$" % name))
 
     def key(self, *keys):
         self._xdotool("key", *keys)
