@@ -1,6 +1,7 @@
 #include <velmora-generate/CoefficientOptions.h>
 #include <velmora-generate/CoefficientOutput.h>
 #include <velmora-generate/Commands.h>
+#include <velmora-generate/ConfiguredIP.h>
 #include <velmora-generate/ExitCode.h>
 #include <velmora-generate/JsonOutput.h>
 
@@ -11,7 +12,6 @@
 #include <velmora/signal/Scaling.h>
 #include <velmora/signal/UsedCoefficients.h>
 
-#include <Brindle/files/InputFile.h>
 #include <Brindle/tool/UsageError.h>
 
 #include <QJsonArray>
@@ -44,7 +44,6 @@ Example: velmora-generate coefficients response filter.velmora
          velmora-generate coefficients response --list "1, 2, 1" --width 12
 )";
 
-constexpr std::size_t largestFile = 1024UL * 1024; // bytes
 constexpr int mostPoints = 1000000;
 constexpr int usualPoints = 512;
 
@@ -56,7 +55,7 @@ std::string getText(const Velmora::Configuration& configuration, std::string_vie
 
 /// Those of a configuration.
 std::vector<double> readCoefficients(const std::string& filename) {
-    const auto configuration = Velmora::Configuration::parse(Brindle::readInputFile(filename, largestFile), filename);
+    const auto configuration = readConfiguration(QString::fromStdString(filename));
     const auto* const list = configuration.find("Coefficients");
     const auto width = Velmora::parseInteger(getText(configuration, "CoefficientWidth"));
     const auto coefficients = Velmora::parseCoefficients(getText(configuration, "Coefficients"));

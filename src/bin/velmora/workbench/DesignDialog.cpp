@@ -1,6 +1,7 @@
 #include <velmora/workbench/DesignDialog.h>
 
 #include <velmora/signal/NumberText.h>
+#include <velmora/workbench/MessageLabel.h>
 #include <velmora/workbench/PlotView.h>
 #include <velmora/workbench/ResponsePlot.h>
 
@@ -72,7 +73,7 @@ DesignDialog::DesignDialog(const QString& program, const Limits& limits, QWidget
       _rows(new QFormLayout),
       _kindCombo(new QComboBox),
       _methodCombo(new QComboBox),
-      _figures(new QLabel),
+      _figures(new MessageLabel("designFigures")),
       _plot(new PlotView) {
     setObjectName(QStringLiteral("designDialog"));
     setWindowTitle(tr("Design coefficients of %1 bits").arg(limits.width));
@@ -98,8 +99,6 @@ DesignDialog::DesignDialog(const QString& program, const Limits& limits, QWidget
     addWish(tr("Samples of a symbol"), "symbol-samples", QStringLiteral("4"), tr("A whole number"), true);
     addWish(tr("Roll-off"), "rolloff", QStringLiteral("0.25"), tr("0 to 1"), true);
     addWish(tr("Span"), "span", QStringLiteral("8"), tr("Length in symbols"), true);
-    _figures->setObjectName(QStringLiteral("designFigures"));
-    _figures->setTextFormat(Qt::PlainText);
     _figures->setTextInteractionFlags(Qt::TextSelectableByMouse);
     _figures->setWordWrap(true);
     _figures->setAlignment(Qt::AlignLeft | Qt::AlignTop);
@@ -196,7 +195,7 @@ void DesignDialog::onChanged() {
     _run.cancel();
     _design = {};
     _okButton->setEnabled(false);
-    tell(tr("Designing..."), false);
+    _figures->tell(tr("Designing..."));
     _pause.start();
 }
 
@@ -251,12 +250,12 @@ std::vector<Band> DesignDialog::getWishedBands() const {
 }
 
 void DesignDialog::take(const GeneratorRun::Outcome& outcome) {
-    if (!outcome.problem.isEmpty())
-        tell(outcome.problem, true);
-    else if (!outcome.isDone)
-        tell(getReason(outcome.errors), true);
-    else
+    if (outcome.isDone) {
         takeDesign(outcome.output);
+        return;
+    }
+    _plot->show({});
+    _figures->tell(outcome.problem.isEmpty() ? getReason(outcome.errors) : outcome.problem, "error");
 }
 
 void DesignDialog::takeDesign(const QByteArray& json) {
@@ -270,18 +269,8 @@ void DesignDialog::takeDesign(const QByteArray& json) {
         _design.attenuation = findNumber(getNumbers("attenuation"));
     }
     showMagnitude(*_plot, _design);
-    tell(getFigures(design), false);
+    _figures->tell(getFigures(design));
     _okButton->setEnabled(!_design.coefficients.empty());
-}
-
-void DesignDialog::tell(const QString& text, bool isProblem) {
-    QPalette colors;
-    if (isProblem) {
-        _plot->show({});
-        colors.setColor(QPalette::WindowText, Brindle::theme.getColor("error"));
-    }
-    _figures->setPalette(colors);
-    _figures->setText(text);
 }
 
 } // namespace Velmora

@@ -13,13 +13,13 @@
 QT_BEGIN_NAMESPACE
 class QComboBox;
 class QFormLayout;
-class QLabel;
 class QLineEdit;
 class QPushButton;
 QT_END_NAMESPACE
 
 namespace Velmora {
 
+class MessageLabel;
 class PlotView;
 
 /// Asks what a filter should do and has velmora-generate design it, 200 ms after the last change. The wishes that were
@@ -66,7 +66,6 @@ private:
     std::vector<Band> getWishedBands() const;
     void take(const GeneratorRun::Outcome& outcome);
     void takeDesign(const QByteArray& json);
-    void tell(const QString& text, bool isProblem);
 
     const Limits _limits;
     GeneratorRun _run;
@@ -76,7 +75,7 @@ private:
     QFormLayout* const _rows;
     QComboBox* const _kindCombo;
     QComboBox* const _methodCombo;
-    QLabel* const _figures;
+    MessageLabel* const _figures;
     PlotView* const _plot;
     QPushButton* _okButton = nullptr;
 };

@@ -62,26 +62,19 @@ int EntitySymbol::getRowHeight() const {
     return fontMetrics().height() + 2;
 }
 
-int EntitySymbol::getNameWidth(const Pins& pins) const {
+int EntitySymbol::getWidth(const Pins& pins, QString Pin::*text) const {
     int width = 0;
     for (const Pin& pin : pins)
-        width = std::max(width, fontMetrics().horizontalAdvance(pin.name));
-    return width;
-}
-
-int EntitySymbol::getBitsWidth(const Pins& pins) const {
-    int width = 0;
-    for (const Pin& pin : pins)
-        width = std::max(width, fontMetrics().horizontalAdvance(pin.bits));
+        width = std::max(width, fontMetrics().horizontalAdvance(pin.*text));
     return width;
 }
 
 QSize EntitySymbol::sizeHint() const {
     if (_name.isEmpty())
         return {0, 0};
-    const int names = getNameWidth(_left) + getNameWidth(_right) + gap;
+    const int names = getWidth(_left, &Pin::name) + getWidth(_right, &Pin::name) + gap;
     const int box = std::max(names, fontMetrics().horizontalAdvance(_name)) + 2 * inset;
-    const int pins = getBitsWidth(_left) + getBitsWidth(_right) + 2 * pinLength;
+    const int pins = getWidth(_left, &Pin::bits) + getWidth(_right, &Pin::bits) + 2 * pinLength;
     const int rows = static_cast<int>(std::max(_left.size(), _right.size())) + 1; // and the name
     return {box + pins + 2 * margin, rows * getRowHeight() + 4 * margin};
 }
@@ -91,8 +84,8 @@ void EntitySymbol::paintEvent(QPaintEvent*) {
         return;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const int left = margin + getBitsWidth(_left) + pinLength;
-    const int right = margin + getBitsWidth(_right) + pinLength;
+    const int left = margin + getWidth(_left, &Pin::bits) + pinLength;
+    const int right = margin + getWidth(_right, &Pin::bits) + pinLength;
     const QRect box(left, margin, sizeHint().width() - left - right, sizeHint().height() - 2 * margin);
     painter.setPen(Brindle::theme.getColor("outline"));
     painter.setBrush(Brindle::theme.getColor("surface"));

@@ -32,8 +32,8 @@ private:
     using Pins = std::vector<Pin>;
 
     int getRowHeight() const;
-    int getNameWidth(const Pins& pins) const;
-    int getBitsWidth(const Pins& pins) const;
+    /// Of the widest of these texts.
+    int getWidth(const Pins& pins, QString Pin::*text) const;
     void paintPins(QPainter& painter, const Pins& pins, const QRect& box, bool areLeft) const;
 
     QString _name;

@@ -1,6 +1,7 @@
 #include <velmora/workbench/ImportDialog.h>
 
 #include <velmora/signal/NumberText.h>
+#include <velmora/workbench/MessageLabel.h>
 #include <velmora/workbench/PlotView.h>
 #include <velmora/workbench/ResponsePlot.h>
 
@@ -48,7 +49,7 @@ ImportDialog::ImportDialog(const QString& filename, const std::vector<double>& n
       _mostTaps(mostTaps),
       _scaleCombo(new QComboBox),
       _factorEdit(new QLineEdit(QStringLiteral("15"))),
-      _figures(new QLabel),
+      _figures(new MessageLabel("importFigures")),
       _list(new QPlainTextEdit),
       _plot(new PlotView) {
     setObjectName(QStringLiteral("importDialog"));
@@ -56,8 +57,6 @@ ImportDialog::ImportDialog(const QString& filename, const std::vector<double>& n
     addScales();
     _factorEdit->setObjectName(QStringLiteral("importFactor"));
     _factorEdit->setAccessibleName(tr("Exponent or factor"));
-    _figures->setObjectName(QStringLiteral("importFigures"));
-    _figures->setTextFormat(Qt::PlainText);
     _figures->setTextInteractionFlags(Qt::TextSelectableByMouse);
     _figures->setWordWrap(true);
     _list->setObjectName(QStringLiteral("importList"));
@@ -118,18 +117,15 @@ std::optional<Scaling> ImportDialog::getScaling() const {
 void ImportDialog::update() {
     const QString chosen = _scaleCombo->currentData().toString();
     _factorEdit->setVisible(chosen == powerOf || chosen.isEmpty());
-    QPalette colors;
     try {
         _scaled = importCoefficients(_numbers, _width, getScaling());
         showResult();
     } catch (const Brindle::Exception& exception) {
         _scaled.reset();
-        _figures->setText(QString::fromStdString(exception.getMessage()));
+        _figures->tell(QString::fromStdString(exception.getMessage()), "error");
         _list->clear();
         _plot->show({});
-        colors.setColor(QPalette::WindowText, Brindle::theme.getColor("error"));
     }
-    _figures->setPalette(colors);
     _okButton->setEnabled(_scaled.has_value());
 }
 
@@ -141,10 +137,9 @@ void ImportDialog::showResult() {
                                QString::fromStdString(getFixedText(_scaled->largestError, 3)));
     if (_scaled->coefficients.size() > static_cast<std::size_t>(_mostTaps))
         figures += tr("; the form takes %1 coefficients at most").arg(_mostTaps);
-    _figures->setText(figures);
+    _figures->tell(figures);
     _list->setPlainText(toText(_scaled->coefficients));
-    const DesignedList imported = getImported();
-    showMagnitude(*_plot, imported);
+    showMagnitude(*_plot, getImported());
 }
 
 } // namespace Velmora

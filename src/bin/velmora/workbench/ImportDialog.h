@@ -10,7 +10,6 @@
 
 QT_BEGIN_NAMESPACE
 class QComboBox;
-class QLabel;
 class QLineEdit;
 class QPlainTextEdit;
 class QPushButton;
@@ -18,6 +17,7 @@ QT_END_NAMESPACE
 
 namespace Velmora {
 
+class MessageLabel;
 class PlotView;
 
 /// Asks how the numbers of a file become coefficients of a width, and shows what comes of it.
@@ -44,7 +44,7 @@ private:
     std::optional<ScaledCoefficients> _scaled;
     QComboBox* const _scaleCombo;
     QLineEdit* const _factorEdit;
-    QLabel* const _figures;
+    MessageLabel* const _figures;
     QPlainTextEdit* const _list;
     PlotView* const _plot;
     QPushButton* _okButton = nullptr;

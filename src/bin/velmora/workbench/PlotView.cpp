@@ -5,8 +5,8 @@
 #include <Brindle/widgets/Theme.h>
 
 #include <QFile>
-#include <QFileInfo>
 #include <QLabel>
+#include <QTemporaryDir>
 #include <QVBoxLayout>
 
 namespace Velmora {
@@ -48,11 +48,12 @@ void PlotView::show(const VelmoraPlotContent& content) {
     getModule().show(_plot, content);
 }
 
-bool PlotView::save(const QString& filename) const {
-    if (!_plot || (QFileInfo::exists(filename) && !QFile::remove(filename)))
-        return false;
-    getModule().save(_plot, filename);
-    return QFileInfo(filename).size() > 0;
+QByteArray PlotView::getPicture(Format format) const {
+    const QTemporaryDir directory; // the module writes files alone
+    QFile file(directory.filePath(format == Format::Svg ? QStringLiteral("plot.svg") : QStringLiteral("plot.png")));
+    if (_plot)
+        getModule().save(_plot, file.fileName());
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 } // namespace Velmora

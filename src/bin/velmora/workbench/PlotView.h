@@ -11,6 +11,8 @@ class PlotView : public QWidget {
     Q_OBJECT
 
 public:
+    enum class Format { Png, Svg };
+
     /// Loads the module when it is the first.
     explicit PlotView(QWidget* parent = nullptr);
 
@@ -18,8 +20,8 @@ public:
     bool isDrawn() const { return _plot != nullptr; }
     /// Does nothing without the module.
     void show(const VelmoraPlotContent& content);
-    /// Writes a picture, SVG or PNG by the extension. False when it was not written.
-    bool save(const QString& filename) const;
+    /// A picture of the plot, the content of a file; empty without the module.
+    QByteArray getPicture(Format format) const;
 
 private:
     QWidget* _plot = nullptr;

@@ -2,6 +2,7 @@
 
 #include <velmora/catalogue/IPLeaf.h>
 #include <velmora/workbench/HdlView.h>
+#include <velmora/workbench/MessageLabel.h>
 #include <velmora/workbench/PreviewFeed.h>
 #include <velmora/workbench/PreviewSheet.h>
 
@@ -13,7 +14,6 @@
 #include <QDir>
 #include <QGuiApplication>
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QPushButton>
 #include <QSplitter>
 #include <QVBoxLayout>
@@ -53,9 +53,7 @@ void PreviewPage::createWidgets() {
     _instantiationButton = addButton(tr("Copy instantiation"), "copyInstantiation", &PreviewPage::copyInstantiation);
     _hdlButton = addButton(tr("Copy HDL"), "copyHdl", &PreviewPage::copyHdl);
     _benchButton = addButton(tr("Save test bench..."), "saveBench", &PreviewPage::saveBench);
-    _message = new QLabel;
-    _message->setObjectName(QStringLiteral("previewMessage"));
-    _message->setTextFormat(Qt::PlainText);
+    _message = new MessageLabel("previewMessage");
     _message->setMinimumWidth(1);
     _bar->addWidget(_message, 1);
     _fileCombo = new QComboBox;
@@ -154,10 +152,7 @@ void PreviewPage::saveBench() {
 }
 
 void PreviewPage::tell(const QString& text, bool isProblem) {
-    QPalette colors;
-    colors.setColor(QPalette::WindowText, Brindle::theme.getColor(isProblem ? "error" : "muted"));
-    _message->setPalette(colors);
-    _message->setText(text);
+    _message->tell(text, isProblem ? "error" : "muted");
     _message->setToolTip(text);
 }
 

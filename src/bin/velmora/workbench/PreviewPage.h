@@ -7,7 +7,6 @@
 QT_BEGIN_NAMESPACE
 class QComboBox;
 class QHBoxLayout;
-class QLabel;
 class QPushButton;
 QT_END_NAMESPACE
 
@@ -15,6 +14,7 @@ namespace Velmora {
 
 class HdlView;
 class IPLeaf;
+class MessageLabel;
 class PreviewFeed;
 class PreviewSheet;
 
@@ -52,7 +52,7 @@ private:
     QPushButton* _instantiationButton = nullptr;
     QPushButton* _hdlButton = nullptr;
     QPushButton* _benchButton = nullptr;
-    QLabel* _message = nullptr;
+    MessageLabel* _message = nullptr;
     QComboBox* _fileCombo = nullptr;
     HdlView* _hdl = nullptr;
 };

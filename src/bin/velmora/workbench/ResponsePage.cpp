@@ -1,20 +1,22 @@
 #include <velmora/workbench/ResponsePage.h>
 
 #include <velmora/catalogue/IPLeaf.h>
+#include <velmora/form/ProblemParts.h>
 #include <velmora/workbench/CoefficientTools.h>
+#include <velmora/workbench/MessageLabel.h>
 #include <velmora/workbench/PlotView.h>
 
 #include <Brindle/core/Exception.h>
+#include <Brindle/files/OutputFiles.h>
 #include <Brindle/widgets/FileDialog.h>
 #include <Brindle/widgets/Theme.h>
 
 #include <QComboBox>
 #include <QDir>
 #include <QDoubleSpinBox>
+#include <QFileInfo>
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QPushButton>
-#include <QSaveFile>
 #include <QVBoxLayout>
 
 namespace Velmora {
@@ -61,9 +63,7 @@ void ResponsePage::createWidgets() {
     bar->addWidget(createSaveButton(tr("CSV..."), tr("Saves the numbers of the curves"), "saveResponseNumbers",
                                     &ResponsePage::saveNumbers));
     bar->addStretch(1);
-    _figures = new QLabel;
-    _figures->setObjectName(QStringLiteral("responseFigures"));
-    _figures->setTextFormat(Qt::PlainText);
+    _figures = new MessageLabel("responseFigures");
     _figures->setContentsMargins(margin, 0, margin, 0);
     _figures->setMinimumWidth(1);
     _plot = new PlotView;
@@ -135,27 +135,32 @@ QString ResponsePage::showResponse() {
 void ResponsePage::saveImage() {
     const QString filename = Brindle::FileDialog::getSaveFileName(
         this, tr("Save the plot"), QDir::currentPath() + "/response.png", tr("Pictures (*.png *.svg)"));
-    if (!filename.isEmpty())
-        tell(_plot->save(filename) ? tr("%1 is written.").arg(filename) : tr("%1 cannot be written.").arg(filename),
-             false);
+    if (filename.isEmpty())
+        return;
+    const bool isSvg = QFileInfo(filename).suffix().compare(QLatin1String("svg"), Qt::CaseInsensitive) == 0;
+    write(filename, _plot->getPicture(isSvg ? PlotView::Format::Svg : PlotView::Format::Png));
 }
 
 void ResponsePage::saveNumbers() {
     const QString filename = Brindle::FileDialog::getSaveFileName(
         this, tr("Save the numbers"), QDir::currentPath() + "/response.csv", QStringLiteral("CSV (*.csv)"));
-    if (filename.isEmpty())
-        return;
-    QSaveFile file(filename);
-    const bool isWritten = file.open(QIODevice::WriteOnly) && file.write(toCsv(_content)) >= 0 && file.commit();
-    tell(isWritten ? tr("%1 is written.").arg(filename) : tr("%1 cannot be written.").arg(filename), !isWritten);
+    if (!filename.isEmpty())
+        write(filename, toCsv(_content));
+}
+
+void ResponsePage::write(const QString& filename, const QByteArray& content) {
+    try {
+        Brindle::OutputFiles files(BRINDLE_HERE);
+        files.add(filename.toStdString(), content.toStdString());
+        files.commit();
+        tell(tr("%1 is written.").arg(filename), false);
+    } catch (const Brindle::Exception& exception) {
+        tell(describe(exception), true);
+    }
 }
 
 void ResponsePage::tell(const QString& text, bool isProblem) {
-    QPalette colors;
-    if (isProblem)
-        colors.setColor(QPalette::WindowText, Brindle::theme.getColor("error"));
-    _figures->setPalette(colors);
-    _figures->setText(text);
+    _figures->tell(text, isProblem ? "error" : "text");
     _figures->setToolTip(text);
     _plot->setAccessibleName(_viewCombo->currentText());
     _plot->setAccessibleDescription(text);

@@ -9,7 +9,6 @@
 QT_BEGIN_NAMESPACE
 class QComboBox;
 class QDoubleSpinBox;
-class QLabel;
 class QPushButton;
 QT_END_NAMESPACE
 
@@ -17,6 +16,7 @@ namespace Velmora {
 
 class CoefficientTools;
 class IPLeaf;
+class MessageLabel;
 class PlotView;
 
 /// The tab that plots what a filter does to a signal.
@@ -40,6 +40,7 @@ private:
     QString showResponse();
     void saveImage();
     void saveNumbers();
+    void write(const QString& filename, const QByteArray& content);
     void tell(const QString& text, bool isProblem);
 
     const CoefficientTools& _tools;
@@ -47,7 +48,7 @@ private:
     QComboBox* _viewCombo = nullptr;
     QDoubleSpinBox* _rateSpin = nullptr;
     std::vector<QPushButton*> _saveButtons;
-    QLabel* _figures = nullptr;
+    MessageLabel* _figures = nullptr;
     PlotView* _plot = nullptr;
 };
 

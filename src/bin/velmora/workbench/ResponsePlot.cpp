@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numbers>
 
 namespace Velmora {
 
@@ -29,7 +30,7 @@ bool isOfTime(ResponseView view) {
 
 /// Without the jumps of a turn.
 std::vector<double> unwrap(std::vector<double> phase) {
-    const double turn = 2 * std::acos(-1.0);
+    const double turn = 2 * std::numbers::pi;
     double offset = 0;
     for (std::size_t index = 1; index < phase.size(); ++index) {
         const double step = phase[index] + offset - phase[index - 1];
