@@ -37,11 +37,11 @@ bool isOpen(const HdlToken& token) {
 }
 
 /// Appends what an element of an interface list declares; false when it declares nothing.
-bool readDeclaration(const HdlTokens& tokens, std::vector<HdlObject>& objects) {
+bool readDeclaration(const HdlTokens& tokens, std::vector<HdlObject>& objects, bool areGenerics) {
     if (std::ranges::any_of(tokens, isOpen))
         return false;
     HdlTokenWalk walk(tokens);
-    if (isOneOf(walk.peek(), otherGenerics)) {
+    if (areGenerics && isOneOf(walk.peek(), otherGenerics)) {
         objects.push_back(readOtherGeneric(walk));
         return true;
     }
@@ -81,7 +81,7 @@ bool readInterface(HdlTokenWalk& walk, std::string_view word, std::vector<HdlObj
     walk.skip();
     do {
         walk.skip(); // the parenthesis or semicolon in front
-        if (!readDeclaration(walk.takeUntil({";", ")"}), objects))
+        if (!readDeclaration(walk.takeUntil({";", ")"}), objects, isSameVhdlName(word, "generic")))
             return false;
     } while (walk.peek() == ";");
     return walk.take(")") && walk.take(";");

@@ -17,7 +17,7 @@ namespace {
 constexpr int pinLength = 12; // without the bits that stand above it
 constexpr int inset = 10;     // from the edge of the box to a name
 constexpr int gap = 20;       // between the names of both sides
-constexpr int margin = 4;
+constexpr int symbolMargin = 4;
 constexpr int wedge = 5; // half of its height
 
 constexpr int longestText = 40; // characters of a name or of bits
@@ -76,7 +76,7 @@ QSize EntitySymbol::sizeHint() const {
     const int box = std::max(names, fontMetrics().horizontalAdvance(_name)) + 2 * inset;
     const int pins = getWidth(_left, &Pin::bits) + getWidth(_right, &Pin::bits) + 2 * pinLength;
     const int rows = static_cast<int>(std::max(_left.size(), _right.size())) + 1; // and the name
-    return {box + pins + 2 * margin, rows * getRowHeight() + 4 * margin};
+    return {box + pins + 2 * symbolMargin, rows * getRowHeight() + 4 * symbolMargin};
 }
 
 void EntitySymbol::paintEvent(QPaintEvent*) {
@@ -84,19 +84,19 @@ void EntitySymbol::paintEvent(QPaintEvent*) {
         return;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const int left = margin + getWidth(_left, &Pin::bits) + pinLength;
-    const int right = margin + getWidth(_right, &Pin::bits) + pinLength;
-    const QRect box(left, margin, sizeHint().width() - left - right, sizeHint().height() - 2 * margin);
+    const int left = symbolMargin + getWidth(_left, &Pin::bits) + pinLength;
+    const int right = symbolMargin + getWidth(_right, &Pin::bits) + pinLength;
+    const QRect box(left, symbolMargin, sizeHint().width() - left - right, sizeHint().height() - 2 * symbolMargin);
     painter.setPen(Brindle::theme.getColor("outline"));
     painter.setBrush(Brindle::theme.getColor("surface"));
-    painter.drawRoundedRect(QRectF(box).adjusted(0.5, 0.5, -0.5, -0.5), margin, margin);
+    painter.drawRoundedRect(QRectF(box).adjusted(0.5, 0.5, -0.5, -0.5), symbolMargin, symbolMargin);
     QFont bold = font();
     bold.setBold(true);
     painter.setFont(bold);
     painter.setPen(Brindle::theme.getColor("text"));
-    const QRect title(box.left(), box.top() + margin, box.width(), getRowHeight());
+    const QRect title(box.left(), box.top() + symbolMargin, box.width(), getRowHeight());
     painter.drawText(title, Qt::AlignCenter,
-                     QFontMetrics(bold).elidedText(_name, Qt::ElideRight, box.width() - margin));
+                     QFontMetrics(bold).elidedText(_name, Qt::ElideRight, box.width() - symbolMargin));
     painter.setFont(font());
     paintPins(painter, _left, box, true);
     paintPins(painter, _right, box, false);
@@ -107,7 +107,7 @@ void EntitySymbol::paintPins(QPainter& painter, const Pins& pins, const QRect& b
     const int outwards = areLeft ? -1 : 1;
     const int side = areLeft ? Qt::AlignLeft : Qt::AlignRight;
     const int otherSide = areLeft ? Qt::AlignRight : Qt::AlignLeft;
-    int top = box.top() + margin + getRowHeight();
+    int top = box.top() + symbolMargin + getRowHeight();
     for (const Pin& pin : pins) {
         const double middle = top + (getRowHeight() + 1) / 2.0;
         painter.setPen(Brindle::theme.getColor("outline"));

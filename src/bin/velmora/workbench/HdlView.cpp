@@ -15,13 +15,13 @@ namespace Velmora {
 
 namespace {
 
-constexpr int longestText = 512 * 1024; // characters
-constexpr int longestLine = 1000;       // characters
+constexpr int longestShown = 512 * 1024; // characters
+constexpr int longestLine = 1000;        // characters
 
 /// The beginning that can be shown without delay.
 QString getBeginning(const QString& text) {
-    const bool isWhole = text.size() <= longestText;
-    QStringList lines = text.left(longestText).split('\n');
+    const bool isWhole = text.size() <= longestShown;
+    QStringList lines = text.left(longestShown).split('\n');
     bool isCut = false;
     for (QString& line : lines) {
         if (line.size() > longestLine) {

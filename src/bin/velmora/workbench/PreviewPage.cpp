@@ -3,6 +3,7 @@
 #include <velmora/catalogue/IPLeaf.h>
 #include <velmora/workbench/HdlView.h>
 #include <velmora/workbench/MessageLabel.h>
+#include <velmora/workbench/PageMargin.h>
 #include <velmora/workbench/PreviewFeed.h>
 #include <velmora/workbench/PreviewSheet.h>
 
@@ -25,7 +26,6 @@ namespace Velmora {
 namespace {
 
 // Pixels.
-constexpr int margin = 8;
 constexpr int narrowSheet = 324; // holds the symbol of a filter
 
 /// That of the bench among the files, if there is one.
@@ -44,11 +44,11 @@ PreviewPage::PreviewPage(IPLeaf& leaf, PreviewFeed& feed) : _feed(feed), _leaf(l
 
 void PreviewPage::createWidgets() {
     auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, margin / 2, 0, 0);
-    layout->setSpacing(margin / 2);
+    layout->setContentsMargins(0, pageMargin / 2, 0, 0);
+    layout->setSpacing(pageMargin / 2);
     _bar = new QHBoxLayout;
-    _bar->setContentsMargins(margin, 0, margin, 0);
-    _bar->setSpacing(margin);
+    _bar->setContentsMargins(pageMargin, 0, pageMargin, 0);
+    _bar->setSpacing(pageMargin);
     layout->addLayout(_bar);
     _instantiationButton = addButton(tr("Copy instantiation"), "copyInstantiation", &PreviewPage::copyInstantiation);
     _hdlButton = addButton(tr("Copy HDL"), "copyHdl", &PreviewPage::copyHdl);

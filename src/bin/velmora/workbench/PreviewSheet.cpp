@@ -1,6 +1,7 @@
 #include <velmora/workbench/PreviewSheet.h>
 
 #include <velmora/workbench/EntitySymbol.h>
+#include <velmora/workbench/PageMargin.h>
 #include <velmora/workbench/Preview.h>
 
 #include <Brindle/widgets/Theme.h>
@@ -16,17 +17,16 @@ namespace Velmora {
 namespace {
 
 // Pixels.
-constexpr int margin = 8;
 constexpr int textWidth = 240;   // for facts beside the symbol
 constexpr int symbolWidth = 280; // that is expected
 
 constexpr std::size_t mostFacts = 100;  // that are shown
 constexpr int mostRemarks = 100;        // the same
-constexpr int longestText = 1000;       // characters of one
+constexpr int longestRemark = 1000;     // characters of one
 constexpr std::size_t mostPorts = 1000; // of the symbol
 
 QString toHtml(const QString& text) {
-    return text.left(longestText).toHtmlEscaped();
+    return text.left(longestRemark).toHtmlEscaped();
 }
 
 QString toTable(const std::vector<Preview::Fact>& facts) {
@@ -75,13 +75,13 @@ PreviewSheet::PreviewSheet(QWidget* parent) : QScrollArea(parent), _symbol(new E
     _remarks = createText("previewRemarks", tr("Remarks"));
     _facts = createText("previewFacts", tr("Facts"));
     auto* texts = new QVBoxLayout;
-    texts->setSpacing(margin / 2);
+    texts->setSpacing(pageMargin / 2);
     texts->addWidget(_remarks);
     texts->addWidget(_facts);
     texts->addStretch(1);
     auto* sheet = new QWidget;
     _layout = new QBoxLayout(QBoxLayout::TopToBottom, sheet);
-    _layout->setContentsMargins(margin, margin / 2, margin, margin / 2);
+    _layout->setContentsMargins(pageMargin, pageMargin / 2, pageMargin, pageMargin / 2);
     _layout->addLayout(texts, 1);
     _layout->addWidget(_symbol, 0, Qt::AlignTop | Qt::AlignLeft);
     setWidget(sheet);
@@ -101,7 +101,7 @@ void PreviewSheet::setPreview(const Preview& preview) {
 }
 
 QSize PreviewSheet::sizeHint() const {
-    return {textWidth + symbolWidth + 4 * margin, QScrollArea::sizeHint().height()};
+    return {textWidth + symbolWidth + 4 * pageMargin, QScrollArea::sizeHint().height()};
 }
 
 void PreviewSheet::resizeEvent(QResizeEvent* event) {
@@ -110,7 +110,7 @@ void PreviewSheet::resizeEvent(QResizeEvent* event) {
 }
 
 void PreviewSheet::arrange() {
-    const bool isWide = viewport()->width() >= textWidth + _symbol->sizeHint().width() + 3 * margin;
+    const bool isWide = viewport()->width() >= textWidth + _symbol->sizeHint().width() + 3 * pageMargin;
     _layout->setDirection(isWide ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
 }
 

@@ -4,6 +4,7 @@
 #include <velmora/form/ProblemParts.h>
 #include <velmora/workbench/CoefficientTools.h>
 #include <velmora/workbench/MessageLabel.h>
+#include <velmora/workbench/PageMargin.h>
 #include <velmora/workbench/PlotView.h>
 
 #include <Brindle/core/Exception.h>
@@ -24,7 +25,6 @@ namespace Velmora {
 namespace {
 
 // Pixels.
-constexpr int margin = 8;
 constexpr int rateWidth = 160;
 
 constexpr double highestRate = 1e12; // Hz
@@ -55,7 +55,7 @@ void ResponsePage::createWidgets() {
     for (QWidget* widget : {static_cast<QWidget*>(_viewCombo), static_cast<QWidget*>(_rateSpin)})
         Brindle::theme.enrich(widget);
     auto* bar = new QHBoxLayout;
-    bar->setContentsMargins(margin, 0, margin, 0);
+    bar->setContentsMargins(pageMargin, 0, pageMargin, 0);
     bar->addWidget(_viewCombo);
     bar->addWidget(_rateSpin);
     bar->addWidget(createSaveButton(tr("Picture..."), tr("Saves the plot as PNG or SVG"), "saveResponseImage",
@@ -64,13 +64,13 @@ void ResponsePage::createWidgets() {
                                     &ResponsePage::saveNumbers));
     bar->addStretch(1);
     _figures = new MessageLabel("responseFigures");
-    _figures->setContentsMargins(margin, 0, margin, 0);
+    _figures->setContentsMargins(pageMargin, 0, pageMargin, 0);
     _figures->setMinimumWidth(1);
     _plot = new PlotView;
     _plot->setObjectName(QStringLiteral("responsePlot"));
     auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, margin / 2, 0, 0);
-    layout->setSpacing(margin / 2);
+    layout->setContentsMargins(0, pageMargin / 2, 0, 0);
+    layout->setSpacing(pageMargin / 2);
     layout->addLayout(bar);
     layout->addWidget(_figures);
     layout->addWidget(_plot, 1);

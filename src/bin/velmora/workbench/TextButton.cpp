@@ -10,7 +10,7 @@ namespace Velmora {
 
 namespace {
 
-constexpr int margin = 4;         // pixels, at the sides of the text
+constexpr int sideMargin = 4;     // pixels, at the sides of the text
 constexpr int longestText = 1000; // characters
 
 } // namespace
@@ -33,7 +33,7 @@ void TextButton::setLine(const QString& text, const std::string& colorName, bool
 }
 
 QSize TextButton::sizeHint() const {
-    return {fontMetrics().horizontalAdvance(_text) + 2 * margin, fontMetrics().height() + margin};
+    return {fontMetrics().horizontalAdvance(_text) + 2 * sideMargin, fontMetrics().height() + sideMargin};
 }
 
 QSize TextButton::minimumSizeHint() const {
@@ -45,10 +45,10 @@ void TextButton::paintEvent(QPaintEvent*) {
     if (hasFocus() || (isEnabled() && underMouse())) {
         painter.setPen(hasFocus() ? Brindle::theme.getColor("accent") : Qt::transparent);
         painter.setBrush(Brindle::theme.getColor("row_hover"));
-        painter.drawRoundedRect(rect().adjusted(0, 0, -1, -1), margin, margin);
+        painter.drawRoundedRect(rect().adjusted(0, 0, -1, -1), sideMargin, sideMargin);
     }
     painter.setPen(Brindle::theme.getColor(_colorName));
-    const QRect inside = rect().adjusted(margin, 0, -margin, 0);
+    const QRect inside = rect().adjusted(sideMargin, 0, -sideMargin, 0);
     painter.drawText(inside, Qt::AlignLeft | Qt::AlignVCenter,
                      fontMetrics().elidedText(_text, Qt::ElideRight, inside.width()));
 }

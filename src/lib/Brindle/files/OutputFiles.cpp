@@ -3,6 +3,7 @@
 #include <Brindle/core/Exception.h>
 #include <Brindle/files/FileExists.h>
 #include <Brindle/files/OutputPlace.h>
+#include <Brindle/files/SystemError.h>
 
 #include <cerrno>
 #include <system_error>
@@ -21,11 +22,6 @@ std::span<const std::uint8_t> toBytes(std::string_view text) {
 
 [[noreturn]] void fail(std::errc reason) {
     throw std::system_error(std::make_error_code(reason));
-}
-
-void require(bool succeeded) {
-    if (!succeeded)
-        throw std::system_error(errno, std::generic_category());
 }
 
 /// Where it ends, which may be written.
@@ -71,7 +67,7 @@ void OutputFiles::add(const fs::path& path, std::string content, Overwrite overw
             return;
         }
         const int descriptor = open(place.path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY);
-        require(descriptor >= 0);
+        requireSuccess(descriptor >= 0);
         _streams.push_back({path, FileDescriptor(descriptor), std::move(content)});
     });
 }
@@ -79,7 +75,7 @@ void OutputFiles::add(const fs::path& path, std::string content, Overwrite overw
 void OutputFiles::addTo(int descriptor, const fs::path& name, std::string content) {
     reporting(name, [&] {
         const int own = fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
-        require(own >= 0);
+        requireSuccess(own >= 0);
         _streams.push_back({name, FileDescriptor(own), std::move(content)});
     });
 }
@@ -104,7 +100,7 @@ void OutputFiles::stage(const fs::path& path, const fs::path& target, FileAccess
 void OutputFiles::commit() {
     for (auto& stream : _streams) {
         reporting(stream.name,
-                  [&] { require(stream.descriptor.write(toBytes(stream.content)) && stream.descriptor.close()); });
+                  [&] { requireSuccess(stream.descriptor.write(toBytes(stream.content)) && stream.descriptor.close()); });
     }
     const SignalDelay delay;
     try {

@@ -1,6 +1,7 @@
 #include <Brindle/files/StagedFile.h>
 
 #include <Brindle/core/Random.h>
+#include <Brindle/files/SystemError.h>
 
 #include <array>
 #include <cerrno>
@@ -19,11 +20,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr mode_t permissionBits = S_IRWXU | S_IRWXG | S_IRWXO;
-
-void require(bool succeeded) {
-    if (!succeeded)
-        throw std::system_error(errno, std::generic_category());
-}
 
 /// A name in the same directory that nothing has. Hidden, so that no list of files takes it for one of its kind, and
 /// short, as the name beside it may be as long as names can be.
@@ -72,7 +68,7 @@ void StagedFile::open(FileAccess fileAccess, bool mayBeUnnamed) {
         _isNamed = true;
         _file = FileDescriptor(::open(_hidden.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
     }
-    require(_file.isOpen());
+    requireSuccess(_file.isOpen());
     if (fileAccess == FileAccess::Public)
         takeAccess();
 }
@@ -83,7 +79,7 @@ void StagedFile::takeAccess() const {
     if (stat(_target.c_str(), &present) != 0)
         return;
     struct stat own {};
-    require(fstat(_file.get(), &own) == 0);
+    requireSuccess(fstat(_file.get(), &own) == 0);
     mode_t mode = present.st_mode & permissionBits;
     const bool hasGroup = fchown(_file.get(), present.st_uid, present.st_gid) == 0 ||
                           fchown(_file.get(), static_cast<uid_t>(-1), present.st_gid) == 0 ||
@@ -91,13 +87,13 @@ void StagedFile::takeAccess() const {
     if (!hasGroup)
         mode &= ~static_cast<mode_t>(S_IRWXG); // It was not for this group.
     if (mode != (own.st_mode & permissionBits))
-        require(fchmod(_file.get(), mode) == 0);
+        requireSuccess(fchmod(_file.get(), mode) == 0);
 }
 
 void StagedFile::write(std::span<const std::uint8_t> content) {
     // What can be made again need not wait for the disk; errors of file systems that tell them late come with the
     // close.
-    require(_file.write(content) && (!_mustLast || fsync(_file.get()) == 0) && (!_isNamed || _file.close()));
+    requireSuccess(_file.write(content) && (!_mustLast || fsync(_file.get()) == 0) && (!_isNamed || _file.close()));
 }
 
 void StagedFile::publish(bool keepsOld) {
@@ -113,14 +109,14 @@ void StagedFile::publish(bool keepsOld) {
         replaceKeeping();
         return;
     }
-    require(std::rename(_hidden.c_str(), _target.c_str()) == 0);
+    requireSuccess(std::rename(_hidden.c_str(), _target.c_str()) == 0);
     _isNamed = false;
     _state = keepsOld ? State::New : State::Replaced;
 }
 
 void StagedFile::giveName(const fs::path& name) const {
     const std::string entry = "/proc/self/fd/" + std::to_string(_file.get());
-    require(linkat(AT_FDCWD, entry.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0);
+    requireSuccess(linkat(AT_FDCWD, entry.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0);
 }
 
 void StagedFile::takeNewName() {
@@ -130,7 +126,7 @@ void StagedFile::takeNewName() {
         _isNamed = false;
     } else {
         // A second name is what file systems have that do not know how to rename so.
-        require(isLacking(errno) && link(_hidden.c_str(), _target.c_str()) == 0);
+        requireSuccess(isLacking(errno) && link(_hidden.c_str(), _target.c_str()) == 0);
     }
     _state = State::New;
 }
@@ -140,9 +136,9 @@ void StagedFile::replaceKeeping() {
         _state = State::Exchanged;
         return;
     }
-    require(isLacking(errno) && link(_target.c_str(), _backup.c_str()) == 0);
+    requireSuccess(isLacking(errno) && link(_target.c_str(), _backup.c_str()) == 0);
     _state = State::BackedUp;
-    require(std::rename(_hidden.c_str(), _target.c_str()) == 0);
+    requireSuccess(std::rename(_hidden.c_str(), _target.c_str()) == 0);
     _isNamed = false;
 }
 

@@ -7,10 +7,12 @@
 
 #include <velmora/catalogue/IPLeaf.h>
 #include <velmora/form/Form.h>
+#include <velmora/widgets/FileTarget.h>
 #include <velmora/workbench/Workbench.h>
 
 #include <QComboBox>
 #include <QDialog>
+#include <QDoubleSpinBox>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QLabel>
@@ -25,6 +27,7 @@
 #include <cmath>
 #include <functional>
 #include <memory>
+#include <utility>
 
 namespace {
 
@@ -64,6 +67,7 @@ private:
     void open(const QString& ip);
     QTextEdit* editor() const { return _leaf->findChild<QTextEdit*>("Coefficients"); }
     void click(const char* name) const { _leaf->findChild<QPushButton*>(name)->click(); }
+    QStringList saveNumbers() const;
     template <class Widget>
     Widget* find(const char* name) const {
         return _leaf->findChild<Widget*>(name);
@@ -74,11 +78,15 @@ private:
     std::unique_ptr<Velmora::IPLeaf> _leaf;
 
 private Q_SLOTS:
+    void importIsOneStep_data();
     void importIsOneStep();
     void refusalChangesNothing_data();
     void refusalChangesNothing();
+    void designs_data();
     void designs();
     void response();
+    void views_data();
+    void views();
     void responseWithoutModule();
 };
 
@@ -95,16 +103,45 @@ void CoefficientsTest::open(const QString& ip) {
     find<QSpinBox>("CoefficientWidth")->setValue(12);
 }
 
-void CoefficientsTest::importIsOneStep() {
-    open("Systolic");
+/// What the Response tab saves, without its head.
+QStringList CoefficientsTest::saveNumbers() const {
     PathDialogs dialogs;
-    dialogs.answer = _prefix->write("taps.csv", "0.25\n-0.5\n0.25\n");
-    whenDialogOpens([](QDialog& dialog) {
-        dialog.findChild<QComboBox*>("importScale")->setCurrentIndex(1); // power of two
+    dialogs.answer = _prefix->path("response.csv");
+    find<QTabBar>("pageTabs")->setCurrentIndex(2);
+    click("saveResponseNumbers");
+    return QString::fromUtf8(readFile(dialogs.answer)).trimmed().split('\n').mid(1);
+}
+
+void CoefficientsTest::importIsOneStep_data() {
+    const TestTable<QByteArray, QString, QString, QString> table("content", "scale", "list", "firstSample");
+    table.row("scaled", "0.25\n-0.5\n0.25\n", "Largest power of two", "1024, -2048, 1024", "0,1024,1024");
+    table.row("as they are", "3\n-4\n", "As they are", "3, -4", "0,3,3");
+    table.row("rounded", "0.3\n1\n", "Full range", "614, 2047", "0,614,614.2");
+}
+
+void CoefficientsTest::importIsOneStep() {
+    QFETCH(QByteArray, content);
+    QFETCH(QString, scale);
+    QFETCH(QString, list);
+    QFETCH(QString, firstSample);
+    open("Systolic");
+    const QString file = _prefix->write("taps.csv", content);
+    QVERIFY(!Velmora::FileTarget::find(editor()->viewport(), {"a.velmora"}));
+    QString usual;
+    whenDialogOpens([&](QDialog& dialog) {
+        auto* combo = dialog.findChild<QComboBox*>("importScale");
+        usual = combo->currentText();
+        combo->setCurrentText(scale);
         dialog.accept();
     });
-    click("importCoefficients");
-    QCOMPARE(editor()->toPlainText(), QString("1024, -2048, 1024"));
+    Q_EMIT Velmora::FileTarget::find(editor()->viewport(), {file})->dropped(file);
+    QCOMPARE(editor()->toPlainText(), list);
+    QCOMPARE(usual, content.contains('.') ? "Full range" : "As they are");
+    find<QTabBar>("pageTabs")->setCurrentIndex(2);
+    find<QComboBox>("responseView")->setCurrentText("Impulse response");
+    const QString sample = saveNumbers().value(0); // rounded and not
+    QVERIFY2(sample.startsWith(firstSample), qPrintable(sample));
+    editor()->setFocus();
     QTest::keyClick(editor(), Qt::Key_Z, Qt::ControlModifier);
     QCOMPARE(editor()->toPlainText(), typedList);
     _leaf->getForm()->getHistory().undo(); // has nothing left to take back
@@ -131,34 +168,50 @@ void CoefficientsTest::refusalChangesNothing() {
     QVERIFY(!_leaf->getForm()->getHistory().canUndo());
 }
 
+void CoefficientsTest::designs_data() {
+    const TestTable<QString, QStringList, QStringList> table("ip", "wishes", "options");
+    table.row("an even number", "Transpose symmetric", {"attenuation=45"}, {"--even"});
+    table.row("a long one", "Mac fir", {"attenuation=40", "stop=0.12"}, {"--most=160"});
+    table.row("in Hz", "Systolic", {"attenuation=40", "rate=48000", "pass=4800", "stop=7200"}, {});
+}
+
 void CoefficientsTest::designs() {
-    open("Transpose symmetric");
-    QString refusal;
+    QFETCH(QString, ip);
+    QFETCH(QStringList, wishes);
+    QFETCH(QStringList, options);
+    open(ip);
     bool isRefused = false;
-    bool isFound = false;
+    QString reached;
+    const auto wish = [](QDialog& dialog, const QString& text) {
+        dialog.findChild<QLineEdit*>(text.section('=', 0, 0))->setText(text.section('=', 1));
+    };
     whenDialogOpens([&](QDialog& dialog) {
         const auto* figures = dialog.findChild<QLabel*>("designFigures");
-        dialog.findChild<QLineEdit*>("attenuation")->setText("150");
+        dialog.accept(); // Enter, before there is a result
+        wish(dialog, "attenuation=150");
         isRefused = QTest::qWaitFor([&] { return figures->text().contains("No filter was found"); }, 20000) &&
-                    !isOkEnabled(dialog);
-        refusal = figures->text();
-        dialog.findChild<QLineEdit*>("attenuation")->setText("40");
-        isFound = QTest::qWaitFor([&] { return isOkEnabled(dialog); }, 20000);
+                    !isOkEnabled(dialog) && dialog.isVisible();
+        for (const QString& text : wishes)
+            wish(dialog, text);
+        if (QTest::qWaitFor([&] { return isOkEnabled(dialog); }, 20000))
+            reached = figures->text().section("Ripple ", 1);
         dialog.accept();
     });
     click("designCoefficients");
-    QVERIFY2(isRefused, qPrintable(refusal));
-    QVERIFY(isFound);
+    QVERIFY(isRefused && !reached.isEmpty());
+    QStringList arguments{"coefficients", "design", "lowpass", "--width=12", "--pass=0.1", "--stop=0.15", "--ripple=0.2"};
+    for (const QString& text : wishes)
+        arguments += "--" + text;
     QProcess program;
-    program.start(generateProgram(), {"coefficients", "design", "lowpass", "--pass", "0.1", "--stop", "0.15",
-                                      "--ripple", "0.2", "--attenuation", "40", "--width", "12", "--even"});
+    program.start(generateProgram(), arguments + options);
     QVERIFY(program.waitForFinished());
     QCOMPARE(editor()->toPlainText(), QString::fromUtf8(program.readAllStandardOutput()).trimmed());
-    bool isRemembered = false;
-    whenDialogOpens(
-        [&](QDialog& dialog) { isRemembered = dialog.findChild<QLineEdit*>("attenuation")->text() == "40"; });
+    find<QTabBar>("pageTabs")->setCurrentIndex(2);
+    QVERIFY(find<QLabel>("responseFigures")->text().endsWith(", ripple " + reached)); // in the bands of the wish
+    QString remembered;
+    whenDialogOpens([&](QDialog& dialog) { remembered = dialog.findChild<QLineEdit*>("attenuation")->text(); });
     click("designCoefficients");
-    QVERIFY(isRemembered);
+    QCOMPARE(remembered, wishes.constFirst().section('=', 1));
 }
 
 void CoefficientsTest::response() {
@@ -169,10 +222,8 @@ void CoefficientsTest::response() {
         QFile::exists(QCoreApplication::applicationDirPath() + "/../lib/velmora/velmora_plot.so");
     QCOMPARE(find<QLabel>("missingPlot") == nullptr, isModuleThere);
     QVERIFY(find<QLabel>("responseFigures")->text().contains("5 taps"));
-    PathDialogs dialogs;
-    dialogs.answer = _prefix->path("response.csv");
-    click("saveResponseNumbers");
-    const QStringList rows = QString::fromUtf8(readFile(dialogs.answer)).trimmed().split('\n').mid(1);
+    const QStringList rows = saveNumbers();
+    QVERIFY(rows.size() > 1000);
     if (isModuleThere) { // else velmora-generate is not there either
         QProcess program;
         program.start(generateProgram(), {"coefficients", "response", "--list", "x\"fff\", 2047, 5, -7, 4095",
@@ -182,9 +233,47 @@ void CoefficientsTest::response() {
         QCOMPARE(magnitude.size(), rows.size());
         for (int row = 0; row < rows.size(); ++row)
             QVERIFY(std::abs(rows.at(row).section(',', 1).toDouble() - magnitude[row].toDouble()) < 1e-9);
+        PathDialogs dialogs;
+        for (const auto& [name, content] : {std::pair("plot.SVG", "<svg"), std::pair("plot.png", "PNG")}) {
+            dialogs.answer = _prefix->path(name);
+            click("saveResponseImage");
+            QVERIFY(readFile(dialogs.answer).contains(content));
+        }
+        dialogs.answer = "/dev/null/plot.png";
+        click("saveResponseImage");
+        QVERIFY(find<QLabel>("responseFigures")->text().contains("Unable to write file"));
     }
     editor()->clear();
     QVERIFY(find<QLabel>("responseFigures")->text().contains("no coefficients"));
+    editor()->setPlainText("1, 2, 1");
+    find<QComboBox>("CoefficientMode")->setCurrentText("Input");
+    QVERIFY(find<QLabel>("responseFigures")->text().contains("inputs of the filter"));
+    QVERIFY(!find<QPushButton>("designCoefficients")->isEnabled());
+}
+
+void CoefficientsTest::views_data() {
+    const TestTable<QString, double, QString, double> table("view", "rate", "last", "tolerance");
+    // of a delay by five samples: the end of the frequencies, in Hz where the rate is given, and the value there
+    table.row("phase", "Phase", 0, "0.5,-15.70796", 1e-4);
+    table.row("delay", "Group delay", 48000, "24000,5", 1e-9);
+    table.row("step", "Step response", 48000, "5,1", 0);
+}
+
+void CoefficientsTest::views() {
+    QFETCH(QString, view);
+    QFETCH(double, rate);
+    QFETCH(QString, last);
+    QFETCH(double, tolerance);
+    open("Systolic");
+    editor()->setPlainText("0, 0, 0, 0, 0, 1");
+    find<QTabBar>("pageTabs")->setCurrentIndex(2);
+    find<QComboBox>("responseView")->setCurrentText(view);
+    find<QDoubleSpinBox>("responseRate")->setValue(rate);
+    const QString row = saveNumbers().constLast();
+    for (int column : {0, 1}) {
+        const double difference = row.section(',', column, column).toDouble() - last.section(',', column, column).toDouble();
+        QVERIFY2(std::abs(difference) <= tolerance, qPrintable(row));
+    }
 }
 
 void CoefficientsTest::responseWithoutModule() {

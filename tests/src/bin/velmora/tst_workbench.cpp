@@ -219,6 +219,12 @@ void WorkbenchTest::summaryLeadsToTheField() {
     QTRY_COMPARE(summary(), QStringLiteral("Coefficients are dull."));
     click("summaryText");
     QVERIFY(_page->findChild<QWidget*>("Coefficients")->property("refused").toBool());
+
+    open("def describe(argDict):\n  printText('Coefficients are odd.')\n  return []\n" + returning("''"));
+    QTRY_COMPARE(summary(), QStringLiteral("Coefficients are odd."));
+    _page->findChild<QWidget*>("Entity")->setFocus();
+    click("summaryText"); // nothing is refused
+    QVERIFY(_page->findChild<QWidget*>("Coefficients")->hasFocus());
 }
 
 void WorkbenchTest::copiesAndSaves() {
@@ -232,7 +238,14 @@ void WorkbenchTest::copiesAndSaves() {
     click("saveBench");
     auto* message = _page->findChild<QLabel*>("previewMessage");
     QTRY_VERIFY2(message->text().contains("fir_systolic_tb.vhd is written"), qPrintable(message->text()));
-    QCOMPARE(QString::fromUtf8(readFile("fir_systolic_tb.vhd")), ask({"bench", "-", "-o", "-"}));
+    const QString bench = ask({"bench", "-", "-o", "-"});
+    QCOMPARE(QString::fromUtf8(readFile("fir_systolic_tb.vhd")), bench);
+    QVERIFY(QFile::remove("fir_systolic_tb.vhd"));
+    click("saveBench");
+    set("Entity=edited"); // meanwhile
+    QTRY_VERIFY(QFile::exists("fir_systolic_tb.vhd"));
+    QCOMPARE(QString::fromUtf8(readFile("fir_systolic_tb.vhd")), bench);
+    QTRY_VERIFY(hdl().contains("entity edited is"));
     _dialogs.acceptsProposal = false;
     _dialogs.answer = "/dev/null/bench.vhd";
     click("saveBench");
