@@ -99,8 +99,9 @@ void OutputFiles::stage(const fs::path& path, const fs::path& target, FileAccess
 
 void OutputFiles::commit() {
     for (auto& stream : _streams) {
-        reporting(stream.name,
-                  [&] { requireSuccess(stream.descriptor.write(toBytes(stream.content)) && stream.descriptor.close()); });
+        reporting(stream.name, [&] {
+            requireSuccess(stream.descriptor.write(toBytes(stream.content)) && stream.descriptor.close());
+        });
     }
     const SignalDelay delay;
     try {

@@ -199,7 +199,8 @@ void CoefficientsTest::designs() {
     });
     click("designCoefficients");
     QVERIFY(isRefused && !reached.isEmpty());
-    QStringList arguments{"coefficients", "design", "lowpass", "--width=12", "--pass=0.1", "--stop=0.15", "--ripple=0.2"};
+    QStringList arguments{"coefficients", "design",      "lowpass",     "--width=12",
+                          "--pass=0.1",   "--stop=0.15", "--ripple=0.2"};
     for (const QString& text : wishes)
         arguments += "--" + text;
     QProcess program;
@@ -271,7 +272,8 @@ void CoefficientsTest::views() {
     find<QDoubleSpinBox>("responseRate")->setValue(rate);
     const QString row = saveNumbers().constLast();
     for (int column : {0, 1}) {
-        const double difference = row.section(',', column, column).toDouble() - last.section(',', column, column).toDouble();
+        const double difference =
+            row.section(',', column, column).toDouble() - last.section(',', column, column).toDouble();
         QVERIFY2(std::abs(difference) <= tolerance, qPrintable(row));
     }
 }
