@@ -87,7 +87,7 @@ def main():
     parser.add_argument("--runs", type=int, default=9)
     options = parser.parse_args()
     if not os.environ.get("DISPLAY") and not os.environ.get("QT_QPA_PLATFORM"):
-        os.execvp("xvfb-run", ["xvfb-run", "-a", "-s", "-screen 0 1280x1024x24"] + [os.path.abspath(sys.argv[0])] + sys.argv[1:])
+        os.execvp("xvfb-run", ["xvfb-run", "-a", "-s", "-screen 0 1280x1024x24 -noreset"] + [os.path.abspath(sys.argv[0])] + sys.argv[1:])
     with tempfile.TemporaryDirectory(prefix="velmora-startup-") as folder:
         measure(options, folder)
 
