@@ -65,14 +65,21 @@ std::string fillFilter(QWidget& page) {
     std::exit(1);
 }
 
-/// The script as a program of its own, which prints the seconds that it spends between its start and the result.
-QByteArray makeBareProgram(const std::string& script, const std::string& statement, const char* result) {
-    const QByteArray call = QByteArray(result) + " = generate(argDict)\n";
-    return "import sys, time, types\nstart = time.time()\nquarnel = types.ModuleType('quarnel')\n"
+/// Runs the script in the file that it is given, and prints the seconds from its first line's compilation to the
+/// result.
+QByteArray makeBareProgram(const std::string& statement, const char* result) {
+    return "import sys, time, types\nquarnel = types.ModuleType('quarnel')\n"
            "def printError(text): sys.exit(text)\ndef printText(text): pass\n"
-           "quarnel.printError, quarnel.printText = printError, printText\nsys.modules['quarnel'] = quarnel\n" +
-           QByteArray::fromStdString(script) + "\n" + QByteArray::fromStdString(statement) + "\n" + call +
-           "sys.stdout.write(repr(time.time() - start))\n";
+           "quarnel.printError, quarnel.printText = printError, printText\nsys.modules['quarnel'] = quarnel\n"
+           "start = time.time()\nexecfile(sys.argv[1])\n" +
+           QByteArray::fromStdString(statement) + "\n" + result +
+           " = generate(argDict)\nsys.stdout.write(repr(time.time() - start))\n";
+}
+
+void writeFile(const QString& filename, const QByteArray& content) {
+    QFile file(filename);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) < 0)
+        fail("cannot write " + filename.toStdString());
 }
 
 void measure(const Subject& subject, const QString& python, const QTemporaryDir& folder) {
@@ -90,16 +97,14 @@ void measure(const Subject& subject, const QString& python, const QTemporaryDir&
         fail(std::string(subject.label) + " did not generate:\n" + console.str());
 
     const QString program = folder.filePath("bare.py");
-    QFile file(program);
-    const std::string script =
-        Velmora::getDecrypted(readFile(QString::fromStdString(page.getScriptFilename())).toStdString());
-    if (!file.open(QIODevice::WriteOnly) || file.write(makeBareProgram(script, statement, subject.result)) < 0)
-        fail("cannot write the script");
-    file.close();
+    const QString script = folder.filePath("generator.py");
+    writeFile(program, makeBareProgram(statement, subject.result));
+    writeFile(script, QByteArray::fromStdString(Velmora::getDecrypted(
+                          readFile(QString::fromStdString(page.getScriptFilename())).toStdString())));
     std::vector<double> scriptTimes;
     const double bareProcess = leastOf(roundCount, [&] {
         QProcess process;
-        process.start(python, {"-E", "-S", "-B", program});
+        process.start(python, {"-E", "-S", "-B", program, script});
         if (!process.waitForFinished() || process.exitCode() != 0)
             fail(process.readAllStandardError().toStdString());
         scriptTimes.push_back(process.readAllStandardOutput().toDouble() * 1000);

@@ -3,7 +3,7 @@
 #include <Brindle/core/Console.h>
 #include <Brindle/core/Exception.h>
 #include <Brindle/core/Text.h>
-#include <Brindle/widgets/RegularFile.h>
+#include <Brindle/files/RegularFile.h>
 #include <Brindle/widgets/Utf8.h>
 
 #include <QFileInfo>

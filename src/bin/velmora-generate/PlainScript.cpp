@@ -2,7 +2,7 @@
 
 #include <Brindle/core/Exception.h>
 #include <Brindle/core/Text.h>
-#include <Brindle/widgets/RegularFile.h>
+#include <Brindle/files/RegularFile.h>
 
 #include <QDir>
 #include <QDirIterator>

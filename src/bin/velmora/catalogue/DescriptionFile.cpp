@@ -2,11 +2,14 @@
 
 #include <Brindle/core/Exception.h>
 #include <Brindle/core/Label.h>
-#include <Brindle/widgets/RegularFile.h>
+#include <Brindle/files/RegularFile.h>
 #include <Brindle/widgets/Utf8.h>
 
 #include <QDir>
-#include <QFileInfo>
+
+#include <filesystem>
+#include <system_error>
+#include <utility>
 
 namespace Velmora {
 
@@ -27,9 +30,9 @@ std::vector<std::string> findDescriptionFiles(const std::string& prefix) {
     for (const QString& provider : subdirectoriesOf(root)) {
         const QString providerPath = root + "/" + provider;
         for (const QString& ip : subdirectoriesOf(providerPath)) {
-            const QString filename = providerPath + "/" + ip + "/config";
-            if (QFileInfo::exists(filename))
-                filenames.push_back(filename.toStdString());
+            std::string filename = QString(providerPath + "/" + ip + "/config").toStdString();
+            if (std::error_code failure; std::filesystem::exists(filename, failure))
+                filenames.push_back(std::move(filename));
         }
     }
     return filenames;

@@ -6,7 +6,7 @@
 
 #include <Brindle/core/Console.h>
 #include <Brindle/core/Exception.h>
-#include <Brindle/widgets/RegularFile.h>
+#include <Brindle/files/RegularFile.h>
 #include <Brindle/widgets/Theme.h>
 #include <Brindle/widgets/ThemeColors.h>
 

@@ -1,6 +1,6 @@
 #include <velmora/catalogue/SearchTerms.h>
 
-#include <Brindle/widgets/RegularFile.h>
+#include <Brindle/files/RegularFile.h>
 
 #include <QRegularExpression>
 

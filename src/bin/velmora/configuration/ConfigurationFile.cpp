@@ -3,7 +3,7 @@
 #include <Brindle/core/Exception.h>
 #include <Brindle/core/Label.h>
 #include <Brindle/files/OutputFiles.h>
-#include <Brindle/widgets/RegularFile.h>
+#include <Brindle/files/RegularFile.h>
 #include <Brindle/widgets/Utf8.h>
 
 #include <QFile>

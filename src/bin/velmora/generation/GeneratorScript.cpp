@@ -9,7 +9,7 @@
 #include <Brindle/core/Console.h>
 #include <Brindle/core/Exception.h>
 #include <Brindle/files/FileDescriptor.h>
-#include <Brindle/widgets/RegularFile.h>
+#include <Brindle/files/RegularFile.h>
 
 #include <algorithm>
 #include <array>

@@ -39,6 +39,7 @@ void IPTreeView::setUp() {
     _proxy->setSourceModel(new QStandardItemModel(_proxy));
     setModel(_proxy);
     setHeaderHidden(true);
+    setUniformRowHeights(true); // which need not be measured one by one
     initialize();
     connect(this, &QTreeView::collapsed, this, [this](const QModelIndex& index) { rememberNode(index, true); });
     connect(this, &QTreeView::expanded, this, [this](const QModelIndex& index) { rememberNode(index, false); });

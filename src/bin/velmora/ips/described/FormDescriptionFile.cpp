@@ -3,7 +3,7 @@
 #include <velmora/ips/described/FormDescriptionText.h>
 
 #include <Brindle/core/Exception.h>
-#include <Brindle/widgets/RegularFile.h>
+#include <Brindle/files/RegularFile.h>
 
 #include <QFileInfo>
 

@@ -12,8 +12,7 @@ struct RegularFile {
 
     bool isRead() const { return reason.empty(); }
 
-    /// Reads at most `limit` bytes of text. What is no regular file is not opened, as the opening of a named pipe would
-    /// wait for ever.
+    /// Reads at most `limit` bytes. What is no regular file is not read, and a named pipe is not waited for.
     static RegularFile read(const std::string& filename, std::size_t limit);
 };
 

@@ -1,0 +1,57 @@
+#include <Brindle/files/RegularFile.h>
+
+#include <Brindle/files/FileDescriptor.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdint>
+#include <span>
+#include <system_error>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace Brindle {
+
+namespace {
+
+std::string getOpeningReason() {
+    if (errno == ENOENT || errno == ENOTDIR)
+        return "There is no such file";
+    return errno == ENXIO ? "It is no regular file" : "It may not be read"; // a socket cannot be opened
+}
+
+/// Appends what follows in the file, `size` bytes at most. Negative with `errno` set when it cannot be read.
+std::ptrdiff_t append(std::string& text, const FileDescriptor& file, std::size_t size) {
+    const auto earlier = text.size();
+    text.resize(earlier + size);
+    const auto count = file.read({reinterpret_cast<std::uint8_t*>(text.data()) + earlier, size});
+    text.resize(earlier + static_cast<std::size_t>(std::max<std::ptrdiff_t>(count, 0)));
+    return count;
+}
+
+} // namespace
+
+RegularFile RegularFile::read(const std::string& filename, std::size_t limit) {
+    constexpr std::size_t leastPiece = 4096; // bytes; the system tells the size of some files as 0
+    const FileDescriptor file(open(filename.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    if (!file.isOpen())
+        return {{}, getOpeningReason()};
+    struct stat status {};
+    if (fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode))
+        return {{}, "It is no regular file"};
+    std::string text;
+    for (std::size_t piece = static_cast<std::size_t>(status.st_size) + 1; text.size() < limit; piece = leastPiece) {
+        const auto size = std::min(piece, limit - text.size());
+        const auto count = append(text, file, size);
+        if (count < 0)
+            return {{}, std::generic_category().message(errno)};
+        if (static_cast<std::size_t>(count) < size)
+            break;
+    }
+    std::erase(text, '\r');
+    return {std::move(text), {}};
+}
+
+} // namespace Brindle
