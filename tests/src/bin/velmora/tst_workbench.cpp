@@ -127,7 +127,7 @@ void WorkbenchTest::badScripts_data() {
     table.row("loops", "while True: pass", "the generator took longer than 5 s");
     table.row("crashes", "import os; os.abort()", "the generator crashed");
     table.row("returns 10 MB", "return 'x' * 10000000", "larger than 4 MB|longer than 5 s"); // on a busy machine
-    table.row("prints 100 MB", "import sys; sys.stdout.write('x' * 100000000)", "Taps 3");
+    table.row("prints 20 MB", "import sys; sys.stdout.write('x' * 20000000)", "Taps 3");
     table.row("raises", "raise ValueError('broken')", "ValueError: broken");
 }
 
