@@ -22,7 +22,7 @@ namespace {
 using Brindle::console;
 using Velmora::Generation;
 
-constexpr std::string_view help = R"(Usage: velmora-generate bench FILE... [-o OUTPUT] [--json] [-q]
+constexpr std::string_view help = R"(Usage: velmora-generate bench FILE... [-o OUTPUT] [-j N] [--json] [-q]
 
 Writes the self-checking test bench of what is generated from a configuration:
 the file ENTITY_tb.vhd beside it, or for an IP that generates its bench among
@@ -31,6 +31,8 @@ when all went well. A file that fails does not stop the others.
 
   -o, --output OUTPUT  The bench of the one FILE, or an existing directory for
                        the benches of several.
+  -j, --jobs N         Handle up to N files at a time, 1 unless given. What is
+                       written and told does not depend on it.
       --json           Write one JSON text, a list with an object for each file:
                        "file", "ip", "output", "succeeded" and "messages".
   -q, --quiet          Show errors alone.
@@ -95,18 +97,11 @@ int run(const Brindle::CommandLine& commandLine) {
         report.setIP(configured.ip.description);
         return writeBench(configured, filename, output, report);
     };
-    return runOnFilesApart(filenames, commandLine, handle,
-                           [&output](const QString& written) { output.setTaken(written); });
-}
-
-std::vector<Brindle::Option> getOptions() {
-    auto options = getFileOptions();
-    options.push_back({"output", true, 'o'});
-    return options;
+    return runOnFilesApart(filenames, commandLine, handle, output);
 }
 
 } // namespace
 
-const Brindle::Command benchCommand{"bench", "write test benches of what is generated", help, getOptions(), run};
+const Brindle::Command benchCommand{"bench", "write test benches of what is generated", help, getWritingOptions(), run};
 
 } // namespace GenerateTool

@@ -1,8 +1,8 @@
-#include <velmora-generate/CoefficientOptions.h>
 #include <velmora-generate/CoefficientOutput.h>
 #include <velmora-generate/Commands.h>
 #include <velmora-generate/ExitCode.h>
 #include <velmora-generate/JsonOutput.h>
+#include <velmora-generate/NumberOptions.h>
 
 #include <velmora/signal/FilterDesign.h>
 #include <velmora/signal/NumberText.h>

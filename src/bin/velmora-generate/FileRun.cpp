@@ -1,6 +1,8 @@
 #include <velmora-generate/FileRun.h>
 
+#include <velmora-generate/JobRun.h>
 #include <velmora-generate/JsonOutput.h>
+#include <velmora-generate/NumberOptions.h>
 #include <velmora-generate/OwnProcess.h>
 
 #include <Brindle/core/Console.h>
@@ -14,6 +16,8 @@ namespace GenerateTool {
 namespace {
 
 using Brindle::console;
+
+constexpr int mostJobs = 256;
 
 bool handleReporting(const QString& filename, FileReport& report, const FileHandler& handle) {
     try {
@@ -32,53 +36,60 @@ QJsonObject getReport(const QString& filename, const FileHandler& handle) {
     return report.toJson();
 }
 
-QJsonObject getReportOfOwnProcess(const QString& filename, const FileHandler& handle) {
+/// The report that the JSON text holds; that of the failure to get it, otherwise.
+QJsonObject getReport(const QString& filename, const std::function<QByteArray()>& getJson) {
     QByteArray json;
     const auto fetch = [&](const QString&, FileReport&) {
-        json = runInOwnProcess([&] { return QJsonDocument(getReport(filename, handle)).toJson(); });
+        json = getJson();
         return true;
     };
-    const QJsonObject failure = getReport(filename, fetch);
+    const QJsonObject failure = getReport(filename, FileHandler(fetch));
     return json.isEmpty() ? failure : QJsonDocument::fromJson(json).object();
 }
 
-using Reporter = QJsonObject (*)(const QString& filename, const FileHandler& handle);
-
-QJsonObject runOnFile(const QString& filename, const FileHandler& handle, Reporter getReportOf) {
-    console.print(filename.toStdString());
-    console.indent();
-    const QJsonObject report = getReportOf(filename, handle);
-    if (report.contains("output"))
-        console.print("Written to " + report["output"].toString().toStdString());
-    console.unindent();
-    // Whose the errors above are, also where errors alone are shown.
-    if (!report["succeeded"].toBool())
-        console.error("Failed: " + filename.toStdString());
-    return report;
+QByteArray toJson(const QJsonObject& report) {
+    return QJsonDocument(report).toJson();
 }
 
-ExitCode runOnFiles(const QStringList& filenames, const Brindle::CommandLine& commandLine, const FileHandler& handle,
-                    Reporter getReportOf, const std::function<void(const QString&)>& onWritten) {
-    std::optional<JsonOutput> json;
-    if (commandLine.has("json"))
-        json.emplace();
-    else
-        console.setQuiet(commandLine.has("quiet"));
-    QJsonArray reports;
-    auto exitCode = ExitCode::Done;
-    for (const QString& filename : filenames) {
-        const QJsonObject report = runOnFile(filename, handle, getReportOf);
-        if (report.contains("output"))
-            onWritten(report["output"].toString());
-        if (!report["succeeded"].toBool())
-            exitCode = ExitCode::Failed;
-        if (json) // Of many files, they are much to keep.
-            reports += report;
+/// What becomes of all files.
+class Reports {
+public:
+    explicit Reports(const Brindle::CommandLine& commandLine) {
+        if (commandLine.has("json"))
+            _json.emplace();
+        else
+            console.setQuiet(commandLine.has("quiet"));
     }
-    if (json)
-        json->write(QJsonDocument(reports));
-    return exitCode;
-}
+
+    /// Tells what becomes of a file; the function makes the report of it.
+    QJsonObject add(const QString& filename, const std::function<QJsonObject()>& getReportOfFile) {
+        console.print(filename.toStdString());
+        console.indent();
+        QJsonObject report = getReportOfFile();
+        if (report.contains("output"))
+            console.print("Written to " + report["output"].toString().toStdString());
+        console.unindent();
+        // Whose the errors above are, also where errors alone are shown.
+        if (!report["succeeded"].toBool()) {
+            console.error("Failed: " + filename.toStdString());
+            _exitCode = ExitCode::Failed;
+        }
+        if (_json) // Of many files, they are much to keep.
+            _reports += report;
+        return report;
+    }
+
+    ExitCode finish() const {
+        if (_json)
+            _json->write(QJsonDocument(_reports));
+        return _exitCode;
+    }
+
+private:
+    std::optional<JsonOutput> _json;
+    QJsonArray _reports;
+    ExitCode _exitCode = ExitCode::Done;
+};
 
 } // namespace
 
@@ -95,13 +106,49 @@ QStringList getFilenames(const Brindle::CommandLine& commandLine) {
 }
 
 ExitCode runOnFiles(const QStringList& filenames, const Brindle::CommandLine& commandLine, const FileHandler& handle) {
-    return runOnFiles(filenames, commandLine, handle, getReport, [](const QString&) {});
+    Reports reports(commandLine);
+    for (const QString& filename : filenames)
+        reports.add(filename, [&] { return getReport(filename, handle); });
+    return reports.finish();
 }
 
 ExitCode runOnFilesApart(const QStringList& filenames, const Brindle::CommandLine& commandLine,
-                         const FileHandler& handle, const std::function<void(const QString& output)>& onWritten) {
-    return runOnFiles(filenames, commandLine, handle, filenames.size() > 1 ? getReportOfOwnProcess : getReport,
-                      onWritten);
+                         const FileHandler& handle, Output& output) {
+    const int jobCount = findInteger(commandLine, "jobs", 1, mostJobs).value_or(1);
+    if (filenames.size() == 1)
+        return runOnFiles(filenames, commandLine, handle);
+    Reports reports(commandLine);
+    if (jobCount > 1) {
+        const auto receive = [&](const QString& filename, OwnProcess& process) {
+            reports.add(filename, [&] {
+                return getReport(filename, [&] {
+                    process.finish();
+                    process.requireDone();
+                    return process.getResult();
+                });
+            });
+        };
+        JobRun(jobCount, output, [&](const QString& filename) {
+            return getReport(filename, handle);
+        }).run(filenames, receive);
+        return reports.finish();
+    }
+    for (const QString& filename : filenames) {
+        const QJsonObject report = reports.add(filename, [&] {
+            return getReport(filename,
+                             [&] { return runInOwnProcess([&] { return toJson(getReport(filename, handle)); }); });
+        });
+        if (report.contains("output"))
+            output.setTaken(report["output"].toString());
+    }
+    return reports.finish();
+}
+
+std::vector<Brindle::Option> getWritingOptions() {
+    auto options = getFileOptions();
+    options.push_back({"output", true, 'o'});
+    options.push_back({"jobs", true, 'j'});
+    return options;
 }
 
 } // namespace GenerateTool

@@ -2,6 +2,7 @@
 
 #include <velmora-generate/ExitCode.h>
 #include <velmora-generate/FileReport.h>
+#include <velmora-generate/Output.h>
 
 #include <Brindle/tool/CommandLine.h>
 
@@ -25,9 +26,12 @@ using FileHandler = std::function<bool(const QString& filename, FileReport& repo
 /// same.
 ExitCode runOnFiles(const QStringList& filenames, const Brindle::CommandLine& commandLine, const FileHandler& handle);
 
-/// The same with a process for each of several files, so that none finds what another one left behind. What was
-/// written is told here.
+/// The same with a process for each of several files, so that none finds what another one left behind, and as many at
+/// a time as the option "jobs" says. The output learns what the processes have written.
 ExitCode runOnFilesApart(const QStringList& filenames, const Brindle::CommandLine& commandLine,
-                         const FileHandler& handle, const std::function<void(const QString& output)>& onWritten);
+                         const FileHandler& handle, Output& output);
+
+/// The options of such a command.
+std::vector<Brindle::Option> getWritingOptions();
 
 } // namespace GenerateTool

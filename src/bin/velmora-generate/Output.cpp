@@ -94,7 +94,7 @@ QString Output::take(const QString& configurationFilename, const QString& entity
     if (_configurations.contains(absolutePath))
         throw Brindle::located(Brindle::Fatal("Output would replace the configuration " + path.toStdString()),
                                BRINDLE_HERE);
-    if (_taken.contains(absolutePath)) {
+    if (isTaken(absolutePath) || (_claim && _claim(absolutePath))) {
         throw Brindle::located(Brindle::Fatal("Another configuration has the output " + path.toStdString() +
                                               " too, give their entities different names"),
                                BRINDLE_HERE);

@@ -8,8 +8,10 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace GenerateTool {
 
@@ -31,6 +33,10 @@ public:
     QString take(const QString& configurationFilename, const QString& entityName, bool isDirectory);
     /// Takes it for one that was written by another process.
     void setTaken(const QString& path);
+    /// Whether this absolute path was taken, as a claim tells it.
+    bool isTaken(const QString& absolutePath) const { return _taken.contains(absolutePath); }
+    /// Asked for the absolute path that is about to be taken; true when another process has it.
+    void setClaim(std::function<bool(const QString& absolutePath)> claim) { _claim = std::move(claim); }
 
     /// Adds the content of a path that was taken, or of one below it.
     void add(Brindle::OutputFiles& files, const QString& path, std::string content) const;
@@ -45,6 +51,7 @@ private:
     std::optional<ReservedOutput> _reserved;
     QSet<QString> _configurations; // absolute paths
     QSet<QString> _taken;          // absolute paths
+    std::function<bool(const QString&)> _claim;
 };
 
 } // namespace GenerateTool

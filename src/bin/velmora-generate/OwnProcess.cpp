@@ -1,8 +1,6 @@
 #include <velmora-generate/OwnProcess.h>
 
 #include <Brindle/core/Exception.h>
-#include <Brindle/files/FileDescriptor.h>
-#include <Brindle/files/SignalCleanup.h>
 
 #include <array>
 #include <cerrno>
@@ -10,8 +8,10 @@
 #include <cstdio>
 #include <cstring>
 #include <iostream>
+#include <utility>
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -27,20 +27,36 @@ using Brindle::FileDescriptor;
                            {{"reason", reason}});
 }
 
-[[noreturn]] void refuse(int error) {
-    refuse(std::strerror(error));
+struct Pipe {
+    FileDescriptor readEnd{-1};
+    FileDescriptor writeEnd{-1};
+};
+
+Pipe makePipe() {
+    std::array<int, 2> ends{};
+    if (pipe2(ends.data(), O_CLOEXEC) != 0)
+        refuse(std::strerror(errno));
+    return {FileDescriptor(ends[0]), FileDescriptor(ends[1])};
 }
 
-[[noreturn]] void work(pid_t parent, const std::function<QByteArray()>& doWork, const FileDescriptor& result) {
-    prctl(PR_SET_PDEATHSIG, SIGTERM);
-    bool isDone = getppid() == parent;
-    if (isDone) {
-        const QByteArray bytes = doWork();
-        isDone =
-            result.write({reinterpret_cast<const std::uint8_t*>(bytes.data()), static_cast<std::size_t>(bytes.size())});
-    }
+bool write(const FileDescriptor& file, const QByteArray& bytes) {
+    return file.write({reinterpret_cast<const std::uint8_t*>(bytes.data()), static_cast<std::size_t>(bytes.size())});
+}
+
+void flush() {
     std::cout.flush();
     std::fflush(nullptr);
+}
+
+[[noreturn]] void work(pid_t parent, const OwnProcess::Work& doWork, const FileDescriptor& result,
+                       const FileDescriptor& answers) {
+    prctl(PR_SET_PDEATHSIG, SIGTERM);
+    const auto ask = [&](const QByteArray& question) {
+        std::array<std::uint8_t, 1> answer{};
+        return write(result, question + '\0') && answers.read(answer) == 1 && answer[0] == 1;
+    };
+    const bool isDone = getppid() == parent && write(result, doWork(ask));
+    flush();
     _exit(isDone ? 0 : 1); // what the program does at its end is the other process's
 }
 
@@ -51,45 +67,122 @@ int waitFor(pid_t process) {
     return status;
 }
 
-QByteArray readAll(const FileDescriptor& file) {
+/// What can be read now; the file is closed at its end.
+QByteArray readAvailable(FileDescriptor& file) {
     QByteArray all;
-    std::array<std::uint8_t, 65536> piece{};
-    for (auto size = file.read(piece); size > 0; size = file.read(piece))
-        all.append(reinterpret_cast<const char*>(piece.data()), static_cast<int>(size));
-    return all;
+    std::array<char, 65536> piece{};
+    for (;;) {
+        const ssize_t size = ::read(file.get(), piece.data(), piece.size());
+        if (size > 0)
+            all.append(piece.data(), static_cast<int>(size));
+        else if (size == 0 || (errno != EINTR && errno != EAGAIN))
+            file.close();
+        if (size <= 0 && (size == 0 || errno != EINTR))
+            return all;
+    }
 }
 
 } // namespace
 
-QByteArray runInOwnProcess(const std::function<QByteArray()>& doWork) {
-    std::array<int, 2> pipe{};
-    if (pipe2(pipe.data(), O_CLOEXEC) != 0)
-        refuse(errno);
-    const FileDescriptor readEnd(pipe[0]);
-    FileDescriptor writeEnd(pipe[1]);
-    std::cout.flush();
-    std::fflush(nullptr);
+OwnProcess::OwnProcess(const Work& doWork, Output output) : _result(-1), _answers(-1) {
+    Pipe result = makePipe();
+    Pipe answers = makePipe();
+    std::vector<std::pair<Pipe, int>> outputs;
+    if (output == Output::Kept) {
+        outputs.emplace_back(makePipe(), STDOUT_FILENO);
+        outputs.emplace_back(makePipe(), STDERR_FILENO);
+    }
+    flush();
     const pid_t parent = getpid();
-    pid_t process = fork();
+    const pid_t process = fork();
     if (process < 0)
-        refuse(errno);
-    if (process == 0)
-        work(parent, doWork, writeEnd);
-    writeEnd.close();
-    const Brindle::SignalCleanup endWithThisOne(
-        [](void* data) {
-            const pid_t other = *static_cast<const pid_t*>(data);
-            kill(other, SIGTERM);
-            waitpid(other, nullptr, 0);
-        },
-        &process);
-    QByteArray result = readAll(readEnd);
-    const int status = waitFor(process);
-    if (WIFSIGNALED(status))
-        refuse(std::string("It was ended by a signal: ") + strsignal(WTERMSIG(status)));
-    if (WEXITSTATUS(status) != 0)
-        refuse("It ended with exit status " + std::to_string(WEXITSTATUS(status)));
-    return result;
+        refuse(std::strerror(errno));
+    if (process == 0) {
+        for (const auto& [pipe, descriptor] : outputs)
+            dup2(pipe.writeEnd.get(), descriptor);
+        answers.writeEnd.close();
+        work(parent, doWork, result.writeEnd, answers.readEnd);
+    }
+    _ending = {process, parent};
+    _endWithThisOne.emplace(end, &_ending);
+    _result = std::move(result.readEnd);
+    _answers = std::move(answers.writeEnd);
+    for (auto& [pipe, descriptor] : outputs)
+        _streams.push_back({std::move(pipe.readEnd), descriptor == STDERR_FILENO});
+    fcntl(_result.get(), F_SETFL, O_NONBLOCK);
+    for (const Stream& stream : _streams)
+        fcntl(stream.file.get(), F_SETFL, O_NONBLOCK);
+}
+
+OwnProcess::~OwnProcess() {
+    if (_ending.process > 0)
+        end(&_ending);
+}
+
+void OwnProcess::wait(const std::vector<OwnProcess*>& processes) {
+    std::vector<pollfd> descriptors;
+    for (const OwnProcess* process : processes) {
+        descriptors.push_back({process->_result.get(), POLLIN, 0});
+        for (const Stream& stream : process->_streams)
+            descriptors.push_back({stream.file.get(), POLLIN, 0});
+    }
+    while (poll(descriptors.data(), descriptors.size(), -1) < 0 && errno == EINTR) {
+    }
+    for (OwnProcess* process : processes)
+        process->read();
+}
+
+std::optional<QByteArray> OwnProcess::getQuestion() const {
+    const int end = _received.indexOf('\0');
+    return end < 0 ? std::nullopt : std::optional(_received.left(end));
+}
+
+void OwnProcess::answer(bool answer) {
+    _received.remove(0, _received.indexOf('\0') + 1);
+    write(_answers, QByteArray(1, answer ? '\1' : '\0')); // one that is gone is told of at the end
+}
+
+void OwnProcess::finish() {
+    _status = waitFor(std::exchange(_ending.process, 0));
+    read(); // a process that it has left behind may still hold the streams
+    for (const Piece& piece : _pieces) {
+        std::ostream& stream = piece.isError ? std::cerr : std::cout;
+        stream.write(piece.text.data(), piece.text.size()).flush();
+    }
+}
+
+void OwnProcess::requireDone() const {
+    if (WIFSIGNALED(_status))
+        refuse(std::string("It was ended by a signal: ") + strsignal(WTERMSIG(_status)));
+    if (WEXITSTATUS(_status) != 0)
+        refuse("It ended with exit status " + std::to_string(WEXITSTATUS(_status)));
+}
+
+void OwnProcess::read() {
+    for (Stream& stream : _streams) {
+        if (QByteArray text = stream.file.isOpen() ? readAvailable(stream.file) : QByteArray(); !text.isEmpty())
+            _pieces.push_back({std::move(text), stream.isError});
+    }
+    if (_result.isOpen())
+        _received += readAvailable(_result);
+}
+
+/// Of a signal handler, too.
+void OwnProcess::end(void* data) {
+    const auto* ending = static_cast<const Ending*>(data);
+    if (ending->process <= 0 || getpid() != ending->parent)
+        return;
+    kill(ending->process, SIGTERM);
+    waitpid(ending->process, nullptr, 0);
+}
+
+QByteArray runInOwnProcess(const std::function<QByteArray()>& doWork) {
+    OwnProcess process([&doWork](const OwnProcess::Ask&) { return doWork(); }, OwnProcess::Output::Shared);
+    while (!process.isAtEnd())
+        OwnProcess::wait({&process});
+    process.finish();
+    process.requireDone();
+    return process.getResult();
 }
 
 } // namespace GenerateTool

@@ -1,9 +1,9 @@
-#include <velmora-generate/CoefficientOptions.h>
 #include <velmora-generate/CoefficientOutput.h>
 #include <velmora-generate/Commands.h>
 #include <velmora-generate/ConfiguredIP.h>
 #include <velmora-generate/ExitCode.h>
 #include <velmora-generate/JsonOutput.h>
+#include <velmora-generate/NumberOptions.h>
 
 #include <velmora/rules/Coefficients.h>
 #include <velmora/rules/Configuration.h>

@@ -11,7 +11,7 @@ namespace GenerateTool {
 
 namespace {
 
-constexpr std::string_view help = R"(Usage: velmora-generate run FILE... [-o OUTPUT] [--json] [-q]
+constexpr std::string_view help = R"(Usage: velmora-generate run FILE... [-o OUTPUT] [-j N] [--json] [-q]
 
 Generates from configurations what the program's window would. The output stands
 beside the configuration: a file named after the entity with the extension .vhd,
@@ -24,6 +24,8 @@ output then stands in the current directory.
                        for the outputs of all. A pipe, a device or a descriptor
                        such as /dev/fd/3 is written to, - is standard output;
                        messages then go to standard error.
+  -j, --jobs N         Handle up to N files at a time, 1 unless given. What is
+                       written and told does not depend on it.
       --json           Write one JSON text, a list with an object for each file:
                        "file", "ip", "output", "succeeded" and "messages".
   -q, --quiet          Show errors and remarks alone, on standard error.
@@ -48,18 +50,11 @@ int run(const Brindle::CommandLine& commandLine) {
         report.setIP(configured.ip.description);
         return generate(configured.leaf->getGeneration(), filename, output, report);
     };
-    return runOnFilesApart(filenames, commandLine, handle,
-                           [&output](const QString& written) { output.setTaken(written); });
-}
-
-std::vector<Brindle::Option> getOptions() {
-    auto options = getFileOptions();
-    options.push_back({"output", true, 'o'});
-    return options;
+    return runOnFilesApart(filenames, commandLine, handle, output);
 }
 
 } // namespace
 
-const Brindle::Command runCommand{"run", "generate from configurations", help, getOptions(), run};
+const Brindle::Command runCommand{"run", "generate from configurations", help, getWritingOptions(), run};
 
 } // namespace GenerateTool

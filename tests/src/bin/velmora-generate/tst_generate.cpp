@@ -155,6 +155,7 @@ private Q_SLOTS:
     void failuresKeepTheOutput();
     void oneFailureStopsNoOther();
     void filesAreApart();
+    void filesAtOnce();
     void sameRefusalsAsTheWindow();
     void hostileConfigurations();
     void wrongUsage();
@@ -518,6 +519,47 @@ void GenerateTest::failuresKeepTheOutput() {
            {"Traceback (most recent call last):", "File \"<string>\", line 1, in <module>",
             "File \"<string>\", line 2, in generate", "ValueError: no", "Processing aborted [Should not be here]"});
     verify(returning("'x\\n`protect end\\n'"), {"Processing aborted [No \"`protect begin\" found]"});
+}
+
+/// What several processes do is told and decided as if one file came after the other.
+void GenerateTest::filesAtOnce() {
+    const QByteArray script = "import os, time\n"
+                              "def generate(argDict):\n"
+                              "  entity = argDict['%%ENTITY_NAME%%']\n"
+                              "  printText('of ' + entity)\n"
+                              "  if entity == 'crash': os.abort()\n"
+                              "  if entity == 'same' and not os.path.exists('began'):\n"
+                              "    os.mkdir('began')\n"
+                              "    time.sleep(0.3)\n"
+                              "    raise ValueError('no')\n"
+                              "  if entity.startswith('meet'):\n"
+                              "    os.mkdir(entity)\n"
+                              "    while not (os.path.exists('meet1') and os.path.exists('meet2')): time.sleep(0.01)\n"
+                              "  return entity\n";
+    QStringList files;
+    for (const char* entity : {"same", "same", "other", "same", "crash", "another", "other"}) {
+        files += QString::number(files.size()) + ".velmora";
+        addFilter(script, entity, files.last());
+    }
+    for (const QString& option : QStringList{"", "--json"}) {
+        const auto runAtOnce = [&](const QString& jobs) {
+            QDir("began").removeRecursively();
+            QDir("rtl").removeRecursively();
+            QDir().mkdir("rtl");
+            return generate((files + QStringList{"-o", "rtl", "-j", jobs, option}).filter(QRegularExpression(".")));
+        };
+        const Outcome one = runAtOnce("1");
+        const auto written = filesOf("rtl");
+        QCOMPARE(written.keys(), (QStringList{"another.vhd", "other.vhd", "same.vhd"}));
+        const Outcome three = runAtOnce("3");
+        QCOMPARE(three.output, one.output);
+        QCOMPARE(three.errors, one.errors);
+        QCOMPARE(three.status, 1);
+        QCOMPARE(filesOf("rtl"), written);
+    }
+    addFilter(script, "meet1", "0.velmora");
+    addFilter(script, "meet2", "1.velmora");
+    QCOMPARE(generate({"0.velmora", "1.velmora", "--jobs=2"}).status, 0);
 }
 
 void GenerateTest::sameRefusalsAsTheWindow() {

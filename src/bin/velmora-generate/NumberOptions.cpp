@@ -1,4 +1,4 @@
-#include <velmora-generate/CoefficientOptions.h>
+#include <velmora-generate/NumberOptions.h>
 
 #include <velmora/signal/NumberText.h>
 #include <velmora/signal/Scaling.h>
