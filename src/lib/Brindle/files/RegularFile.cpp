@@ -34,21 +34,21 @@ std::ptrdiff_t append(std::string& text, const FileDescriptor& file, std::size_t
 } // namespace
 
 RegularFile RegularFile::read(const std::string& filename, std::size_t limit) {
-    constexpr std::size_t leastPiece = 4096; // bytes; the system tells the size of some files as 0
+    constexpr std::size_t usualPiece = 4096; // bytes
     const FileDescriptor file(open(filename.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     if (!file.isOpen())
         return {{}, getOpeningReason()};
     struct stat status {};
     if (fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode))
         return {{}, "It is no regular file"};
+    const auto told = static_cast<std::size_t>(status.st_size); // 0 of files that the system makes when they are read
     std::string text;
-    for (std::size_t piece = static_cast<std::size_t>(status.st_size) + 1; text.size() < limit; piece = leastPiece) {
-        const auto size = std::min(piece, limit - text.size());
+    for (bool isMore = true; isMore && text.size() < limit;) {
+        const auto size = std::min(told > 0 ? told : usualPiece, limit - text.size());
         const auto count = append(text, file, size);
         if (count < 0)
             return {{}, std::generic_category().message(errno)};
-        if (static_cast<std::size_t>(count) < size)
-            break;
+        isMore = told == 0 && static_cast<std::size_t>(count) == size;
     }
     std::erase(text, '\r');
     return {std::move(text), {}};
