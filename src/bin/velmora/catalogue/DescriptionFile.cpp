@@ -5,33 +5,37 @@
 #include <Brindle/files/RegularFile.h>
 #include <Brindle/widgets/Utf8.h>
 
-#include <QDir>
-
 #include <filesystem>
 #include <system_error>
 #include <utility>
 
 namespace Velmora {
 
+namespace fs = std::filesystem;
+
 namespace {
 
 constexpr std::size_t largestDescription = 16UL * 1024 * 1024; // bytes
 
-/// The subdirectories in the order in which the file system returns them.
-QStringList subdirectoriesOf(const QString& path) {
-    return QDir(path).entryList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Unsorted);
+/// The paths of the subdirectories in the order in which the file system returns them; none when it cannot be read.
+std::vector<std::string> subdirectoriesOf(const std::string& path) {
+    std::vector<std::string> paths;
+    std::error_code failure;
+    for (fs::directory_iterator entry(path, failure), end; entry != end && !failure; entry.increment(failure)) {
+        if (std::error_code unknown; entry->is_directory(unknown))
+            paths.push_back(entry->path().string());
+    }
+    return paths;
 }
 
 } // namespace
 
 std::vector<std::string> findDescriptionFiles(const std::string& prefix) {
-    const QString root = QString::fromStdString(prefix + "/share/velmora");
     std::vector<std::string> filenames;
-    for (const QString& provider : subdirectoriesOf(root)) {
-        const QString providerPath = root + "/" + provider;
-        for (const QString& ip : subdirectoriesOf(providerPath)) {
-            std::string filename = QString(providerPath + "/" + ip + "/config").toStdString();
-            if (std::error_code failure; std::filesystem::exists(filename, failure))
+    for (const std::string& provider : subdirectoriesOf(prefix + "/share/velmora")) {
+        for (const std::string& ip : subdirectoriesOf(provider)) {
+            std::string filename = ip + "/config";
+            if (std::error_code failure; fs::exists(filename, failure))
                 filenames.push_back(std::move(filename));
         }
     }

@@ -60,7 +60,8 @@ std::string valueWithout(const std::string& line, std::string_view keyword) {
 
 class Parser {
 public:
-    explicit Parser(const std::string& filename) : _filename(filename) {}
+    explicit Parser(const std::string& filename)
+        : _filename(filename), _directory(std::filesystem::absolute(filename).parent_path()) {}
 
     void takeLine(std::string_view rawLine) {
         ++_lineNumber;
@@ -128,11 +129,10 @@ private:
     }
 
     /// ".." stays as it is: what it leads to through a symbolic link only the file system knows.
-    std::string absolute(const std::string& path) const {
-        return (std::filesystem::absolute(_filename).parent_path() / path).string();
-    }
+    std::string absolute(const std::string& path) const { return (_directory / path).string(); }
 
     const std::string& _filename;
+    const std::filesystem::path _directory;
     unsigned long _lineNumber = 0; ///< Of the line that is read, from 1.
     IPDescription _description;
 };

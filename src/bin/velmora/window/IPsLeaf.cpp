@@ -144,6 +144,7 @@ void IPsLeaf::openFound() {
 
 void IPsLeaf::fillTree() {
     CategoryNodes nodes;
+    QList<QStandardItem*> topNodes; // which the model gets when they are whole: it tells of every row that it gets
     QStandardItem* firstItem = nullptr;
     for (IPLeaf* leaf : ipHandler->getIPLeaves()) {
         QStandardItem* item = createItem(*leaf);
@@ -152,8 +153,9 @@ void IPsLeaf::fillTree() {
         _leafStack->addWidget(leaf);
         leaf->setPageOpener([this](const QUrl& link) { return showPage(link); });
         connect(leaf, &IPLeaf::formShareChanged, this, [this](int share) { _formShare = share; });
-        getCategoryNode(leaf->getCategory(), nodes)->appendRow(item);
+        getCategoryNode(leaf->getCategory(), nodes, topNodes)->appendRow(item);
     }
+    _treeView->getModel()->invisibleRootItem()->appendRows(topNodes);
     _treeView->expandAll();
     if (firstItem)
         _treeView->select(firstItem);
@@ -173,10 +175,11 @@ QStandardItem* IPsLeaf::createItem(IPLeaf& leaf) const {
 }
 
 /// The node of the category path; nodes of it that do not exist yet are created.
-QStandardItem* IPsLeaf::getCategoryNode(const std::string& category, CategoryNodes& nodes) {
+QStandardItem* IPsLeaf::getCategoryNode(const std::string& category, CategoryNodes& nodes,
+                                        QList<QStandardItem*>& topNodes) {
     if (const auto node = nodes.find(category); node != nodes.end())
         return node->second;
-    QStandardItem* node = _treeView->getModel()->invisibleRootItem();
+    QStandardItem* node = nullptr;
     for (std::size_t begin = 0, end = 0; end != category.npos; begin = end + 1) {
         end = category.find('/', begin);
         const std::string path = category.substr(0, end);
@@ -184,7 +187,10 @@ QStandardItem* IPsLeaf::getCategoryNode(const std::string& category, CategoryNod
         if (!child) {
             child = createSelectableItem(path.substr(begin));
             child->setData(QString::fromStdString(path), IPTreeView::CategoryRole);
-            node->appendRow(child);
+            if (node)
+                node->appendRow(child);
+            else
+                topNodes += child;
         }
         node = child;
     }

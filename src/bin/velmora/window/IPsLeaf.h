@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QComboBox>
+#include <QList>
 #include <QModelIndex>
 #include <QStackedWidget>
 #include <QWidget>
@@ -61,7 +62,8 @@ private:
     void fillTree();
     void fillCategories();
     QStandardItem* createItem(IPLeaf& leaf) const;
-    QStandardItem* getCategoryNode(const std::string& category, CategoryNodes& nodes);
+    static QStandardItem* getCategoryNode(const std::string& category, CategoryNodes& nodes,
+                                          QList<QStandardItem*>& topNodes);
 
     void load();
     void applyFormShare();
