@@ -155,7 +155,8 @@ void IPsLeaf::fillTree() {
         connect(leaf, &IPLeaf::formShareChanged, this, [this](int share) { _formShare = share; });
         getCategoryNode(leaf->getCategory(), nodes, topNodes)->appendRow(item);
     }
-    _treeView->getModel()->invisibleRootItem()->appendRows(topNodes);
+    for (QStandardItem* node : topNodes)
+        _treeView->getModel()->appendRow(node);
     _treeView->expandAll();
     if (firstItem)
         _treeView->select(firstItem);
