@@ -17,7 +17,7 @@ namespace {
 
 using Brindle::console;
 
-constexpr int mostJobs = 256;
+constexpr int mostJobs = 64; // each takes some descriptors
 
 bool handleReporting(const QString& filename, FileReport& report, const FileHandler& handle) {
     try {

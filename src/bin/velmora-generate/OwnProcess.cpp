@@ -27,11 +27,6 @@ using Brindle::FileDescriptor;
                            {{"reason", reason}});
 }
 
-struct Pipe {
-    FileDescriptor readEnd{-1};
-    FileDescriptor writeEnd{-1};
-};
-
 Pipe makePipe() {
     std::array<int, 2> ends{};
     if (pipe2(ends.data(), O_CLOEXEC) != 0)
@@ -84,9 +79,8 @@ QByteArray readAvailable(FileDescriptor& file) {
 
 } // namespace
 
-OwnProcess::OwnProcess(const Work& doWork, Output output) : _result(-1), _answers(-1) {
+OwnProcess::OwnProcess(const Work& doWork, Output output) : _result(-1), _answers(makePipe()) {
     Pipe result = makePipe();
-    Pipe answers = makePipe();
     std::vector<std::pair<Pipe, int>> outputs;
     if (output == Output::Kept) {
         outputs.emplace_back(makePipe(), STDOUT_FILENO);
@@ -100,13 +94,12 @@ OwnProcess::OwnProcess(const Work& doWork, Output output) : _result(-1), _answer
     if (process == 0) {
         for (const auto& [pipe, descriptor] : outputs)
             dup2(pipe.writeEnd.get(), descriptor);
-        answers.writeEnd.close();
-        work(parent, doWork, result.writeEnd, answers.readEnd);
+        _answers.writeEnd.close();
+        work(parent, doWork, result.writeEnd, _answers.readEnd);
     }
     _ending = {process, parent};
     _endWithThisOne.emplace(end, &_ending);
     _result = std::move(result.readEnd);
-    _answers = std::move(answers.writeEnd);
     for (auto& [pipe, descriptor] : outputs)
         _streams.push_back({std::move(pipe.readEnd), descriptor == STDERR_FILENO});
     fcntl(_result.get(), F_SETFL, O_NONBLOCK);
@@ -139,7 +132,7 @@ std::optional<QByteArray> OwnProcess::getQuestion() const {
 
 void OwnProcess::answer(bool answer) {
     _received.remove(0, _received.indexOf('\0') + 1);
-    write(_answers, QByteArray(1, answer ? '\1' : '\0')); // one that is gone is told of at the end
+    write(_answers.writeEnd, QByteArray(1, answer ? '\1' : '\0'));
 }
 
 void OwnProcess::finish() {

@@ -14,6 +14,11 @@
 
 namespace GenerateTool {
 
+struct Pipe {
+    Brindle::FileDescriptor readEnd{-1};
+    Brindle::FileDescriptor writeEnd{-1};
+};
+
 /// A process that does a piece of work and hands over what it makes: of what it leaves behind only files are seen here.
 /// It ends with this one.
 class OwnProcess {
@@ -63,7 +68,7 @@ private:
     static void end(void* data);
 
     Brindle::FileDescriptor _result;
-    Brindle::FileDescriptor _answers;
+    Pipe _answers; ///< Both ends, so that an answer to one that has died is no broken pipe.
     std::vector<Stream> _streams;
     Ending _ending{};
     int _status = 0; ///< As `waitpid` tells it.

@@ -70,13 +70,8 @@ architecture test of tb_apb_serial_master is
   signal check_count : natural := 0;
   signal is_done     : boolean := false;
 
-  function to_bit(condition : boolean) return std_logic is
-  begin
-    if condition then
-      return '1';
-    end if;
-    return '0';
-  end function to_bit;
+  type bit_list is array (boolean) of std_logic;
+  constant TO_BIT : bit_list := ('0', '1');
 
 begin
 
@@ -98,31 +93,27 @@ begin
 
     variable held        : word_list(ID to FIFO_CTRL);
     variable events      : word;  -- bits of INT_STATUS, without RX_AVAIL
-    variable tx          : fifo;
-    variable rx          : fifo;
+    variable tx, rx      : fifo;
     variable is_busy     : boolean;  -- a burst or its closing time is running
     variable is_sending  : boolean;  -- a word is on the line
     variable since       : natural;  -- clocks since that was taken, or since the last edge of the burst
     variable sent        : word;  -- the word on the line
     variable received    : word;  -- what comes in its place
     variable has_arrived : boolean;  -- received is complete, and goes into the FIFO at this edge
-    variable sclk        : std_logic;
-    variable mosi        : std_logic;
+    variable sclk, mosi  : std_logic;
     variable lines       : std_logic_vector(3 downto 0);  -- 1: low
     variable raised      : std_logic;  -- irq
 
-    variable word_length : positive;
-    variable half_period : positive;  -- of SCLK, in clocks
-    variable address     : natural range 0 to 255;
-    variable is_read     : boolean;
-    variable is_write    : boolean;
-    variable word_waits  : boolean;  -- and may be sent
-    variable rests       : boolean;  -- SCLK is at its idle level
-    variable is_open     : boolean;  -- lines may be low
-    variable tx_was_full : boolean;
-    variable rx_was_full : boolean;
-    variable come        : word;  -- events of this edge
-    variable count       : natural := 0;
+    variable word_length       : positive;
+    variable half_period       : positive;  -- of SCLK, in clocks
+    variable address           : natural range 0 to 255;
+    variable is_read, is_write : boolean;
+    variable word_waits        : boolean;  -- and may be sent
+    variable rests             : boolean;  -- SCLK is at its idle level
+    variable is_open           : boolean;  -- lines may be low
+    variable tx_full, rx_full  : boolean;  -- before this edge
+    variable come              : word;  -- events of this edge
+    variable count             : natural := 0;
 
     procedure push(variable into : inout fifo; data : word) is
     begin
@@ -139,7 +130,7 @@ begin
     impure function all_events return word is
       variable data : word := events;
     begin
-      data(RX_AVAIL) := to_bit(rx.level > 0);
+      data(RX_AVAIL) := TO_BIT(rx.level > 0);
       return data;
     end function all_events;
 
@@ -164,11 +155,11 @@ begin
         when RXDATA     => return rx.words(0);
         when INT_STATUS => return all_events;
         when STATUS =>
-          data(0)            := to_bit(is_busy);
-          data(1)            := to_bit(tx.level = 0);
-          data(2)            := to_bit(tx.level = FIFO_DEPTH);
-          data(3)            := to_bit(rx.level = 0);
-          data(4)            := to_bit(rx.level = FIFO_DEPTH);
+          data(0)            := TO_BIT(is_busy);
+          data(1)            := TO_BIT(tx.level = 0);
+          data(2)            := TO_BIT(tx.level = FIFO_DEPTH);
+          data(3)            := TO_BIT(rx.level = 0);
+          data(4)            := TO_BIT(rx.level = FIFO_DEPTH);
           data(12 downto 8)  := std_logic_vector(to_unsigned(tx.level, 5));
           data(20 downto 16) := std_logic_vector(to_unsigned(rx.level, 5));
           return data;
@@ -200,7 +191,7 @@ begin
     -- The edge of SCLK of that number in the word, from 1; odd ones are leading.
     procedure sclk_edge(number : positive) is
       constant POSITION : natural   := (number - 1) / 2;
-      constant LEADING  : std_logic := to_bit(number mod 2 = 1);
+      constant LEADING  : std_logic := TO_BIT(number mod 2 = 1);
     begin
       sclk := not sclk;
       if number = 1 then
@@ -270,11 +261,11 @@ begin
       half_period := to_integer(unsigned(held(DIV)(15 downto 0))) + 1;
       word_waits  := held(CTRL)(ENABLE) = '1' and tx.level > 0;
       rests       := sclk = held(CTRL)(CPOL);
-      tx_was_full := tx.level = FIFO_DEPTH;
-      rx_was_full := rx.level = FIFO_DEPTH;
+      tx_full     := tx.level = FIFO_DEPTH;
+      rx_full     := rx.level = FIFO_DEPTH;
 
       compare("pready", pready, '1');
-      compare("pslverr", pslverr, to_bit((is_read or is_write) and is_refused));
+      compare("pslverr", pslverr, TO_BIT((is_read or is_write) and is_refused));
       if is_read then
         compare("prdata", prdata, read_data);
       end if;
@@ -285,7 +276,7 @@ begin
     end if;
 
     if rising_edge(pclk) and presetn = '1' then
-      raised := to_bit((all_events and held(INT_ENABLE)) /= ZERO);
+      raised := TO_BIT((all_events and held(INT_ENABLE)) /= ZERO);
       come   := ZERO;
 
       -- A received word comes in one clock after its last edge.
@@ -296,7 +287,7 @@ begin
           pop(rx);
         end if;
       end if;
-      if has_arrived and rx_was_full then
+      if has_arrived and rx_full then
         come(RX_OVERRUN) := '1';
       elsif has_arrived then
         push(rx, received);
@@ -324,13 +315,13 @@ begin
         is_open := held(CTRL)(ENABLE) = '1' or is_busy;
       end if;
       for i in lines'range loop
-        lines(i) := to_bit(is_open and held(CS)(i) = '1' and (rests or lines(i) = '1'));
+        lines(i) := TO_BIT(is_open and held(CS)(i) = '1' and (rests or lines(i) = '1'));
       end loop;
 
       -- An event wins over its clearing, and a flush over what came into the FIFO at this edge.
       if is_write and address = INT_STATUS then
         events := events and not pwdata;
-      elsif is_write and address = TXDATA and tx_was_full then
+      elsif is_write and address = TXDATA and tx_full then
         come(TX_OVERFLOW) := '1';
       elsif is_write and address = TXDATA then
         push(tx, pwdata);
@@ -381,7 +372,7 @@ begin
     procedure wait_clocks(number : natural) is
     begin
       for i in 1 to number loop
-        spi_miso <= to_bit(random(2) = 1);
+        spi_miso <= TO_BIT(random(2) = 1);
         wait until rising_edge(pclk);
         wait for 1 ns;
       end loop;
@@ -391,7 +382,7 @@ begin
     procedure idle(clocks : natural) is
     begin
       psel    <= '0';
-      penable <= to_bit(random(2) = 1);
+      penable <= TO_BIT(random(2) = 1);
       wait_clocks(clocks);
     end procedure idle;
 
