@@ -47,8 +47,8 @@ QJsonObject getReport(const QString& filename, const std::function<QByteArray()>
     return json.isEmpty() ? failure : QJsonDocument::fromJson(json).object();
 }
 
-QByteArray toJson(const QJsonObject& report) {
-    return QJsonDocument(report).toJson();
+QByteArray getJson(const QString& filename, const FileHandler& handle) {
+    return QJsonDocument(getReport(filename, handle)).toJson();
 }
 
 /// What becomes of all files.
@@ -129,14 +129,13 @@ ExitCode runOnFilesApart(const QStringList& filenames, const Brindle::CommandLin
             });
         };
         JobRun(jobCount, output, [&](const QString& filename) {
-            return getReport(filename, handle);
+            return getJson(filename, handle);
         }).run(filenames, receive);
         return reports.finish();
     }
     for (const QString& filename : filenames) {
         const QJsonObject report = reports.add(filename, [&] {
-            return getReport(filename,
-                             [&] { return runInOwnProcess([&] { return toJson(getReport(filename, handle)); }); });
+            return getReport(filename, [&] { return runInOwnProcess([&] { return getJson(filename, handle); }); });
         });
         if (report.contains("output"))
             output.setTaken(report["output"].toString());

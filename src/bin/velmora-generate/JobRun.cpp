@@ -3,6 +3,7 @@
 #include <Brindle/core/Console.h>
 
 #include <QJsonDocument>
+#include <QJsonObject>
 
 namespace GenerateTool {
 
@@ -21,7 +22,7 @@ void JobRun::run(const QStringList& filenames, const Receiver& receive) {
 void JobRun::start(const QString& filename) {
     const auto work = [this, &filename](const OwnProcess::Ask& ask) {
         _output.setClaim([&ask](const QString& path) { return ask(path.toUtf8()); });
-        return QJsonDocument(_handle(filename)).toJson();
+        return _handle(filename);
     };
     Brindle::console.indent(); // below the name of the file
     _jobs.emplace_back(filename, work);

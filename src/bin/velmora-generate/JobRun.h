@@ -3,7 +3,6 @@
 #include <velmora-generate/Output.h>
 #include <velmora-generate/OwnProcess.h>
 
-#include <QJsonObject>
 #include <QStringList>
 
 #include <functional>
@@ -16,8 +15,8 @@ namespace GenerateTool {
 /// files may have an output that both want is decided by their order.
 class JobRun {
 public:
-    /// Handles one file, in its process; the report of it.
-    using Handler = std::function<QJsonObject(const QString& filename)>;
+    /// Handles one file, in its process; the report of it as a JSON text.
+    using Handler = std::function<QByteArray(const QString& filename)>;
     /// Is handed the process of one file, which has ended and has its report, in the order of the files.
     using Receiver = std::function<void(const QString& filename, OwnProcess& process)>;
 

@@ -137,7 +137,6 @@ void OwnProcess::answer(bool answer) {
 
 void OwnProcess::finish() {
     _status = waitFor(std::exchange(_ending.process, 0));
-    read(); // a process that it has left behind may still hold the streams
     for (const Piece& piece : _pieces) {
         std::ostream& stream = piece.isError ? std::cerr : std::cout;
         stream.write(piece.text.data(), piece.text.size()).flush();
@@ -151,13 +150,14 @@ void OwnProcess::requireDone() const {
         refuse("It ended with exit status " + std::to_string(WEXITSTATUS(_status)));
 }
 
+/// At the end of the result all of the streams is there.
 void OwnProcess::read() {
+    if (_result.isOpen())
+        _received += readAvailable(_result);
     for (Stream& stream : _streams) {
         if (QByteArray text = stream.file.isOpen() ? readAvailable(stream.file) : QByteArray(); !text.isEmpty())
             _pieces.push_back({std::move(text), stream.isError});
     }
-    if (_result.isOpen())
-        _received += readAvailable(_result);
 }
 
 /// Of a signal handler, too.

@@ -532,12 +532,13 @@ void GenerateTest::filesAtOnce() {
                               "    os.mkdir('began')\n"
                               "    time.sleep(0.3)\n"
                               "    raise ValueError('no')\n"
+                              "  if entity == 'slow': time.sleep(0.3)\n"
                               "  if entity.startswith('meet'):\n"
                               "    os.mkdir(entity)\n"
                               "    while not (os.path.exists('meet1') and os.path.exists('meet2')): time.sleep(0.01)\n"
                               "  return entity\n";
     QStringList files;
-    for (const char* entity : {"same", "same", "other", "same", "crash", "another", "other"}) {
+    for (const char* entity : {"same", "same", "other", "slow", "slow", "same", "crash", "another", "other"}) {
         files += QString::number(files.size()) + ".velmora";
         addFilter(script, entity, files.last());
     }
@@ -550,7 +551,7 @@ void GenerateTest::filesAtOnce() {
         };
         const Outcome one = runAtOnce("1");
         const auto written = filesOf("rtl");
-        QCOMPARE(written.keys(), (QStringList{"another.vhd", "other.vhd", "same.vhd"}));
+        QCOMPARE(written.keys(), (QStringList{"another.vhd", "other.vhd", "same.vhd", "slow.vhd"}));
         const Outcome three = runAtOnce("3");
         QCOMPARE(three.output, one.output);
         QCOMPARE(three.errors, one.errors);

@@ -18,6 +18,8 @@
 #include <memory>
 #include <random>
 
+#include <sys/stat.h>
+
 using Velmora::Configuration;
 using Velmora::IPLeaf;
 
@@ -301,6 +303,9 @@ void ConfigurationsTest::files() {
         return QString();
     };
     QCOMPARE(messageOf(_prefix->path()), "Unable to open configuration file|It is no regular file");
+    QCOMPARE(mkfifo(QFile::encodeName(_prefix->path("pipe")).constData(), 0600), 0); // which nobody writes to
+    QCOMPARE(messageOf(_prefix->path("pipe")), "Unable to open configuration file|It is no regular file");
+    QVERIFY(messageOf("/proc/version") != messageOf(_prefix->write("empty", ""))); // whose size is told as 0, too
     QCOMPARE(messageOf("/proc/self/mem"),
              "Unable to open configuration file|Input/output error"); // opens, cannot be read
     _prefix->write("latin.velmora", scopeText + "Name = Andr\xe9\n");
